@@ -1,0 +1,28 @@
+// SPDX-License-Identifier: MIT
+// Reading and replacing whole files.
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace brevant::base {
+
+struct FileText {
+  std::string text;
+  // Empty when the file was read; else why not, in the system's words ("Is a directory").
+  std::string error;
+  bool ok() const { return error.empty(); }
+};
+FileText ReadFile(const std::filesystem::path& path);
+
+// Replaces the file's content as one step: a temporary file beside it is written and synced, then
+// renamed over it. Whoever looks, at any moment and after a crash, sees the old content or the new
+// one. A symbolic link keeps pointing where it did. Returns an empty text, or what went wrong.
+std::string ReplaceFile(const std::filesystem::path& path, std::string_view content);
+
+// Modification time in seconds since 1970; nothing when there is no such file.
+std::optional<long long> ModificationTime(const std::filesystem::path& path);
+
+}  // namespace brevant::base

@@ -1,0 +1,43 @@
+// SPDX-License-Identifier: MIT
+// Key-by-key access to the settings file in INI form. Nothing is cached: each read looks at the
+// file, each write replaces it in one step (see ReplaceFile). Section and key names ignore case;
+// lines that are not understood, comments, blank lines, the order of keys and other programs' keys
+// survive every write. A missing or unreadable file reads as all defaults.
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <string_view>
+
+#include "base/settings_keys.h"
+
+namespace brevant::base {
+
+class SettingsFile {
+ public:
+  explicit SettingsFile(std::filesystem::path path) : path_(std::move(path)) {}
+  const std::filesystem::path& path() const { return path_; }
+
+  // By name, as private-profile functions do. The integer is the leading decimal digits of the
+  // value (0 when it does not start with one); strings lose outer white space and one pair of
+  // enclosing quotes, and are cut to buffer_size - 1 characters.
+  int ReadInteger(std::string_view section, std::string_view key, int default_value) const;
+  std::string ReadString(std::string_view section, std::string_view key,
+                         std::string_view default_text, int buffer_size) const;
+  // False when the file could not be replaced; the old content is then untouched.
+  bool WriteString(std::string_view section, std::string_view key, std::string_view text);
+  bool WriteInteger(std::string_view section, std::string_view key, long value);
+  // True when the key stands in the file.
+  bool Has(std::string_view section, std::string_view key) const;
+
+  // By row.
+  int Integer(const SettingsKey& row, int n = 0) const;
+  std::string String(const SettingsKey& row, int n = 0) const;
+  bool Store(const SettingsKey& row, std::string_view text, int n = 0);
+  bool Store(const SettingsKey& row, long value, int n = 0);
+
+ private:
+  std::filesystem::path path_;
+};
+
+}  // namespace brevant::base

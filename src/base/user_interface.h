@@ -1,0 +1,43 @@
+// SPDX-License-Identifier: MIT
+// How the engine speaks to the user. The console and the windows implement it; no engine code
+// prints or opens a window.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace brevant::base {
+
+enum class Icon { None, Information, Question, Warning, Error };
+enum class Buttons { Ok, OkCancel, YesNo };
+enum class Answer { Ok, Cancel, Yes, No };
+
+struct Message {
+  std::string text;
+  std::string caption;
+  Icon icon = Icon::None;
+  Buttons buttons = Buttons::Ok;
+};
+
+class UserInterface {
+ public:
+  virtual ~UserInterface() = default;
+
+  // Shows the message and waits for the answer.
+  virtual Answer ShowMessage(const Message& message) = 0;
+  // Rejected input.
+  virtual void Beep() = 0;
+  // The main window's title; the console shows it as a status line on a terminal.
+  virtual void SetTitle(std::string_view title) = 0;
+
+  // Progress of one long operation. Text is shown as it stands; total 0 means that the end is not
+  // known. UpdateProgress gives windows a chance to repaint and returns false once the user has
+  // asked to cancel an operation that may be cancelled.
+  virtual void BeginProgress(std::string_view title, std::string_view text, bool can_cancel) = 0;
+  virtual bool UpdateProgress(std::string_view text, long done, long total) = 0;
+  virtual void EndProgress() = 0;
+
+  virtual void SetBusyCursor(bool busy) = 0;
+};
+
+}  // namespace brevant::base

@@ -1,0 +1,68 @@
+// SPDX-License-Identifier: MIT
+// The user's breakpoints and the two slots that a step uses. Software breakpoints are SWI bytes
+// planted over code; the hardware breakpoint is the MCU's break module.
+#pragma once
+
+#include <array>
+#include <cstdint>
+
+#include "base/address.h"
+#include "link/monitor.h"
+
+namespace brevant::control {
+
+inline constexpr int kMaxBreakpoints = 100;
+inline constexpr int kNoBreakpoint = kMaxBreakpoints;
+inline constexpr std::uint8_t kSwiOpcode = 0x83;
+
+// Break module registers.
+inline constexpr base::Address kBRKH = 0xFE09;
+inline constexpr base::Address kBRKSCR = 0xFE0B;
+
+struct Breakpoint {
+  bool in_use = false;
+  std::uint8_t saved = 0;  // the code byte under the SWI
+  base::Address address = 0;
+};
+
+class BreakpointTable {
+ public:
+  explicit BreakpointTable(link::Monitor& monitor) : monitor_(monitor) {}
+
+  const std::array<Breakpoint, kMaxBreakpoints>& entries() const { return entries_; }
+  int count() const { return count_; }
+
+  // Index of the first entry in use with that address, or kNoBreakpoint.
+  int FindBreakpoint(base::Address address) const;
+  bool Has(base::Address address) const { return FindBreakpoint(address) != kNoBreakpoint; }
+  // Table index of the n-th entry in use, from 0, or kNoBreakpoint.
+  int NthBreakpoint(int n) const;
+  // The table itself checks no limit but its size; see BreakpointLimit.
+  void AddBreakpoint(base::Address address);
+  void RemoveBreakpoint(base::Address address);
+  // Every entry free, without touching the target.
+  void Clear();
+
+  // Arms the break module with entry 0 (hardware), or plants an SWI at every entry.
+  void InsertBreakpoints(bool hardware);
+  // Restores planted bytes. In hardware mode nothing was planted and nothing is touched.
+  void RemoveBreakpoints(bool hardware);
+
+  // The break module.
+  void ArmBreakModule(base::Address address);
+  void DisarmBreakModule();
+
+  // Step slots: 0 the fall-through or run-to address, 1 a branch target.
+  std::array<Breakpoint, 2> step{};
+  void PlantStep(int slot, base::Address address);
+  // Restores slot 0, then slot 1, so that two slots at one address end with the code byte.
+  void ClearStepBreakpoints();
+
+ private:
+  void Restore(const Breakpoint& breakpoint);
+  link::Monitor& monitor_;
+  std::array<Breakpoint, kMaxBreakpoints> entries_{};
+  int count_ = 0;
+};
+
+}  // namespace brevant::control

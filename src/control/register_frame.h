@@ -1,0 +1,74 @@
+// SPDX-License-Identifier: MIT
+// The host's copy of the stopped program's registers, which the monitor keeps on the target's stack:
+// H, CCR, A, X, PC high, PC low from the frame base up. Valid only while the target is stopped.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string_view>
+
+#include "base/address.h"
+#include "link/monitor.h"
+
+namespace brevant::control {
+
+// Bits of CCR. Bits 6 and 5 always read 1.
+inline constexpr std::uint32_t kCcrV = 0x80, kCcrH = 0x10, kCcrI = 0x08, kCcrN = 0x04, kCcrZ = 0x02,
+                               kCcrC = 0x01;
+
+// Which registers changed between two calls of UpdateChangeFlags.
+struct ChangeFlags {
+  bool pc = false, sp = false, hx = false, a = false, ccr_high = false, ccr_low = false;
+};
+
+enum class Register { PC, SP, HX, A, CcrHigh, CcrLow };
+
+class RegisterFrame {
+ public:
+  explicit RegisterFrame(link::Monitor& monitor) : monitor_(monitor) {}
+
+  // 16 bits each, except A and CCR (8). SP is the frame base that READSP answers; the program's own
+  // stack pointer is SP + 5.
+  base::Address PC = 0;
+  base::Address SP = 0;
+  std::uint32_t HX = 0;
+  std::uint32_t A = 0;
+  std::uint32_t CCR = 0;
+  // The next UpdateChangeFlags reads the registers first. Cleared when a run or stop completes,
+  // since those have just read them.
+  bool reread = false;
+
+  base::Address ProgramSP() const { return base::Low16(SP + 5); }
+
+  void ReadRegisters();
+  // Writes the value into the frame; PC itself is the caller's to set.
+  void WriteProgramCounter(base::Address value);
+  base::Address ReadFramePC();
+  void WriteHX(std::uint32_t value);
+  void WriteA(std::uint32_t value);
+  void WriteCCR(std::uint32_t value);
+  // Gives the stopped program a new stack pointer by running LDHX #value+1; TXS; SWI from RAM that
+  // is borrowed at $0080-$0085. False when that program did not come back within 40 polls; the
+  // frame and the borrowed RAM are then what the program left.
+  bool SetStackPointer(base::Address value);
+  // Reads the frame base and sets PC from the reset vector, unless that is erased ($FFFF).
+  void LoadResetPC();
+  // Compares with the values of the previous call and remembers the present ones.
+  ChangeFlags UpdateChangeFlags();
+  // One cell of the registers window as the user typed it; false when the text is not of the
+  // register's form (hexadecimal, or binary for the two halves of CCR) and nothing was done.
+  bool Edit(Register which, std::string_view text);
+  // After a stop by break signal: the interrupted program's registers lie above the monitor's own
+  // frame. Reads them and discards that frame. False as for SetStackPointer.
+  bool RecoverInterrupted();
+
+ private:
+  struct Values {
+    base::Address pc = 0, sp = 0;
+    std::uint32_t hx = 0, a = 0, ccr = 0;
+  };
+  link::Monitor& monitor_;
+  Values previous_;
+};
+
+}  // namespace brevant::control

@@ -1,0 +1,73 @@
+// SPDX-License-Identifier: MIT
+// The one serial connection to the MCU's ROM monitor. The monitor pin is a single wire, so each byte
+// sent comes back twice: the host's own copy and the monitor's echo. Rests on base::SerialPort and
+// base::Clock.
+//
+// Once a transfer has failed, LinkError stays set and every later transfer does nothing, until a
+// new connection clears it.
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <string>
+
+#include "base/address.h"
+#include "base/clock.h"
+#include "base/serial_port.h"
+
+namespace brevant::link {
+
+enum class PollWait {
+  TimeOut,  // a command's poll: waits the read time-out of one byte, 110 ms
+  None,     // the timer's poll: takes only what has already arrived
+};
+
+class MonitorLink {
+ public:
+  MonitorLink(base::SerialPort& port, base::Clock& clock) : port_(port), clock_(clock) {}
+  MonitorLink(const MonitorLink&) = delete;
+  MonitorLink& operator=(const MonitorLink&) = delete;
+
+  // The link error latch.
+  bool LinkError = false;
+  // Result of the last PollBreak: 0 the monitor's break byte has been seen, 1 no byte, other values
+  // are a non-zero byte, sign-extended.
+  int BreakPollState = 0;
+  // "COM1" to "COM4", stored by the caller before OpenPort.
+  std::string PortName;
+
+  // Opens (closing any open port first), configures, sets the queue sizes. False at the first step
+  // that fails; see PortError.
+  bool OpenPort(const std::string& name);
+  // 9600 8N1 without flow control, 100 ms pause, DTR low, RTS low (which powers the target up),
+  // 1000 ms pause.
+  bool ConfigurePort();
+  void ClosePort();
+  bool IsOpen() const { return open_; }
+  std::string PortError() const { return port_.LastError(); }
+
+  // Sends each byte and reads its two copies before the next one goes out. Sets LinkError when they
+  // do not arrive in time (120 ms) or when the copies of the last byte differ.
+  void SendEchoed(base::Bytes bytes);
+  // Reads exactly buffer.size() bytes within 100 ms + 10 ms a byte, else sets LinkError.
+  void ReadRaw(std::span<std::uint8_t> buffer);
+  // One plain write followed by one read, for the block reads that skip the echo comparison.
+  bool WriteRaw(base::Bytes bytes);
+  int PollBreak(PollWait wait = PollWait::TimeOut);
+  // Holds the break condition for 100 ms, then expects two bytes: the line's own copy of the break
+  // and the stopped monitor's break character. True on success.
+  bool SendBreak();
+  // RTS high for 100 ms, then low, then 1000 ms to settle.
+  bool PulseReset();
+  // Busy wait: the clock passes at least ms + 1 ticks of a millisecond.
+  void WaitMs(int ms);
+  // Drops bytes that have arrived unasked (before a new exchange after a reset or reconnect).
+  void DiscardInput();
+
+ private:
+  base::SerialPort& port_;
+  base::Clock& clock_;
+  bool open_ = false;
+};
+
+}  // namespace brevant::link

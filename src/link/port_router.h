@@ -1,0 +1,58 @@
+// SPDX-License-Identifier: MIT
+// One serial port and clock in front of several kinds of device. Open("COM2") asks which device
+// stands behind the name, makes the backend that drives it and forwards everything to it; the
+// backend's clock rules while it is open, since the simulated target keeps its own time.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "base/clock.h"
+#include "base/serial_port.h"
+
+namespace brevant::link {
+
+// A device with the clock that goes with it. Both references live as long as owner.
+struct PortBackend {
+  std::shared_ptr<void> owner;
+  base::SerialPort* port = nullptr;
+  base::Clock* clock = nullptr;
+};
+
+class PortRouter final : public base::SerialPort, public base::Clock {
+ public:
+  // resolve: logical port or device name -> device name, or nothing when nothing stands behind it.
+  // make_backend: device name -> backend.
+  PortRouter(std::function<std::optional<std::string>(const std::string&)> resolve,
+             std::function<PortBackend(const std::string&)> make_backend);
+
+  // The device opened last, empty when none is open.
+  const std::string& device() const { return device_; }
+
+  bool Open(const std::string& name) override;
+  void Close() override;
+  bool Configure(const base::LineSettings& settings) override;
+  bool SetQueueSizes(int receive_bytes, int transmit_bytes) override;
+  bool SetDtr(bool high) override;
+  bool SetRts(bool high) override;
+  bool SetBreak(bool on) override;
+  bool Write(base::Bytes bytes) override;
+  std::optional<std::size_t> Read(std::span<std::uint8_t> buffer,
+                                  std::chrono::milliseconds timeout) override;
+  std::string LastError() const override;
+
+  std::int64_t NowMs() override;
+  void SpinUntil(std::int64_t deadline_ms) override;
+  void Sleep(std::chrono::milliseconds time) override;
+
+ private:
+  std::function<std::optional<std::string>(const std::string&)> resolve_;
+  std::function<PortBackend(const std::string&)> make_backend_;
+  PortBackend backend_;
+  std::string device_;
+  std::string error_;
+};
+
+}  // namespace brevant::link

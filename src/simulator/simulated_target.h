@@ -1,0 +1,58 @@
+// SPDX-License-Identifier: MIT
+// The simulated board as a serial port and a clock: host bytes go in, echoes and answers come out, and
+// every effect happens in its own CPU, memory and flash.
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+
+#include "base/clock.h"
+#include "base/serial_port.h"
+#include "simulator/board.h"
+#include "simulator/device.h"
+#include "simulator/fault_plan.h"
+
+namespace brevant::simulator {
+
+enum class Pace {
+  Instant,  // virtual time only; nothing ever sleeps
+  Bus,      // the CPU runs at bus speed against the wall clock, the wire is instant
+  Wire,     // the CPU and every byte take their real time
+};
+
+class SimulatedTarget final : public base::SerialPort, public base::Clock {
+ public:
+  explicit SimulatedTarget(const Device& device, Pace pace = Pace::Instant);
+
+  // The board itself: a test or a loader may look at and change anything in it.
+  Board& board() { return board_; }
+  const Board& board() const { return board_; }
+  void SetFaultPlan(FaultPlan plan);
+
+  bool Open(const std::string& device) override;
+  void Close() override;
+  bool Configure(const base::LineSettings& settings) override;
+  bool SetQueueSizes(int receive_bytes, int transmit_bytes) override;
+  bool SetDtr(bool high) override;
+  bool SetRts(bool high) override;
+  bool SetBreak(bool on) override;
+  bool Write(base::Bytes bytes) override;
+  std::optional<std::size_t> Read(std::span<std::uint8_t> buffer,
+                                  std::chrono::milliseconds timeout) override;
+  std::string LastError() const override;
+
+  std::int64_t NowMs() override;
+  void SpinUntil(std::int64_t deadline_ms) override;
+  void Sleep(std::chrono::milliseconds time) override;
+
+ private:
+  Board board_;
+  Pace pace_;
+  // (the implementer's own state)
+};
+
+}  // namespace brevant::simulator

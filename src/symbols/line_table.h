@@ -1,0 +1,48 @@
+// SPDX-License-Identifier: MIT
+// Which source line each target address comes from. Entries are kept in file order; the indexes
+// beside them only make lookups fast, the first match still wins.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "base/address.h"
+
+namespace brevant::symbols {
+
+struct LineEntry {
+  base::Address address = 0;
+  std::uint32_t line = 0;  // counted from 1
+  std::uint32_t file = 0;  // index into the source files; may name none
+};
+
+struct SourceLine {
+  std::uint32_t line = 0;
+  std::uint32_t file = 0;
+};
+
+class LineTable {
+ public:
+  const std::vector<LineEntry>& entries() const { return entries_; }
+  const std::vector<std::string>& files() const { return files_; }
+  bool empty() const { return entries_.empty(); }
+  void Clear();
+  void Assign(std::vector<LineEntry> entries, std::vector<std::string> files);
+
+  bool HasLineAt(base::Address address) const;
+  // The line shown for a PC: the entry at the address or the nearest below it; of two entries at
+  // one address the second; below the first entry the first; above the last nothing.
+  std::optional<SourceLine> LineForAddress(base::Address address) const;
+  // The first entry with exactly this address.
+  std::optional<SourceLine> LineForExactAddress(base::Address address) const;
+  // The first entry with this line in this file.
+  std::optional<base::Address> AddressForLine(std::uint32_t line, std::uint32_t file) const;
+
+ private:
+  std::vector<LineEntry> entries_;
+  std::vector<std::string> files_;
+};
+
+}  // namespace brevant::symbols
