@@ -19,8 +19,8 @@ enum class ToolChain {
 };
 
 struct DebugInfo {
-  SymbolTable SymbolTable;
-  LineTable LineTable;
+  symbols::SymbolTable SymbolTable;
+  symbols::LineTable LineTable;
   // The tables belong to the loaded program. Cleared by flash commands and by loading symbols.
   bool DebugInfoLoaded = false;
   // The tool chain in force; setting "compiler" as last read.

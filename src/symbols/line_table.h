@@ -1,11 +1,13 @@
 // SPDX-License-Identifier: MIT
 // Which source line each target address comes from. Entries are kept in file order; the indexes
-// beside them only make lookups fast, the first match still wins.
+// beside them make lookups fast, and among equal addresses or lines the file order still decides.
+// Tool chains write ascending addresses; entries that are not are looked up as if they were sorted.
 #pragma once
 
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 #include "base/address.h"
@@ -43,6 +45,10 @@ class LineTable {
  private:
   std::vector<LineEntry> entries_;
   std::vector<std::string> files_;
+  std::vector<std::size_t> ascending_;  // entries by address, equal ones in file order
+  std::unordered_map<std::uint64_t, base::Address> by_line_;  // first entry of each file and line
+
+  std::size_t FirstNotBelow(base::Address address) const;  // a place in ascending_
 };
 
 }  // namespace brevant::symbols

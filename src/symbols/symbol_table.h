@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Names and their target addresses, in file order: the first match wins. Replaced as a whole by each
-// load.
+// Names and their target addresses, in file order: the first match wins. Replaced as a whole by
+// each load.
 #pragma once
 
 #include <optional>
@@ -30,6 +30,10 @@ class SymbolTable final : public isa::SymbolNames {
 
   std::optional<std::string_view> FindSymbolName(base::Address address) const override;
   std::optional<base::Address> FindSymbolAddress(std::string_view name) const override;
+  // The first symbol with the name, ignoring case; else the one with a "_" in front of it, as C
+  // compilers write it; else the one without its own leading "_". Null when there is none; valid
+  // until the table changes.
+  const Symbol* FindSymbol(std::string_view name) const;
   // The name, or the low 16 bits in lower-case hexadecimal without leading zeros.
   std::string SymbolName(base::Address address) const;
 
