@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The simulated devices, as rows.
+// The simulated devices, as rows: memory maps, flash geometry and what stands in the I/O page.
 #pragma once
 
 #include <cstdint>
@@ -16,22 +16,42 @@ struct Range {
   constexpr bool Contains(base::Address a) const { return a >= first && a <= last; }
 };
 
+// A register whose value after reset is not 0 and that no peripheral of the simulator keeps itself.
+struct RegisterReset {
+  base::Address address = 0;
+  std::uint8_t value = 0;
+};
+
 struct Device {
   std::string_view name;  // "MC68HC908GP32"
+  Range io;               // registers of the I/O page
+  Range high_registers;   // SBSR and its neighbours
   Range ram;
   std::span<const Range> flash;
   Range monitor_rom;
-  base::Address flbpr;      // block protect register, itself a flash byte
-  int page_size;            // erase page
-  int row_size;             // program row
-  bool second_timer;        // TIM2
+  Range auxiliary_rom;         // first > last: none
+  base::Address flbpr;         // block protect register, itself a flash byte
+  base::Address protect_base;  // protection starts at protect_base | FLBPR << protect_shift
+  int protect_shift;
+  int page_size;      // erase page
+  int row_size;       // program row
+  bool second_timer;  // TIM2
   bool sci;
-  std::span<const base::Address> security_flags;  // bytes whose bit 6 says that the code was accepted
+  int ports;  // port A and so on
+  std::span<const RegisterReset> register_resets;
+  std::span<const base::Address> security_flags;  // bit 6 set: the code was accepted
+
+  constexpr bool IsFlash(base::Address a) const {
+    for (const Range& range : flash) {
+      if (range.Contains(a)) return true;
+    }
+    return false;
+  }
 };
 
 const Device& Gp32();
 const Device& Ql();
-// 0 MC68HC908GP32, 1 MC68HC908QL: the order of setting "HC08Devices".
+// 0 MC68HC908GP32, 1 MC68HC908QL: the order of setting "HC08Devices". Any other value is the GP32.
 const Device& DeviceByIndex(int index);
 
 }  // namespace brevant::simulator
