@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// The one serial connection to the MCU's ROM monitor. The monitor pin is a single wire, so each byte
-// sent comes back twice: the host's own copy and the monitor's echo. Rests on base::SerialPort and
-// base::Clock.
+// The one serial connection to the MCU's ROM monitor. The monitor pin is a single wire, so each
+// byte sent comes back twice: the host's own copy and the monitor's echo. Rests on base::SerialPort
+// and base::Clock.
 //
 // Once a transfer has failed, LinkError stays set and every later transfer does nothing, until a
 // new connection clears it.
@@ -44,12 +44,14 @@ class MonitorLink {
   bool ConfigurePort();
   void ClosePort();
   bool IsOpen() const { return open_; }
-  std::string PortError() const { return port_.LastError(); }
+  // Why the port refused, and what to do about it, in the port's own words.
+  std::string PortError() const;
 
   // Sends each byte and reads its two copies before the next one goes out. Sets LinkError when they
   // do not arrive in time (120 ms) or when the copies of the last byte differ.
   void SendEchoed(base::Bytes bytes);
-  // Reads exactly buffer.size() bytes within 100 ms + 10 ms a byte, else sets LinkError.
+  // Reads exactly buffer.size() bytes (at most 64) within 100 ms + 10 ms a byte. When fewer arrive,
+  // LinkError is set and the buffer keeps what it held.
   void ReadRaw(std::span<std::uint8_t> buffer);
   // One plain write followed by one read, for the block reads that skip the echo comparison.
   bool WriteRaw(base::Bytes bytes);
@@ -65,9 +67,12 @@ class MonitorLink {
   void DiscardInput();
 
  private:
+  bool ReadExactly(std::span<std::uint8_t> buffer);
+
   base::SerialPort& port_;
   base::Clock& clock_;
   bool open_ = false;
+  std::string open_error_;
 };
 
 }  // namespace brevant::link
