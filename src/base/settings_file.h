@@ -24,7 +24,8 @@ class SettingsFile {
   int ReadInteger(std::string_view section, std::string_view key, int default_value) const;
   std::string ReadString(std::string_view section, std::string_view key,
                          std::string_view default_text, int buffer_size) const;
-  // False when the file could not be replaced; the old content is then untouched.
+  // False when the file could not be replaced or the text holds a line end or a NUL; the old
+  // content is then untouched. A text with outer blanks or quotes is written between quotes.
   bool WriteString(std::string_view section, std::string_view key, std::string_view text);
   bool WriteInteger(std::string_view section, std::string_view key, long value);
   // True when the key stands in the file.

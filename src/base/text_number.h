@@ -29,7 +29,7 @@ std::uint32_t ParseBinary(std::string_view text);
 std::string FormatBinary(std::uint32_t value, int count);
 
 // Leading decimal digits after optional blanks and a sign; 0 when there are none. Saturates at the
-// limits of int. The rule of integer settings and of "%d" fields.
+// limits of int. The rule of "%d" fields.
 int ParseLeadingDecimal(std::string_view text);
 
 // One "%Nx" conversion: skips white space, then takes 1 to max_digits hexadecimal digits from the

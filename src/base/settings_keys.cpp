@@ -1,0 +1,74 @@
+// SPDX-License-Identifier: MIT
+#include "base/settings_keys.h"
+
+namespace brevant::base {
+namespace {
+
+using namespace keys;
+constexpr SettingsKey kAllRows[] = {kPort,
+                                    kRecentSecurity,
+                                    kResetSecurity,
+                                    kSecurityCheck,
+                                    kDevice,
+                                    kCompiler,
+                                    kIntrolLibDir,
+                                    kImageFormat,
+                                    kSymbolTableStart,
+                                    kRunToMain,
+                                    kRunToMainSymbol,
+                                    kHardwareBreak,
+                                    kNStepCount,
+                                    kNStepSubroutines,
+                                    kNStepUpdateRate,
+                                    kNStepForever,
+                                    kNStepForeverInDialog,
+                                    kTimeStamp,
+                                    kMacroFlags,
+                                    kLoadMacroFile,
+                                    kResetMacroFile,
+                                    kEraseStart,
+                                    kEraseEnd,
+                                    kProgramFile,
+                                    kProgramLocationAddress,
+                                    kProgramLocationBytes,
+                                    kFont,
+                                    kTabSize,
+                                    kMatchCase,
+                                    kProgramRange,
+                                    kDataRange,
+                                    kDataPerLine,
+                                    kDataUnit,
+                                    kDataAscii,
+                                    kFileIoIn,
+                                    kFileIoOut,
+                                    kSaveOnExit,
+                                    kFrameGeometry,
+                                    kWatchGeometry,
+                                    kRegistersGeometry,
+                                    kSourceGeometry,
+                                    kWatchOpen,
+                                    kSourceOpen,
+                                    kProgramWindowCount,
+                                    kDataWindowCount,
+                                    kProgramGeometry,
+                                    kDataGeometry,
+                                    kDataFirstLine,
+                                    kDataAttribute,
+                                    kRecentFile,
+                                    kMacroFile,
+                                    kPortDevice};
+
+}  // namespace
+
+std::span<const SettingsKey> AllSettingsKeys() {
+  return kAllRows;
+}
+
+std::string NumberedKey(const SettingsKey& row, int n) {
+  std::string key(row.key);
+  const std::size_t number = key.find("%d");
+  if (number != std::string::npos) key.replace(number, 2, std::to_string(n));
+  return key;
+}
+
+}  // namespace brevant::base
