@@ -154,11 +154,25 @@ std::string WithValue(std::string_view text, std::string_view section, std::stri
   return Join(lines);
 }
 
+std::string OverrideName(std::string_view section, std::string_view key) {
+  return UpperCase(section) + ']' + UpperCase(key);
+}
+
 }  // namespace
+
+std::optional<std::string> SettingsFile::Find(std::string_view section,
+                                              std::string_view key) const {
+  const auto found = overrides_.find(OverrideName(section, key));
+  return found != overrides_.end() ? found->second : Lookup(path_, section, key);
+}
+
+void SettingsFile::Override(const SettingsKey& row, std::string_view text, int n) {
+  overrides_[OverrideName(row.section, NumberedKey(row, n))] = text;
+}
 
 int SettingsFile::ReadInteger(std::string_view section, std::string_view key,
                               int default_value) const {
-  const auto value = Lookup(path_, section, key);
+  const auto value = Find(section, key);
   if (!value) return default_value;
   const bool is_number = !value->empty() && value->front() >= '0' && value->front() <= '9';
   return is_number ? ParseLeadingDecimal(*value) : 0;
@@ -166,7 +180,7 @@ int SettingsFile::ReadInteger(std::string_view section, std::string_view key,
 
 std::string SettingsFile::ReadString(std::string_view section, std::string_view key,
                                      std::string_view default_text, int buffer_size) const {
-  std::string value = Lookup(path_, section, key).value_or(std::string(default_text));
+  std::string value = Find(section, key).value_or(std::string(default_text));
   const auto limit = static_cast<std::size_t>(buffer_size > 0 ? buffer_size - 1 : 0);
   if (value.size() > limit) value.resize(limit);
   return value;
@@ -179,6 +193,7 @@ bool SettingsFile::WriteString(std::string_view section, std::string_view key,
   const FileText file = ReadFile(path_);
   std::error_code error;
   if (!file.ok() && std::filesystem::exists(path_, error)) return false;
+  overrides_.erase(OverrideName(section, key));
   return ReplaceFile(path_, WithValue(file.text, section, key, text)).empty();
 }
 
@@ -187,7 +202,7 @@ bool SettingsFile::WriteInteger(std::string_view section, std::string_view key, 
 }
 
 bool SettingsFile::Has(std::string_view section, std::string_view key) const {
-  return Lookup(path_, section, key).has_value();
+  return Find(section, key).has_value();
 }
 
 int SettingsFile::Integer(const SettingsKey& row, int n) const {

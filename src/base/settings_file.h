@@ -6,6 +6,8 @@
 #pragma once
 
 #include <filesystem>
+#include <map>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -37,8 +39,15 @@ class SettingsFile {
   bool Store(const SettingsKey& row, std::string_view text, int n = 0);
   bool Store(const SettingsKey& row, long value, int n = 0);
 
+  // A value for this run only, as a command line gives it: it wins over the file, is never written,
+  // and ends when the key is stored.
+  void Override(const SettingsKey& row, std::string_view text, int n = 0);
+
  private:
+  std::optional<std::string> Find(std::string_view section, std::string_view key) const;
+
   std::filesystem::path path_;
+  std::map<std::string, std::string> overrides_;  // by OverrideName
 };
 
 }  // namespace brevant::base

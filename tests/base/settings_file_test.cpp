@@ -116,5 +116,19 @@ TEST_F(SettingsFileTest, SurvivesJunk) {
   }
 }
 
+// What a command line says holds for the run and leaves the file alone.
+TEST_F(SettingsFileTest, OverridesShadowTheFileUntilTheKeyIsStored) {
+  Put("[config]\nport=COM2\n");
+  settings_.Override(keys::kPort, "COM1");
+  settings_.Override(keys::kPortDevice, "/dev/ttyUSB0", 1);
+  EXPECT_EQ(settings_.String(keys::kPort), "COM1");
+  EXPECT_EQ(settings_.ReadString("Ports", "com1", "", 99), "/dev/ttyUSB0");
+  EXPECT_TRUE(settings_.Has("ports", "COM1"));
+  EXPECT_EQ(Text(), "[config]\nport=COM2\n");
+  ASSERT_TRUE(settings_.Store(keys::kPort, "COM4"));
+  EXPECT_EQ(settings_.String(keys::kPort), "COM4");
+  EXPECT_EQ(Text(), "[config]\nport=COM4\n");
+}
+
 }  // namespace
 }  // namespace brevant::base
