@@ -37,13 +37,13 @@ class BreakpointTable {
   bool Has(base::Address address) const { return FindBreakpoint(address) != kNoBreakpoint; }
   // Table index of the n-th entry in use, from 0, or kNoBreakpoint.
   int NthBreakpoint(int n) const;
-  // The table itself checks no limit but its size; see BreakpointLimit.
+  // The table itself checks no limit but its size; see BreakpointLimit in control/messages.h.
   void AddBreakpoint(base::Address address);
   void RemoveBreakpoint(base::Address address);
   // Every entry free, without touching the target.
   void Clear();
 
-  // Arms the break module with entry 0 (hardware), or plants an SWI at every entry.
+  // Arms the break module with the first entry in use (hardware), or plants an SWI at every entry.
   void InsertBreakpoints(bool hardware);
   // Restores planted bytes. In hardware mode nothing was planted and nothing is touched.
   void RemoveBreakpoints(bool hardware);
@@ -55,10 +55,16 @@ class BreakpointTable {
   // Step slots: 0 the fall-through or run-to address, 1 a branch target.
   std::array<Breakpoint, 2> step{};
   void PlantStep(int slot, base::Address address);
-  // Restores slot 0, then slot 1, so that two slots at one address end with the code byte.
+  // Restores slot 0, then slot 1, so that two slots at one address end with the code byte. When the
+  // link fails the slots stay in use: their code is still to be restored.
   void ClearStepBreakpoints();
+  bool StepPlanted() const { return step[0].in_use || step[1].in_use; }
 
  private:
+  // Saves the code byte and writes an SWI over it. False, with the saved byte untouched, when the
+  // code could not be read.
+  bool Plant(Breakpoint& breakpoint);
+  // Only a byte that is still the SWI is replaced: the program may have been loaded anew.
   void Restore(const Breakpoint& breakpoint);
   link::Monitor& monitor_;
   std::array<Breakpoint, kMaxBreakpoints> entries_{};

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
-// The host's copy of the stopped program's registers, which the monitor keeps on the target's stack:
-// H, CCR, A, X, PC high, PC low from the frame base up. Valid only while the target is stopped.
+// The host's copy of the stopped program's registers, which the monitor keeps on the target's
+// stack: H, CCR, A, X, PC high, PC low from the frame base up. Valid only while the target is
+// stopped.
 #pragma once
 
 #include <cstdint>
@@ -40,7 +41,8 @@ class RegisterFrame {
 
   base::Address ProgramSP() const { return base::Low16(SP + 5); }
 
-  void ReadRegisters();
+  // False when the link failed on the way; the registers known before are then kept.
+  bool ReadRegisters();
   // Writes the value into the frame; PC itself is the caller's to set.
   void WriteProgramCounter(base::Address value);
   base::Address ReadFramePC();
@@ -49,14 +51,15 @@ class RegisterFrame {
   void WriteCCR(std::uint32_t value);
   // Gives the stopped program a new stack pointer by running LDHX #value+1; TXS; SWI from RAM that
   // is borrowed at $0080-$0085. False when that program did not come back within 40 polls; the
-  // frame and the borrowed RAM are then what the program left.
+  // borrowed RAM and the frame are then restored provided that the monitor still answers.
   bool SetStackPointer(base::Address value);
   // Reads the frame base and sets PC from the reset vector, unless that is erased ($FFFF).
   void LoadResetPC();
   // Compares with the values of the previous call and remembers the present ones.
   ChangeFlags UpdateChangeFlags();
-  // One cell of the registers window as the user typed it; false when the text is not of the
-  // register's form (hexadecimal, or binary for the two halves of CCR) and nothing was done.
+  // One cell of the registers window as the user typed it. False when the text is not of the
+  // register's form (hexadecimal, or binary for the two halves of CCR) and nothing was done, or
+  // when the stack pointer could not be set.
   bool Edit(Register which, std::string_view text);
   // After a stop by break signal: the interrupted program's registers lie above the monitor's own
   // frame. Reads them and discards that frame. False as for SetStackPointer.

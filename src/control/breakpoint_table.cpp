@@ -1,0 +1,101 @@
+// SPDX-License-Identifier: MIT
+#include "control/breakpoint_table.h"
+
+#include <algorithm>
+
+namespace brevant::control {
+
+namespace {
+
+constexpr std::uint32_t kBreakEnable = 0x80;  // BRKE of BRKSCR
+
+}  // namespace
+
+int BreakpointTable::FindBreakpoint(base::Address address) const {
+  const auto found = std::find_if(entries_.begin(), entries_.end(), [address](const auto& entry) {
+    return entry.in_use && entry.address == address;
+  });
+  return static_cast<int>(found - entries_.begin());
+}
+
+int BreakpointTable::NthBreakpoint(int n) const {
+  const auto found = std::find_if(entries_.begin(), entries_.end(),
+                                  [&n](const auto& entry) { return entry.in_use && n-- == 0; });
+  return static_cast<int>(found - entries_.begin());
+}
+
+void BreakpointTable::AddBreakpoint(base::Address address) {
+  const auto free = std::find_if(entries_.begin(), entries_.end(),
+                                 [](const auto& entry) { return !entry.in_use; });
+  if (free == entries_.end()) return;
+  free->in_use = true;
+  free->address = address;
+  ++count_;
+}
+
+void BreakpointTable::RemoveBreakpoint(base::Address address) {
+  const int index = FindBreakpoint(address);
+  if (index == kNoBreakpoint) return;
+  entries_[index].in_use = false;
+  --count_;
+}
+
+void BreakpointTable::Clear() {
+  for (Breakpoint& entry : entries_) entry.in_use = false;
+  count_ = 0;
+}
+
+void BreakpointTable::InsertBreakpoints(bool hardware) {
+  if (count_ < 1) return;
+  if (hardware) {
+    ArmBreakModule(entries_[NthBreakpoint(0)].address);
+    return;
+  }
+  for (Breakpoint& entry : entries_) {
+    if (entry.in_use && !Plant(entry)) return;
+  }
+}
+
+void BreakpointTable::RemoveBreakpoints(bool hardware) {
+  if (hardware || count_ < 1) return;
+  for (const Breakpoint& entry : entries_) {
+    if (entry.in_use) Restore(entry);
+  }
+}
+
+void BreakpointTable::ArmBreakModule(base::Address address) {
+  monitor_.WriteWord(kBRKH, address);
+  monitor_.WriteByte(kBRKSCR, kBreakEnable);
+}
+
+void BreakpointTable::DisarmBreakModule() {
+  monitor_.WriteByte(kBRKSCR, 0);
+}
+
+void BreakpointTable::PlantStep(int slot, base::Address address) {
+  step[slot].address = base::Low16(address);
+  step[slot].in_use = Plant(step[slot]);
+}
+
+void BreakpointTable::ClearStepBreakpoints() {
+  for (Breakpoint& slot : step) {
+    if (slot.in_use) Restore(slot);
+    if (monitor_.LinkError()) return;
+    slot.in_use = false;
+  }
+}
+
+bool BreakpointTable::Plant(Breakpoint& breakpoint) {
+  const std::uint8_t code = monitor_.ReadByte(breakpoint.address);
+  if (monitor_.LinkError()) return false;
+  breakpoint.saved = code;
+  monitor_.WriteByte(breakpoint.address, kSwiOpcode);
+  return true;
+}
+
+void BreakpointTable::Restore(const Breakpoint& breakpoint) {
+  if (monitor_.ReadByte(breakpoint.address) != kSwiOpcode) return;
+  monitor_.WriteByte(breakpoint.address, breakpoint.saved);
+}
+
+}  // namespace brevant::control

@@ -1,0 +1,37 @@
+// SPDX-License-Identifier: MIT
+#include "control/messages.h"
+
+#include "base/text_format.h"
+
+namespace brevant::control {
+
+base::Message ToMessage(const MessageText& row) {
+  return {row.text, row.caption, row.icon, base::Buttons::Ok};
+}
+
+std::optional<base::Message> StopMessage(StopResult result) {
+  switch (result) {
+    case StopResult::Stopped:
+      return std::nullopt;
+    case StopResult::NoAnswer:
+      return ToMessage(messages::kStopNotAnswered);
+    case StopResult::NotRecovered:
+      return ToMessage(messages::kStackPointerLost);
+    case StopResult::LinkLost:
+      return ToMessage(messages::kLinkLost);
+  }
+  return std::nullopt;
+}
+
+std::optional<base::Message> BreakpointLimit(const BreakpointTable& table, bool hardware) {
+  if (hardware) {
+    if (table.count() < kMaxHardwareBreakpoints) return std::nullopt;
+    return ToMessage(messages::kHardwareBreakpointLimit);
+  }
+  if (table.count() < kMaxBreakpoints) return std::nullopt;
+  base::Message message = ToMessage(messages::kBreakpointLimit);
+  message.text = base::Format(messages::kBreakpointLimit.text, kMaxBreakpoints);
+  return message;
+}
+
+}  // namespace brevant::control

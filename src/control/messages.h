@@ -1,0 +1,55 @@
+// SPDX-License-Identifier: MIT
+// What run control tells the user.
+#pragma once
+
+#include <optional>
+
+#include "base/user_interface.h"
+#include "control/breakpoint_table.h"
+#include "control/run_state.h"
+
+namespace brevant::control {
+
+struct MessageText {
+  const char* text;
+  const char* caption;
+  base::Icon icon;
+};
+
+namespace messages {
+
+inline constexpr MessageText kBreakpointLimit{"You can setup only %d breakpoints\n",
+                                              "Error Message", base::Icon::Information};
+inline constexpr MessageText kHardwareBreakpointLimit{
+    "You can setup only 1 breakpoints\nwhen debugging code in flash", "Error Message",
+    base::Icon::Information};
+inline constexpr MessageText kStopNotAnswered{
+    "The target does not answer the break signal and keeps running.\n"
+    "A program can be stopped only while it has interrupts enabled (CLI) and its IRQ vector at\n"
+    "$FFFA points to $FE27. The vector can be set with \"Program IRQ vector\".\n"
+    "\"Reset\" stops the program in any case.",
+    "Information", base::Icon::Information};
+inline constexpr MessageText kStackPointerLost{
+    "The target has stopped, but its stack pointer could not be restored.\n"
+    "The registers shown may be wrong. \"Reset\" starts afresh.",
+    "Error Message", base::Icon::Warning};
+inline constexpr MessageText kLinkLost{
+    "The connection to the target is lost. Check the cable and the target's power;\n"
+    "\"ReStart\" connects again.",
+    "Error Message", base::Icon::Warning};
+inline constexpr MessageText kTraceLogNotWritten{"Can not write the trace log %s\n%s",
+                                                 "Error Message", base::Icon::Warning};
+
+}  // namespace messages
+
+base::Message ToMessage(const MessageText& row);
+
+// What the user should know of a stop that did not go well; nothing when it did.
+std::optional<base::Message> StopMessage(StopResult result);
+
+inline constexpr int kMaxHardwareBreakpoints = 1;
+
+// Why another breakpoint is refused; nothing while there is room. Asked by whoever adds one.
+std::optional<base::Message> BreakpointLimit(const BreakpointTable& table, bool hardware);
+
+}  // namespace brevant::control
