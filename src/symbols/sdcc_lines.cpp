@@ -1,0 +1,138 @@
+// SPDX-License-Identifier: MIT
+#include "symbols/sdcc_lines.h"
+
+#include <algorithm>
+#include <map>
+#include <set>
+#include <unordered_map>
+#include <utility>
+
+namespace brevant::symbols {
+namespace {
+
+class LineBuilder {
+ public:
+  LineBuilder(SdccLineRecords records, SdccSources& sources, ParsedProgram& program)
+      : records_(std::move(records)), sources_(sources), program_(program) {}
+  void Build();
+
+ private:
+  std::uint32_t FileIndex(std::string path);
+  void AddCLines();
+  void AddFunctionStarts();
+  void AddAssemblerLines();
+  void OrderEntries();
+  bool InsideC(base::Address address) const;
+
+  SdccLineRecords records_;
+  SdccSources& sources_;
+  ParsedProgram& program_;
+  std::map<std::string, std::uint32_t> file_indexes_;
+  std::vector<SdccLineRecords::Function> c_functions_;  // ascending; those with lines of C
+};
+
+std::uint32_t LineBuilder::FileIndex(std::string path) {
+  const auto next = static_cast<std::uint32_t>(program_.files.size());
+  const auto [place, is_new] = file_indexes_.try_emplace(path, next);
+  if (is_new) program_.files.push_back(std::move(path));
+  return place->second;
+}
+
+void LineBuilder::AddCLines() {
+  // Each line of C is also a line of its module's assembler source, which tells files with the same
+  // name apart.
+  std::unordered_map<base::Address, std::string_view> module_at;
+  for (const auto& line : records_.assembler_lines) module_at.try_emplace(line.address, line.name);
+  const auto module_of = [&](const SdccLineRecords::Line& line) {
+    const auto found = module_at.find(line.address);
+    return found == module_at.end() ? std::string_view() : found->second;
+  };
+  std::map<std::string_view, std::set<std::string_view>> modules_of_name;
+  for (const auto& line : records_.c_lines) modules_of_name[line.name].insert(module_of(line));
+
+  std::map<std::pair<std::string_view, std::string_view>, std::uint32_t> known;
+  for (const auto& line : records_.c_lines) {
+    const std::pair key{std::string_view(line.name), module_of(line)};
+    auto found = known.find(key);
+    if (found == known.end()) {
+      const bool ambiguous = modules_of_name[line.name].size() > 1;
+      const auto index = FileIndex(sources_.CSource(key.first, key.second, ambiguous));
+      found = known.emplace(key, index).first;
+    }
+    program_.lines.push_back({line.address, line.line, found->second});
+  }
+  std::ranges::stable_sort(program_.lines, {}, &LineEntry::address);
+}
+
+void LineBuilder::AddFunctionStarts() {
+  std::ranges::sort(records_.functions, {}, &SdccLineRecords::Function::first);
+  std::vector<LineEntry> starts;
+  for (const auto& function : records_.functions) {
+    const auto inside =
+        std::ranges::lower_bound(program_.lines, function.first, {}, &LineEntry::address);
+    if (inside == program_.lines.end() || inside->address > function.last) continue;
+    c_functions_.push_back(function);
+    if (inside->address == function.first) continue;
+    starts.push_back({function.first, inside->line, inside->file});
+  }
+  program_.lines.insert(program_.lines.end(), starts.begin(), starts.end());
+}
+
+bool LineBuilder::InsideC(base::Address address) const {
+  const auto after =
+      std::ranges::upper_bound(c_functions_, address, {}, &SdccLineRecords::Function::first);
+  return after != c_functions_.begin() && address <= std::prev(after)->last;
+}
+
+void LineBuilder::AddAssemblerLines() {
+  std::set<base::Address> has_c;
+  for (const LineEntry& entry : program_.lines) has_c.insert(entry.address);
+  std::unordered_map<std::string_view, std::uint32_t> files;
+  for (const auto& line : records_.assembler_lines) {
+    if (InsideC(line.address) || has_c.contains(line.address)) continue;
+    auto found = files.find(line.name);
+    if (found == files.end()) {
+      const auto index = FileIndex(sources_.AssemblerSource(line.name));
+      found = files.emplace(line.name, index).first;
+    }
+    program_.lines.push_back({line.address, line.line, found->second});
+  }
+}
+
+void LineBuilder::OrderEntries() {
+  std::vector<LineEntry>& lines = program_.lines;
+  std::ranges::stable_sort(lines, {}, &LineEntry::address);
+  const auto same = [](const LineEntry& a, const LineEntry& b) {
+    return a.address == b.address && a.line == b.line && a.file == b.file;
+  };
+  lines.erase(std::unique(lines.begin(), lines.end(), same), lines.end());
+  // The lookup for a PC takes the second of several lines at one address; the last one is what runs
+  // there, so it stands in both places.
+  std::vector<LineEntry> ordered;
+  ordered.reserve(lines.size());
+  for (auto group = lines.begin(); group != lines.end();) {
+    const auto end = std::find_if(group, lines.end(), [&](const LineEntry& entry) {
+      return entry.address != group->address;
+    });
+    ordered.push_back(*group);
+    if (end - group > 2) ordered.push_back(*std::prev(end));
+    ordered.insert(ordered.end(), std::next(group), end);
+    group = end;
+  }
+  lines = std::move(ordered);
+}
+
+void LineBuilder::Build() {
+  AddCLines();
+  AddFunctionStarts();
+  AddAssemblerLines();
+  OrderEntries();
+}
+
+}  // namespace
+
+void BuildSdccLines(SdccLineRecords records, SdccSources& sources, ParsedProgram& program) {
+  LineBuilder(std::move(records), sources, program).Build();
+}
+
+}  // namespace brevant::symbols

@@ -1,0 +1,32 @@
+// SPDX-License-Identifier: MIT
+// From the line records of SDCC's debug file to line entries and source files, by the rules that
+// sdcc_cdb.h gives.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "symbols/parsed_program.h"
+#include "symbols/sdcc_sources.h"
+
+namespace brevant::symbols {
+
+struct SdccLineRecords {
+  struct Line {
+    base::Address address = 0;
+    std::uint32_t line = 0;
+    std::string name;  // the C file, or the module of an assembler line
+  };
+  struct Function {
+    base::Address first = 0;
+    base::Address last = 0;  // where its last instruction starts
+  };
+  std::vector<Line> c_lines;
+  std::vector<Line> assembler_lines;
+  std::vector<Function> functions;
+};
+
+// Fills program's lines and files.
+void BuildSdccLines(SdccLineRecords records, SdccSources& sources, ParsedProgram& program);
+
+}  // namespace brevant::symbols
