@@ -1,0 +1,158 @@
+// SPDX-License-Identifier: MIT
+#include "isa/disassembler.h"
+
+#include <algorithm>
+
+#include "isa/instruction_table.h"
+
+namespace brevant::isa {
+namespace {
+
+using base::Address;
+
+// How a mode's operands are written. A letter or digit below stands for a value, all else for
+// itself:
+//   b  the bit number          1 2  the value of that byte of the instruction (0 is the first)
+//   w  the word in the instruction's last two bytes
+//   t  the branch target; the offset is the last byte
+// Each value is shown as its symbol's name, or in hexadecimal without prefix or leading zeros.
+constexpr std::array<std::string_view, kModeCount> kOperandLayouts{
+    "b,1,t",     // BitTestBranch
+    "b,1",       // BitSetClear
+    "$1,$t",     // CompareBranchDirect
+    "#$1,$t",    // CompareBranchImmediate
+    "$1,X+,$t",  // CompareBranchIndexed8PostInc
+    "X+,$t",     // CompareBranchIndexedPostInc
+    "$2,SP,$t",  // CompareBranchStack8
+    "$1,$t",     // DecBranchDirect
+    "$t",        // DecBranchRegister
+    "X,$t",      // DecBranchIndexed
+    "$1,X,$t",   // DecBranchIndexed8
+    "$2,SP,$t",  // DecBranchStack8
+    "1",         // Direct
+    "w",         // Extended
+    "#1",        // Immediate
+    "#w",        // Immediate16
+    "",          // Inherent
+    ",X",        // Indexed
+    "1,X",       // Indexed8
+    "w,X",       // Indexed16
+    "1,2",       // MoveDirectDirect
+    "1,X+",      // MoveDirectPostInc
+    "#1,2",      // MoveImmediateDirect
+    "X+,1",      // MovePostIncDirect
+    "",          // Illegal
+    "t",         // Relative
+    "2,SP",      // Stack8
+    "w,SP",      // Stack16
+};
+
+// A layout shows each byte behind the opcode once, so its letters account for the mode's length.
+constexpr bool LayoutsFitTheLengths() {
+  for (std::size_t mode = 0; mode < kOperandLayouts.size(); ++mode) {
+    const std::string_view layout = kOperandLayouts[mode];
+    int bytes = layout.find("SP") == std::string_view::npos ? 1 : 2;
+    for (char c : layout) bytes += c == 'w' ? 2 : c == '1' || c == '2' || c == 't' ? 1 : 0;
+    if (bytes != kModeLengths[mode]) return false;
+  }
+  return true;
+}
+static_assert(LayoutsFitTheLengths());
+
+constexpr char kHexDigits[] = "0123456789abcdef";
+
+void AppendHex(std::string& line, std::uint32_t value, int min_digits) {
+  char digits[8];
+  int start = 8;
+  do {
+    digits[--start] = kHexDigits[value & 15];
+    value >>= 4;
+  } while (value != 0 || 8 - start < min_digits);
+  line.append(digits + start, static_cast<std::size_t>(8 - start));
+}
+
+void AppendSymbol(std::string& line, Address value, const SymbolNames& symbols) {
+  if (const auto name = symbols.FindSymbolName(value)) {
+    line += *name;
+  } else {
+    AppendHex(line, base::Low16(value), 1);
+  }
+}
+
+// The target in full width: past either end of the address space it is no symbol's address.
+Address BranchTarget(const CurrentInstruction& instruction) {
+  const std::uint32_t offset = instruction.bytes[instruction.length - 1] & 0xFF;
+  return instruction.address + instruction.length + (offset ^ 0x80u) - 0x80u;
+}
+
+void AppendOperands(std::string& line, const CurrentInstruction& instruction, Mode mode,
+                    const SymbolNames& symbols) {
+  const std::string_view layout = kOperandLayouts[static_cast<std::size_t>(mode)];
+  if (layout.empty()) return;
+  const auto& bytes = instruction.bytes;
+  line += '\t';
+  for (char c : layout) {
+    switch (c) {
+      case 'b':
+        line += static_cast<char>('0' + (bytes[0] >> 1 & 7));
+        break;
+      case '1':
+      case '2':
+        AppendSymbol(line, bytes[static_cast<std::size_t>(c - '0')] & 0xFF, symbols);
+        break;
+      case 'w':
+        AppendSymbol(
+            line,
+            (bytes[instruction.length - 2] & 0xFF) * 256 + (bytes[instruction.length - 1] & 0xFF),
+            symbols);
+        break;
+      case 't':
+        AppendSymbol(line, BranchTarget(instruction), symbols);
+        break;
+      default:
+        line += c;
+    }
+  }
+}
+
+// Six address digits, a space and three characters a byte; the label follows at this column.
+std::size_t HeaderSize(std::size_t length) {
+  return 7 + 3 * length;
+}
+// A text that ends before this column is followed by a tab, a longer one by a space.
+constexpr std::size_t kLabelColumn = 21;
+
+void AppendHeader(std::string& line, const CurrentInstruction& instruction) {
+  AppendHex(line, instruction.address, 6);
+  for (std::uint32_t i = 0; i < instruction.length; ++i) {
+    const std::uint32_t byte = instruction.bytes[i];
+    const char text[] = {' ', kHexDigits[byte >> 4 & 15], kHexDigits[byte & 15]};
+    line.append(text, 3);
+  }
+}
+
+}  // namespace
+
+std::string Disassemble(CurrentInstruction& instruction, const SymbolNames& symbols) {
+  const Entry entry = Decode(static_cast<std::uint8_t>(instruction.bytes[0]),
+                             static_cast<std::uint8_t>(instruction.bytes[1]));
+  instruction.length = static_cast<std::uint32_t>(entry.length());
+
+  std::string line;
+  line.reserve(64);
+  AppendHeader(line, instruction);
+  if (entry.illegal()) return line += "\tIlligal command";
+  line += ' ';
+  // An address of more than six digits takes its extra room from the bytes.
+  line.resize(std::min(line.size(), HeaderSize(instruction.length)));
+  if (const auto label = symbols.FindSymbolName(instruction.address)) {
+    line += *label;
+    line += ':';
+  }
+  line += line.size() <= kLabelColumn ? '\t' : ' ';
+  line += MnemonicName(entry.mnemonic());
+  AppendOperands(line, instruction, entry.mode(), symbols);
+  return line;
+}
+
+}  // namespace brevant::isa
