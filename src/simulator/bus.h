@@ -97,8 +97,13 @@ class Bus {
   int PendingInterrupt() const;
   void AcknowledgeInterrupt(int source);
 
-  // Lets time pass up to a cycle, timers running or standing still.
-  void AdvanceTo(std::uint64_t to, bool timers_run);
+  // Lets time pass up to a cycle without bus accesses.
+  enum class Clocks {
+    Everything,
+    ButCop,   // the COP stands still
+    Nothing,  // and the timers too
+  };
+  void AdvanceTo(std::uint64_t to, Clocks clocks);
 
   void SetSecurityPassed(bool passed);
   bool security_passed() const { return security_passed_; }
@@ -106,11 +111,12 @@ class Bus {
   bool irq_low() const { return irq_.low; }
   // What the outside drives onto a port's input pins; all high to begin with.
   void SetPins(int port, std::uint8_t levels) { pins_[static_cast<std::size_t>(port)] = levels; }
+  void SetVtst(bool present);
+  bool vtst() const { return vtst_; }
   bool StopEnabled() const;  // CONFIG1
 
   std::uint64_t cycle = 0;
   std::uint64_t horizon = 0;  // the execution loop looks up when cycle reaches it
-  bool vtst = true;           // high voltage on IRQ: COP off, block protection lifted
   bool in_break = false;      // break state: timer flags are protected unless BCFE is set
   BreakModule break_module;
 
@@ -130,17 +136,18 @@ class Bus {
   bool FetchableSlow(base::Address a);
   bool IsRom(base::Address a) const;
   bool IsRegister(base::Address a) const;
-  void ReadRegisterEffects(base::Address a);
+  std::uint8_t ReadRegister(base::Address a);
   std::uint8_t RegisterValue(base::Address a) const;
+  std::uint8_t PlainValue(base::Address a) const;
+  std::uint8_t PortValue(int port) const;
   void WriteRegister(base::Address a, std::uint8_t value);
   void WriteConfig(base::Address a, std::uint8_t value);
   void WriteFlashControl(std::uint8_t value);
-  void ErasePage(base::Address a);
+  void EraseFlash(base::Address first, base::Address last);
   FlashController::Surroundings FlashSurroundings() const;
   std::uint64_t TimerTime() const { return cycle - timers_stopped_; }
   std::uint32_t InterruptFlags() const;
   bool FlagsProtected() const;
-  bool CopEnabled() const;
   std::uint64_t CopDeadline() const;
 
   const Device* device_;  // a constant row
@@ -156,6 +163,7 @@ class Bus {
   std::array<bool, 2> config_written_{};
   std::uint8_t reset_status_ = 0;  // SRSR
   std::uint64_t cop_cleared_at_ = 0;
+  bool vtst_ = true;  // high voltage on IRQ: COP off, block protection lifted
   bool security_passed_ = false;
 };
 

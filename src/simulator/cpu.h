@@ -42,10 +42,8 @@ struct Cpu {
   Exit Execute(Bus& bus, base::Address watch);
 
   void Push(Bus& bus, std::uint8_t value) { bus.Write(sp--, value); }
-  std::uint8_t Pull(Bus& bus) { return bus.Read(++sp); }
   // PCL, PCH, X, A, CCR, then I is set: what SWI, break and interrupts do before the vector.
   void StackForInterrupt(Bus& bus);
-  void ReturnFromInterrupt(Bus& bus);
 
   bool operator==(const Cpu&) const = default;
 };

@@ -15,18 +15,19 @@ constexpr std::array kGp32Flash{Range{0x8000, 0xFDFF}, Range{0xFF7E, 0xFF7E},
 // $FFBF, between FLBPR and the oscillator trim byte, is reserved.
 constexpr std::array kQlFlash{Range{0xEE00, 0xFDFF}, Range{0xFFB0, 0xFFBE}, Range{0xFFC0, 0xFFFF}};
 
-constexpr std::array kGp32Resets{
-    RegisterReset{0x0010, 0x28},  // SPCR
-    RegisterReset{0x0011, 0x08},  // SPSCR: transmitter empty
-    RegisterReset{0x0036, 0x20},  // PCTL: PLL on
-    RegisterReset{0x0039, 0x40},  // PMSL
-    RegisterReset{0x003A, 0x40},  // PMRS
-    RegisterReset{0x003B, 0x01},  // PMDS
-    RegisterReset{0x003C, 0x1F},  // ADSCR: no channel
+constexpr std::array kGp32Registers{
+    PlainRegister{0x0010, 0x28},        // SPCR
+    PlainRegister{0x0011, 0x08},        // SPSCR: transmitter empty
+    PlainRegister{0x0036, 0x20},        // PCTL: PLL on
+    PlainRegister{0x0037, 0x00, 0x40},  // PBWC: always in lock
+    PlainRegister{0x0039, 0x40},        // PMSL
+    PlainRegister{0x003A, 0x40},        // PMRS
+    PlainRegister{0x003B, 0x01},        // PMDS
+    PlainRegister{0x003C, 0x1F, 0x80},  // ADSCR: no channel; conversions are complete at once
 };
-constexpr std::array kQlResets{
-    RegisterReset{0x0038, 0x80},  // OSCTRIM
-    RegisterReset{0x003C, 0x1F},  // ADSCR: no channel
+constexpr std::array kQlRegisters{
+    PlainRegister{0x0038, 0x80},        // OSCTRIM
+    PlainRegister{0x003C, 0x1F, 0x80},  // ADSCR: no channel; conversions are complete at once
 };
 
 constexpr Device kGp32{
@@ -45,7 +46,8 @@ constexpr Device kGp32{
     .second_timer = true,
     .sci = true,
     .ports = 5,
-    .register_resets = kGp32Resets,
+    .port_a_pins = 0xFF,
+    .plain_registers = kGp32Registers,
     .security_flags = kGp32SecurityFlags,
 };
 
@@ -65,7 +67,8 @@ constexpr Device kQl{
     .second_timer = false,
     .sci = false,
     .ports = 2,
-    .register_resets = kQlResets,
+    .port_a_pins = 0xFB,  // PTA2 is the IRQ pin, which reads 0
+    .plain_registers = kQlRegisters,
     .security_flags = kQlSecurityFlags,
 };
 

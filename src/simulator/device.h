@@ -16,10 +16,12 @@ struct Range {
   constexpr bool Contains(base::Address a) const { return a >= first && a <= last; }
 };
 
-// A register whose value after reset is not 0 and that no peripheral of the simulator keeps itself.
-struct RegisterReset {
+// A register that only keeps what is written to it, where that is not all: its value after reset
+// and the bits that always read 1 (the parts behind it are always ready).
+struct PlainRegister {
   base::Address address = 0;
-  std::uint8_t value = 0;
+  std::uint8_t reset = 0;
+  std::uint8_t always_set = 0;
 };
 
 struct Device {
@@ -37,8 +39,9 @@ struct Device {
   int row_size;       // program row
   bool second_timer;  // TIM2
   bool sci;
-  int ports;  // port A and so on
-  std::span<const RegisterReset> register_resets;
+  int ports;                 // port A and so on
+  std::uint8_t port_a_pins;  // what the board straps the inputs of port A to
+  std::span<const PlainRegister> plain_registers;
   std::span<const base::Address> security_flags;  // bit 6 set: the code was accepted
 
   constexpr bool IsFlash(base::Address a) const {

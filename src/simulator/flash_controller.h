@@ -88,9 +88,9 @@ class FlashController {
     Hold,      // PGM or ERASE cleared again, HVEN still set
   };
   void Refuse(FlashFault fault);
-  void RaiseVoltage(const Surroundings& s);
+  void RaiseVoltage(std::uint8_t mode, const Surroundings& s);
   void EndPulse(const Surroundings& s);
-  Effect LowerVoltage(const Surroundings& s);
+  Effect LowerVoltage(const Surroundings& s, std::uint8_t value);
   bool EndProgramPulse(std::uint64_t now);
 
   std::uint8_t control_ = 0;

@@ -30,7 +30,7 @@ class Mcu {
   static constexpr base::Address kMonitorResetEntry = 0xFE20;
   static constexpr base::Address kMonitorIrqHandler = 0xFE27;
 
-  // Flash is erased; power is not on yet in spirit, but all state is as after PowerOnReset.
+  // Flash is erased; otherwise as after PowerOnReset.
   explicit Mcu(const Device& device);
 
   // Loss of power and its return: RAM holds a fixed pattern, flash is kept, security must be passed
@@ -55,8 +55,8 @@ class Mcu {
 
   // Bus accesses with all their side effects; unmapped addresses read $FF and ignore writes, flash
   // reads $AD until security has passed.
-  std::uint8_t Read(base::Address address);
-  void Write(base::Address address, std::uint8_t value);
+  std::uint8_t Read(base::Address address) { return bus_.Read(address); }
+  void Write(base::Address address, std::uint8_t value) { bus_.Write(address, value); }
   // No side effects, for loaders and tests. Poke writes flash and ROM directly.
   std::uint8_t Peek(base::Address address) const { return bus_.Peek(address); }
   void Poke(base::Address address, std::uint8_t value) { bus_.Poke(address, value); }
@@ -74,8 +74,8 @@ class Mcu {
   void SetIrqLow(bool low) { bus_.SetIrqLow(low); }
   bool irq_low() const { return bus_.irq_low(); }
   // High voltage on IRQ (present to begin with): block protection lifted, COP off.
-  void SetVtst(bool present);
-  bool vtst() const { return bus_.vtst; }
+  void SetVtst(bool present) { bus_.SetVtst(present); }
+  bool vtst() const { return bus_.vtst(); }
   void SetSecurityPassed(bool passed) { bus_.SetSecurityPassed(passed); }
   bool security_passed() const { return bus_.security_passed(); }
   // What the outside drives onto a port's input pins (0 is port A); all high to begin with.
@@ -92,11 +92,14 @@ class Mcu {
   enum class Sleep : std::uint8_t { Awake, Wait, Stop };
 
   void LoadMonitorRom();
+  base::Address VectorAt(base::Address address);
   RunEnd ResetBy(ResetCause cause);
   RunEnd EnterByBreak();
+  bool BreakIsDue();
   bool ServeInterrupt();
   void SleepUntil(std::uint64_t until_cycle);
-  Exit ExecuteStretch(std::uint64_t until_cycle);
+  Exit Execute(std::uint64_t until_cycle);
+  Exit ExecuteOne();
 
   Bus bus_;
   Cpu cpu_;

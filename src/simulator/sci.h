@@ -16,7 +16,7 @@ class Sci {
   static constexpr int kRegisters = 7;  // SCC1-3, SCS1-2, SCDR, SCBR
 
   void Reset();
-  std::uint8_t Read(int offset, std::uint64_t now, bool clears_flags);
+  std::uint8_t Read(int offset, std::uint64_t now);
   std::uint8_t Peek(int offset) const;
   // from_bus_clock: CONFIG2's SCIBDSRC; otherwise the baud rate comes from the crystal.
   void Write(int offset, std::uint8_t value, std::uint64_t now, bool from_bus_clock);

@@ -53,10 +53,10 @@ class Timer {
 
   std::uint8_t control_ = 0;  // TSC, TOF in bit 7; TRST reads 0
   bool overflow_seen_ = false;
-  bool modulo_held_ = false;
   std::uint16_t counter_ = 0;
   std::uint16_t modulo_ = 0xFFFF;
-  std::uint8_t counter_low_ = 0;  // latched by a read of the high byte
+  std::uint8_t modulo_high_ = 0xFF;  // as written; takes effect with the low byte
+  std::uint8_t counter_low_ = 0;     // latched by a read of the high byte
   bool counter_latched_ = false;
   std::uint64_t counted_at_ = 0;  // when counter_ took its value
   std::array<Channel, 2> channels_{};
