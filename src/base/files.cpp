@@ -72,7 +72,10 @@ std::optional<fs::path> FollowLinks(fs::path path) {
 }
 
 fs::path TemporaryName(const fs::path& path) {
-  return path.parent_path() / ("." + path.filename().string() + ".tmp");
+  std::string name = ".";
+  name += path.filename().string();
+  name += ".tmp";
+  return path.parent_path() / name;
 }
 
 bool NameMeans(const fs::path& name, int fd) {
