@@ -86,6 +86,7 @@ class RunControl {
   void AbandonRunForReset();
 
   RunState& state() { return state_; }
+  bool LinkLost() const { return monitor_.LinkError(); }
   // PC when the last step or run began; after a step's analysis the address behind its instruction.
   base::Address step_start() const { return step_start_; }
   // What the last step executed.

@@ -1,0 +1,59 @@
+// SPDX-License-Identifier: MIT
+#include "control/trace_log.h"
+
+#include <algorithm>
+
+#include "base/text_format.h"
+#include "base/text_number.h"
+#include "isa/disassembler.h"
+
+namespace brevant::control {
+
+namespace {
+
+std::string InstructionLine(const TraceRecord& record, const isa::SymbolNames& symbols,
+                            SourceTextAt source_text) {
+  if (const auto text = source_text(record.address)) {
+    // A line end in the text would break the count of lines.
+    const auto end = std::min<std::size_t>(text->find_first_of("\r\n"), kMaxTraceSourceText);
+    return base::Format("%05x: %s", record.address, text->substr(0, end));
+  }
+  isa::CurrentInstruction instruction;
+  instruction.address = record.address;
+  std::copy(record.code.bytes.begin(), record.code.bytes.end(), instruction.bytes.begin());
+  return isa::Disassemble(instruction, symbols);
+}
+
+std::string RegisterLine(const TraceRecord& record) {
+  constexpr base::Address kProgramSP = 5;
+  return base::Format("PC=%04x  SP=%04x  HX=%04x  A=%02x  V11H=%s  INZC=%s", record.PC,
+                      base::Low16(record.SP + kProgramSP), record.HX, record.A,
+                      base::FormatBinary(record.CCR >> 4, 4), base::FormatBinary(record.CCR, 4));
+}
+
+}  // namespace
+
+void TraceRing::Add(const TraceRecord& record) {
+  records_[next_] = record;
+  if (++next_ == kCapacity) {
+    next_ = 0;
+    wrapped_ = true;
+  }
+}
+
+const TraceRecord& TraceRing::At(int n) const {
+  return records_[wrapped_ ? (next_ + n) % kCapacity : n];
+}
+
+std::string FormatTraceLog(const TraceRing& ring, const isa::SymbolNames& symbols,
+                           SourceTextAt source_text) {
+  std::string log;
+  for (int n = 0; n < ring.size(); ++n) {
+    const TraceRecord& record = ring.At(n);
+    log += InstructionLine(record, symbols, source_text) + '\n';
+    log += RegisterLine(record) + "\n\n";
+  }
+  return log;
+}
+
+}  // namespace brevant::control
