@@ -27,22 +27,30 @@ class Connector {
             std::function<void(const std::string&)> log);
 
   // Everything after the dialog: clears LinkError, opens the port of the settings, sends the code,
-  // checks the answer and the security flag, and tells the user what went wrong.
+  // checks the answer and the security flag, and tells the user what went wrong. With
+  // "SecurityCheck" 0 no code is sent and only the flag is looked at: a target that does not answer
+  // then shows as SecurityNotPassed with LinkError set.
   ConnectResult Connect();
-  // Pulses reset and sends the code of key "Security". Neither the reply nor the flag is checked.
+  // Pulses reset and sends the code of key "Security" unless "SecurityCheck" is 0. Neither the
+  // reply nor the flag is checked.
   void ResetTarget();
 
   // A code known better than the settings' own default: given on a command line, found to fit, or
   // just written to the part. Used by ResetTarget unless the settings name a code for resets.
   void SetSessionCode(std::optional<SecurityCode> code) { session_code_ = code; }
   std::optional<SecurityCode> session_code() const { return session_code_; }
-  // Resets and tries the remembered codes and the blank part's code, in that order, until the
-  // security flag is set. The code that fits becomes the session code.
+  // Resets and tries the remembered codes and the blank part's code, each once and in that order,
+  // until the security flag is set. The code that fits becomes the session code. Each try takes 1.1
+  // seconds of reset. Afterwards the target is as the last try left it; LinkError is set when that
+  // try got no answer.
   std::optional<SecurityCode> TryKnownCodes();
-  // Bit 6 of $0080.
+  // Bit 6 of $0080. False while LinkError is set.
   bool SecurityPassed();
 
  private:
+  bool OpenConfiguredPort();
+  SecurityCode ResetCode() const;
+
   Monitor& monitor_;
   base::SettingsFile& settings_;
   base::UserInterface& ui_;

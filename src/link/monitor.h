@@ -3,8 +3,8 @@
 // Everything the debugger knows of the target comes through here. While LinkError is set nothing is
 // sent and the results mean nothing; callers that care look at LinkError.
 //
-// The monitor keeps one address pointer: READ and WRITE set it, IREAD returns the two bytes after it
-// and advances by two, IWRITE stores after it and advances by one.
+// The monitor keeps one address pointer: READ and WRITE set it, IREAD returns the two bytes after
+// it and advances by two, IWRITE stores after it and advances by one.
 #pragma once
 
 #include <array>

@@ -13,10 +13,11 @@ namespace brevant::link {
 
 // The device name of the simulated target in settings and on command lines.
 inline constexpr std::string_view kSimulator = "simulator";
+inline constexpr int kLogicalPorts = 4;
 
 struct SerialDevice {
-  std::string path;           // "/dev/ttyUSB0"
-  std::string description;    // "FT232R USB UART"
+  std::string path;         // "/dev/ttyUSB0"
+  std::string description;  // "FT232R USB UART"
   std::string manufacturer;
   std::string serial_number;
   bool usb = false;
@@ -25,10 +26,26 @@ struct SerialDevice {
 bool IsLogicalPort(std::string_view name);  // exactly "COM1" to "COM4"
 
 // The device behind a logical port: the settings' entry, else for COM1 the first USB adapter of
-// found, else the simulated target. Nothing for COM2 to COM4 without an entry.
+// found, else the simulated target. Nothing for COM2 to COM4 without an entry, and for other names.
 std::optional<std::string> DeviceBehind(std::string_view port, const base::SettingsFile& settings,
                                         const std::vector<SerialDevice>& found);
-void StoreDeviceBehind(std::string_view port, std::string_view device,
+// An empty device removes the choice. False when port is no logical port or the settings file could
+// not be written.
+bool StoreDeviceBehind(std::string_view port, std::string_view device,
                        base::SettingsFile& settings);
+
+// One line of the list from which the device behind a port is chosen.
+struct DeviceChoice {
+  std::string device;  // as stored
+  std::string text;    // as shown
+};
+
+// "/dev/ttyUSB0 - FT232R USB UART (FTDI, serial number A50285BI)"; for the simulated target a text
+// with the word "simulated".
+std::string DescribeDevice(std::string_view device, const std::vector<SerialDevice>& found);
+// The USB adapters found, the other devices, the simulated target; and current, if it is none of
+// these, marked as not found.
+std::vector<DeviceChoice> ListDeviceChoices(const std::vector<SerialDevice>& found,
+                                            std::string_view current = {});
 
 }  // namespace brevant::link

@@ -11,6 +11,7 @@
 
 #include "base/clock.h"
 #include "base/serial_port.h"
+#include "link/system_clock.h"
 
 namespace brevant::link {
 
@@ -43,16 +44,23 @@ class PortRouter final : public base::SerialPort, public base::Clock {
                                   std::chrono::milliseconds timeout) override;
   std::string LastError() const override;
 
+  // One continuous time: it neither jumps nor goes back when the backend changes. Without an open
+  // device the computer's clock goes on.
   std::int64_t NowMs() override;
   void SpinUntil(std::int64_t deadline_ms) override;
   void Sleep(std::chrono::milliseconds time) override;
 
  private:
+  void Use(PortBackend backend);
+
   std::function<std::optional<std::string>(const std::string&)> resolve_;
   std::function<PortBackend(const std::string&)> make_backend_;
+  SystemClock system_clock_;
   PortBackend backend_;
+  base::Clock* clock_ = &system_clock_;
+  std::int64_t clock_offset_ms_ = 0;  // added to what clock_ shows
   std::string device_;
-  std::string error_;
+  std::string error_;  // of a port that is not open
 };
 
 }  // namespace brevant::link

@@ -17,14 +17,16 @@ inline constexpr SecurityCode kDefaultSecurityCode{0xC3, 0xC3, 0xC3, 0xC3, 0xC3,
 inline constexpr SecurityCode kBlankSecurityCode{0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF};
 inline constexpr int kRecentCodes = 5;
 
-// Eight two-digit hexadecimal numbers; nothing when fewer than eight can be read.
+// Eight hexadecimal numbers of one or two digits, with or without blanks between them; what follows
+// the eighth is ignored. Nothing when fewer than eight can be read.
 std::optional<SecurityCode> ParseSecurityCode(std::string_view text);
 // 16 lower-case digits.
 std::string FormatSecurityCode(const SecurityCode& code);
 
 // Entry n of the list, the default code when it does not parse.
 SecurityCode RecentSecurityCode(const base::SettingsFile& settings, int n);
-// Puts the code at the head of the list: an equal entry moves up, else the oldest is dropped.
-void RememberSecurityCode(base::SettingsFile& settings, const SecurityCode& code);
+// Puts the code at the head of the list: an equal entry (16 lower-case digits) moves up, else the
+// oldest is dropped. False when the settings file could not be written.
+bool RememberSecurityCode(base::SettingsFile& settings, const SecurityCode& code);
 
 }  // namespace brevant::link

@@ -1,0 +1,115 @@
+// SPDX-License-Identifier: MIT
+#include "link/connect_form.h"
+
+#include "base/file_names.h"
+#include "base/text_format.h"
+#include "base/text_number.h"
+#include "link/messages.h"
+
+namespace brevant::link {
+
+namespace {
+
+using namespace base::keys;
+
+std::string PortName(int index) {
+  return base::Format("COM%d", index + 1);
+}
+
+// "c3c3..." -> "C3    C3    ...", each pair followed by four blanks.
+std::string ListText(const std::string& entry) {
+  const std::string digits = base::UpperCase(entry);
+  std::string text;
+  for (std::size_t pair = 0; pair < 8 && 2 * pair < digits.size(); ++pair) {
+    text += digits.substr(2 * pair, 2) + "    ";
+  }
+  return text;
+}
+
+// A field holds one hexadecimal number and nothing else but blanks.
+std::optional<std::uint8_t> ParseCodeField(std::string_view field) {
+  field = field.substr(0, kCodeFieldLimit);
+  const auto value = base::ScanHex(field, kCodeFieldLimit);
+  if (!value || field.find_first_not_of(' ') != std::string_view::npos) return std::nullopt;
+  return base::LowByte(*value);
+}
+
+std::optional<SecurityCode> ParseCodeFields(const std::array<std::string, 8>& fields) {
+  SecurityCode code{};
+  for (std::size_t i = 0; i < code.size(); ++i) {
+    const auto byte = ParseCodeField(fields[i]);
+    if (!byte) return std::nullopt;
+    code[i] = *byte;
+  }
+  return code;
+}
+
+bool StoreText(base::SettingsFile& settings, const base::SettingsKey& row,
+               const std::string& text) {
+  return settings.Store(row, text) || settings.String(row) == text;
+}
+
+bool StoreNumber(base::SettingsFile& settings, const base::SettingsKey& row, int value) {
+  return settings.Store(row, static_cast<long>(value)) || settings.Integer(row) == value;
+}
+
+bool StoreCode(base::SettingsFile& settings, const SecurityCode& code) {
+  return RememberSecurityCode(settings, code) || RecentSecurityCode(settings, 0) == code;
+}
+
+}  // namespace
+
+PortChoice* ConnectForm::FindPort(std::string_view name) {
+  const std::string upper = base::UpperCase(name);
+  return IsLogicalPort(upper) ? &ports[upper.back() - '1'] : nullptr;
+}
+
+std::vector<std::string> DeviceNames() {
+  return {"MC68HC908GP32", "MC68HC908QL"};
+}
+
+ConnectForm OpenConnectForm(const base::SettingsFile& settings,
+                            const std::vector<SerialDevice>& found) {
+  ConnectForm form;
+  SelectRecentCode(form, settings, 0);
+  form.port = settings.String(kPort);
+  form.verify_security = settings.Integer(kSecurityCheck) != 0;
+  for (int n = 0; n < kRecentCodes; ++n) {
+    form.recent_codes[n] = ListText(settings.String(kRecentSecurity, n));
+  }
+  const int device = settings.Integer(kDevice);
+  form.device = device > 0 && device < static_cast<int>(DeviceNames().size()) ? device : 0;
+  for (int i = 0; i < kLogicalPorts; ++i) {
+    form.ports[i].device = DeviceBehind(PortName(i), settings, found).value_or("");
+  }
+  return form;
+}
+
+void SelectRecentCode(ConnectForm& form, const base::SettingsFile& settings, int n) {
+  const SecurityCode code = RecentSecurityCode(settings, n);
+  for (std::size_t i = 0; i < code.size(); ++i) {
+    form.code_fields[i] = base::Format("%02X", code[i]);
+  }
+}
+
+std::optional<base::Message> CommitConnectForm(const ConnectForm& form,
+                                               base::SettingsFile& settings) {
+  const auto code = ParseCodeFields(form.code_fields);
+  if (!code) return kCodeNotCorrect.With();
+  bool stored = StoreCode(settings, *code);
+
+  const std::string port = base::UpperCase(form.port);
+  if (!IsLogicalPort(port)) return kPortNotCorrect.With();
+  stored = StoreText(settings, kPort, port) && stored;
+  stored = StoreNumber(settings, kSecurityCheck, form.verify_security ? 1 : 0) && stored;
+  stored = StoreNumber(settings, kDevice, form.device) && stored;
+  for (int i = 0; i < kLogicalPorts; ++i) {
+    if (form.ports[i].chosen) {
+      stored = StoreDeviceBehind(PortName(i), form.ports[i].device, settings) && stored;
+    }
+  }
+  if (!stored) return kSettingsNotStored.With(settings.path().string());
+  return std::nullopt;
+}
+
+}  // namespace brevant::link

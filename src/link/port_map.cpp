@@ -1,0 +1,81 @@
+// SPDX-License-Identifier: MIT
+#include "link/port_map.h"
+
+#include <algorithm>
+
+namespace brevant::link {
+
+namespace {
+
+using base::keys::kPortDevice;
+
+const SerialDevice* FindDevice(const std::vector<SerialDevice>& found, std::string_view path) {
+  const auto it = std::ranges::find(found, path, &SerialDevice::path);
+  return it == found.end() ? nullptr : &*it;
+}
+
+// "a, b" of the parts that say something.
+std::string JoinParts(std::string_view first, std::string_view second) {
+  std::string text(first);
+  if (!first.empty() && !second.empty()) text += ", ";
+  return text.append(second);
+}
+
+int NumberOf(std::string_view port) {
+  return port.back() - '0';
+}
+
+}  // namespace
+
+bool IsLogicalPort(std::string_view name) {
+  return name.size() == 4 && name.starts_with("COM") && name[3] >= '1' && name[3] <= '4';
+}
+
+std::optional<std::string> DeviceBehind(std::string_view port, const base::SettingsFile& settings,
+                                        const std::vector<SerialDevice>& found) {
+  if (!IsLogicalPort(port)) return std::nullopt;
+  std::string entry = settings.String(kPortDevice, NumberOf(port));
+  if (!entry.empty()) return entry;
+  if (port != "COM1") return std::nullopt;
+  const auto adapter = std::ranges::find(found, true, &SerialDevice::usb);
+  return adapter != found.end() ? adapter->path : std::string(kSimulator);
+}
+
+bool StoreDeviceBehind(std::string_view port, std::string_view device,
+                       base::SettingsFile& settings) {
+  return IsLogicalPort(port) && settings.Store(kPortDevice, device, NumberOf(port));
+}
+
+std::string DescribeDevice(std::string_view device, const std::vector<SerialDevice>& found) {
+  if (device == kSimulator) return "simulated target (no hardware needed)";
+  const SerialDevice* known = FindDevice(found, device);
+  if (known == nullptr) return std::string(device) + " - not found at present";
+  std::string text = known->path;
+  if (!known->description.empty()) text += " - " + known->description;
+  const std::string serial =
+      known->serial_number.empty() ? "" : "serial number " + known->serial_number;
+  const std::string maker = JoinParts(known->manufacturer, serial);
+  if (!maker.empty()) text += " (" + maker + ")";
+  return text;
+}
+
+std::vector<DeviceChoice> ListDeviceChoices(const std::vector<SerialDevice>& found,
+                                            std::string_view current) {
+  std::vector<DeviceChoice> choices;
+  const auto add = [&](std::string_view device) {
+    choices.push_back({std::string(device), DescribeDevice(device, found)});
+  };
+  for (const bool usb : {true, false}) {
+    for (const SerialDevice& device : found) {
+      if (device.usb == usb) add(device.path);
+    }
+  }
+  add(kSimulator);
+  if (!current.empty() &&
+      std::ranges::find(choices, current, &DeviceChoice::device) == choices.end()) {
+    add(current);
+  }
+  return choices;
+}
+
+}  // namespace brevant::link
