@@ -1,11 +1,14 @@
 // SPDX-License-Identifier: MIT
-// The simulated board as a serial port and a clock: host bytes go in, echoes and answers come out, and
-// every effect happens in its own CPU, memory and flash.
+// The simulated board as a serial port and a clock: host bytes go in, echoes and answers come out,
+// and every effect happens in its own CPU, memory and flash.
+//
+// At the instant pace time is virtual: it passes only while the host waits (Read with a time-out,
+// SpinUntil, Sleep), and costs what the CPU's work costs. At the other paces it is the wall
+// clock's.
 #pragma once
 
 #include <chrono>
 #include <cstdint>
-#include <memory>
 #include <optional>
 #include <span>
 #include <string>
@@ -15,6 +18,7 @@
 #include "simulator/board.h"
 #include "simulator/device.h"
 #include "simulator/fault_plan.h"
+#include "simulator/real_time.h"
 
 namespace brevant::simulator {
 
@@ -31,8 +35,10 @@ class SimulatedTarget final : public base::SerialPort, public base::Clock {
   // The board itself: a test or a loader may look at and change anything in it.
   Board& board() { return board_; }
   const Board& board() const { return board_; }
-  void SetFaultPlan(FaultPlan plan);
+  // Counts from here; mends a cut line.
+  void SetFaultPlan(FaultPlan plan) { board_.SetFaultPlan(std::move(plan)); }
 
+  // Any name is this board. Opening raises RTS, so the board is without power until RTS falls.
   bool Open(const std::string& device) override;
   void Close() override;
   bool Configure(const base::LineSettings& settings) override;
@@ -43,16 +49,26 @@ class SimulatedTarget final : public base::SerialPort, public base::Clock {
   bool Write(base::Bytes bytes) override;
   std::optional<std::size_t> Read(std::span<std::uint8_t> buffer,
                                   std::chrono::milliseconds timeout) override;
-  std::string LastError() const override;
+  std::string LastError() const override { return error_; }
 
   std::int64_t NowMs() override;
   void SpinUntil(std::int64_t deadline_ms) override;
   void Sleep(std::chrono::milliseconds time) override;
 
  private:
+  // Brings the board up to the wall clock before the host acts on it.
+  void CatchUp();
+  // Lets the wall clock come up to the board after the host has waited.
+  void Settle() const;
+  void Pass(Nanoseconds time);
+  // Whether the port can be used; says why not.
+  bool Usable();
+
   Board board_;
   Pace pace_;
-  // (the implementer's own state)
+  RealTime real_time_;
+  bool open_ = false;
+  std::string error_;
 };
 
 }  // namespace brevant::simulator

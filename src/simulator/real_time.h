@@ -1,0 +1,34 @@
+// SPDX-License-Identifier: MIT
+// The wall clock counted in bus cycles, and waiting on it to within some microseconds.
+#pragma once
+
+#include <chrono>
+
+#include "simulator/wire.h"
+
+namespace brevant::simulator {
+
+using Nanoseconds = std::chrono::nanoseconds;
+
+Nanoseconds ToTime(Cycles cycles);
+// The first cycle at which that much time has passed.
+Cycles ToCycles(Nanoseconds time);
+
+class RealTime {
+ public:
+  using Clock = std::chrono::steady_clock;
+
+  RealTime() : start_(Clock::now()) {}
+  // Cycles since the start.
+  Cycles Now() const { return static_cast<Cycles>(ToCycles(Clock::now() - start_)); }
+  // Sleeps until shortly before the cycle, then spins.
+  void WaitUntil(Cycles cycle) const { WaitUntil(start_ + ToTime(cycle)); }
+  static void WaitUntil(Clock::time_point when);
+  // Leaves this much time out of the count, as if it had not passed.
+  void Skip(Cycles cycles) { start_ += ToTime(cycles); }
+
+ private:
+  Clock::time_point start_;
+};
+
+}  // namespace brevant::simulator
