@@ -4,17 +4,14 @@
 
 #include <filesystem>
 
-#include "base/function_ref.h"
 #include "control/register_frame.h"
 #include "images/image.h"
+#include "images/progress.h"
 #include "images/record_walk.h"
 #include "images/start_address.h"
 #include "link/monitor.h"
 
 namespace brevant::images {
-
-// Bytes done and bytes in all; false stops the transfer.
-using Progress = base::FunctionRef<bool(long done, long total)>;
 
 // Each data record costs a READ of the address below it, then one IWRITE a byte; nothing is read
 // back. While LinkError is set the files are still walked, and the report counts what would have
