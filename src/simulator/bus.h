@@ -11,6 +11,7 @@
 #include <cstdint>
 
 #include "base/address.h"
+#include "simulator/always_inline.h"
 #include "simulator/device.h"
 #include "simulator/flash_controller.h"
 #include "simulator/sci.h"
@@ -65,11 +66,11 @@ class Bus {
 
   // Bus accesses at the present cycle, side effects included. Unmapped addresses read $FF; flash
   // reads $AD until security has passed.
-  std::uint8_t Read(base::Address address) {
+  BREVANT_ALWAYS_INLINE std::uint8_t Read(base::Address address) {
     const base::Address a = base::Low16(address);
     return (pages_[a / kPageSize] & kFastRead) != 0 ? memory_[a] : ReadSlow(a);
   }
-  void Write(base::Address address, std::uint8_t value) {
+  BREVANT_ALWAYS_INLINE void Write(base::Address address, std::uint8_t value) {
     const base::Address a = base::Low16(address);
     if ((pages_[a / kPageSize] & kFastWrite) != 0) {
       memory_[a] = value;

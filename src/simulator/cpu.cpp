@@ -5,10 +5,7 @@
 #include <string_view>
 
 #include "isa/instruction_table.h"
-
-// Everything an opcode does is known when the loop is compiled; inlining it all is what keeps the
-// registers in the host's registers.
-#define BREVANT_INLINE [[gnu::always_inline]] inline
+#include "simulator/always_inline.h"
 
 namespace brevant::simulator {
 namespace {
@@ -29,39 +26,39 @@ struct Core {
   Flags f;
   bool deferred;
 
-  BREVANT_INLINE Byte Code(unsigned offset) const { return bus.CodeByte(start + offset); }
-  BREVANT_INLINE Word CodeWord(unsigned offset) const {
+  BREVANT_ALWAYS_INLINE Byte Code(unsigned offset) const { return bus.CodeByte(start + offset); }
+  BREVANT_ALWAYS_INLINE Word CodeWord(unsigned offset) const {
     return static_cast<Word>(Code(offset) << 8 | Code(offset + 1));
   }
-  BREVANT_INLINE Word hx() const { return static_cast<Word>(h << 8 | x); }
-  BREVANT_INLINE void SetHx(unsigned value) {
+  BREVANT_ALWAYS_INLINE Word hx() const { return static_cast<Word>(h << 8 | x); }
+  BREVANT_ALWAYS_INLINE void SetHx(unsigned value) {
     h = Low(value >> 8);
     x = Low(value);
   }
-  BREVANT_INLINE Byte Read(base::Address address) {
+  BREVANT_ALWAYS_INLINE Byte Read(base::Address address) {
     bus.cycle = cycle;
     return bus.Read(address);
   }
-  BREVANT_INLINE void Write(base::Address address, Byte value) {
+  BREVANT_ALWAYS_INLINE void Write(base::Address address, Byte value) {
     bus.cycle = cycle;
     bus.Write(address, value);
   }
-  BREVANT_INLINE void Push(Byte value) { Write(sp--, value); }
-  BREVANT_INLINE Byte Pull() { return Read(++sp); }
-  BREVANT_INLINE void PushReturnAddress() {
+  BREVANT_ALWAYS_INLINE void Push(Byte value) { Write(sp--, value); }
+  BREVANT_ALWAYS_INLINE Byte Pull() { return Read(++sp); }
+  BREVANT_ALWAYS_INLINE void PushReturnAddress() {
     Push(Low(pc));
     Push(Low(pc >> 8));
   }
-  BREVANT_INLINE void PullReturnAddress() {
+  BREVANT_ALWAYS_INLINE void PullReturnAddress() {
     const unsigned high = Pull();
     pc = high << 8 | Pull();
   }
-  BREVANT_INLINE void BranchIf(bool taken, Byte distance) {
+  BREVANT_ALWAYS_INLINE void BranchIf(bool taken, Byte distance) {
     if (taken)
       pc = base::Low16(pc + static_cast<base::Address>(static_cast<std::int8_t>(distance)));
   }
   // When the mask falls, one more instruction goes before a pending interrupt.
-  BREVANT_INLINE void UnmaskAfter(bool was_masked) {
+  BREVANT_ALWAYS_INLINE void UnmaskAfter(bool was_masked) {
     if (was_masked && f.mask == 0) {
       deferred = true;
       bus.horizon = 0;
@@ -91,6 +88,20 @@ constexpr bool Named(std::string_view name, std::initializer_list<std::string_vi
 constexpr bool Modifies(std::string_view name) {
   return Named(name, {"NEG", "COM", "LSR", "ROR", "ASR", "LSL", "ROL", "DEC", "INC", "TST", "CLR"});
 }
+constexpr bool Accumulates(std::string_view name) {
+  return Named(
+      name, {"SUB", "CMP", "SBC", "CPX", "AND", "BIT", "LDA", "EOR", "ADC", "ORA", "ADD", "LDX"});
+}
+constexpr bool Transfers(std::string_view name) {
+  return Named(name, {"STA", "STX", "MOV", "LDHX", "STHX", "CPHX", "AIX", "AIS"});
+}
+constexpr bool TestsOrBranches(std::string_view name) {
+  return Named(
+      name, {"BSET", "BCLR", "BRSET", "BRCLR", "CBEQ", "CBEQA", "CBEQX", "DBNZ", "DBNZA", "DBNZX"});
+}
+constexpr bool Jumps(std::string_view name) {
+  return Named(name, {"JMP", "JSR", "BSR", "RTS", "RTI"});
+}
 // NEGA is NEG of A, NEGX is NEG of X, and so on.
 constexpr bool ModifiesRegister(std::string_view name) {
   return name.size() == 4 && (name[3] == 'A' || name[3] == 'X') && Modifies(name.substr(0, 3));
@@ -106,7 +117,7 @@ constexpr bool OneOf(std::initializer_list<Mode> modes) {
 
 // The address of the memory operand, for every mode that has one.
 template <Mode kMode>
-BREVANT_INLINE base::Address EffectiveAddress(Core& c) {
+BREVANT_ALWAYS_INLINE base::Address EffectiveAddress(Core& c) {
   using enum Mode;
   if constexpr (OneOf<kMode>({Direct, BitTestBranch, BitSetClear, CompareBranchDirect,
                               DecBranchDirect, MoveDirectDirect, MoveDirectPostInc})) {
@@ -129,7 +140,7 @@ BREVANT_INLINE base::Address EffectiveAddress(Core& c) {
 }
 
 template <Mode kMode>
-BREVANT_INLINE Byte Operand(Core& c) {
+BREVANT_ALWAYS_INLINE Byte Operand(Core& c) {
   if constexpr (OneOf<kMode>(
                     {Mode::Immediate, Mode::CompareBranchImmediate, Mode::MoveImmediateDirect})) {
     return c.Code(1);
@@ -139,7 +150,7 @@ BREVANT_INLINE Byte Operand(Core& c) {
 }
 
 template <Mode kMode>
-BREVANT_INLINE Word WordOperand(Core& c) {
+BREVANT_ALWAYS_INLINE Word WordOperand(Core& c) {
   if constexpr (kMode == Mode::Immediate16) {
     return c.CodeWord(1);
   } else {
@@ -151,7 +162,7 @@ BREVANT_INLINE Word WordOperand(Core& c) {
 
 // What the read-modify-write group makes of a byte.
 template <typename R>
-BREVANT_INLINE Byte Modified(Flags& f, Byte m) {
+BREVANT_ALWAYS_INLINE Byte Modified(Flags& f, Byte m) {
   constexpr std::string_view kName = R::kName.substr(0, 3);
   if constexpr (kName == "NEG") {
     return alu::Negate(f, m);
@@ -180,42 +191,36 @@ BREVANT_INLINE Byte Modified(Flags& f, Byte m) {
 }
 
 template <typename R>
-BREVANT_INLINE void ModifyMemory(Core& c) {
+BREVANT_ALWAYS_INLINE void ModifyMemory(Core& c) {
   const base::Address address = EffectiveAddress<R::kMode>(c);
   // CLR does not look at what it clears, TST does not write back.
-  const Byte before = R::kName == "CLR" ? 0 : c.Read(address);
-  const Byte after = Modified<R>(c.f, before);
+  constexpr bool kReads = R::kName != "CLR";
+  const Byte after = Modified<R>(c.f, kReads ? c.Read(address) : Byte{0});
   if constexpr (R::kName != "TST") c.Write(address, after);
 }
 
 // A or X with a memory or immediate operand.
 template <typename R>
-BREVANT_INLINE bool Accumulate(Core& c) {
+BREVANT_ALWAYS_INLINE void Accumulate(Core& c) {
   constexpr std::string_view kName = R::kName;
-  if constexpr (!Named(kName, {"SUB", "CMP", "SBC", "CPX", "AND", "BIT", "LDA", "EOR", "ADC", "ORA",
-                               "ADD", "LDX"})) {
-    return false;
-  } else {
-    const Byte m = Operand<R::kMode>(c);
-    if constexpr (kName == "SUB") c.a = alu::Subtract(c.f, c.a, m, 0);
-    if constexpr (kName == "CMP") alu::Subtract(c.f, c.a, m, 0);
-    if constexpr (kName == "SBC") c.a = alu::Subtract(c.f, c.a, m, c.f.carry);
-    if constexpr (kName == "CPX") alu::Subtract(c.f, c.x, m, 0);
-    if constexpr (kName == "AND") c.a = alu::Logic(c.f, c.a & m);
-    if constexpr (kName == "BIT") alu::Logic(c.f, c.a & m);
-    if constexpr (kName == "LDA") c.a = alu::Logic(c.f, m);
-    if constexpr (kName == "EOR") c.a = alu::Logic(c.f, c.a ^ m);
-    if constexpr (kName == "ADC") c.a = alu::Add(c.f, c.a, m, c.f.carry);
-    if constexpr (kName == "ORA") c.a = alu::Logic(c.f, c.a | m);
-    if constexpr (kName == "ADD") c.a = alu::Add(c.f, c.a, m, 0);
-    if constexpr (kName == "LDX") c.x = alu::Logic(c.f, m);
-    return true;
-  }
+  const Byte m = Operand<R::kMode>(c);
+  if constexpr (kName == "SUB") c.a = alu::Subtract(c.f, c.a, m, 0);
+  if constexpr (kName == "CMP") alu::Subtract(c.f, c.a, m, 0);
+  if constexpr (kName == "SBC") c.a = alu::Subtract(c.f, c.a, m, c.f.carry);
+  if constexpr (kName == "CPX") alu::Subtract(c.f, c.x, m, 0);
+  if constexpr (kName == "AND") c.a = alu::Logic(c.f, c.a & m);
+  if constexpr (kName == "BIT") alu::Logic(c.f, c.a & m);
+  if constexpr (kName == "LDA") c.a = alu::Logic(c.f, m);
+  if constexpr (kName == "EOR") c.a = alu::Logic(c.f, c.a ^ m);
+  if constexpr (kName == "ADC") c.a = alu::Add(c.f, c.a, m, c.f.carry);
+  if constexpr (kName == "ORA") c.a = alu::Logic(c.f, c.a | m);
+  if constexpr (kName == "ADD") c.a = alu::Add(c.f, c.a, m, 0);
+  if constexpr (kName == "LDX") c.x = alu::Logic(c.f, m);
 }
 
 // Stores, moves and the 16-bit operations.
 template <typename R>
-BREVANT_INLINE bool Transfer(Core& c) {
+BREVANT_ALWAYS_INLINE void Transfer(Core& c) {
   constexpr std::string_view kName = R::kName;
   if constexpr (kName == "STA") {
     c.Write(EffectiveAddress<R::kMode>(c), alu::Logic(c.f, c.a));
@@ -246,16 +251,14 @@ BREVANT_INLINE bool Transfer(Core& c) {
     alu::Compare16(c.f, c.hx(), WordOperand<R::kMode>(c));
   } else if constexpr (kName == "AIX") {
     c.SetHx(c.hx() + static_cast<unsigned>(static_cast<std::int8_t>(c.Code(1))));
-  } else if constexpr (kName == "AIS") {
-    c.sp = static_cast<Word>(c.sp + static_cast<std::int8_t>(c.Code(1)));
   } else {
-    return false;
+    static_assert(kName == "AIS");
+    c.sp = static_cast<Word>(c.sp + static_cast<std::int8_t>(c.Code(1)));
   }
-  return true;
 }
 
 template <typename R>
-BREVANT_INLINE bool Condition(const Core& c) {
+BREVANT_ALWAYS_INLINE bool Condition(const Core& c) {
   constexpr std::string_view kName = R::kName;
   const Flags& f = c.f;
   if constexpr (kName == "BRN") {
@@ -304,24 +307,27 @@ BREVANT_INLINE bool Condition(const Core& c) {
 
 // Bit operations and everything that may branch on its operand.
 template <typename R>
-BREVANT_INLINE bool TestAndBranch(Core& c) {
+BREVANT_ALWAYS_INLINE void TestAndBranch(Core& c) {
   constexpr std::string_view kName = R::kName;
   constexpr Byte kBit = static_cast<Byte>(1u << ((R::kCode >> 1) & 7));
   constexpr unsigned kDistance = R::kLength - 1;  // the branch distance comes last
   if constexpr (Named(kName, {"BSET", "BCLR"})) {
+    constexpr bool kSet = kName == "BSET";
     const base::Address address = EffectiveAddress<R::kMode>(c);
     const Byte m = c.Read(address);
-    c.Write(address, Low(kName == "BSET" ? m | kBit : m & ~kBit));
+    c.Write(address, Low(kSet ? m | kBit : m & ~kBit));
   } else if constexpr (Named(kName, {"BRSET", "BRCLR"})) {
+    constexpr bool kIfSet = kName == "BRSET";
     c.f.carry = (Operand<R::kMode>(c) & kBit) != 0;
-    c.BranchIf(c.f.c() == (kName == "BRSET"), c.Code(kDistance));
+    c.BranchIf(c.f.c() == kIfSet, c.Code(kDistance));
   } else if constexpr (Named(kName, {"CBEQ", "CBEQA", "CBEQX"})) {
     const Byte m = Operand<R::kMode>(c);
     if constexpr (OneOf<R::kMode>(
                       {Mode::CompareBranchIndexedPostInc, Mode::CompareBranchIndexed8PostInc})) {
       c.SetHx(c.hx() + 1u);
     }
-    c.BranchIf(m == (kName == "CBEQX" ? c.x : c.a), c.Code(kDistance));
+    constexpr bool kWithX = kName == "CBEQX";
+    c.BranchIf(m == (kWithX ? c.x : c.a), c.Code(kDistance));
   } else if constexpr (kName == "DBNZ") {
     const base::Address address = EffectiveAddress<R::kMode>(c);
     const Byte m = Low(c.Read(address) - 1u);
@@ -329,16 +335,14 @@ BREVANT_INLINE bool TestAndBranch(Core& c) {
     c.BranchIf(m != 0, c.Code(kDistance));
   } else if constexpr (kName == "DBNZA") {
     c.BranchIf(--c.a != 0, c.Code(kDistance));
-  } else if constexpr (kName == "DBNZX") {
-    c.BranchIf(--c.x != 0, c.Code(kDistance));
   } else {
-    return false;
+    static_assert(kName == "DBNZX");
+    c.BranchIf(--c.x != 0, c.Code(kDistance));
   }
-  return true;
 }
 
 template <typename R>
-BREVANT_INLINE bool Jump(Core& c) {
+BREVANT_ALWAYS_INLINE void Jump(Core& c) {
   if constexpr (R::kName == "JMP") {
     c.pc = EffectiveAddress<R::kMode>(c);
   } else if constexpr (R::kName == "JSR") {
@@ -350,27 +354,26 @@ BREVANT_INLINE bool Jump(Core& c) {
     c.BranchIf(true, c.Code(1));
   } else if constexpr (R::kName == "RTS") {
     c.PullReturnAddress();
-  } else if constexpr (R::kName == "RTI") {
+  } else {
+    static_assert(R::kName == "RTI");
     const bool was_masked = c.f.mask != 0;
     c.f.Unpack(c.Pull());
     c.a = c.Pull();
     c.x = c.Pull();
     c.PullReturnAddress();
     c.UnmaskAfter(was_masked);
-  } else {
-    return false;
   }
-  return true;
 }
 
 // Operations on registers and the stack alone.
 template <typename R>
-BREVANT_INLINE bool Register(Core& c) {
+BREVANT_ALWAYS_INLINE void Register(Core& c) {
   constexpr std::string_view kName = R::kName;
   const bool was_masked = c.f.mask != 0;
-  if constexpr (ModifiesRegister(kName)) {
-    Byte& r = kName[3] == 'A' ? c.a : c.x;
-    r = Modified<R>(c.f, r);
+  if constexpr (ModifiesRegister(kName) && kName[3] == 'A') {
+    c.a = Modified<R>(c.f, c.a);
+  } else if constexpr (ModifiesRegister(kName)) {
+    c.x = Modified<R>(c.f, c.x);
   } else if constexpr (kName == "CLRH") {
     c.h = alu::Logic(c.f, 0);
   } else if constexpr (kName == "MUL") {
@@ -424,35 +427,47 @@ BREVANT_INLINE bool Register(Core& c) {
     // Only the low byte: the high one keeps its value.
     c.sp = c.sp | 0x00FF;
   } else {
-    return kName == "NOP";
+    static_assert(kName == "NOP");
   }
-  return true;
 }
 
 // One instruction. Exit::Horizon stands for "go on".
 template <typename R>
-BREVANT_INLINE Exit Step(Core& c) {
+BREVANT_ALWAYS_INLINE Exit Step(Core& c) {
   constexpr std::string_view kName = R::kName;
-  if constexpr (R::kMode == Mode::Illegal) return Exit::IllegalOpcode;
   c.cycle += R::kCycles;
   c.start = c.pc;
   c.pc = base::Low16(c.pc + R::kLength);
-  if constexpr (kName == "SWI") return Exit::SoftwareInterrupt;
-  if constexpr (Named(kName, {"WAIT", "STOP"})) {
+  if constexpr (kName == "SWI") {
+    return Exit::SoftwareInterrupt;
+  } else if constexpr (kName == "WAIT") {
     c.f.mask = 0;
-    return kName == "WAIT" ? Exit::Wait : Exit::Stop;
-  }
-  if constexpr (R::kMode == Mode::Relative && kName != "BSR") {
+    return Exit::Wait;
+  } else if constexpr (kName == "STOP") {
+    c.f.mask = 0;
+    return Exit::Stop;
+  } else if constexpr (R::kMode == Mode::Relative && kName != "BSR") {
     c.BranchIf(Condition<R>(c), c.Code(1));
   } else if constexpr (Modifies(kName)) {
     ModifyMemory<R>(c);
+  } else if constexpr (Accumulates(kName)) {
+    Accumulate<R>(c);
+  } else if constexpr (Transfers(kName)) {
+    Transfer<R>(c);
+  } else if constexpr (TestsOrBranches(kName)) {
+    TestAndBranch<R>(c);
+  } else if constexpr (Jumps(kName)) {
+    Jump<R>(c);
   } else {
-    // The groups are told apart at compile time: all but one of these calls are empty.
-    const bool known =
-        Accumulate<R>(c) || Transfer<R>(c) || TestAndBranch<R>(c) || Jump<R>(c) || Register<R>(c);
-    if (!known && R::kMode != Mode::Illegal) return Exit::IllegalOpcode;
+    Register<R>(c);
   }
   return Exit::Horizon;
+}
+
+// Not an instruction: PC stays on it.
+template <typename R>
+requires(R::kMode == Mode::Illegal) BREVANT_ALWAYS_INLINE Exit Step(Core&) {
+  return Exit::IllegalOpcode;
 }
 
 #define BREVANT_OPCODE(n, paged)                                                      \
@@ -480,7 +495,7 @@ BREVANT_INLINE Exit Step(Core& c) {
   BREVANT_OPCODES_BUT_E(high, paged) \
   BREVANT_OPCODE(high##E, paged)
 
-BREVANT_INLINE Exit StepPaged(Core& c) {
+BREVANT_ALWAYS_INLINE Exit StepPaged(Core& c) {
   switch (c.bus.CodeByte(c.pc + 1)) {
     BREVANT_OPCODES(0x6, true)
     BREVANT_OPCODES(0xD, true)
@@ -491,7 +506,7 @@ BREVANT_INLINE Exit StepPaged(Core& c) {
   return Exit::Horizon;
 }
 
-BREVANT_INLINE Exit Loop(Core& c, base::Address watch) {
+BREVANT_ALWAYS_INLINE Exit Loop(Core& c, base::Address watch) {
   while (c.cycle < c.bus.horizon) {
     if (watch - c.pc < 4) return Exit::NearBreak;
     if (!c.bus.Fetchable(c.pc)) return Exit::IllegalAddress;
