@@ -15,10 +15,10 @@ std::vector<Symbol> ParseSdccMap(std::string_view map) {
     if (text.starts_with("C:")) text.remove_prefix(2);
     if (!text.starts_with(' ')) continue;
     const auto words = Words(text);
-    // The linker's own names (lengths and starts of areas) belong to no module.
+    // The linker's names for lengths and starts of areas belong to no module.
     if (words.size() != 3 || words[0].size() != 8 || !IsHexNumber(words[0])) continue;
-    const bool is_debug_name = words[1].find('$') != std::string_view::npos;
-    if (!is_debug_name) symbols.push_back({std::string(words[1]), *LeadingHex(words[0]), 0, {}});
+    const bool is_own_name = words[1].starts_with('.') || words[1].find('$') != words[1].npos;
+    if (!is_own_name) symbols.push_back({std::string(words[1]), *LeadingHex(words[0]), 0, {}});
   }
   return symbols;
 }

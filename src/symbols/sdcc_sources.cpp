@@ -47,7 +47,8 @@ std::string_view PathOfComment(std::string_view line) {
 
 }  // namespace
 
-SdccSources::SdccSources(const std::string& image_directory) : directory_(image_directory) {
+SdccSources::SdccSources(const std::string& image_directory)
+    : has_directory_(true), directory_(image_directory) {
   std::error_code error;
   const fs::path directory = directory_.empty() ? fs::path(".") : fs::path(directory_);
   for (fs::directory_iterator it(directory, error), end; !error && it != end; it.increment(error)) {
@@ -75,19 +76,25 @@ const std::vector<std::string>& SdccSources::ListedPaths(std::string_view module
   return paths;
 }
 
+std::string SdccSources::AtOrAbove(const fs::path& path) const {
+  fs::path above;
+  for (int i = 0; i <= kParents; ++i, above /= "..") {
+    const fs::path candidate = (above / path).lexically_normal();
+    std::error_code error;
+    if (fs::is_regular_file(fs::path(directory_) / candidate, error)) {
+      return candidate.generic_string();
+    }
+  }
+  return {};
+}
+
 std::string SdccSources::FromListing(std::string_view name, std::string_view module) {
   for (const std::string& listed : ListedPaths(module)) {
     if (Spelt(LastPart(listed)) != name) continue;
     const fs::path path(listed);
     if (path.is_absolute()) continue;
-    fs::path above;
-    for (int i = 0; i <= kParents; ++i, above /= "..") {
-      const fs::path candidate = (above / path).lexically_normal();
-      std::error_code error;
-      if (fs::is_regular_file(fs::path(directory_) / candidate, error)) {
-        return candidate.generic_string();
-      }
-    }
+    std::string found = AtOrAbove(path);
+    if (!found.empty()) return found;
   }
   return {};
 }
@@ -105,7 +112,9 @@ std::string SdccSources::AssemblerSource(std::string_view module) const {
     const auto file = by_name_.find(Spelt(module) + extension);
     if (file != by_name_.end()) return file->second;
   }
-  return std::string(module) + ".asm";
+  const std::string name = std::string(module) + ".asm";
+  const std::string above = has_directory_ ? AtOrAbove(name) : std::string();
+  return above.empty() ? name : above;
 }
 
 }  // namespace brevant::symbols

@@ -4,6 +4,7 @@
 // listing (.rst), when it lies beside the image, has the path that was given to the compiler.
 #pragma once
 
+#include <filesystem>
 #include <map>
 #include <string>
 #include <string_view>
@@ -28,7 +29,10 @@ class SdccSources {
  private:
   const std::vector<std::string>& ListedPaths(std::string_view module);
   std::string FromListing(std::string_view name, std::string_view module);
+  // The path from the image's folder or the nearest one above it where the file is; else empty.
+  std::string AtOrAbove(const std::filesystem::path& path) const;
 
+  bool has_directory_ = false;
   std::string directory_;
   std::map<std::string, std::string, std::less<>> by_name_;  // spelt as SDCC does -> file name
   std::map<std::string, std::vector<std::string>, std::less<>> listed_;  // module -> paths
