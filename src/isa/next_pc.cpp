@@ -1,0 +1,258 @@
+// SPDX-License-Identifier: MIT
+#include "isa/next_pc.h"
+
+#include <optional>
+
+#include "isa/instruction_table.h"
+
+namespace brevant::isa {
+namespace {
+
+using base::Address;
+using base::Low16;
+
+// How an instruction chooses what comes next.
+enum class Flow : std::uint8_t { FallThrough, Branch, BitTest, Compare, Count, Jump, Call, Return };
+
+struct NamedFlow {
+  std::string_view mnemonic;
+  Flow flow;
+};
+constexpr NamedFlow kNamedFlows[] = {{"JMP", Flow::Jump},
+                                     {"JSR", Flow::Call},
+                                     {"BSR", Flow::Call},
+                                     {"RTS", Flow::Return},
+                                     {"RTI", Flow::Return}};
+
+constexpr Flow FlowOf(Entry entry) {
+  for (const NamedFlow& row : kNamedFlows) {
+    if (MnemonicName(entry.mnemonic()) == row.mnemonic) return row.flow;
+  }
+  switch (entry.mode()) {
+    case Mode::Relative:
+      return Flow::Branch;
+    case Mode::BitTestBranch:
+      return Flow::BitTest;
+    case Mode::CompareBranchDirect:
+    case Mode::CompareBranchImmediate:
+    case Mode::CompareBranchIndexed8PostInc:
+    case Mode::CompareBranchIndexedPostInc:
+    case Mode::CompareBranchStack8:
+      return Flow::Compare;
+    case Mode::DecBranchDirect:
+    case Mode::DecBranchRegister:
+    case Mode::DecBranchIndexed:
+    case Mode::DecBranchIndexed8:
+    case Mode::DecBranchStack8:
+      return Flow::Count;
+    default:
+      return Flow::FallThrough;
+  }
+}
+
+template <std::size_t N>
+constexpr std::array<Flow, N> FlowsOf(const std::array<Entry, N>& map) {
+  std::array<Flow, N> flows{};
+  for (std::size_t i = 0; i < N; ++i) flows[i] = FlowOf(map[i]);
+  return flows;
+}
+constexpr auto kMainFlows = FlowsOf(kMainMap);
+constexpr auto kPageFlows = FlowsOf(kPageMap);
+
+struct Flags {
+  explicit constexpr Flags(std::uint32_t ccr)
+      : v((ccr & 0x80) != 0),
+        h((ccr & 0x10) != 0),
+        i((ccr & 0x08) != 0),
+        n((ccr & 0x04) != 0),
+        z((ccr & 0x02) != 0),
+        c((ccr & 0x01) != 0) {}
+  bool v, h, i, n, z, c;
+};
+
+struct Condition {
+  std::string_view mnemonic;
+  bool (*holds)(Flags);
+};
+constexpr Condition kConditions[] = {
+    {"BRA", [](Flags) { return true; }},
+    {"BRN", [](Flags) { return false; }},
+    {"BHI", [](Flags f) { return !f.c && !f.z; }},
+    {"BLS", [](Flags f) { return f.c || f.z; }},
+    {"BCC", [](Flags f) { return !f.c; }},
+    {"BCS", [](Flags f) { return f.c; }},
+    {"BNE", [](Flags f) { return !f.z; }},
+    {"BEQ", [](Flags f) { return f.z; }},
+    {"BHCC", [](Flags f) { return !f.h; }},
+    {"BHCS", [](Flags f) { return f.h; }},
+    {"BPL", [](Flags f) { return !f.n; }},
+    {"BMI", [](Flags f) { return f.n; }},
+    {"BMC", [](Flags f) { return !f.i; }},
+    {"BMS", [](Flags f) { return f.i; }},
+    // The monitor cannot tell the level of the IRQ pin; the mask stands in for it.
+    {"BIL", [](Flags f) { return !f.i; }},
+    {"BIH", [](Flags f) { return f.i; }},
+    {"BGE", [](Flags f) { return f.n == f.v; }},
+    {"BLT", [](Flags f) { return f.n != f.v; }},
+    {"BGT", [](Flags f) { return !f.z && f.n == f.v; }},
+    {"BLE", [](Flags f) { return f.z || f.n != f.v; }},
+};
+
+// The condition of each branch opcode, nullptr elsewhere.
+constexpr auto kConditionOf = [] {
+  std::array<const Condition*, 256> conditions{};
+  for (const Condition& condition : kConditions) {
+    const int mnemonic = MnemonicIndex(condition.mnemonic).value();
+    for (std::size_t b0 = 0; b0 < 256; ++b0) {
+      if (kMainMap[b0].mnemonic() == mnemonic) conditions[b0] = &condition;
+    }
+  }
+  return conditions;
+}();
+
+constexpr bool EveryBranchHasACondition() {
+  for (std::size_t b0 = 0; b0 < 256; ++b0) {
+    if ((kMainFlows[b0] == Flow::Branch) != (kConditionOf[b0] != nullptr)) return false;
+  }
+  return true;
+}
+static_assert(EveryBranchHasACondition());
+
+// One instruction with the registers it will meet.
+class Step {
+ public:
+  Step(const StepRegisters& registers, const StepInstruction& instruction)
+      : registers_(registers), bytes_(instruction.bytes), length_(instruction.length) {
+    const std::uint8_t b1 = length_ > 1 ? bytes_[1] : std::uint8_t{0};
+    entry_ = Decode(bytes_[0], b1);
+    const auto page = bytes_[0] == kPagePrefix ? PageIndex(b1) : std::nullopt;
+    flow_ = page ? kPageFlows[*page] : kMainFlows[bytes_[0]];
+    // A caller that has fetched less than the whole instruction gets the plain answer.
+    if (entry_.length() > length_) flow_ = Flow::FallThrough;
+  }
+
+  Flow flow() const { return flow_; }
+  Mode mode() const { return entry_.mode(); }
+  bool IsUnconditionalBranch() const { return MnemonicName(entry_.mnemonic()) == "BRA"; }
+
+  Address FallThrough() const { return Low16(registers_.pc + static_cast<Address>(length_)); }
+  // The offset of every branch is its last byte.
+  Address BranchTarget() const {
+    const std::uint32_t offset = bytes_[static_cast<std::size_t>(length_) - 1];
+    return Low16(FallThrough() + (offset ^ 0x80u) - 0x80u);
+  }
+  Address CallOrJumpTarget() const {
+    return mode() == Mode::Relative ? BranchTarget() : EffectiveAddress();
+  }
+  // RTI finds CCR, A and X above the stack pointer before the address, RTS the address alone.
+  Address ReturnTarget(const TargetMemory& memory) const {
+    const Address offset = MnemonicName(entry_.mnemonic()) == "RTI" ? 4 : 1;
+    return Low16(memory.word(Low16(registers_.sp + offset)));
+  }
+
+  bool TakesBranch(const TargetMemory& memory) const {
+    switch (flow_) {
+      case Flow::Branch:
+        return kConditionOf[bytes_[0]]->holds(Flags(registers_.ccr));
+      case Flow::BitTest: {
+        const bool is_set = (Operand(memory) >> (bytes_[0] >> 1 & 7) & 1) != 0;
+        const bool branches_on_set = (bytes_[0] & 1) == 0;
+        return is_set == branches_on_set;
+      }
+      case Flow::Compare:
+        return Operand(memory) == (NamesX() ? X() : registers_.a & 0xFF);
+      case Flow::Count:  // the counter as it is before the decrement
+        return Operand(memory) != 1;
+      default:
+        return false;
+    }
+  }
+
+ private:
+  std::uint32_t X() const { return registers_.hx & 0xFF; }
+  // CBEQX and DBNZX; their siblings without a memory operand work on the accumulator.
+  bool NamesX() const { return MnemonicName(entry_.mnemonic()).ends_with('X'); }
+
+  Address EffectiveAddress() const {
+    const Address word = base::Word(bytes_[1], bytes_[2]);
+    switch (mode()) {
+      case Mode::BitTestBranch:
+      case Mode::CompareBranchDirect:
+      case Mode::DecBranchDirect:
+      case Mode::Direct:
+        return bytes_[1];
+      case Mode::Extended:
+        return word;
+      case Mode::CompareBranchIndexed8PostInc:
+      case Mode::DecBranchIndexed8:
+      case Mode::Indexed8:
+        return Low16(registers_.hx + bytes_[1]);
+      case Mode::Indexed16:
+        return Low16(registers_.hx + word);
+      case Mode::CompareBranchStack8:
+      case Mode::DecBranchStack8:
+        return Low16(registers_.sp + bytes_[2]);
+      default:  // the indexed modes without offset
+        return Low16(registers_.hx);
+    }
+  }
+
+  // What a compare, a count or a bit test looks at.
+  std::uint32_t Operand(const TargetMemory& memory) const {
+    if (mode() == Mode::CompareBranchImmediate) return bytes_[1];
+    if (mode() == Mode::DecBranchRegister) return NamesX() ? X() : registers_.a & 0xFF;
+    return memory.byte(EffectiveAddress());
+  }
+
+  const StepRegisters& registers_;
+  const std::array<std::uint8_t, 4>& bytes_;
+  int length_;
+  Entry entry_;
+  Flow flow_;
+};
+
+}  // namespace
+
+Address PredictNextPC(const StepRegisters& registers, const StepInstruction& instruction,
+                      bool step_over, const TargetMemory& memory) {
+  const Step step(registers, instruction);
+  switch (step.flow()) {
+    case Flow::FallThrough:
+      return step.FallThrough();
+    case Flow::Jump:
+      return step.CallOrJumpTarget();
+    case Flow::Call:
+      return step_over ? step.FallThrough() : step.CallOrJumpTarget();
+    case Flow::Return:
+      return step.ReturnTarget(memory);
+    default:
+      return step.TakesBranch(memory) ? step.BranchTarget() : step.FallThrough();
+  }
+}
+
+BranchAnalysis AnalyseBranch(const StepRegisters& registers, const StepInstruction& instruction,
+                             bool step_over, const TargetMemory& memory,
+                             base::FunctionRef<bool(Address)> is_library_call) {
+  const Step step(registers, instruction);
+  switch (step.flow()) {
+    case Flow::FallThrough:
+      return {};
+    case Flow::Jump:
+      return {BranchKind::Jump, step.CallOrJumpTarget()};
+    case Flow::Call: {
+      if (step_over) return {};
+      const Address target = step.CallOrJumpTarget();
+      const bool indexed = step.mode() == Mode::Indexed || step.mode() == Mode::Indexed8 ||
+                           step.mode() == Mode::Indexed16;
+      const bool steps_over = indexed && is_library_call(target);
+      return {steps_over ? BranchKind::None : BranchKind::Call, target};
+    }
+    case Flow::Return:
+      return {BranchKind::Return, step.ReturnTarget(memory)};
+    default:
+      return {step.IsUnconditionalBranch() ? BranchKind::Jump : BranchKind::Conditional,
+              step.BranchTarget()};
+  }
+}
+
+}  // namespace brevant::isa
