@@ -2,21 +2,21 @@
 // Multiplication, division, shifts and signs in 8, 16 and 32 bits.
 #include "gp32.h"
 
-u16 product;         // 1234 * 56 modulo 65536 = 69104 - 65536 = 3568
-s16 signed_product;  // -123 * 45 = -5535
-u16 quotient;        // 50000 / 77 = 649
-u16 remainder;       // 50000 % 77 = 27
-s16 signed_quotient; // -1000 / 7 = -142
-s16 signed_rest;     // -1000 % 7 = -6
-u32 wide_product;    // 54321 * 12345 = 670592745
-u32 wide_quotient;   // 670592745 / 1000 = 670592
-u16 left;            // $1234 << 5 = $4680
-u16 right;           // $F234 >> 3 = $1E46
-s16 signed_right;    // -100 >> 2 = -25
-u8 average;          // (200 + 100) / 2 = 150
-u8 below;            // -1 < 1 in signs: 1
-u8 unsigned_below;   // $FFFF < 1: 0
-u16 square_root;     // of 40000: 200
+u16 product;          // 1234 * 56 modulo 65536 = 69104 - 65536 = 3568
+s16 signed_product;   // -123 * 45 = -5535
+u16 quotient;         // 50000 / 77 = 649
+u16 remainder;        // 50000 % 77 = 27
+s16 signed_quotient;  // -1000 / 7 = -142
+s16 signed_rest;      // -1000 % 7 = -6
+u32 wide_product;     // 54321 * 12345 = 670592745
+u32 wide_quotient;    // 670592745 / 1000 = 670592
+u16 left;             // $1234 << 5 = $4680
+u16 right;            // $F234 >> 3 = $1E46
+s16 signed_right;     // -100 >> 2 = -25
+u8 average;           // (200 + 100) / 2 = 150
+u8 below;             // -1 < 1 in signs: 1
+u8 unsigned_below;    // $FFFF < 1: 0
+u16 square_root;      // of 40000: 200
 
 static u16 isqrt(u16 n) {
   u16 root = 0;

@@ -2,10 +2,10 @@
 // Loops of every kind over 8, 16 and 32 bits.
 #include "gp32.h"
 
-u8 wrapped;    // 300 modulo 256
-u16 sum;       // 1 + 2 + ... + 500 modulo 65536
-u32 total;     // 100 * 70000
-s16 down;      // from 10 to -10
+u8 wrapped;  // 300 modulo 256
+u16 sum;     // 1 + 2 + ... + 500 modulo 65536
+u32 total;   // 100 * 70000
+s16 down;    // from 10 to -10
 u8 outer_times_inner;
 
 void done(void) {

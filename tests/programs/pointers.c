@@ -3,13 +3,15 @@
 // RTS; one function here does it with JSR ,X.
 #include "gp32.h"
 
-s16 value;          // ((5 + 3) * 4 - 7) = 25
-u8 calls;           // 6
-u8 trace[6];        // which was called, in order: 1 2 3 1 1 2
-void (*hook)(void); // count
-u8 indexed;         // 3, counted by a call with JSR ,X
+s16 value;           // ((5 + 3) * 4 - 7) = 25
+u8 calls;            // 6
+u8 trace[6];         // which was called, in order: 1 2 3 1 1 2
+void (*hook)(void);  // count
+u8 indexed;          // 3, counted by a call with JSR ,X
 
-static void count(void) { calls++; }
+static void count(void) {
+  calls++;
+}
 
 static void note(u8 which) {
   trace[calls] = which;
@@ -31,11 +33,14 @@ static s16 minus_seven(s16 v) {
   return v - 7;
 }
 
-static void three_more(void) { indexed += 3; }
+static void three_more(void) {
+  indexed += 3;
+}
 
 // The pointer's high byte arrives in X, the low one in A.
 static void call_indexed(void (*function)(void)) __naked {
   (void)function;
+  // clang-format off
   __asm
     pshx
     pulh
@@ -43,6 +48,7 @@ static void call_indexed(void (*function)(void)) __naked {
     jsr ,x
     rts
   __endasm;
+  // clang-format on
 }
 
 typedef s16 (*operation)(s16);

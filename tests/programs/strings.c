@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Texts and blocks of memory through pointers and the C library.
-#include "gp32.h"
 #include <string.h>
+#include "gp32.h"
 
 char greeting[16];  // "hello, target"
 char backwards[8];  // "tegrat"
@@ -12,8 +12,8 @@ s8 order;           // strcmp("abc", "abd") is below 0: -1
 u8 found;           // "target" starts at 7
 u16 checksum;       // of greeting's characters
 
-static void reverse(char *to, const char *from) {
-  const char *end = from;
+static void reverse(char* to, const char* from) {
+  const char* end = from;
   while (*end != '\0') end++;
   while (end != from) *to++ = *--end;
   *to = '\0';
@@ -26,7 +26,7 @@ void done(void) {
 
 void main(void) {
   static const u8 source[8] = {1, 2, 3, 4, 5, 6, 7, 8};
-  char *p;
+  char* p;
 
   COP_OFF();
   strcpy(greeting, "hello, ");

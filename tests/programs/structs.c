@@ -32,7 +32,7 @@ s16 grid[2][3];          // 10 * row - column
 s16 sum_y;               // -10
 u16 size_of_line;        // 6
 
-static void sort(u8 *v, u8 n) {
+static void sort(u8* v, u8 n) {
   u8 i, j;
   for (i = 1; i < n; i++) {
     u8 key = v[i];

@@ -7,8 +7,8 @@ volatile u8 pattern;    // $A5 turned round 20 times: $5A
 u8 finished;            // 1
 
 void timer_overflow(void) __interrupt(6) {
-  T1SC;          // the flag is cleared by reading it while it is set ...
-  T1SC &= ~0x80; // ... and writing 0
+  T1SC;           // the flag is cleared by reading it while it is set ...
+  T1SC &= ~0x80;  // ... and writing 0
   overflows++;
   pattern = (u8)(pattern << 1) | (pattern >> 7);
   if (overflows == 20) T1SC = 0x20;
