@@ -1,0 +1,199 @@
+// SPDX-License-Identifier: MIT
+#include "isa/assembler.h"
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <sstream>
+#include <vector>
+
+#include "isa/disassembler.h"
+#include "isa/instruction_table.h"
+#include "isa/symbol_list.h"
+
+namespace brevant::isa {
+namespace {
+
+using Code = std::vector<int>;
+
+// The bytes, or nothing for a line that is rejected.
+Code Assemble(std::string_view text, base::Address address = 0xF000,
+              const SymbolNames& symbols = NoSymbols()) {
+  const auto result = AssembleLine(text, address, symbols);
+  if (!result) return {};
+  return {result->bytes.begin(), result->bytes.begin() + result->length};
+}
+
+TEST(Assembler, GivesTheBytesOfAnotherAssemblerForEveryOpcode) {
+  std::ifstream file(BREVANT_TEST_DATA "/isa/assembler_golden.tsv");
+  std::string address;
+  std::string text;
+  std::string bytes;
+  int rows = 0;
+  while (std::getline(file, address, '\t') && std::getline(file, text, '\t') &&
+         std::getline(file, bytes)) {
+    Code expected;
+    std::istringstream fields(bytes);
+    for (int byte = 0; fields >> std::hex >> byte;) expected.push_back(byte);
+    EXPECT_EQ(Assemble(text, static_cast<base::Address>(std::stoi(address, nullptr, 16))), expected)
+        << text;
+    ++rows;
+  }
+  EXPECT_EQ(rows, 290);
+}
+
+// What must come back when the instruction's own text is assembled at its address. The same bytes,
+// but for two cases: 16-bit operands below 0x100 take the short form where there is one (extended
+// to direct, indexed and stack-relative from 16 to 8 bits), and a branch that wraps round the
+// address space is out of reach.
+Code ExpectedBack(const CurrentInstruction& instruction, Mode mode) {
+  Code code(instruction.bytes.begin(), instruction.bytes.begin() + instruction.length);
+  const std::size_t last = instruction.length - 1;
+  const bool is_long = mode == Mode::Extended || mode == Mode::Indexed16 || mode == Mode::Stack16;
+  if (is_long && code[last - 1] == 0) {
+    code[last - 2] += mode == Mode::Extended ? -0x10 : 0x10;
+    code.erase(code.end() - 2);
+  }
+  const bool branches = mode == Mode::Relative || mode == Mode::BitTestBranch ||
+                        (mode >= Mode::CompareBranchDirect && mode <= Mode::DecBranchStack8);
+  if (branches) {
+    const int offset = code[last] < 0x80 ? code[last] : code[last] - 0x100;
+    const int target = static_cast<int>(instruction.address + instruction.length) + offset;
+    if (target < 0 || target > 0xFFFF) code.clear();
+  }
+  return code;
+}
+
+TEST(Assembler, TakesBackWhateverTheDisassemblerPrints) {
+  const std::uint32_t operands[] = {0x00, 0x05, 0x7F, 0x80, 0xFF};
+  const base::Address addresses[] = {0x0000, 0x0070, 0x8000, 0xFFE0};
+  int lines = 0;
+  const auto check = [&lines](const CurrentInstruction& bytes) {
+    CurrentInstruction instruction = bytes;
+    const std::string line = Disassemble(instruction, NoSymbols());
+    const Mode mode =
+        Decode(static_cast<std::uint8_t>(bytes.bytes[0]), static_cast<std::uint8_t>(bytes.bytes[1]))
+            .mode();
+    ASSERT_EQ(Assemble(EditableText(line), instruction.address), ExpectedBack(instruction, mode))
+        << line;
+    ++lines;
+  };
+  for (base::Address address : addresses) {
+    for (std::uint32_t opcode = 0; opcode < 512; ++opcode) {
+      const bool paged = opcode >= 256;
+      const auto b0 = static_cast<std::uint8_t>(paged ? kPagePrefix : opcode);
+      if (Decode(b0, static_cast<std::uint8_t>(opcode & 0xFF)).illegal()) continue;
+      for (std::uint32_t first : operands) {
+        for (std::uint32_t second : operands) {
+          const CurrentInstruction instruction{address, {b0, first, second}, 0};
+          const CurrentInstruction page{address, {b0, opcode & 0xFF, first, second}, 0};
+          ASSERT_NO_FATAL_FAILURE(check(paged ? page : instruction));
+        }
+      }
+    }
+  }
+  EXPECT_EQ(lines, 4 * 290 * 25);
+}
+
+struct Row {
+  const char* text;
+  Code code;
+};
+
+TEST(Assembler, ReadsLinesAsPeopleTypeThem) {
+  const Row rows[] = {
+      {"lda #ff", {0xA6, 0xFF}},
+      {"LDA #1 ; load, once", {0xA6, 0x01}},
+      {"nop;", {0x9D}},
+      {"mov\t#$5 , $80\r", {0x6E, 0x05, 0x80}},
+      {"LDA 0080", {0xB6, 0x80}},
+      {"LDA 100", {0xC6, 0x01, 0x00}},
+      {"LDA X", {0xF6}},
+      {"LDA ,X", {0xF6}},
+      {"LDA 0,X", {0xE6, 0x00}},
+      {"LDA 1234 x", {0xD6, 0x12, 0x34}},
+      {"LDA 12,SP", {0x9E, 0xE6, 0x12}},
+      {"STA 1234,SP", {0x9E, 0xD7, 0x12, 0x34}},
+      {"LDHX #1", {0x45, 0x00, 0x01}},
+      {"LDA #", {0xA6, 0x00}},
+      {"BSET 7,80", {0x1E, 0x80}},
+      {"BRSET #3,#80,F003", {0x06, 0x80, 0x00}},
+      {"CBEQ #5,F010", {0x31, 0x05, 0x0D}},
+      {"DBNZ #5,F010", {0x3B, 0x05, 0x0D}},
+      {"BRA F081", {0x20, 0x7F}},
+      {"BRA EF82", {0x20, 0x80}},
+  };
+  for (const Row& row : rows) EXPECT_EQ(Assemble(row.text), row.code) << row.text;
+}
+
+TEST(Assembler, RejectsWhatIsNoInstruction) {
+  for (const char* text : {"",
+                           " LDA #1",
+                           ";",
+                           "1",
+                           "FOO",
+                           "NONE",
+                           "NOP NOP",
+                           "LDA",
+                           "LDA #UNKNOWN",
+                           "LDA #100",
+                           "LDA #FFFFFFFF",
+                           "LDHX 1234",
+                           "NEG 1234",
+                           "NEG 1234,X",
+                           "NEG 100,SP",
+                           "JMP 1,SP",
+                           "BSET 8,80",
+                           "BSET FFFFFFFF,80",
+                           "BSET 1,100",
+                           "BRSET 8,80,F003",
+                           "BRSET 1,100,F003",
+                           "CBEQ 100,F003",
+                           "CBEQ 100,X+,F003",
+                           "DBNZ 100,SP,F003",
+                           "MOV 100,80",
+                           "MOV 80,100",
+                           "MOV X+,100",
+                           "BRA F082",
+                           "BRA EF81",
+                           "BRA 1F002",
+                           "BRSET 1,80,F003,1"}) {
+    EXPECT_EQ(Assemble(text), Code()) << text;
+  }
+}
+
+TEST(Assembler, FindsSymbolsWhereNumbersCouldStand) {
+  const SymbolList symbols{{"loop", 0xF000}, {"count", 0x80},   {"table", 0x1234},
+                           {"beef", 1},      {"_main", 0xF040}, {"far", 0xF0C8}};
+  const Row rows[] = {
+      {"BRA loop", {0x20, 0xFE}},
+      {"bra $_MAIN", {0x20, 0x3E}},
+      {"BRA far", {}},
+      {"LDA Count", {0xB6, 0x80}},
+      {"LDA TABLE,X", {0xD6, 0x12, 0x34}},
+      {"LDHX #table", {0x45, 0x12, 0x34}},
+      {"BRSET 0,count,loop", {0x00, 0x80, 0xFD}},
+      {"LDA BEEF", {0xC6, 0xBE, 0xEF}},
+      {"LDA ##count", {}},
+  };
+  for (const Row& row : rows) EXPECT_EQ(Assemble(row.text, 0xF000, symbols), row.code) << row.text;
+}
+
+TEST(Assembler, OffersTheInstructionOfADisassembledLine) {
+  const std::pair<const char*, const char*> rows[] = {
+      {"00f000 a6 12 \tLDA\t#12", "LDA  #12"},
+      {"00f000 9d \tNOP", "NOP"},
+      {"00f000 a6 12 START:\tLDA\t#12", "LDA  #12"},
+      {"00f020 b6 12 LABEL678: LDA\tx  ", "LDA  x"},
+      {"00f020 9d a_very_long_label_indeed: NOP", "NOP"},
+      {"00f000 b6 12 \tLDA\tclass::x", "LDA  class::x"},
+      {"00f000 32\tIlligal command", "Illigal command"},
+      {"00f000", ""},
+      {"00f000 b6 12 LABEL678:", ""},
+      {"", ""},
+  };
+  for (const auto& [line, text] : rows) EXPECT_EQ(EditableText(line), text) << line;
+}
+
+}  // namespace
+}  // namespace brevant::isa
