@@ -88,10 +88,9 @@ inline constexpr MessageText kNotBlank{"Flash EEPROM not blank or an error found
                                        kForYourInformation, Icon::Information};
 inline constexpr MessageText kLinkLostWhileProgramming{
     "The target stopped answering while its flash was being programmed.\n\n"
-    "%ld of %ld bytes are programmed and verified; the last complete block ends below %04x.\n"
-    "The block from %04x on is in doubt.\n\n"
+    "%ld of %ld bytes are programmed and verified. The bytes from %04x on are in doubt.\n\n"
     "Check the cable and the power, press ReStart to connect again, erase the flash and program\n"
-    "the file again: a byte must not be programmed twice without erasing.",
+    "the file again: no byte may be programmed twice without an erase in between.",
     kInformation, Icon::Warning};
 
 }  // namespace messages

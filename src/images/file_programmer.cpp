@@ -1,0 +1,184 @@
+// SPDX-License-Identifier: MIT
+#include "images/file_programmer.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "base/files.h"
+#include "base/text_format.h"
+#include "images/messages.h"
+
+namespace brevant::images {
+namespace {
+
+using control::Mode;
+
+constexpr int kRecordsPerTick = 5;
+constexpr int kMaxPolls = 100;
+constexpr int kNoByte = 1;  // PollBreak's answer when nothing arrived
+
+constexpr const char* kTitle = "Program flash EEPROM";
+constexpr const char* kStartText = "Start to program flash EEPROM...  ";
+constexpr const char* kBlockText = "Programming flash EEPROM\nlocation from %04x to %04x";
+
+}  // namespace
+
+FileProgrammer::FileProgrammer(const FlashSurroundings& surroundings)
+    : with_(surroundings),
+      driver_(surroundings.monitor, surroundings.frame, surroundings.settings) {}
+
+bool FileProgrammer::ProgramFlashFile(const std::string& path) {
+  with_.debug_info.DebugInfoLoaded = false;
+  with_.state.RunMode = Mode::Idle;
+  status_ = {FlashOutcome::Refused, 0, 0};
+  records_.reset();
+  base::FileText file = base::ReadFile(path);
+  if (!file.ok()) {
+    with_.ui.ShowMessage(ToMessage(messages::kProgramFileNotOpened, path));
+    return false;
+  }
+  with_.settings.Store(base::keys::kProgramFile, path);
+  path_ = path;
+  text_ = std::move(file.text);
+  driver_.MakeRoom();
+  driver_.LoadProgrammingRoutine();
+  with_.monitor.WriteByte(kVerifyCount, 0);
+  if (with_.monitor.LinkError()) {
+    status_.outcome = FlashOutcome::LinkLost;
+    with_.ui.ShowMessage(ToMessage(messages::kProgramFailed));
+    return false;
+  }
+  records_.emplace(text_);
+  previous_end_.reset();
+  status_ = {FlashOutcome::Running, 0, CountFlashBytes(text_)};
+  progress_text_ = kStartText;
+  with_.ui.BeginProgress(kTitle, progress_text_, true);
+  with_.state.RunMode = Mode::FileProgramming;
+  return true;
+}
+
+void FileProgrammer::Advance() {
+  if (!running()) return;
+  switch (ProgramFileStep()) {
+    case StepResult::Done:
+    case StepResult::Cancelled:
+      break;
+    case StepResult::LinkFailure:
+      ReportLinkLost();
+      break;
+    case StepResult::VerifyError:
+      Finish(FlashOutcome::VerifyFailed);
+      break;
+  }
+}
+
+FileProgrammer::StepResult FileProgrammer::ProgramFileStep() {
+  if (const StepResult check = CheckBlock(); check != StepResult::Done) return check;
+  for (int i = 0; i < kRecordsPerTick; ++i) {
+    const auto record = records_->Next();
+    if (!record) {
+      Finish(FlashOutcome::Done);
+      return StepResult::Done;
+    }
+    if (const StepResult result = ProgramRecord(*record); result != StepResult::Done) return result;
+  }
+  return StepResult::Done;
+}
+
+FileProgrammer::StepResult FileProgrammer::CheckBlock() {
+  const bool failed = driver_.VerifyFailed();
+  if (with_.monitor.LinkError()) return StepResult::LinkFailure;
+  // The monitor has just answered: the target is stopped, whatever became of its break byte.
+  with_.monitor.link().BreakPollState = 0;
+  return failed ? StepResult::VerifyError : StepResult::Done;
+}
+
+FileProgrammer::StepResult FileProgrammer::ProgramRecord(const FlashRecord& record) {
+  current_ = record.address;
+  for (const base::Bytes block : SplitIntoBlocks(record.data)) {
+    SendBlock(block);
+    progress_text_ = base::Format(kBlockText, current_, *previous_end_);
+    if (!with_.ui.UpdateProgress(progress_text_, status_.bytes_programmed, status_.bytes_total)) {
+      Cancel();
+      return StepResult::Cancelled;
+    }
+    with_.security.Doubt(current_, block.size());
+    RunBlock();
+    if (const StepResult check = CheckBlock(); check != StepResult::Done) return check;
+    with_.security.Programmed(current_, block);
+    status_.bytes_programmed += static_cast<long>(block.size());
+    current_ = *previous_end_;
+  }
+  return StepResult::Done;
+}
+
+void FileProgrammer::SendBlock(base::Bytes block) {
+  driver_.WriteBlockData(block);
+  if (previous_end_ == current_) {
+    driver_.WriteContinuedParameters(block.size());
+  } else {
+    driver_.WriteBlockParameters(current_, block.size());
+  }
+  previous_end_ = base::Low16(current_ + static_cast<base::Address>(block.size()));
+  driver_.PointAtRoutine();
+}
+
+void FileProgrammer::RunBlock() {
+  with_.state.RunningShown = false;
+  with_.workspace.ShowRunning(false);
+  with_.monitor.RunTarget();
+  // A stray byte before the break byte would be taken for an echo, and shift every one after it.
+  link::MonitorLink& link = with_.monitor.link();
+  int poll = link.PollBreak();
+  for (int polls = 1; poll != 0 && poll != kNoByte && polls < kMaxPolls; ++polls) {
+    poll = link.PollBreak();
+  }
+}
+
+void FileProgrammer::Finish(FlashOutcome outcome) {
+  with_.state.WaitingForBreak = false;
+  with_.state.RunMode = Mode::Idle;
+  if (outcome == FlashOutcome::VerifyFailed) {
+    with_.ui.ShowMessage(ToMessage(messages::kNotBlank));
+  }
+  const ReadReport& read = records_->report();
+  if (read.skipped > 0) {
+    with_.ui.ShowMessage(ToMessage(messages::kRecordsSkipped, read.skipped, path_,
+                                   read.first_skipped_line,
+                                   std::string(Describe(read.first_skipped_reason))));
+  }
+  End(outcome);
+  with_.workspace.SendCommand(kResetCommand);
+}
+
+void FileProgrammer::ReportLinkLost() {
+  with_.state.WaitingForBreak = false;
+  End(FlashOutcome::LinkLost);
+  with_.ui.ShowMessage(ToMessage(messages::kLinkLostWhileProgramming, status_.bytes_programmed,
+                                 status_.bytes_total, current_));
+}
+
+void FileProgrammer::End(FlashOutcome outcome) {
+  status_.outcome = outcome;
+  with_.ui.EndProgress();
+}
+
+void FileProgrammer::Cancel() {
+  if (!running()) return;
+  End(FlashOutcome::Cancelled);
+  with_.workspace.SendCommand(kResetCommand);
+}
+
+void FileProgrammer::Tick() {
+  if (!running()) return;
+  if (with_.state.RunMode != Mode::FileProgramming) {
+    End(FlashOutcome::Cancelled);
+  } else if (with_.monitor.LinkError()) {
+    ReportLinkLost();
+  } else if (!with_.ui.UpdateProgress(progress_text_, status_.bytes_programmed,
+                                      status_.bytes_total)) {
+    Cancel();
+  }
+}
+
+}  // namespace brevant::images
