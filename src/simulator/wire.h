@@ -55,7 +55,9 @@ class Wire {
 
   // cycles_per_bit 0 makes a line on which everything is instant.
   explicit Wire(int cycles_per_bit) : cycles_per_bit_(cycles_per_bit) {}
-  Cycles Bits(int bits) const { return static_cast<Cycles>(bits * cycles_per_bit_); }
+  Cycles Bits(int bits) const {
+    return static_cast<Cycles>(bits) * static_cast<Cycles>(cycles_per_bit_);
+  }
 
   // The host's end.
   void SendFromHost(std::uint8_t byte, Cycles now);

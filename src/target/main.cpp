@@ -1,0 +1,140 @@
+// SPDX-License-Identifier: MIT
+// brevant-target: options, start and end of the simulated board as a process.
+#include <signal.h>  // NOLINT(modernize-deprecated-headers): sigset_t, sigprocmask
+#include <sys/prctl.h>
+#include <sys/signalfd.h>
+#include <unistd.h>
+
+#include <CLI/CLI.hpp>
+#include <cstdio>
+#include <filesystem>
+#include <iostream>
+#include <string>
+#include <system_error>
+
+#include "base/files.h"
+#include "target/board_server.h"
+#include "target/pseudo_terminal.h"
+#include "target/srecord_file.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+using brevant::simulator::Board;
+
+enum ExitStatus { kOk = 0, kUsage = 2, kFile = 3, kPort = 4 };
+
+struct Options {
+  std::string pace = "wire";
+  std::string device = "gp32";
+  std::string flash;
+  std::string link;
+};
+
+void AddOptions(CLI::App& app, Options& options) {
+  app.set_version_flag("--version", std::string("brevant-target ") + BREVANT_VERSION);
+  app.add_option("--pace", options.pace,
+                 "wire: CPU and bytes take their real time; bus: bytes are instant")
+      ->check(CLI::IsMember({"bus", "wire"}))
+      ->capture_default_str();
+  app.add_option("-d,--device", options.device, "MC68HC908GP32 or MC68HC908QL")
+      ->check(CLI::IsMember({"gp32", "ql"}))
+      ->capture_default_str();
+  app.add_option("--flash", options.flash, "S-record file that is in the flash at power-up");
+  app.add_option("--link", options.link, "symbolic link to make to the device, removed at the end");
+}
+
+bool LoadFlash(const std::string& path, Board& board) {
+  const brevant::base::FileText file = brevant::base::ReadFile(path);
+  if (!file.ok()) {
+    std::cerr << "brevant-target: " << path << ": " << file.error << '\n';
+    return false;
+  }
+  const brevant::target::SRecords records = brevant::target::ParseSRecords(file.text);
+  if (!records.error.empty()) {
+    std::cerr << "brevant-target: " << path << ": " << records.error << '\n';
+    return false;
+  }
+  for (const auto& segment : records.segments) board.Load(segment.address, segment.bytes);
+  return true;
+}
+
+// A symbolic link to the device for as long as the object lives. An older link is replaced;
+// anything else of that name stays and is an error.
+class DeviceLink {
+ public:
+  DeviceLink() = default;
+  DeviceLink(const DeviceLink&) = delete;
+  DeviceLink& operator=(const DeviceLink&) = delete;
+  ~DeviceLink() {
+    std::error_code error;
+    if (!path_.empty() && fs::read_symlink(path_, error) == device_) fs::remove(path_, error);
+  }
+  bool Make(const std::string& path, const std::string& device) {
+    std::error_code error;
+    if (fs::is_symlink(path, error)) fs::remove(path, error);
+    fs::create_symlink(device, path, error);
+    if (error) {
+      std::cerr << "brevant-target: " << path << ": " << error.message() << '\n';
+      return false;
+    }
+    path_ = path;
+    device_ = device;
+    return true;
+  }
+
+ private:
+  std::string path_;
+  std::string device_;
+};
+
+// Becomes readable at SIGINT and SIGTERM, which then do nothing else.
+int StopDescriptor() {
+  sigset_t signals;
+  sigemptyset(&signals);
+  sigaddset(&signals, SIGINT);
+  sigaddset(&signals, SIGTERM);
+  if (sigprocmask(SIG_BLOCK, &signals, nullptr) != 0) return -1;
+  return signalfd(-1, &signals, SFD_CLOEXEC);
+}
+
+int Run(const Options& options) {
+  using brevant::simulator::kCyclesPerBit;
+  Board board(options.device == "ql" ? brevant::simulator::Ql() : brevant::simulator::Gp32(),
+              options.pace == "bus" ? 0 : kCyclesPerBit);
+  if (!options.flash.empty() && !LoadFlash(options.flash, board)) return kFile;
+
+  const int stop = StopDescriptor();
+  brevant::target::PseudoTerminal terminal;
+  if (stop < 0 || !terminal.Open()) {
+    std::cerr << "brevant-target: " << terminal.error() << '\n';
+    return kPort;
+  }
+  DeviceLink link;
+  if (!options.link.empty() && !link.Make(options.link, terminal.name())) return kFile;
+  std::cout << terminal.name() << std::endl;
+  std::cerr << board.device().name << " at " << options.pace << " pace; Ctrl+C ends it\n";
+
+  // Wake-ups to the microsecond, as far as the machine can.
+  prctl(PR_SET_TIMERSLACK, 1000UL, 0UL, 0UL, 0UL);
+  brevant::target::BoardServer(board, terminal).Serve(stop);
+  close(stop);
+  return kOk;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  CLI::App app(
+      "The simulated board as a serial device: a pseudo-terminal that speaks the protocol "
+      "of an MC68HC908's ROM monitor.\nIts name is the first line on standard output.",
+      "brevant-target");
+  Options options;
+  AddOptions(app, options);
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::ParseError& error) {
+    return app.exit(error) == 0 ? kOk : kUsage;
+  }
+  return Run(options);
+}
