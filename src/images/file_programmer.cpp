@@ -169,10 +169,14 @@ void FileProgrammer::Cancel() {
   with_.workspace.SendCommand(kResetCommand);
 }
 
+void FileProgrammer::Abandon() {
+  if (running()) End(FlashOutcome::Cancelled);
+}
+
 void FileProgrammer::Tick() {
   if (!running()) return;
   if (with_.state.RunMode != Mode::FileProgramming) {
-    End(FlashOutcome::Cancelled);
+    Abandon();
   } else if (with_.monitor.LinkError()) {
     ReportLinkLost();
   } else if (!with_.ui.UpdateProgress(progress_text_, status_.bytes_programmed,

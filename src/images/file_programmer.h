@@ -34,6 +34,8 @@ class FileProgrammer final : public control::BackgroundOperation {
 
   // ProgramFileStep: one tick's work (run mode FileProgramming).
   void Advance() override;
+  // A reset has ended it.
+  void Abandon() override;
   // To be called every 10 ms: takes the user's cancel, and notices a lost link and a reset.
   void Tick();
 

@@ -184,10 +184,14 @@ void FlashOperations::Cancel() {
   with_.workspace.SendCommand(kResetCommand);
 }
 
+void FlashOperations::Abandon() {
+  if (running()) End(FlashOutcome::Cancelled);
+}
+
 void FlashOperations::Tick() {
   if (!running()) return;
   if (with_.state.RunMode != mode_) {
-    End(FlashOutcome::Cancelled);
+    Abandon();
   } else if (with_.monitor.LinkError()) {
     FailByLink();
   } else if (progress_shown_ && !with_.ui.UpdateProgress(kEraseText, 0, 0)) {

@@ -39,6 +39,8 @@ class FlashOperations final : public control::BackgroundOperation {
 
   // The routine has ended (run modes FlashShort, MassErase and EraseRange).
   void Advance() override;
+  // A reset has ended it.
+  void Abandon() override;
   // To be called every 10 ms: shows progress, takes the user's cancel, and notices when a reset has
   // ended the operation.
   void Tick();

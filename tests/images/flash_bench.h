@@ -1,0 +1,180 @@
+// SPDX-License-Identifier: MIT
+// Images and flash on a simulated board of either device, with a user who answers and may cancel,
+// and a reset that follows up as the debugger does.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <fstream>
+#include <string>
+#include <vector>
+
+#include "base/settings_file.h"
+#include "base/temporary_folder.h"
+#include "control/bench.h"
+#include "control/breakpoint_table.h"
+#include "control/run_control.h"
+#include "images/file_programmer.h"
+#include "images/flash_operations.h"
+#include "images/image.h"
+#include "images/start_address.h"
+#include "link/connector.h"
+#include "simulator/simulated_target.h"
+
+namespace brevant::images {
+
+using ByteList = std::vector<std::uint8_t>;
+
+class User final : public base::UserInterface {
+ public:
+  bool agrees = true;
+  // Cancels once progress has been shown this often; never when negative.
+  int cancels_after = -1;
+  std::vector<std::string> texts;
+  std::string title;
+  std::string progress_text;
+  int beeps = 0;
+  int progress_windows = 0;
+  int busy_cursors = 0;
+
+  base::Answer ShowMessage(const base::Message& message) override {
+    texts.push_back(message.text);
+    switch (message.buttons) {
+      case base::Buttons::Ok:
+        return base::Answer::Ok;
+      case base::Buttons::OkCancel:
+        return agrees ? base::Answer::Ok : base::Answer::Cancel;
+      case base::Buttons::YesNo:
+        return agrees ? base::Answer::Yes : base::Answer::No;
+    }
+    return base::Answer::Cancel;
+  }
+  void Beep() override { ++beeps; }
+  void SetTitle(std::string_view text) override { title = text; }
+  void BeginProgress(std::string_view, std::string_view, bool) override { ++progress_windows; }
+  bool UpdateProgress(std::string_view text, long, long) override {
+    progress_text = text;
+    return cancels_after < 0 || cancels_after-- > 0;
+  }
+  void EndProgress() override { --progress_windows; }
+  void SetBusyCursor(bool busy) override { busy_cursors += busy ? 1 : -1; }
+
+  std::vector<std::string> TakeTexts() { return std::exchange(texts, {}); }
+};
+
+struct Bench final : base::Workspace {
+  explicit Bench(const simulator::Device& device = simulator::Gp32()) : target(device) {
+    settings.Store(base::keys::kDevice, long{&device == &simulator::Ql()});
+    EXPECT_TRUE(Connect());
+  }
+
+  // As the user would: opens the port anew and enters the code that fits.
+  bool Connect() {
+    target.SetFaultPlan({});
+    link.LinkError = false;
+    link::SecurityCode code{};
+    for (base::Address i = 0; i < code.size(); ++i) code[i] = Peek(0xFFF6 + i);
+    if (!link.OpenPort("COM1") || monitor.SendSecurityCode(code) != 0) return false;
+    security.Know(code);
+    FollowUpReset();
+    return !link.LinkError;
+  }
+  void FollowUpReset() {
+    run.AbandonRunForReset();
+    frame.ReadRegisters();
+    state.WaitingForBreak = false;
+    state.RunMode = control::Mode::Idle;
+    link.BreakPollState = 0;
+  }
+  bool Passed() { return connector.SecurityPassed(); }
+
+  void Tick() {
+    target.Sleep(std::chrono::milliseconds(10));
+    run.CompleteOnTimer();
+    flash.Tick();
+    programmer.Tick();
+  }
+  void TickToEnd() {
+    for (int i = 0; i < 20'000 && (flash.running() || programmer.running()); ++i) Tick();
+  }
+  bool ProgramText(const std::string& text) {
+    const std::string path = Write("image.s19", text);
+    const bool started = programmer.ProgramFlashFile(path);
+    TickToEnd();
+    return started;
+  }
+  std::string Write(const std::string& name, const std::string& text) {
+    const std::string path = (folder.path() / name).string();
+    std::ofstream(path, std::ios::binary) << text;
+    return path;
+  }
+
+  simulator::Mcu& mcu() { return target.board().mcu(); }
+  std::uint8_t Peek(base::Address address) { return mcu().Peek(address); }
+  std::string Commands() {
+    const std::string text = control::DecodeCommands(target.board().host_log());
+    target.board().ClearHostLog();
+    return text;
+  }
+  // Every address of the array, whether or not it is blank.
+  Image FlashContent() {
+    Image image;
+    for (const simulator::Range& range : mcu().device().flash) {
+      for (base::Address at = range.first; at <= range.last; ++at) {
+        image.Put(at, std::vector{Peek(at)});
+      }
+    }
+    return image;
+  }
+  void FillFlash(std::uint8_t value) {
+    for (const simulator::Range& range : mcu().device().flash) {
+      for (base::Address at = range.first; at <= range.last; ++at) mcu().Poke(at, value);
+    }
+    // Block protection would hold without the board's high voltage.
+    mcu().Poke(mcu().device().flbpr, 0xFF);
+  }
+
+  void RefreshViews() override {}
+  void ShowRunning(bool) override {}
+  void SendCommand(int id) override {
+    EXPECT_EQ(id, kResetCommand);
+    ++resets;
+    if (const auto code = security.Code()) connector.SetSessionCode(code);
+    connector.ResetTarget();
+    FollowUpReset();
+  }
+
+  simulator::SimulatedTarget target;
+  link::MonitorLink link{target, target};
+  link::Monitor monitor{link};
+  base::TemporaryFolder folder;
+  base::SettingsFile settings{folder.path() / "brevant.ini"};
+  User user;
+  link::Connector connector{monitor, settings, user, [](const std::string&) {}};
+  symbols::DebugInfo debug_info;
+  control::RegisterFrame frame{monitor};
+  control::BreakpointTable breakpoints{monitor};
+  control::RunState state;
+  control::RunControl run{monitor, frame, breakpoints, state, debug_info, settings, *this};
+  StartAddress start;
+  SecurityBytes security;
+  FlashSurroundings surroundings{monitor,  frame, state, debug_info,
+                                 settings, user,  *this, security};
+  FlashOperations flash{surroundings};
+  FileProgrammer programmer{surroundings};
+  int resets = 0;
+
+  // The members above are made by now.
+  struct Wiring {
+    explicit Wiring(Bench& b) {
+      using control::Mode;
+      for (const Mode mode : {Mode::FlashShort, Mode::MassErase, Mode::EraseRange}) {
+        b.run.SetBackgroundOperation(mode, &b.flash);
+      }
+      b.run.SetBackgroundOperation(Mode::FileProgramming, &b.programmer);
+    }
+  } wiring{*this};
+};
+
+}  // namespace brevant::images
