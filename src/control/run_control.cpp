@@ -162,7 +162,9 @@ StopResult RunControl::Stop() {
     return monitor_.LinkError() ? StopResult::LinkLost : StopResult::Stopped;
   }
 
-  if (!monitor_.link().SendBreak()) return StopResult::NoAnswer;
+  if (!monitor_.link().SendBreak()) {
+    return monitor_.link().PortError().empty() ? StopResult::NoAnswer : StopResult::LinkLost;
+  }
   monitor_.link().BreakPollState = 0;
   breakpoints_.DisarmBreakModule();
   state_.WaitingForBreak = false;

@@ -1,0 +1,136 @@
+// SPDX-License-Identifier: MIT
+// Run control on a simulated board, with views that only count.
+#pragma once
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <fstream>
+#include <string>
+#include <vector>
+
+#include "base/settings_file.h"
+#include "base/temporary_folder.h"
+#include "base/text_format.h"
+#include "base/text_number.h"
+#include "control/breakpoint_table.h"
+#include "control/register_frame.h"
+#include "control/run_control.h"
+#include "link/monitor.h"
+#include "simulator/simulated_target.h"
+#include "symbols/debug_info.h"
+
+namespace brevant::control {
+
+using ByteList = std::vector<std::uint8_t>;
+
+// What the host has sent, a command a word: R0100 READ, W0100=12 WRITE, r IREAD, w12 IWRITE, SP,
+// RUN.
+inline std::string DecodeCommands(const ByteList& sent) {
+  std::string text;
+  const auto word = [&](std::size_t i) { return base::Word(sent.at(i), sent.at(i + 1)); };
+  for (std::size_t i = 0; i < sent.size();) {
+    if (i > 0) text += ' ';
+    switch (sent[i]) {
+      case 0x4A:
+        text += base::Format("R%04X", word(i + 1));
+        i += 3;
+        break;
+      case 0x49:
+        text += base::Format("W%04X=%02X", word(i + 1), sent.at(i + 3));
+        i += 4;
+        break;
+      case 0x19:
+        text += base::Format("w%02X", sent.at(i + 1));
+        i += 2;
+        break;
+      default:
+        text += sent[i] == 0x1A ? "r" : sent[i] == 0x0C ? "SP" : sent[i] == 0x28 ? "RUN" : "?";
+        ++i;
+    }
+  }
+  return text;
+}
+
+class Bench : public ::testing::Test, public base::Workspace {
+ protected:
+  Bench() {
+    link.PortName = "COM1";
+    Connect();
+  }
+
+  void Connect() {
+    link.LinkError = false;
+    ASSERT_TRUE(link.OpenPort(link.PortName));
+    link::SecurityCode code{};
+    for (base::Address i = 0; i < code.size(); ++i) code[i] = mcu().Peek(0xFFF6 + i);
+    ASSERT_EQ(monitor.SendSecurityCode(code), 0);
+    frame.ReadRegisters();
+    ASSERT_FALSE(link.LinkError);
+  }
+
+  simulator::Mcu& mcu() { return target.board().mcu(); }
+  std::uint8_t Peek(base::Address address) { return mcu().Peek(address); }
+  // Puts the program there and the PC to its start.
+  void Program(base::Address address, const ByteList& bytes) {
+    target.board().Load(address, bytes);
+    SetPC(address);
+  }
+  void SetPC(base::Address address) {
+    frame.PC = address;
+    frame.WriteProgramCounter(address);
+  }
+  void LoadSRecords(const std::string& name) {
+    std::ifstream file(std::string(BREVANT_TEST_DATA "/programs/") + name);
+    ASSERT_TRUE(file.is_open()) << name;
+    for (std::string line; std::getline(file, line);) {
+      if (!line.starts_with("S1")) continue;
+      const std::uint32_t count = base::ParseHex(line.substr(2, 2));
+      ByteList data;
+      for (std::uint32_t i = 2; i < count - 1; ++i) {
+        data.push_back(base::LowByte(base::ParseHex(line.substr(4 + 2 * i, 2))));
+      }
+      target.board().Load(base::ParseHex(line.substr(4, 4)), data);
+    }
+  }
+  // So that a break signal stops a program that has interrupts enabled.
+  void PointIrqVectorToMonitor() { target.board().Load(0xFFFA, ByteList{0xFE, 0x27}); }
+
+  void Tick(int count = 1) {
+    for (int i = 0; i < count; ++i) {
+      target.Sleep(std::chrono::milliseconds(10));
+      run.CompleteOnTimer();
+    }
+  }
+  void TickUntilIdle() {
+    for (int i = 0; i < 1000 && state.Busy(); ++i) Tick();
+    ASSERT_FALSE(state.Busy());
+  }
+  std::string Commands() {
+    const std::string text = DecodeCommands(target.board().host_log());
+    target.board().ClearHostLog();
+    return text;
+  }
+
+  void RefreshViews() override { ++refreshes; }
+  void ShowRunning(bool running) override { shown.push_back(running); }
+  void SendCommand(int id) override { commands.push_back(id); }
+
+  simulator::SimulatedTarget target{simulator::Gp32()};
+  link::MonitorLink link{target, target};
+  link::Monitor monitor{link};
+  base::TemporaryFolder folder;
+  base::SettingsFile settings{folder.path() / "brevant.ini"};
+  symbols::DebugInfo debug_info;
+  RegisterFrame frame{monitor};
+  BreakpointTable breakpoints{monitor};
+  RunState state;
+  RunControl run{monitor, frame, breakpoints, state, debug_info, settings, *this};
+
+  int refreshes = 0;
+  std::vector<bool> shown;
+  std::vector<int> commands;
+};
+
+}  // namespace brevant::control

@@ -1,0 +1,62 @@
+// SPDX-License-Identifier: MIT
+#include "control/trace_log.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+namespace brevant::control {
+namespace {
+
+TraceRecord Record(base::Address address) {
+  TraceRecord record;
+  record.address = address;
+  record.code.bytes = {0xA6, 0x12};
+  record.code.length = 2;
+  record.PC = address + 2;
+  record.SP = 0x00FA;
+  record.HX = 0x1F;
+  record.A = 0x0A;
+  record.CCR = 0x6B;
+  return record;
+}
+
+const auto no_source = [](base::Address) -> std::optional<std::string> { return std::nullopt; };
+
+TEST(TraceLog, HoldsThreeLinesARecord) {
+  TraceRing ring;
+  ring.Add(Record(0xF000));
+  ring.Add(Record(0xF002));
+  const auto source = [](base::Address address) -> std::optional<std::string> {
+    if (address != 0xF002) return std::nullopt;
+    return "  x = " + std::string(300, '1');
+  };
+  EXPECT_EQ(FormatTraceLog(ring, isa::NoSymbols(), source),
+            "00f000 a6 12 \tLDA\t#12\n"
+            "PC=f002  SP=00ff  HX=001f  A=0a  V11H=0110  INZC=1011\n"
+            "\n"
+            "0f002:   x = " +
+                std::string(192, '1') +
+                "\n"
+                "PC=f004  SP=00ff  HX=001f  A=0a  V11H=0110  INZC=1011\n"
+                "\n");
+}
+
+TEST(TraceLog, KeepsTheLast128StepsOldestFirst) {
+  TraceRing ring;
+  EXPECT_EQ(ring.Last(), nullptr);
+  for (base::Address n = 0; n < 128; ++n) ring.Add(Record(n));
+  EXPECT_EQ(ring.size(), 128);
+  EXPECT_EQ(ring.At(0).address, 0u);
+  for (base::Address n = 128; n < 200; ++n) ring.Add(Record(n));
+  EXPECT_EQ(ring.size(), 128);
+  EXPECT_EQ(ring.At(0).address, 72u);
+  EXPECT_EQ(ring.Last()->address, 199u);
+  const std::string log = FormatTraceLog(ring, isa::NoSymbols(), no_source);
+  EXPECT_EQ(std::count(log.begin(), log.end(), '\n'), 384);
+  ring.Clear();
+  EXPECT_EQ(FormatTraceLog(ring, isa::NoSymbols(), no_source), "");
+}
+
+}  // namespace
+}  // namespace brevant::control

@@ -1,0 +1,143 @@
+// SPDX-License-Identifier: MIT
+#include "control/trace.h"
+
+#include "base/files.h"
+#include "control/bench.h"
+#include "control/indication.h"
+
+namespace brevant::control {
+namespace {
+
+class TraceTest : public Bench {
+ protected:
+  void SendCommand(int id) override {
+    Bench::SendCommand(id);
+    if (id == 345) trace.Command();
+  }
+  std::string Log() const { return base::ReadFile(folder.path() / "trace.txt").text; }
+
+  Indication indication;
+  MessageCatcher ui;
+  std::string directory = folder.path().string();
+  Trace trace{run,
+              frame,
+              breakpoints,
+              debug_info,
+              *this,
+              ui,
+              indication,
+              {.image_directory = [this] { return directory; },
+               .source_text =
+                   [](const symbols::SourceLine& line) {
+                     return std::optional("line " + std::to_string(line.line));
+                   }}};
+};
+
+TEST_F(TraceTest, RecordsEightStepsATickAndWritesThemWhenItStops) {
+  Program(0x0150, {0x4C, 0x20, 0xFD});  // INCA; BRA
+  frame.WriteA(0);
+  trace.Command();
+  EXPECT_TRUE(indication.tracing);
+  Tick(2);
+  target.board().ClearHostLog();
+  trace.Command();
+  EXPECT_EQ(Commands(), "");  // what was executed is known already
+  EXPECT_FALSE(state.Busy() || indication.tracing);
+  EXPECT_TRUE(indication.window_open);
+  EXPECT_EQ(indication.line_count, 48);
+  EXPECT_EQ(indication.log_path, (folder.path() / "trace.txt").string());
+  EXPECT_THAT(Log(), ::testing::StartsWith("000150 4c \tINCA\n"
+                                           "PC=0151  SP=00ff  HX=0000  A=01  V11H=0110  INZC=1000\n"
+                                           "\n"
+                                           "000151 20 fd \tBRA\t150\n"
+                                           "PC=0150  SP=00ff  HX=0000  A=01"));
+  // The next trace replaces the log.
+  trace.Command();
+  trace.Command();
+  EXPECT_EQ(Log(), "");
+  EXPECT_EQ(indication.line_count, 0);
+}
+
+TEST_F(TraceTest, EndsRightAfterTheInstructionAtABreakpoint) {
+  Program(0x0150, ByteList(0x20, 0x9D));
+  breakpoints.AddBreakpoint(0x0152);
+  trace.Command();
+  Tick(3);
+  EXPECT_THAT(commands, ::testing::ElementsAre(345));
+  EXPECT_EQ(frame.PC, 0x0153u);
+  EXPECT_EQ(indication.line_count, 9);
+  EXPECT_FALSE(state.Busy());
+}
+
+TEST_F(TraceTest, AStepThatComesBackLateIsRecordedWhenItDoes) {
+  // WAIT, ended after 213 ms by the timer, whose handler returns behind it; then NOPs.
+  target.board().Load(0xFFF2, ByteList{0x01, 0x70});
+  target.board().Load(0x0170, ByteList{0xB6, 0x20, 0x1F, 0x20, 0x80});
+  monitor.WriteByte(0x23, 0x1F);
+  monitor.WriteByte(0x24, 0xFF);
+  monitor.WriteByte(0x20, 0x46);
+  Program(0x0150, ByteList(0x20, 0x9D));
+  target.board().Load(0x0151, ByteList{0x8F});
+  trace.Command();
+  Tick();
+  EXPECT_TRUE(state.StepPending);
+  EXPECT_EQ(trace.ring().size(), 1);
+  for (int i = 0; i < 100 && state.StepPending; ++i) Tick();
+  EXPECT_FALSE(link.LinkError);
+  ASSERT_EQ(trace.ring().size(), 10);
+  EXPECT_EQ(trace.ring().At(1).address, 0x0151u);
+  EXPECT_EQ(trace.ring().At(1).PC, 0x0152u);
+  EXPECT_EQ(trace.ring().At(2).address, 0x0152u);
+}
+
+TEST_F(TraceTest, StoppedDuringASlowStepItLeavesTheTargetToTheTimer) {
+  Program(0x0150, {0x8F, 0x9D});  // WAIT without an interrupt in sight
+  trace.Command();
+  Tick(2);
+  const int before = refreshes;
+  trace.Command();
+  EXPECT_EQ(refreshes, before);
+  EXPECT_EQ(indication.line_count, 0);
+  EXPECT_TRUE(state.StepPending);
+  Tick(2);
+  EXPECT_FALSE(link.LinkError);
+}
+
+TEST_F(TraceTest, NamesSourceLinesAndSaysWhenTheLogCannotBeWritten) {
+  debug_info.LineTable.Assign({{.address = 0x0150, .line = 7, .file = 0}}, {"a.c"});
+  debug_info.DebugInfoLoaded = true;
+  Program(0x0150, ByteList(0x20, 0x9D));
+  directory = (folder.path() / "gone").string();
+  trace.Command();
+  Tick();
+  trace.Command();
+  EXPECT_THAT(trace.LogText(), ::testing::StartsWith("00150: line 7\nPC=0151"));
+  EXPECT_EQ(ui.count, 1);
+  EXPECT_EQ(indication.line_count, -1);
+  EXPECT_FALSE(indication.tracing);
+  directory.clear();
+  EXPECT_EQ(trace.LogPath(), "trace.txt");
+}
+
+TEST_F(TraceTest, AResetEndsItWithoutALog) {
+  Program(0x0150, ByteList(0x20, 0x9D));
+  trace.Command();
+  Tick();
+  run.AbandonRunForReset();
+  EXPECT_FALSE(state.Busy() || indication.tracing);
+  EXPECT_EQ(indication.line_count, -1);
+}
+
+TEST_F(TraceTest, ALostLinkAddsNoRecord) {
+  Program(0x0150, ByteList(0x20, 0x9D));
+  trace.Command();
+  target.SetFaultPlan({{.kind = simulator::FaultKind::CutLine, .at_host_byte = 100}});
+  Tick(5);
+  EXPECT_TRUE(link.LinkError);
+  const int recorded = trace.ring().size();
+  EXPECT_LT(recorded, 8);
+  for (int i = 0; i < recorded; ++i) EXPECT_EQ(trace.ring().At(i).PC, 0x0151u + i);
+}
+
+}  // namespace
+}  // namespace brevant::control
