@@ -1,0 +1,80 @@
+// SPDX-License-Identifier: MIT
+// The lines of code that one program view holds: each an instruction read from the target and
+// disassembled. Moving by a line keeps the others and reads one. Rests on the monitor's block reads
+// and the disassembler.
+//
+// Cost on the wire: 4 bytes a line forwards, 24 bytes a line backwards.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "base/address.h"
+#include "isa/disassembler.h"
+#include "isa/symbol_names.h"
+#include "link/monitor.h"
+#include "views/scroll_range.h"
+
+namespace brevant::views {
+
+// Requests of a scroll bar, and two of the view's own. Other values ask for nothing.
+enum class ScrollCode {
+  LineUp = 0,
+  LineDown = 1,
+  PageUp = 2,
+  PageDown = 3,
+  ThumbTrack = 5,
+  RedrawFromTop = 32,  // read every line anew
+  RepaintOnly = 33,    // the lines held are good
+};
+
+struct CodeLine {
+  base::Address address = 0;
+  std::string text;                     // as the disassembler writes it, tabs and all
+  std::array<std::uint8_t, 4> bytes{};  // from the address on
+};
+
+class CodeLines {
+ public:
+  CodeLines(link::Monitor& monitor, const isa::SymbolNames& symbols)
+      : monitor_(monitor), symbols_(symbols) {}
+
+  const std::vector<CodeLine>& lines() const { return lines_; }
+  base::Address top() const { return lines_.empty() ? 0 : lines_.front().address; }
+  // The address after the last line's instruction.
+  base::Address bottom() const { return bottom_; }
+
+  // While off, lines show asterisks and nothing is read: the program has the serial line.
+  void SetReadsTarget(bool reads) { reads_target_ = reads; }
+
+  // count lines from the address on.
+  void FillFrom(base::Address address, int count);
+  // Drops lines from the end, or reads more there.
+  void Resize(int count);
+  // Moves the window over the code by one of the scroll bar's requests; position goes with
+  // ThumbTrack. Nothing moves above address 0: a page up that would reads from 0 on instead.
+  void RecomputeLines(ScrollCode code, int position, const ScrollRange& range);
+
+ private:
+  CodeLine FillLineForward(base::Address& address);
+  // The instruction before below; below.address must not be 0.
+  CodeLine FillLineBackward(const CodeLine& below);
+  void LineUp();
+  void LineDown(const ScrollRange& range);
+  void PageUp();
+  int count() const { return static_cast<int>(lines_.size()); }
+
+  link::Monitor& monitor_;
+  const isa::SymbolNames& symbols_;
+  bool reads_target_ = true;
+  std::vector<CodeLine> lines_;
+  base::Address bottom_ = 0;
+};
+
+// One line for the instruction at the address; address moves on to the next one. Reads 4 bytes.
+CodeLine ReadCodeLine(link::Monitor& monitor, const isa::SymbolNames& symbols,
+                      base::Address& address);
+
+}  // namespace brevant::views

@@ -1,0 +1,34 @@
+// SPDX-License-Identifier: MIT
+#include "views/instruction_editor.h"
+
+#include <span>
+
+#include "base/text_format.h"
+#include "isa/assembler.h"
+
+namespace brevant::views {
+
+InstructionEditor::InstructionEditor(const CodeLine& line, link::Monitor& monitor,
+                                     const isa::SymbolNames& symbols, base::UserInterface& ui)
+    : address_(line.address),
+      initial_text_(isa::EditableText(line.text)),
+      monitor_(monitor),
+      symbols_(symbols),
+      ui_(ui) {}
+
+std::string InstructionEditor::Title() const {
+  return base::Format("Edit at %06lx", address_);
+}
+
+bool InstructionEditor::Accept(std::string_view text) {
+  const auto instruction = isa::AssembleLine(text.substr(0, kMaxLength), address_, symbols_);
+  if (!instruction) {
+    ui_.Beep();
+    return false;
+  }
+  const std::span bytes(instruction->bytes);
+  monitor_.WriteBlock(address_, bytes.first(static_cast<std::size_t>(instruction->length)));
+  return true;
+}
+
+}  // namespace brevant::views

@@ -1,0 +1,114 @@
+// SPDX-License-Identifier: MIT
+#include "views/register_cells.h"
+
+#include <algorithm>
+
+#include "base/text_format.h"
+#include "base/text_number.h"
+#include "views/messages.h"
+
+namespace brevant::views {
+namespace {
+
+constexpr std::size_t kMaxTypedCharacters = 10;
+constexpr int kHalfBits = 4;  // CCR is shown in two halves
+
+std::string Hex4(std::uint32_t value) {
+  return base::Format("%04x", value);
+}
+std::string Hex2(std::uint32_t value) {
+  return base::Format("%02x", value);
+}
+std::string HighHalf(std::uint32_t ccr) {
+  return base::FormatBinary(ccr >> kHalfBits, kHalfBits);
+}
+std::string LowHalf(std::uint32_t ccr) {
+  return base::FormatBinary(ccr, kHalfBits);
+}
+
+struct CellRow {
+  control::Register which;
+  const char* name;
+  const char* format;  // of the cell
+  bool binary;
+  std::string (*value)(const control::RegisterFrame& frame);
+  bool control::ChangeFlags::*changed;
+};
+
+constexpr std::array<CellRow, RegisterCells::kCells> kRows{{
+    {control::Register::PC, "PC", "  PC %s", false, [](const auto& f) { return Hex4(f.PC); },
+     &control::ChangeFlags::pc},
+    {control::Register::SP, "SP", "  SP %s", false,
+     [](const auto& f) { return Hex4(f.ProgramSP()); }, &control::ChangeFlags::sp},
+    {control::Register::HX, "HX", "  HX %s", false, [](const auto& f) { return Hex4(f.HX); },
+     &control::ChangeFlags::hx},
+    {control::Register::A, "A", "   A   %s", false, [](const auto& f) { return Hex2(f.A); },
+     &control::ChangeFlags::a},
+    {control::Register::CcrHigh, "V11H", "V11H %s", true,
+     [](const auto& f) { return HighHalf(f.CCR); }, &control::ChangeFlags::ccr_high},
+    {control::Register::CcrLow, "INZC", "INZC %s", true,
+     [](const auto& f) { return LowHalf(f.CCR); }, &control::ChangeFlags::ccr_low},
+}};
+
+const CellRow& Row(int cell) {
+  return kRows.at(static_cast<std::size_t>(cell));
+}
+
+}  // namespace
+
+RegisterEditor::RegisterEditor(control::RegisterFrame& frame, base::UserInterface& ui, int cell,
+                               char key)
+    : frame_(frame),
+      ui_(ui),
+      cell_(cell),
+      caption_(std::string("EDIT: ") + Row(cell).name),
+      initial_text_(Row(cell).value(frame)),
+      max_length_(static_cast<int>(initial_text_.size())),
+      typing_continues_(key != 0) {
+  if (key != 0) initial_text_ = std::string(1, key);
+}
+
+bool RegisterEditor::Accept(std::string_view text) {
+  const CellRow& row = Row(cell_);
+  const std::string_view typed = text.substr(0, kMaxTypedCharacters);
+  if (!(row.binary ? base::IsBinaryField(typed) : base::IsHexField(typed))) {
+    ui_.Beep();
+    return false;
+  }
+  if (!frame_.Edit(row.which, typed)) ui_.ShowMessage(messages::kStackPointerNotSet);
+  return true;
+}
+
+std::array<RegisterCell, RegisterCells::kCells> RegisterCells::Cells() const {
+  std::array<RegisterCell, kCells> cells;
+  for (std::size_t i = 0; i < cells.size(); ++i) {
+    const CellRow& row = kRows[i];
+    cells[i] = {base::Format(row.format, row.value(frame_)), changes_.*row.changed};
+  }
+  return cells;
+}
+
+void RegisterCells::Resize(int client_width, int character_width) {
+  if (character_width <= 0) return;
+  cells_per_row_ = std::max(client_width / (kCellWidth * character_width), 1);
+}
+
+void RegisterCells::Select(int cell) {
+  selected_ = std::clamp(cell, 0, kCells - 1);
+}
+
+std::optional<int> RegisterCells::HitTest(int x, int y, int character_width,
+                                          int line_height) const {
+  if (x < 0 || y < 0 || character_width <= 0 || line_height <= 0) return std::nullopt;
+  const int column = x / character_width / kCellWidth;
+  const int character = x / character_width % kCellWidth;
+  const int cell = y / line_height * cells_per_row_ + column;
+  // The cells end at the last column of a row; beyond it the count would run into the next one.
+  if (character < kCaretColumn || character >= kCaretColumn + 5 || column >= cells_per_row_ ||
+      cell >= kCells) {
+    return std::nullopt;
+  }
+  return cell;
+}
+
+}  // namespace brevant::views

@@ -1,0 +1,87 @@
+// SPDX-License-Identifier: MIT
+// The six cells of the registers window: their texts, which of them changed, where they stand, and
+// the editor of the selected one. Rests on the register frame.
+#pragma once
+
+#include <array>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "base/user_interface.h"
+#include "control/register_frame.h"
+
+namespace brevant::views {
+
+struct RegisterCell {
+  std::string text;  // at most 14 characters
+  bool changed = false;
+};
+
+struct CellPosition {
+  int column = 0;
+  int row = 0;
+  bool operator==(const CellPosition&) const = default;
+};
+
+// The one-line editor of a cell, as a form.
+class RegisterEditor {
+ public:
+  // key is the character that opened the editor; 0 when the mouse did.
+  RegisterEditor(control::RegisterFrame& frame, base::UserInterface& ui, int cell, char key);
+
+  const std::string& caption() const { return caption_; }
+  const std::string& initial_text() const { return initial_text_; }
+  int max_length() const { return max_length_; }
+  // Typing goes on after the initial text, instead of replacing it.
+  bool typing_continues() const { return typing_continues_; }
+  // Stores the value. False, after a beep, when the text is not of the cell's form; the editor then
+  // stays open. A stack pointer that the target did not take is told in a message.
+  bool Accept(std::string_view text);
+
+ private:
+  control::RegisterFrame& frame_;
+  base::UserInterface& ui_;
+  int cell_;
+  std::string caption_;
+  std::string initial_text_;
+  int max_length_;
+  bool typing_continues_;
+};
+
+class RegisterCells {
+ public:
+  static constexpr int kCells = 6;
+  static constexpr int kCellWidth = 11;  // in characters, one line high
+  static constexpr int kCaretColumn = 5;
+  static constexpr int kCaretWidth = 4;
+
+  RegisterCells(control::RegisterFrame& frame, base::UserInterface& ui) : frame_(frame), ui_(ui) {}
+
+  std::array<RegisterCell, kCells> Cells() const;
+  // After each stop and each edit: marks what differs from the time before.
+  void UpdateChangeFlags() { changes_ = frame_.UpdateChangeFlags(); }
+
+  // In pixels; at least one cell a row.
+  void Resize(int client_width, int character_width);
+  int cells_per_row() const { return cells_per_row_; }
+  CellPosition PositionOf(int cell) const { return {cell % cells_per_row_, cell / cells_per_row_}; }
+
+  int selected() const { return selected_; }
+  void Select(int cell);
+  // The cell whose value stands at the pixel; nothing over its name and beside it.
+  std::optional<int> HitTest(int x, int y, int character_width, int line_height) const;
+
+  // The selected cell's editor. Its opener asks first whether the target may be touched, and calls
+  // UpdateChangeFlags when it has closed, whatever the answer.
+  RegisterEditor OpenEditor(char key = 0) { return {frame_, ui_, selected_, key}; }
+
+ private:
+  control::RegisterFrame& frame_;
+  base::UserInterface& ui_;
+  control::ChangeFlags changes_;
+  int selected_ = 0;
+  int cells_per_row_ = 1;
+};
+
+}  // namespace brevant::views
