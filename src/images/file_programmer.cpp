@@ -37,7 +37,9 @@ bool FileProgrammer::ProgramFlashFile(const std::string& path) {
     with_.ui.ShowMessage(ToMessage(messages::kProgramFileNotOpened, path));
     return false;
   }
-  with_.settings.Store(base::keys::kProgramFile, path);
+  if (with_.settings.String(base::keys::kProgramFile) != path) {
+    with_.settings.Store(base::keys::kProgramFile, path);
+  }
   path_ = path;
   text_ = std::move(file.text);
   driver_.MakeRoom();

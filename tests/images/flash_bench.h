@@ -65,7 +65,9 @@ class User final : public base::UserInterface {
 
 struct Bench final : base::Workspace {
   explicit Bench(const simulator::Device& device = simulator::Gp32()) : target(device) {
-    settings.Store(base::keys::kDevice, long{&device == &simulator::Ql()});
+    // Written past the settings file, which would wait for the disk each time.
+    Write("brevant.ini", "[config]\nHC08Devices=" + std::to_string(&device == &simulator::Ql()) +
+                             "\nFEEPfilename=" + (folder.path() / "image.s19").string() + "\n");
     EXPECT_TRUE(Connect());
   }
 
