@@ -2,7 +2,9 @@
 #include "link/native/modem_lines.h"
 
 #include <sys/ioctl.h>
+#include <unistd.h>
 
+#include <array>
 #include <string_view>
 
 namespace brevant::link {
@@ -14,9 +16,11 @@ constexpr speed_t kBreakHeld = B75;
 
 }  // namespace
 
-LineKind KindOfLine(const char* path) {
-  return std::string_view(path).starts_with("/dev/pts/") ? LineKind::PseudoTerminal
-                                                         : LineKind::Real;
+LineKind KindOfLine(int descriptor) {
+  std::array<char, 64> name{};
+  if (::ttyname_r(descriptor, name.data(), name.size()) != 0) return LineKind::Real;
+  return std::string_view(name.data()).starts_with("/dev/pts/") ? LineKind::PseudoTerminal
+                                                                : LineKind::Real;
 }
 
 bool ModemLines::SetModemBit(int bit, bool on) const {

@@ -20,6 +20,7 @@ class ModemLines {
  public:
   // The descriptor is the caller's and stays open as long as this object is used.
   ModemLines(int descriptor, LineKind kind) : descriptor_(descriptor), kind_(kind) {}
+  LineKind kind() const { return kind_; }
 
   // Each returns false, with errno set, when the driver refuses.
   bool SetDtr(bool high) const;
@@ -37,7 +38,7 @@ class ModemLines {
   LineKind kind_;
 };
 
-// By the device's name: "/dev/pts/3" is a pseudo-terminal.
-LineKind KindOfLine(const char* path);
+// By the device's own name, so that a symbolic link to a pseudo-terminal counts as one.
+LineKind KindOfLine(int descriptor);
 
 }  // namespace brevant::link

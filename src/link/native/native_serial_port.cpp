@@ -58,7 +58,7 @@ bool NativeSerialPort::CheckOpen() {
 }
 
 void NativeSerialPort::LoseDevice() {
-  const std::string text = GoneText(path_);
+  const std::string text = GoneText(path_, lines_->kind());
   Close();
   gone_ = true;
   error_ = text;
@@ -71,7 +71,7 @@ bool NativeSerialPort::Open(const std::string& device) {
   if (descriptor_ < 0) return Fail(OpenErrorText(path_, errno, FindSerialDevices()));
   if (!Claim()) return false;
   AskForLowLatency();
-  lines_.emplace(descriptor_, KindOfLine(path_.c_str()));
+  lines_.emplace(descriptor_, KindOfLine(descriptor_));
   // The driver has raised the lines of a real port. On the others this is what opening means; a
   // port that has no such lines says so when they are needed.
   lines_->SetDtr(true);

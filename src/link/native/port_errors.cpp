@@ -11,8 +11,6 @@
 #include <fstream>
 #include <system_error>
 
-#include "link/native/modem_lines.h"
-
 namespace brevant::link {
 
 namespace {
@@ -124,8 +122,8 @@ std::string OpenErrorText(const std::string& path, int error_number,
   }
 }
 
-std::string GoneText(const std::string& path) {
-  if (KindOfLine(path.c_str()) == LineKind::PseudoTerminal) {
+std::string GoneText(const std::string& path, LineKind kind) {
+  if (kind == LineKind::PseudoTerminal) {
     return "The program at the other end of " + path +
            " has gone. Start it again, then connect again.";
   }

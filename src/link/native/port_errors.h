@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "link/native/modem_lines.h"
 #include "link/port_map.h"
 
 namespace brevant::link {
@@ -19,7 +20,7 @@ std::string OpenErrorText(const std::string& path, int error_number,
 // The device is held by another program.
 std::string BusyText(const std::string& path);
 // The device was open and is no longer there.
-std::string GoneText(const std::string& path);
+std::string GoneText(const std::string& path, LineKind kind);
 // A setting or a line was refused: what is "the line settings", "RTS" ...
 std::string RefusedText(const std::string& path, const std::string& what, int error_number);
 
