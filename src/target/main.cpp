@@ -124,10 +124,10 @@ int Run(const Options& options) {
 
 }  // namespace
 
-int main(int argc, char** argv) {
+int main(int argc, char** argv) try {
   CLI::App app(
-      "The simulated board as a serial device: a pseudo-terminal that speaks the protocol "
-      "of an MC68HC908's ROM monitor.\nIts name is the first line on standard output.",
+      "The simulated board as a serial device: a pseudo-terminal that speaks the protocol of an "
+      "MC68HC908's ROM monitor.\nIts name is the first line on standard output.",
       "brevant-target");
   Options options;
   AddOptions(app, options);
@@ -137,4 +137,7 @@ int main(int argc, char** argv) {
     return app.exit(error) == 0 ? kOk : kUsage;
   }
   return Run(options);
+} catch (const std::exception& error) {
+  std::fprintf(stderr, "brevant-target: %s\n", error.what());
+  return 1;
 }

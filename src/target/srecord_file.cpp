@@ -30,7 +30,7 @@ const char* ParseRecord(std::string_view line, std::vector<Segment>& segments) {
   if ((std::accumulate(bytes->begin(), bytes->end(), 0u) & 0xFFu) != 0xFF) return "wrong checksum";
   if (line[1] < '1' || line[1] > '3') return nullptr;
 
-  const auto address_bytes = static_cast<std::size_t>(line[1] - '0' + 1);
+  const std::size_t address_bytes = line[1] == '1' ? 2 : line[1] == '2' ? 3 : 4;
   if (bytes->size() < address_bytes + 2) return "too short";
   Segment segment;
   for (std::size_t i = 1; i <= address_bytes; ++i) {
