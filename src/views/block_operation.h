@@ -23,22 +23,19 @@ class BlockOperation {
   // One slice: at most 16 words. False once the last word has been written.
   bool Step(link::Monitor& monitor);
 
-  bool finished() const { return kind_ == Kind::None; }
+  bool finished() const { return done_ >= total_; }
   std::string Title() const;         // "Fill memory" or "Move memory"
   std::string ProgressText() const;  // with the running address
   long words_done() const { return done_; }
   long words_total() const { return total_; }
 
  private:
-  enum class Kind { None, Fill, MoveForwards, MoveBackwards };
+  enum class Kind { Fill, MoveForwards, MoveBackwards };
 
   BlockOperation(Kind kind, base::Address from, base::Address to);
-  void FillSlice(link::Monitor& monitor);
-  void ForwardSlice(link::Monitor& monitor);
-  void BackwardSlice(link::Monitor& monitor);
+  void WriteWord(link::Monitor& monitor);
 
   Kind kind_;
-  bool fill_;
   base::Address from_;
   base::Address to_;
   base::Address destination_ = 0;

@@ -1,0 +1,123 @@
+// SPDX-License-Identifier: MIT
+// Programs and files.
+#include <fmt/format.h>
+
+#include "base/files.h"
+#include "cli/commands.h"
+#include "cli/session.h"
+#include "cli/shown_progress.h"
+#include "images/image_reader.h"
+#include "images/read_out.h"
+#include "images/verify.h"
+
+namespace brevant::cli {
+namespace {
+
+Result NotRead(const std::string& path, const std::string& why) {
+  return Failure(ExitStatus::File, fmt::format("cannot read {}: {}", path, why));
+}
+
+void NoteSkipped(Session& session, const images::ReadReport& report) {
+  if (report.skipped == 0) return;
+  session.ui().Notice(fmt::format("{} malformed records were skipped, the first in line {}.",
+                                  report.skipped, report.first_skipped_line));
+}
+
+Result Loaded(Session& session, const std::string& path, const images::LoadResult& loaded) {
+  Result result;
+  result.text = fmt::format("loaded {}\n", path);
+  result.fields = {{"file", path}, {"bytes", loaded.report.bytes}};
+  if (loaded.report.entry) {
+    result.text += fmt::format("entry {:04x}\n", base::Low16(*loaded.report.entry));
+    result.fields["entry"] = fmt::format("{:04x}", base::Low16(*loaded.report.entry));
+  }
+  if (loaded.report.skipped > 0) result.fields["skipped"] = loaded.report.skipped;
+  if (session.debugger().debug_info.DebugInfoLoaded) {
+    result.text += loaded.debug_info_detail + '\n';
+    result.fields["debug_info"] = loaded.debug_info_detail;
+  }
+  return result;
+}
+
+}  // namespace
+
+Result Load(Session& session, Arguments arguments) {
+  const std::string& path = arguments[0];
+  const images::LoadResult loaded = session.debugger().loader.LoadImage(path);
+  switch (loaded.outcome) {
+    case images::LoadOutcome::Loaded:
+      // The program is in the target; that its debug information could not be read is no failure.
+      session.ui().ErrorsAreNotices();
+      break;
+    case images::LoadOutcome::NotFound:
+    case images::LoadOutcome::WrongFormat:
+    case images::LoadOutcome::NotReadable:
+      return Failure(ExitStatus::File, fmt::format("{} was not loaded", path));
+    case images::LoadOutcome::Cancelled:
+      return Failure(ExitStatus::Failed, "interrupted; what was written so far stays");
+    case images::LoadOutcome::LinkLost:
+      return LinkLost();
+  }
+  return Loaded(session, path, loaded);
+}
+
+Result Verify(Session& session, Arguments arguments) {
+  const std::string& path = arguments[0];
+  const images::ImageFile file = images::ReadImageFile(path);
+  if (!file.report.ok()) return NotRead(path, file.report.file_error);
+  if (file.image.empty()) return NotRead(path, "it holds no S-record or Intel HEX data");
+  NoteSkipped(session, file.report);
+  ShownProgress progress(session.ui(), "Verifying");
+  const images::VerifyResult verified =
+      images::Verify(session.debugger().monitor, file.image, progress);
+  if (verified.outcome == images::VerifyOutcome::LinkLost) return LinkLost();
+  if (verified.outcome == images::VerifyOutcome::Cancelled) {
+    return Failure(ExitStatus::Failed, "interrupted");
+  }
+  Result result;
+  result.fields = {{"compared", verified.compared}, {"different", verified.different}};
+  if (verified.outcome == images::VerifyOutcome::Different) {
+    const images::Difference& first = *verified.first;
+    result.status = ExitStatus::VerifyDiffers;
+    result.error = fmt::format(
+        "{} of {} bytes differ, the first at {:04x}: expected {:02x}, found {:02x}",
+        verified.different, verified.compared, first.address, first.expected, first.found);
+    result.fields["address"] = fmt::format("{:04x}", first.address);
+    return result;
+  }
+  result.text = fmt::format("verified {} bytes\n", verified.compared);
+  return result;
+}
+
+Result Save(Session& session, Arguments arguments) {
+  const auto from = session.ResolveAddress(arguments[0]);
+  const auto to = session.ResolveAddress(arguments[1]);
+  for (const std::string* error : {&from.error, &to.error}) {
+    if (!error->empty()) return UsageError(*error);
+  }
+  const std::string& path = arguments[2];
+  ShownProgress progress(session.ui(), "Reading");
+  const images::ReadOutResult saved =
+      images::ReadOut(session.debugger().monitor, from.value, to.value, path, progress);
+  switch (saved.outcome) {
+    case images::ReadOutOutcome::Saved:
+      break;
+    case images::ReadOutOutcome::UnknownFormat:
+      return Failure(ExitStatus::File,
+                     fmt::format("{} has none of the extensions .s19, .sx, .hex and .bin", path));
+    case images::ReadOutOutcome::BadRange:
+      return UsageError("the second address is below the first");
+    case images::ReadOutOutcome::Cancelled:
+      return Failure(ExitStatus::Failed, "interrupted; no file was written");
+    case images::ReadOutOutcome::LinkLost:
+      return LinkLost();
+    case images::ReadOutOutcome::NotWritten:
+      return Failure(ExitStatus::File, fmt::format("cannot write {}: {}", path, saved.error));
+  }
+  Result result;
+  result.text = fmt::format("saved {} bytes\n", saved.bytes);
+  result.fields = {{"file", path}, {"bytes", saved.bytes}};
+  return result;
+}
+
+}  // namespace brevant::cli

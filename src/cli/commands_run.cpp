@@ -1,0 +1,134 @@
+// SPDX-License-Identifier: MIT
+// Stepping and running.
+#include <fmt/format.h>
+
+#include "cli/commands.h"
+#include "cli/interrupt.h"
+#include "cli/register_line.h"
+#include "cli/session.h"
+
+namespace brevant::cli {
+namespace {
+
+constexpr int kMostSteps = 1000000;
+
+constexpr const char* kNoAnswerToBreak =
+    "The break signal had no effect; the target is still running. It stops a program only when the "
+    "program leaves interrupts enabled and its IRQ vector at FFFA holds FE27. Use reset to get the "
+    "target back.";
+
+Result StopNow(Session& session) {
+  debugger::Debugger& debugger = session.debugger();
+  switch (debugger.run_control.Stop()) {
+    case control::StopResult::Stopped:
+      return RegisterResult(debugger.frame);
+    case control::StopResult::NotRecovered:
+      return Failure(ExitStatus::Failed,
+                     "the target stopped, but its stack pointer could not be restored: use reset");
+    case control::StopResult::LinkLost:
+      return LinkLost();
+    case control::StopResult::NoAnswer:
+      break;
+  }
+  return Failure(ExitStatus::Failed, kNoAnswerToBreak);
+}
+
+// The target did not stop by itself: take it back, so that a script never leaves it running unseen.
+Result GiveUpWaiting(Session& session, std::string why, ExitStatus status) {
+  const Result stopped = StopNow(session);
+  why += stopped.ok() ? fmt::format("; the target was stopped at {}",
+                                    session.Described(session.debugger().frame.PC))
+                      : ". " + stopped.error;
+  return Failure(status, std::move(why));
+}
+
+Result AwaitStop(Session& session) {
+  switch (session.WaitForStop()) {
+    case Session::WaitEnd::Stopped:
+      return RegisterResult(session.debugger().frame);
+    case Session::WaitEnd::TimedOut:
+      return GiveUpWaiting(session,
+                           fmt::format("no stop within {} s", session.options().timeout_seconds),
+                           ExitStatus::NoAnswer);
+    case Session::WaitEnd::Interrupted:
+      return GiveUpWaiting(session, "interrupted", ExitStatus::Failed);
+    case Session::WaitEnd::LinkLost:
+      break;
+  }
+  return LinkLost();
+}
+
+Result StepTimes(Session& session, Arguments arguments, bool over) {
+  int steps = 1;
+  if (!arguments.empty()) {
+    const auto given = ParseCount(arguments[0], kMostSteps);
+    if (!given.ok()) return UsageError(given.error);
+    steps = given.value;
+  }
+  Result result;
+  for (; steps > 0 && result.ok(); --steps) {
+    session.debugger().run_state.StepOver = over;
+    session.debugger().run_control.StepCommand(true);
+    result = AwaitStop(session);
+  }
+  return result;
+}
+
+Result StartRun(Session& session, Arguments arguments) {
+  debugger::Debugger& debugger = session.debugger();
+  if (!arguments.empty()) {
+    const auto address = session.ResolveAddress(arguments[0]);
+    if (!address.ok()) return UsageError(address.error);
+    debugger.frame.PC = address.value;
+    debugger.frame.WriteProgramCounter(address.value);
+  }
+  debugger.run_control.Go();
+  return {};
+}
+
+}  // namespace
+
+Result Step(Session& session, Arguments arguments) {
+  return StepTimes(session, arguments, false);
+}
+
+Result Over(Session& session, Arguments arguments) {
+  return StepTimes(session, arguments, true);
+}
+
+Result Go(Session& session, Arguments arguments) {
+  Result started = StartRun(session, arguments);
+  return started.ok() ? AwaitStop(session) : started;
+}
+
+Result Until(Session& session, Arguments arguments) {
+  const auto address = session.ResolveAddress(arguments[0]);
+  if (!address.ok()) return UsageError(address.error);
+  session.debugger().run_control.RunToAddress(address.value);
+  return AwaitStop(session);
+}
+
+Result Run(Session& session, Arguments arguments) {
+  return StartRun(session, arguments);
+}
+
+Result Stop(Session& session, Arguments) {
+  if (!session.debugger().Busy()) return RegisterResult(session.debugger().frame);
+  return StopNow(session);
+}
+
+Result Wait(Session& session, Arguments) {
+  return AwaitStop(session);
+}
+
+Result NStep(Session& session, Arguments arguments) {
+  const auto count = ParseCount(arguments[0], control::kMaxNStepCount);
+  if (!count.ok()) return UsageError(count.error);
+  control::NStep& n_step = session.debugger().n_step;
+  n_step.settings.count = count.value;
+  n_step.settings.condition = control::NStepCondition::AfterCount;
+  n_step.Start();
+  return AwaitStop(session);
+}
+
+}  // namespace brevant::cli

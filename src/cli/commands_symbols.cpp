@@ -1,0 +1,130 @@
+// SPDX-License-Identifier: MIT
+// Symbols, source lines, tool chains and macros.
+#include <fmt/format.h>
+
+#include "base/files.h"
+#include "base/text_number.h"
+#include "cli/commands.h"
+#include "cli/session.h"
+#include "symbols/importers.h"
+#include "symbols/source_text.h"
+#include "symbols/symbol_file.h"
+
+namespace brevant::cli {
+namespace {
+
+std::string FileAndLine(const symbols::DebugInfo& info, const symbols::SourceLine& line) {
+  const std::vector<std::string>& files = info.LineTable.files();
+  return fmt::format("{}:{}", line.file < files.size() ? files[line.file] : "?", line.line);
+}
+
+}  // namespace
+
+Result Toolchain(Session& session, Arguments arguments) {
+  symbols::ToolChain& in_force = session.debugger().debug_info.tool_chain;
+  if (!arguments.empty()) {
+    const symbols::ToolChainRow* row = symbols::FindToolChainByName(arguments[0]);
+    if (row == nullptr) {
+      std::string names;
+      for (const symbols::ToolChainRow& known : symbols::ToolChains()) {
+        names += (names.empty() ? "" : ", ") + std::string(known.short_name);
+      }
+      return UsageError(fmt::format("\"{}\" is no tool chain: {}", arguments[0], names));
+    }
+    in_force = row->tool_chain;
+    if (!session.settings().Store(base::keys::kCompiler, static_cast<long>(in_force))) {
+      session.ui().Notice(fmt::format("{} could not be written; the choice holds for this run.",
+                                      session.settings().path().string()));
+    }
+  }
+  const symbols::ToolChainRow* row = symbols::FindToolChain(in_force);
+  Result result;
+  const std::string name = row == nullptr ? "none" : std::string(row->short_name);
+  result.text = name + '\n';
+  result.fields = {{"toolchain", name}};
+  return result;
+}
+
+Result Symbols(Session& session, Arguments arguments) {
+  const base::FileText readable = base::ReadFile(arguments[0]);
+  if (!readable.ok()) {
+    return Failure(ExitStatus::File,
+                   fmt::format("cannot read {}: {}", arguments[0], readable.error));
+  }
+  symbols::DebugInfo& info = session.debugger().debug_info;
+  const std::string start = session.settings().String(base::keys::kSymbolTableStart);
+  if (!symbols::LoadSymbolFile(arguments[0], start, info)) {
+    return Failure(ExitStatus::File,
+                   fmt::format("{} holds no symbols: lines of a name and a hexadecimal address are "
+                               "expected after the first line{}",
+                               arguments[0], start.empty() ? "" : " with \"" + start + '"'));
+  }
+  session.debugger().RefreshAfterStop();
+  Result result;
+  result.text = fmt::format("{} symbols\n", info.SymbolTable.symbols().size());
+  result.fields = {{"symbols", info.SymbolTable.symbols().size()}};
+  return result;
+}
+
+Result Lookup(Session& session, Arguments arguments) {
+  const symbols::SymbolTable& table = session.debugger().debug_info.SymbolTable;
+  const std::string& word = arguments[0];
+  std::optional<base::Address> address = table.FindSymbolAddress(word);
+  if (!address && base::IsHexField(word)) {
+    const auto number = ParseAddress(word);
+    if (!number.ok()) return UsageError(number.error);
+    address = number.value;
+  }
+  if (!address || !table.FindSymbolName(*address)) {
+    return Failure(ExitStatus::Failed, fmt::format("there is no symbol {}", word));
+  }
+  const std::string name(*table.FindSymbolName(*address));
+  Result result;
+  result.text = fmt::format("{:04x} {}", *address, name);
+  result.fields = {{"address", fmt::format("{:04x}", *address)}, {"name", name}};
+  for (const symbols::Symbol& symbol : table.symbols()) {
+    if (symbol.address != *address || symbol.name != name) continue;
+    if (!symbol.type.empty()) {
+      result.text += fmt::format(" {} ({} bytes)", symbol.type, symbol.size);
+      result.fields.update({{"type", symbol.type}, {"size", symbol.size}});
+    }
+    break;
+  }
+  result.text += '\n';
+  return result;
+}
+
+Result Line(Session& session, Arguments arguments) {
+  const auto address = session.ResolveAddress(arguments[0]);
+  if (!address.ok()) return UsageError(address.error);
+  const debugger::Debugger& debugger = session.debugger();
+  const auto line = debugger.debug_info.LineTable.LineForAddress(address.value);
+  if (!line) {
+    return Failure(ExitStatus::Failed,
+                   fmt::format("no source line is known for {:04x}", address.value));
+  }
+  const std::string place = FileAndLine(debugger.debug_info, *line);
+  const std::string text =
+      symbols::SourceText(debugger.debug_info, *line, debugger.loader.image_directory())
+          .value_or("");
+  Result result;
+  result.text =
+      fmt::format("{:04x} {}{}{}\n", address.value, place, text.empty() ? "" : ": ", text);
+  result.fields = {
+      {"address", fmt::format("{:04x}", address.value)}, {"line", place}, {"text", text}};
+  return result;
+}
+
+Result Macro(Session& session, Arguments arguments) {
+  std::string name = arguments[0];
+  if (!session.debugger().macros.RunMacroFile(name)) {
+    return Failure(ExitStatus::File, fmt::format("cannot read {}", arguments[0]));
+  }
+  session.debugger().RefreshAfterStop();
+  Result result;
+  result.text = fmt::format("ran {}\n", name);
+  result.fields = {{"file", name}};
+  return result;
+}
+
+}  // namespace brevant::cli

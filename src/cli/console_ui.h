@@ -1,0 +1,58 @@
+// SPDX-License-Identifier: MIT
+// The engine's messages, questions and progress on a terminal: all of it on standard error, so that
+// standard output carries results only.
+#pragma once
+
+#include <cstdio>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "base/user_interface.h"
+
+namespace brevant::cli {
+
+class ConsoleUi final : public base::UserInterface {
+ public:
+  struct Style {
+    bool answer_yes = false;  // questions are answered yes, else refused
+    bool quiet = false;       // notices are kept back, errors are not
+    bool json = false;        // messages go into the result's object instead
+    bool progress = false;    // standard error is a terminal
+  };
+  explicit ConsoleUi(const Style& style) : style_(style) {}
+
+  // What was said since the last call, one line a message, and whether a question was refused.
+  struct Said {
+    std::vector<std::string> errors;
+    std::vector<std::string> notices;
+    bool refused = false;
+  };
+  Said TakeSaid();
+
+  // A line for people, kept back when quiet.
+  void Notice(std::string_view text);
+  // While on, notices are collected for TakeSaid and not shown.
+  void Hold(bool on) { held_ = on; }
+  // What was said as an error does not make the command fail after all.
+  void ErrorsAreNotices();
+
+  base::Answer ShowMessage(const base::Message& message) override;
+  void Beep() override;
+  void SetTitle(std::string_view title) override;
+  void BeginProgress(std::string_view title, std::string_view text, bool can_cancel) override;
+  bool UpdateProgress(std::string_view text, long done, long total) override;
+  void EndProgress() override;
+  void SetBusyCursor(bool busy) override;
+
+ private:
+  void EraseProgress();
+
+  Style style_;
+  Said said_;
+  bool held_ = false;
+  bool can_cancel_ = false;
+  std::size_t progress_width_ = 0;
+};
+
+}  // namespace brevant::cli

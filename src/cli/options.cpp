@@ -1,0 +1,83 @@
+// SPDX-License-Identifier: MIT
+#include "cli/options.h"
+
+#include <CLI/CLI.hpp>
+#include <map>
+
+#include "cli/command_table.h"
+#include "cli/exit_status.h"
+#include "link/security_code.h"
+
+namespace brevant::cli {
+namespace {
+
+constexpr double kLongestTimeout = 86400;
+
+std::string Footer() {
+  return "Each COMMAND is one command line; they run in order, and the first failure ends the "
+         "program. Without commands and -x there is a prompt. Commands:\n" +
+         CommandSummary() +
+         "Exit status: 0 all went well, 1 a command failed, 2 usage, 3 file or format, 4 port,\n"
+         "5 no answer or time-out, 6 security, 7 verify found a difference, 8 refused for want of "
+         "--yes.";
+}
+
+std::string CheckSecurity(const std::string& text) {
+  if (text.size() == 16 && link::ParseSecurityCode(text)) return {};
+  return "the security code is 16 hexadecimal digits, e.g. C3C3C3C3C3C3C3C3";
+}
+
+}  // namespace
+
+ParsedOptions ParseOptions(int argc, const char* const* argv, const std::string& version) {
+  ParsedOptions parsed;
+  Options& options = parsed.options;
+  CLI::App app("Debugs a MC68HC908 microcontroller through its ROM monitor.", "brevant-cli");
+  app.footer(Footer());
+  std::string security;
+  std::string device;
+  std::string pace;
+  const std::map<std::string, int> devices{{"gp32", 0}, {"ql", 1}};
+  const std::map<std::string, simulator::Pace> paces{{"instant", simulator::Pace::Instant},
+                                                     {"bus", simulator::Pace::Bus},
+                                                     {"wire", simulator::Pace::Wire}};
+  app.add_option("-p,--port", options.port, "COM1..COM4, a serial device, or sim")
+      ->type_name("NAME");
+  app.add_option("-d,--device", device, "gp32 or ql")->check(CLI::IsMember({"gp32", "ql"}));
+  app.add_option("-s,--security", security, "security code")
+      ->type_name("16HEX")
+      ->check(CLI::Validator(CheckSecurity, "", "security"));
+  app.add_flag("--no-security", options.no_security, "send no security code");
+  app.add_option("--settings", options.settings, "settings file")
+      ->type_name("FILE")
+      ->capture_default_str();
+  app.add_option("--pace", pace, "of the simulated target: instant, bus or wire")
+      ->check(CLI::IsMember({"instant", "bus", "wire"}));
+  app.add_option("--timeout", options.timeout_seconds, "for each wait")
+      ->type_name("SECONDS")
+      ->check(CLI::Range(0.01, kLongestTimeout))
+      ->capture_default_str();
+  app.add_flag("--demo", options.demo, "put the demo program into the simulated target's flash");
+  app.add_flag("--json", options.json, "one JSON object a command");
+  app.add_flag("-q,--quiet", options.quiet, "no notices, errors only");
+  app.add_flag("--yes", options.yes, "answer every question with yes");
+  app.add_option("-x", options.files, "run the commands of a file, - for standard input")
+      ->type_name("FILE")
+      ->expected(1)
+      ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+  app.add_option("COMMAND", options.commands, "command lines to run");
+  app.set_version_flag("--version", "brevant-cli " + version);
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::ParseError& error) {
+    const int status = app.exit(error);
+    parsed.leave_with = status == 0 ? 0 : static_cast<int>(ExitStatus::Usage);
+    return parsed;
+  }
+  if (!security.empty()) options.security = link::ParseSecurityCode(security);
+  if (!device.empty()) options.device = devices.at(device);
+  if (!pace.empty()) options.pace = paces.at(pace);
+  return parsed;
+}
+
+}  // namespace brevant::cli

@@ -1,0 +1,40 @@
+// SPDX-License-Identifier: MIT
+// The command line of brevant-cli.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "link/monitor.h"
+#include "simulator/simulated_target.h"
+
+namespace brevant::cli {
+
+struct Options {
+  std::string port;           // COM1..COM4, a device path or "sim"; empty: settings
+  std::optional<int> device;  // 0 GP32, 1 QL; else as the settings say
+  std::optional<link::SecurityCode> security;
+  bool no_security = false;
+  std::string settings = "brevant.ini";
+  std::optional<simulator::Pace> pace;  // default: instant for scripts, bus at the prompt
+  double timeout_seconds = 10;
+  bool demo = false;  // the demo program in the simulated target's flash
+  bool json = false;
+  bool quiet = false;
+  bool yes = false;
+  std::vector<std::string> files;  // of commands; "-" is standard input
+  std::vector<std::string> commands;
+
+  bool Interactive() const { return files.empty() && commands.empty(); }
+};
+
+// Options, or the status to leave with: help and version have been printed to standard output then,
+// usage errors to standard error.
+struct ParsedOptions {
+  Options options;
+  std::optional<int> leave_with;
+};
+ParsedOptions ParseOptions(int argc, const char* const* argv, const std::string& version);
+
+}  // namespace brevant::cli

@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: MIT
+// What one command has to say: text lines for people, fields for programs, and how it ended.
+#pragma once
+
+#include <nlohmann/json.hpp>
+#include <string>
+#include <utility>
+
+#include "cli/exit_status.h"
+
+namespace brevant::cli {
+
+struct Result {
+  ExitStatus status = ExitStatus::Ok;
+  std::string text;               // standard output, complete lines
+  nlohmann::ordered_json fields;  // of the --json object
+  std::string error;              // what went wrong and what to do about it; empty when all is well
+  bool quit = false;
+
+  bool ok() const { return status == ExitStatus::Ok; }
+};
+
+inline Result Failure(ExitStatus status, std::string error) {
+  Result result;
+  result.status = status;
+  result.error = std::move(error);
+  return result;
+}
+
+inline Result UsageError(std::string error) {
+  return Failure(ExitStatus::Usage, std::move(error));
+}
+
+inline Result LinkLost() {
+  return Failure(ExitStatus::NoAnswer,
+                 "the link to the target is lost: check cable and power, then start again");
+}
+
+}  // namespace brevant::cli

@@ -1,0 +1,136 @@
+// SPDX-License-Identifier: MIT
+#include "debugger/debugger.h"
+
+#include "debugger/start_up_program.h"
+#include "link/security_code.h"
+#include "symbols/source_text.h"
+
+namespace brevant::debugger {
+namespace {
+
+constexpr base::Address kResetVector = 0xFFFE;
+constexpr base::Address kErasedVector = 0xFFFF;
+
+}  // namespace
+
+Debugger::Debugger(const Surroundings& surroundings)
+    : surroundings_(surroundings),
+      clock(surroundings.clock),
+      settings(surroundings.settings),
+      monitor_link(surroundings.port, surroundings.clock),
+      monitor(monitor_link),
+      connector(monitor, settings, surroundings.ui, surroundings.log),
+      frame(monitor),
+      breakpoints(monitor),
+      run_control(monitor, frame, breakpoints, run_state, debug_info, settings,
+                  surroundings.workspace),
+      n_step(run_control, frame, breakpoints, debug_info, surroundings.indication),
+      trace(run_control, frame, breakpoints, debug_info, surroundings.workspace, surroundings.ui,
+            surroundings.indication, TraceFilesOfImage()),
+      macros(monitor, frame, start_address, settings, surroundings.ui,
+             surroundings.start_up_directory),
+      loader(monitor, frame, breakpoints, debug_info, start_address, macros, settings,
+             surroundings.ui, {.refresh_after_stop = [this] { RefreshAfterStop(); }}),
+      flash(FlashSurroundingsOfThis()),
+      file_programmer(FlashSurroundingsOfThis()) {}
+
+link::ConnectResult Debugger::Start(OtherCodes other_codes) {
+  link::ConnectResult result = connector.Connect();
+  if (!IsConnected(result)) return result;
+  if (result == link::ConnectResult::SecurityNotPassed && other_codes == OtherCodes::Try &&
+      connector.TryKnownCodes()) {
+    result = link::ConnectResult::Connected;
+  }
+  NoteSecurity(result == link::ConnectResult::Connected);
+  frame.LoadResetPC();
+  monitor.WriteBlock(kStartUpProgramAddress, kStartUpProgram);
+  breakpoints.Clear();
+  debug_info.tool_chain = static_cast<symbols::ToolChain>(settings.Integer(base::keys::kCompiler));
+  run_state.HardwareBreakMode = settings.Integer(base::keys::kHardwareBreak) != 0;
+  n_step.settings = control::LoadNStepSettings(settings);
+  RefreshAfterStop();
+  return result;
+}
+
+link::ConnectResult Debugger::Restart() {
+  debug_info.DebugInfoLoaded = false;
+  const link::ConnectResult result = connector.Connect();
+  if (!IsConnected(result)) return result;
+  NoteSecurity(result == link::ConnectResult::Connected);
+  FollowUpReset();
+  return result;
+}
+
+void Debugger::Reset() {
+  if (const auto code = security_bytes.Code()) connector.SetSessionCode(code);
+  connector.ResetTarget();
+  // Looked at now: the program that runs next may use the byte for itself.
+  security_passed = connector.SecurityPassed();
+  FollowUpReset();
+}
+
+void Debugger::Tick() {
+  run_control.CompleteOnTimer();
+  flash.Tick();
+  file_programmer.Tick();
+}
+
+bool Debugger::Busy() const {
+  return run_state.RunMode != control::Mode::Idle || run_state.StepPending;
+}
+
+void Debugger::RefreshAfterStop() {
+  frame.ReadRegisters();
+  surroundings_.workspace.RefreshViews();
+  run_control.RunToMainIfConfigured();
+}
+
+void Debugger::NoteSecurity(bool passed) {
+  security_passed = passed;
+  security_bytes.Forget();
+  if (passed && settings.Integer(base::keys::kSecurityCheck) != 0) {
+    security_bytes.Know(connector.session_code().value_or(link::RecentSecurityCode(settings, 0)));
+  }
+}
+
+void Debugger::FollowUpReset() {
+  // First, since the refresh at the end may leave a run to main of its own for the timer.
+  run_control.AbandonRunForReset();
+  frame.SP = monitor.ReadStackPointer();
+  macros.RunResetMacro();
+  ChooseProgramCounter();
+  RefreshAfterStop();
+}
+
+void Debugger::ChooseProgramCounter() {
+  base::Address start = kErasedVector;
+  if (const auto known = start_address.AfterReset()) {
+    start = *known;
+  } else {
+    start = monitor.ReadWord(kResetVector);
+    if (start == kErasedVector) return;
+  }
+  frame.PC = start;
+  frame.WriteProgramCounter(start);
+}
+
+images::FlashSurroundings Debugger::FlashSurroundingsOfThis() {
+  return {monitor,
+          frame,
+          run_state,
+          debug_info,
+          settings,
+          surroundings_.ui,
+          surroundings_.workspace,
+          security_bytes};
+}
+
+control::TraceFiles Debugger::TraceFilesOfImage() {
+  return {.image_directory = [this] { return loader.image_directory(); },
+          .source_text =
+              [this](const symbols::SourceLine& line) {
+                return symbols::SourceText(debug_info, line, loader.image_directory());
+              }};
+}
+
+}  // namespace brevant::debugger

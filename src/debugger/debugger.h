@@ -1,0 +1,114 @@
+// SPDX-License-Identifier: MIT
+// The whole engine: one of everything, made in the order in which one thing builds on another. A
+// front end makes it, connects, calls Tick every 10 ms, and uses the members to do its work.
+#pragma once
+
+#include <functional>
+#include <string>
+
+#include "base/clock.h"
+#include "base/serial_port.h"
+#include "base/settings_file.h"
+#include "base/user_interface.h"
+#include "base/workspace.h"
+#include "control/breakpoint_table.h"
+#include "control/n_step.h"
+#include "control/register_frame.h"
+#include "control/run_control.h"
+#include "control/run_indication.h"
+#include "control/run_state.h"
+#include "control/trace.h"
+#include "images/file_programmer.h"
+#include "images/flash_operations.h"
+#include "images/loader.h"
+#include "images/macro_runner.h"
+#include "images/security_bytes.h"
+#include "images/start_address.h"
+#include "link/connector.h"
+#include "link/monitor.h"
+#include "link/monitor_link.h"
+#include "symbols/debug_info.h"
+
+namespace brevant::debugger {
+
+// What surrounds the engine. Everything is borrowed and outlives the Debugger.
+struct Surroundings {
+  base::SerialPort& port;
+  base::Clock& clock;
+  base::SettingsFile& settings;
+  base::UserInterface& ui;
+  base::Workspace& workspace;
+  control::RunIndication& indication;
+  // Where the program was started: settings, macros and the diagnostic file live there.
+  std::string start_up_directory;
+  // Receives what belongs in the diagnostic file.
+  std::function<void(const std::string&)> log = [](const std::string&) {};
+};
+
+// What to do when the code of the settings does not fit: a wrong code does no harm, so others that
+// are known may be tried, each after a reset of its own.
+enum class OtherCodes { Leave, Try };
+
+class Debugger {
+ public:
+  explicit Debugger(const Surroundings& surroundings);
+  Debugger(const Debugger&) = delete;
+  Debugger& operator=(const Debugger&) = delete;
+
+ private:
+  // The members below are made from these.
+  Surroundings surroundings_;
+
+ public:
+  base::Clock& clock;
+  base::SettingsFile& settings;
+  link::MonitorLink monitor_link;
+  link::Monitor monitor;
+  link::Connector connector;
+  symbols::DebugInfo debug_info;
+  control::RegisterFrame frame;
+  control::BreakpointTable breakpoints;
+  control::RunState run_state;
+  control::RunControl run_control;
+  control::NStep n_step;
+  control::Trace trace;
+  images::StartAddress start_address;
+  images::MacroRunner macros;
+  images::Loader loader;
+  images::SecurityBytes security_bytes;
+  images::FlashOperations flash;
+  images::FileProgrammer file_programmer;
+  // The target accepted the code at the last connect or reset; else flash reads are not valid.
+  bool security_passed = false;
+
+  // Connects and prepares the target: the steps of start-up after the connect form is stored.
+  // Unless the result is Connected or SecurityNotPassed nothing else has been done.
+  link::ConnectResult Start(OtherCodes other_codes = OtherCodes::Leave);
+  // Connects again, then follows up as after a reset. The program's debug information is dropped.
+  link::ConnectResult Restart();
+  // Resets the target and follows up. Sends the code that is known to stand in its flash now.
+  void Reset();
+
+  // To be called before each command: the target counts as stopped until a poll says otherwise.
+  void BeginCommand() { monitor_link.BreakPollState = 0; }
+  // To be called every 10 ms while no command is under way.
+  void Tick();
+  // Something is under way that Tick will complete.
+  bool Busy() const;
+  // Registers read, views repainted, and on to main when the settings ask for it.
+  void RefreshAfterStop();
+
+ private:
+  images::FlashSurroundings FlashSurroundingsOfThis();
+  void NoteSecurity(bool passed);
+  void FollowUpReset();
+  void ChooseProgramCounter();
+  control::TraceFiles TraceFilesOfImage();
+};
+
+inline bool IsConnected(link::ConnectResult result) {
+  return result == link::ConnectResult::Connected ||
+         result == link::ConnectResult::SecurityNotPassed;
+}
+
+}  // namespace brevant::debugger
