@@ -19,9 +19,9 @@ FileText ReadFile(const std::filesystem::path& path);
 
 // Replaces the file's content as one step: a temporary file beside it is written and synced, then
 // renamed over it. Whoever looks, at any moment and after a crash, sees the old content or the new
-// one. Permissions are kept; a symbolic link keeps pointing where it did; a device or pipe is simply
-// written to. Writers in other processes are waited for, 2 seconds at most. What a killed process
-// left behind is cleaned up by the next call. Returns an empty text, or what went wrong.
+// one. Permissions are kept; a symbolic link keeps pointing where it did; a device or pipe is
+// simply written to. Writers in other processes are waited for, 2 seconds at most. What a killed
+// process left behind is cleaned up by the next call. Returns an empty text, or what went wrong.
 std::string ReplaceFile(const std::filesystem::path& path, std::string_view content);
 
 // Modification time in seconds since 1970; nothing when there is no such file.

@@ -3,8 +3,8 @@
 // target and the port router that chooses between them.
 #pragma once
 
-#include <cstdint>
 #include <chrono>
+#include <cstdint>
 #include <optional>
 #include <span>
 #include <string>

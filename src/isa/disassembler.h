@@ -19,7 +19,8 @@ struct CurrentInstruction {
 };
 
 // The line, e.g. "00f000 a6 12 \tLDA\t#12". Operand values with a symbol show its name. Bytes past
-// the decoded length never reach the text. An illegal opcode gives "... \tIlligal command", length 1.
+// the decoded length never reach the text. An illegal opcode gives "... \tIlligal command",
+// length 1.
 std::string Disassemble(CurrentInstruction& instruction, const SymbolNames& symbols);
 
 }  // namespace brevant::isa
