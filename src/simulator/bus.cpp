@@ -143,7 +143,9 @@ void Bus::WriteSlow(Address a, std::uint8_t value) {
   } else if (device_->ram.Contains(a)) {
     memory_[a] = value;
   } else if (device_->IsFlash(a)) {
+    const bool had_voltage = flash_.high_voltage();
     flash_.OnFlashWrite(a, value, FlashSurroundings());
+    if (flash_.high_voltage() != had_voltage) MapPages();
   }
 }
 

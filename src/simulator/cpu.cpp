@@ -551,6 +551,7 @@ Exit Cpu::Execute(Bus& bus, base::Address watch) {
   Core core{bus, bus.cycle, pc, pc, a, x, h, sp, flags, interrupts_deferred};
   const Exit exit = Loop(core, watch);
   bus.cycle = core.cycle;
+  bus.horizon = 0;
   pc = static_cast<std::uint16_t>(core.pc);
   a = core.a;
   x = core.x;

@@ -38,7 +38,7 @@ struct Cpu {
   std::uint16_t hx() const { return static_cast<std::uint16_t>(h << 8 | x); }
 
   // Executes until the horizon or another Exit. At least one instruction is executed when the
-  // horizon lies ahead and no exit precedes it. Advances bus.cycle.
+  // horizon lies ahead and no exit precedes it. Advances bus.cycle, uses up the horizon.
   Exit Execute(Bus& bus, base::Address watch);
 
   void Push(Bus& bus, std::uint8_t value) { bus.Write(sp--, value); }

@@ -27,7 +27,7 @@ void FlashController::Refuse(FlashFault fault) {
   ++diagnostics_.refused;
   diagnostics_.last_fault = fault;
   control_ &= static_cast<std::uint8_t>(~kHven);
-  step_ = Step::Idle;
+  step_ = Step::Broken;
   staged_.clear();
 }
 
@@ -50,11 +50,10 @@ FlashController::Effect FlashController::WriteControl(std::uint8_t value, const 
     return {};
   }
   const std::uint8_t mode = value & (kPgm | kErase | kMass);
+  control_ = mode;
   if ((value & kHven) != 0) {
-    control_ = mode;
-    RaiseVoltage(mode, s);
+    if (step_ != Step::Broken) RaiseVoltage(mode, s);
   } else {
-    control_ = mode;
     mode_ = mode;
     step_ = (mode & (kPgm | kErase)) != 0 ? Step::Armed : Step::Idle;
   }
@@ -92,6 +91,8 @@ void FlashController::OnFlashWrite(base::Address address, std::uint8_t value,
   switch (step_) {
     case Step::Idle:
       ++diagnostics_.ignored_writes;
+      return;
+    case Step::Broken:
       return;
     case Step::Ready:
     case Step::Selected:
@@ -147,8 +148,9 @@ FlashController::Effect FlashController::LowerVoltage(const Surroundings& s, std
     Refuse(FlashFault::TooShort);
   }
   control_ = value;
-  if (step_ != Step::Hold) return {};
+  const bool whole = step_ == Step::Hold;
   step_ = Step::Idle;
+  if (!whole) return {};
   if ((mode_ & kPgm) != 0) return {Effect::Kind::Program, selected_, std::move(staged_)};
   return {mass ? Effect::Kind::EraseAll : Effect::Kind::ErasePage, selected_, {}};
 }

@@ -86,6 +86,7 @@ class FlashController {
     Selected,  // and an address written
     Pulse,     // HVEN set
     Hold,      // PGM or ERASE cleared again, HVEN still set
+    Broken,    // counted; its remaining steps are neither obeyed nor counted again
   };
   void Refuse(FlashFault fault);
   void RaiseVoltage(std::uint8_t mode, const Surroundings& s);
