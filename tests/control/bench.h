@@ -97,6 +97,15 @@ class Bench : public ::testing::Test, public base::Workspace {
   // So that a break signal stops a program that has interrupts enabled.
   void PointIrqVectorToMonitor() { target.board().Load(0xFFFA, ByteList{0xFE, 0x27}); }
 
+  // The timer wakes a WAIT after 213 ms; its handler at $0170 returns behind it.
+  void WakeAfterALongTime() {
+    target.board().Load(0xFFF2, ByteList{0x01, 0x70});
+    target.board().Load(0x0170, ByteList{0xB6, 0x20, 0x1F, 0x20, 0x80});
+    monitor.WriteByte(0x23, 0x1F);  // T1MOD $1FFF, bus clock / 64
+    monitor.WriteByte(0x24, 0xFF);
+    monitor.WriteByte(0x20, 0x46);
+  }
+
   void Tick(int count = 1) {
     for (int i = 0; i < count; ++i) {
       target.Sleep(std::chrono::milliseconds(10));

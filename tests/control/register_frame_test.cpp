@@ -118,13 +118,5 @@ TEST_F(RegisterFrameTest, StoresEditedCellsInTheFrame) {
   EXPECT_EQ(frame.HX, 0x1234u);
 }
 
-TEST_F(RegisterFrameTest, KeepsItsRegistersWhenTheLinkFails) {
-  SetPC(0x0150);
-  target.SetFaultPlan({{.kind = simulator::FaultKind::CutLine, .at_host_byte = 4}});
-  EXPECT_FALSE(frame.ReadRegisters());
-  EXPECT_EQ(frame.PC, 0x0150u);
-  EXPECT_EQ(frame.SP, 0x00FAu);
-}
-
 }  // namespace
 }  // namespace brevant::control

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "control/run_control.h"
 
+#include <functional>
+
 #include "control/bench.h"
 #include "control/messages.h"
 
@@ -9,55 +11,58 @@ namespace {
 
 using ::testing::ElementsAre;
 
-constexpr ByteList::value_type kNOP = 0x9D;
+constexpr std::uint8_t kNOP = 0x9D;
 
 class RunControlTest : public Bench {
  protected:
-  // BSR to a subroutine that takes about 160 ms; the instruction behind the call is at $0152.
-  void ProgramWithSlowSubroutine() {
-    Program(0x0150, {0xAD, 0x02,          // BSR $0154
-                     kNOP, kNOP,          //
-                     0x45, 0x00, 0x00,    // LDHX #0
-                     0xAF, 0xFF,          // AIX #-1
-                     0x65, 0x00, 0x00,    // CPHX #0
-                     0x26, 0xF9, 0x81});  // BNE; RTS
-  }
   void RunEndlessLoop() {
     Program(0x0150, {kNOP, 0x20, 0xFD});
     run.Go();
   }
 };
 
-TEST_F(RunControlTest, StepsInHardwareModeWithTheBreakModuleAlone) {
-  Program(0x0150, {0xA6, 0x12, kNOP});
+TEST_F(RunControlTest, StepsAndRunsToAnAddressWithExactlyTheseCommands) {
+  struct Row {
+    bool hardware;
+    ByteList program;
+    std::function<void()> act;
+    const char* commands;
+    base::Address pc;
+  };
+  const auto step = [&] { run.StepCommand(true); };
+  const auto run_to = [&] { run.RunToCursor(0x0153); };
+  const ByteList branch{0x27, 0x04, kNOP, kNOP, kNOP, kNOP, 0x4C}, nops(8, kNOP);
+  breakpoints.AddBreakpoint(0x0151);  // stays out of all this
+  for (const Row& row : {
+           Row{true, branch, step,
+               "R0150 R0151 R0152 RFE08 w01 w52 WFE0B=80 RUN SP R00F9 r r r WFE0B=00", 0x0152},
+           Row{true,
+               {0x9E, 0xD6, 0x00, 0x01},
+               step,
+               "R0150 R0151 R0152 R0153 RFE08 w01 w54 WFE0B=80 RUN SP R00F9 r r r WFE0B=00",
+               0x0154},
+           Row{false, branch, step,
+               "R0150 R0151 R0152 R0156 W0156=83 R0152 W0152=83 RUN SP R00F9 r r r WFE0B=00 "
+               "W00FE=01 W00FF=52 R0152 W0152=9D R0156 W0156=4C",
+               0x0152},
+           Row{true, nops, run_to, "RFE08 w01 w53 WFE0B=80 RUN SP R00F9 r r r WFE0B=00", 0x0153},
+           Row{false, nops, run_to,
+               "R0153 W0153=83 RUN SP R00F9 r r r WFE0B=00 W00FE=01 W00FF=53 R0153 W0153=9D",
+               0x0153},
+       }) {
+    state.HardwareBreakMode = row.hardware;
+    Program(0x0150, row.program);
+    refreshes = 0;
+    target.board().ClearHostLog();
+    row.act();
+    EXPECT_EQ(Commands(), row.commands);
+    EXPECT_EQ(frame.PC, row.pc);
+    EXPECT_EQ(frame.ReadFramePC(), row.pc);
+    EXPECT_EQ(refreshes, 1);
+  }
   target.board().ClearHostLog();
-  run.StepCommand(true);
-  EXPECT_EQ(Commands(), "R0150 R0151 R0152 RFE08 w01 w52 WFE0B=80 RUN SP R00F9 r r r WFE0B=00");
-  EXPECT_EQ(frame.PC, 0x0152u);
-  EXPECT_EQ(frame.A, 0x12u);
-  EXPECT_EQ(run.step_start(), 0x0152u);
-  EXPECT_EQ(refreshes, 1);
-  EXPECT_TRUE(shown.empty());
-}
-
-TEST_F(RunControlTest, StepsInSoftwareModeOverPlantedInstructions) {
-  state.HardwareBreakMode = false;
-  Program(0x0150, {0x27, 0x04, kNOP});
-  target.board().ClearHostLog();
-  run.StepCommand(true);
-  EXPECT_EQ(Commands(),
-            "R0150 R0151 R0152 R0156 W0156=83 R0152 W0152=83 RUN SP R00F9 r r r WFE0B=00 "
-            "W00FE=01 W00FF=52 R0152 W0152=9D R0156 W0156=" +
-                base::Format("%02X", Peek(0x0156)));
-  EXPECT_EQ(frame.PC, 0x0152u);
-  EXPECT_EQ(frame.ReadFramePC(), 0x0152u);
-}
-
-TEST_F(RunControlTest, FetchesAFourthByteOnlyWhenTheInstructionHasOne) {
-  Program(0x0150, {0x9E, 0xD6, 0x00, 0x01});  // LDA 1,SP in its long form
-  target.board().ClearHostLog();
-  run.StepCommand(true);
-  EXPECT_THAT(Commands(), ::testing::StartsWith("R0150 R0151 R0152 R0153 RFE08 w01 w54"));
+  run.RunToCursor(0x0153);  // is there already
+  EXPECT_EQ(Commands(), "");
 }
 
 TEST_F(RunControlTest, CompletesASlowStepOverOnTheTimer) {
@@ -65,13 +70,12 @@ TEST_F(RunControlTest, CompletesASlowStepOverOnTheTimer) {
     state.HardwareBreakMode = hardware;
     shown.clear();
     refreshes = 0;
-    ProgramWithSlowSubroutine();
-    state.StepOver = true;
+    Program(0x0150, {0xAD, 0x02, kNOP, kNOP, 0x45, 0, 0, 0xAF, 0xFF, 0x65, 0, 0, 0x26, 0xF9, 0x81});
+    state.StepOver = true;  // a BSR to a loop of 160 ms
     run.StepCommand(true);
     EXPECT_TRUE(state.StepPending && state.WaitingForBreak);
     EXPECT_EQ(refreshes, 0);
     Tick();
-    EXPECT_TRUE(state.RunningShown);
     target.board().ClearHostLog();
     run.StepCommand(true);  // there is no monitor to ask
     run.RunToAddress(0x0160);
@@ -80,10 +84,8 @@ TEST_F(RunControlTest, CompletesASlowStepOverOnTheTimer) {
     EXPECT_THAT(shown, ElementsAre(true, false));
     EXPECT_EQ(frame.PC, 0x0152u);
     EXPECT_EQ(refreshes, 1);
-    EXPECT_FALSE(state.StepOver);
-    EXPECT_FALSE(breakpoints.StepPlanted());
+    EXPECT_FALSE(state.StepOver || breakpoints.StepPlanted() || link.LinkError);
     EXPECT_EQ(Peek(0x0152), kNOP);
-    EXPECT_FALSE(link.LinkError);
   }
 }
 
@@ -101,7 +103,7 @@ TEST_F(RunControlTest, StepsOverLibraryRoutinesCalledThroughHXInSoftwareMode) {
   EXPECT_EQ(frame.PC, 0x0151u);
 }
 
-TEST_F(RunControlTest, GoStopsAtABreakpointBeforeItsInstruction) {
+TEST_F(RunControlTest, GoStopsAtABreakpointBeforeItsInstructionAndGoesOnFromThere) {
   for (const bool hardware : {true, false}) {
     state.HardwareBreakMode = hardware;
     shown.clear();
@@ -111,18 +113,15 @@ TEST_F(RunControlTest, GoStopsAtABreakpointBeforeItsInstruction) {
     frame.WriteA(0);
     frame.reread = true;
     target.board().ClearHostLog();
-    run.GoCommand();
+    EXPECT_FALSE(run.GoCommand());
     EXPECT_EQ(Commands(),
               hardware ? "W00FB=60 RFE08 w01 w51 WFE0B=80 RUN" : "W00FB=60 R0151 W0151=83 RUN");
-    EXPECT_EQ(state.RunMode, Mode::Running);
-    target.board().ClearHostLog();
     TickUntilIdle();
     EXPECT_EQ(Commands(), hardware ? "WFE0B=00 SP R00F9 r r r"
                                    : "WFE0B=00 R0151 W0151=4C SP R00F9 r r r W00FE=01 W00FF=51");
     EXPECT_EQ(frame.PC, 0x0151u);
     EXPECT_EQ(frame.A, 0u);
     EXPECT_FALSE(frame.reread);
-    // On from the breakpoint: one instruction is stepped before it is armed again.
     run.GoCommand();
     TickUntilIdle();
     EXPECT_EQ(frame.PC, 0x0151u);
@@ -141,17 +140,11 @@ TEST_F(RunControlTest, LeavesThePcBehindAnSwiOfTheProgramItself) {
 }
 
 TEST_F(RunControlTest, GoesOnWhenTheStepOffABreakpointComesBackLate) {
-  // The breakpoint stands on a WAIT that the timer ends after 213 ms, in an empty handler.
-  target.board().Load(0xFFF2, ByteList{0x01, 0x70});
-  target.board().Load(0x0170, ByteList{0xB6, 0x20, 0x1F, 0x20, 0x80});
-  monitor.WriteByte(0x23, 0x1F);  // T1MOD $1FFF, bus clock / 64
-  monitor.WriteByte(0x24, 0xFF);
-  monitor.WriteByte(0x20, 0x46);
-  Program(0x0150, {0x8F, 0x4C, 0x20, 0xFD});
+  WakeAfterALongTime();
+  Program(0x0150, {0x8F, 0x4C, 0x20, 0xFD});  // WAIT; INCA; BRA $0151
   breakpoints.AddBreakpoint(0x0150);
   run.Go();
   EXPECT_TRUE(state.StepPending);
-  EXPECT_FALSE(link.LinkError);
   for (int i = 0; i < 100 && state.StepPending; ++i) Tick();
   Tick();
   EXPECT_EQ(state.RunMode, Mode::Running);
@@ -171,23 +164,18 @@ TEST_F(RunControlTest, StopRebuildsTheFrameOfTheInterruptedProgram) {
     Tick(3);
     target.board().ClearHostLog();
     EXPECT_EQ(run.GoCommand(), StopResult::Stopped);
-    const std::string recover =
-        "WFE0B=00 SP R00F5 R00FB r r R007F r r r R007F w45 w01 w00 w94 w83 W00F9=00 W00FA=80 RUN "
-        "R007F";
-    EXPECT_THAT(Commands(), ::testing::StartsWith(recover));
-    EXPECT_FALSE(state.Busy() || state.RunningShown || frame.reread);
+    EXPECT_THAT(Commands(), ::testing::StartsWith("WFE0B=00 SP R00F5 R00FB r r R007F r r r "
+                                                  "R007F w45 w01 w00 w94 w83 W00F9=00 W00FA=80 "
+                                                  "RUN R007F"));
+    EXPECT_EQ(Peek(0x0170), kNOP);
+    breakpoints.Clear();
+    Tick(3);
+    EXPECT_FALSE(state.Busy() || state.RunningShown || shown.back());
+    ASSERT_TRUE(frame.ReadRegisters());
     EXPECT_TRUE(frame.PC == 0x0150 || frame.PC == 0x0151) << frame.PC;
     EXPECT_EQ(frame.ProgramSP(), 0x00FFu);
     EXPECT_EQ(frame.HX, 0x1234u);
     EXPECT_EQ(frame.A, 0x56u);
-    EXPECT_EQ(frame.CCR & kCcrI, 0u);
-    EXPECT_EQ(Peek(0x0170), kNOP);
-    const base::Address sp = frame.SP;
-    Tick(3);
-    ASSERT_TRUE(frame.ReadRegisters());
-    EXPECT_EQ(frame.SP, sp);
-    EXPECT_FALSE(shown.back());
-    breakpoints.Clear();
   }
 }
 
@@ -198,16 +186,15 @@ TEST_F(RunControlTest, AnUnansweredStopLeavesEverythingAsItWas) {
   RunEndlessLoop();
   Tick(2);
   link.BreakPollState = 0;
-  const int before = refreshes;
   EXPECT_EQ(run.Stop(), StopResult::NoAnswer);
-  ASSERT_TRUE(StopMessage(StopResult::NoAnswer));
-  EXPECT_EQ(state.RunMode, Mode::Running);
-  EXPECT_TRUE(state.WaitingForBreak && state.RunningShown);
-  EXPECT_EQ(refreshes, before);
-  EXPECT_FALSE(link.LinkError);
+  EXPECT_TRUE(StopMessage(StopResult::NoAnswer));
   Tick(5);
   EXPECT_EQ(state.RunMode, Mode::Running);
-  EXPECT_TRUE(target.board().running());
+  EXPECT_TRUE(state.WaitingForBreak && state.RunningShown && target.board().running());
+  EXPECT_EQ(refreshes, 0);
+  EXPECT_FALSE(link.LinkError);
+  target.Close();
+  EXPECT_EQ(run.Stop(), StopResult::LinkLost);
 }
 
 TEST_F(RunControlTest, AStopThatFindsTheTargetStoppedTakesTheBreakpointsStop) {
@@ -225,9 +212,8 @@ TEST_F(RunControlTest, StopEndsAStepThatNeverComesBack) {
   PointIrqVectorToMonitor();
   for (const bool hardware : {true, false}) {
     state.HardwareBreakMode = hardware;
-    Program(0x0150, {0x9A, 0xAD, 0x02, kNOP, kNOP, 0x20, 0xFE});  // CLI; BSR to an endless loop
+    Program(0x0151, {0xAD, 0x02, kNOP, kNOP, 0x20, 0xFE});  // BSR to an endless loop
     frame.WriteCCR(0x60);
-    SetPC(0x0151);
     state.StepOver = true;
     run.StepCommand(true);
     Tick(2);
@@ -236,22 +222,6 @@ TEST_F(RunControlTest, StopEndsAStepThatNeverComesBack) {
     EXPECT_EQ(Peek(0x0153), kNOP);
     EXPECT_FALSE(state.Busy() || breakpoints.StepPlanted());
     ASSERT_TRUE(frame.SetStackPointer(0x00FF));
-  }
-}
-
-TEST_F(RunControlTest, RunsToAnAddressWithoutTheUsersBreakpoints) {
-  for (const bool hardware : {true, false}) {
-    state.HardwareBreakMode = hardware;
-    breakpoints.AddBreakpoint(0x0151);
-    Program(0x0150, {kNOP, kNOP, kNOP, kNOP});
-    target.board().ClearHostLog();
-    run.RunToCursor(0x0153);
-    EXPECT_EQ(Commands(), hardware ? "RFE08 w01 w53 WFE0B=80 RUN SP R00F9 r r r WFE0B=00"
-                                   : "R0153 W0153=83 RUN SP R00F9 r r r WFE0B=00 W00FE=01 W00FF=53 "
-                                     "R0153 W0153=9D");
-    EXPECT_EQ(frame.PC, 0x0153u);
-    run.RunToCursor(0x0153);
-    EXPECT_EQ(Commands(), "");
   }
 }
 
@@ -278,18 +248,6 @@ TEST_F(RunControlTest, RunsToMainForCProgramsWhenAskedTo) {
   EXPECT_EQ(run_from(0x0150), 0x0154u);
 }
 
-TEST_F(RunControlTest, AnImagecraftStepInTheSourceViewRunsNothing) {
-  debug_info.DebugInfoLoaded = true;
-  debug_info.tool_chain = symbols::ToolChain::Imagecraft;
-  run.SetSourceViewCurrent(true);
-  Program(0x0150, {kNOP, kNOP});
-  run.StepCommand(true);
-  EXPECT_EQ(frame.PC, 0x0150u);
-  EXPECT_EQ(run.step_start(), 0x0150u);
-  run.StepCommand(false);
-  EXPECT_EQ(frame.PC, 0x0151u);
-}
-
 class Recorder final : public BackgroundOperation {
  public:
   void Advance() override { ++advanced; }
@@ -309,7 +267,6 @@ TEST_F(RunControlTest, HandsTheTickToTheOperationOnceTheBreakByteHasCome) {
   EXPECT_EQ(erase.advanced, 0);
   Tick(2);
   EXPECT_EQ(erase.advanced, 2);
-  EXPECT_FALSE(state.WaitingForBreak);
   run.AbandonRunForReset();
   EXPECT_EQ(erase.abandoned, 1);
   EXPECT_FALSE(state.Busy() || state.RunningShown);
@@ -318,22 +275,15 @@ TEST_F(RunControlTest, HandsTheTickToTheOperationOnceTheBreakByteHasCome) {
 TEST_F(RunControlTest, AResetWhileRunningRestoresTheCodeAndTheStoppedState) {
   state.HardwareBreakMode = false;
   breakpoints.AddBreakpoint(0x0170);
+  target.board().Load(0x0170, ByteList{0x4C});
   RunEndlessLoop();
   Tick(2);
-  // The pin resets the target, but this RAM keeps its contents.
-  const ByteList kept{0x83};
-  ASSERT_TRUE(link.PulseReset());
-  ASSERT_EQ(
-      monitor.SendSecurityCode(link::SecurityCode{0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF}),
-      0);
-  target.board().Load(0x0170, kept);
-  target.board().ClearHostLog();
+  Connect();
+  target.board().Load(0x0170, ByteList{kSwiOpcode});  // as after a reset that keeps RAM
   run.AbandonRunForReset();
-  EXPECT_THAT(Commands(), ::testing::StartsWith("R0170 W0170="));
-  EXPECT_FALSE(state.Busy() || state.RunningShown);
-  EXPECT_EQ(link.BreakPollState, 0);
+  EXPECT_EQ(Peek(0x0170), 0x4C);
   Tick(2);
-  EXPECT_FALSE(state.RunningShown);
+  EXPECT_FALSE(state.Busy() || state.RunningShown);
 }
 
 }  // namespace

@@ -70,12 +70,7 @@ TEST_F(TraceTest, EndsRightAfterTheInstructionAtABreakpoint) {
 }
 
 TEST_F(TraceTest, AStepThatComesBackLateIsRecordedWhenItDoes) {
-  // WAIT, ended after 213 ms by the timer, whose handler returns behind it; then NOPs.
-  target.board().Load(0xFFF2, ByteList{0x01, 0x70});
-  target.board().Load(0x0170, ByteList{0xB6, 0x20, 0x1F, 0x20, 0x80});
-  monitor.WriteByte(0x23, 0x1F);
-  monitor.WriteByte(0x24, 0xFF);
-  monitor.WriteByte(0x20, 0x46);
+  WakeAfterALongTime();
   Program(0x0150, ByteList(0x20, 0x9D));
   target.board().Load(0x0151, ByteList{0x8F});
   trace.Command();
@@ -117,15 +112,6 @@ TEST_F(TraceTest, NamesSourceLinesAndSaysWhenTheLogCannotBeWritten) {
   EXPECT_FALSE(indication.tracing);
   directory.clear();
   EXPECT_EQ(trace.LogPath(), "trace.txt");
-}
-
-TEST_F(TraceTest, AResetEndsItWithoutALog) {
-  Program(0x0150, ByteList(0x20, 0x9D));
-  trace.Command();
-  Tick();
-  run.AbandonRunForReset();
-  EXPECT_FALSE(state.Busy() || indication.tracing);
-  EXPECT_EQ(indication.line_count, -1);
 }
 
 TEST_F(TraceTest, ALostLinkAddsNoRecord) {
