@@ -173,6 +173,12 @@ bool RegisterFrame::RecoverInterrupted() {
   const std::uint32_t a_x = monitor_.ReadNext();
   const std::uint32_t pc = monitor_.ReadNext();
   if (monitor_.LinkError()) return false;
+  if ((ccr & (kCcrUnused | kCcrI)) != kCcrUnused) {
+    // No CPU stacks this: the two unused bits are ones, and an interrupt is only taken while I is
+    // clear. The program came into the monitor by itself, with its registers in the frame.
+    ReadRegisters();
+    return !monitor_.LinkError();
+  }
   SP = base;
   CCR = ccr;
   HX = base::Word(h, LowByte(a_x));

@@ -15,7 +15,7 @@ namespace brevant::control {
 
 // Bits of CCR. Bits 6 and 5 always read 1.
 inline constexpr std::uint32_t kCcrV = 0x80, kCcrH = 0x10, kCcrI = 0x08, kCcrN = 0x04, kCcrZ = 0x02,
-                               kCcrC = 0x01;
+                               kCcrC = 0x01, kCcrUnused = 0x60;
 
 // Which registers changed between two calls of UpdateChangeFlags.
 struct ChangeFlags {

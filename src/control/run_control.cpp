@@ -15,6 +15,7 @@ using link::PollWait;
 
 constexpr int kStepWaitMs = 2;
 constexpr int kRunToAddressWaitMs = 20;
+constexpr int kRunCancelMs = 2;
 constexpr int kFallThroughSlot = 0, kBranchSlot = 1;
 
 }  // namespace
@@ -162,6 +163,8 @@ StopResult RunControl::Stop() {
     return monitor_.LinkError() ? StopResult::LinkLost : StopResult::Stopped;
   }
 
+  // For 11 bit times after its echo a break cancels RUN instead of reaching the program.
+  monitor_.link().WaitMs(kRunCancelMs);
   if (!monitor_.link().SendBreak()) {
     return monitor_.link().PortError().empty() ? StopResult::NoAnswer : StopResult::LinkLost;
   }
