@@ -471,7 +471,7 @@ requires(R::kMode == Mode::Illegal) BREVANT_ALWAYS_INLINE Exit Step(Core&) {
 }
 
 #define BREVANT_OPCODE(n, paged)                                                      \
-  case n:                                                                             \
+  case (n):                                                                           \
     if (const Exit exit = Step<Row<n, paged>>(c); exit != Exit::Horizon) return exit; \
     break;
 // Row 9 of the main map has the page prefix in place of xE.
