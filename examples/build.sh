@@ -37,6 +37,4 @@ sdcc -mhc08 --debug --out-fmt-s19 --code-loc 0x8000 --data-loc 0x80 blink.rel bl
 set_entry blink.s19 0x8000
 instruction blink.rst 8000
 
-for name in demo blink; do cp "$name.s19" "$name.cdb" "$name.map" "$here"; done
-# The relocated listings are not kept; "build.sh listings" leaves them here for reading.
-[ "${1:-}" != listings ] || cp demo.rst blink.rst blink_vectors.rst "$here"
+cp demo.s19 demo.cdb demo.map demo.rst blink.s19 blink.cdb blink.map blink.rst blink_vectors.rst "$here"

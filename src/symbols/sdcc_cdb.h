@@ -13,8 +13,9 @@
 //   name that several modules use is there a second time as "_module.name", after all others.
 // - Lines come sorted by address. Where a function has lines of C the assembler lines inside it are
 //   left out; start-up code and modules in assembler have only those.
-// - SDCC names a line only once, so a function written on one line has no record at its start: it
-//   gets the first line inside it.
+// - A line has one record for each block, with its last address. The module's listing has them all:
+//   where one of the same build lies beside the image, the lines of C come from there.
+// - A function without a record at its start gets the first line inside it.
 // - Of several lines at one address all are kept, and the second is always the last one.
 #pragma once
 

@@ -18,6 +18,8 @@ class LineBuilder {
 
  private:
   std::uint32_t FileIndex(std::string path);
+  bool Agrees(const SdccListing& listing, std::string_view module) const;
+  void AddListedLines();
   void AddCLines();
   void AddFunctionStarts();
   void AddAssemblerLines();
@@ -28,6 +30,7 @@ class LineBuilder {
   SdccSources& sources_;
   ParsedProgram& program_;
   std::map<std::string, std::uint32_t> file_indexes_;
+  std::set<std::string_view> listed_modules_;           // whose lines of C come from their listings
   std::vector<SdccLineRecords::Function> c_functions_;  // ascending; those with lines of C
 };
 
@@ -36,6 +39,32 @@ std::uint32_t LineBuilder::FileIndex(std::string path) {
   const auto [place, is_new] = file_indexes_.try_emplace(path, next);
   if (is_new) program_.files.push_back(std::move(path));
   return place->second;
+}
+
+// A listing that was made with another build would put every line elsewhere.
+bool LineBuilder::Agrees(const SdccListing& listing, std::string_view module) const {
+  return std::ranges::all_of(records_.assembler_lines, [&](const SdccLineRecords::Line& line) {
+    if (line.name != module) return true;
+    const auto found = listing.instructions.find(line.address);
+    return found != listing.instructions.end() && found->second == line.line;
+  });
+}
+
+void LineBuilder::AddListedLines() {
+  std::set<std::string_view> modules;
+  for (const auto& line : records_.assembler_lines) modules.insert(line.name);
+  for (const std::string_view module : modules) {
+    const SdccListing* listing = sources_.Listing(module);
+    if (listing == nullptr || !Agrees(*listing, module)) continue;
+    listed_modules_.insert(module);
+    std::vector<std::uint32_t> files;
+    for (const std::string& path : listing->paths) {
+      files.push_back(FileIndex(sources_.ListedSource(path)));
+    }
+    for (const auto& line : listing->c_lines) {
+      program_.lines.push_back({line.address, line.line, files[line.path]});
+    }
+  }
 }
 
 void LineBuilder::AddCLines() {
@@ -53,6 +82,7 @@ void LineBuilder::AddCLines() {
   std::map<std::pair<std::string_view, std::string_view>, std::uint32_t> known;
   for (const auto& line : records_.c_lines) {
     const std::pair key{std::string_view(line.name), module_of(line)};
+    if (listed_modules_.contains(key.second)) continue;
     auto found = known.find(key);
     if (found == known.end()) {
       const bool ambiguous = modules_of_name[line.name].size() > 1;
@@ -61,10 +91,10 @@ void LineBuilder::AddCLines() {
     }
     program_.lines.push_back({line.address, line.line, found->second});
   }
-  std::ranges::stable_sort(program_.lines, {}, &LineEntry::address);
 }
 
 void LineBuilder::AddFunctionStarts() {
+  std::ranges::stable_sort(program_.lines, {}, &LineEntry::address);
   std::ranges::sort(records_.functions, {}, &SdccLineRecords::Function::first);
   std::vector<LineEntry> starts;
   for (const auto& function : records_.functions) {
@@ -123,6 +153,7 @@ void LineBuilder::OrderEntries() {
 }
 
 void LineBuilder::Build() {
+  AddListedLines();
   AddCLines();
   AddFunctionStarts();
   AddAssemblerLines();

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// From the line records of SDCC's debug file to line entries and source files, by the rules that
-// sdcc_cdb.h gives.
+// From the line records of SDCC's debug file, and the listings beside it, to line entries and
+// source files, by the rules that sdcc_cdb.h gives.
 #pragma once
 
 #include <string>

@@ -1,14 +1,19 @@
 // SPDX-License-Identifier: MIT
-// Where the source files of an SDCC program lie. Its debug file names them by their last part only
-// and with '_' for every character that is no letter, digit, '_' or '.'; the module's relocated
-// listing (.rst), when it lies beside the image, has the path that was given to the compiler.
+// What lies beside an SDCC program's image: its source files and the modules' relocated listings.
+// The debug file names a source by its last part only and with '_' for every character that is no
+// letter, digit, '_' or '.'; the listing has the path that was given to the compiler, which was
+// started in the image's folder or not far above it.
+//
+// File names are given relative to the image's folder, with '/' between folders.
 #pragma once
 
 #include <filesystem>
 #include <map>
+#include <optional>
 #include <string>
 #include <string_view>
-#include <vector>
+
+#include "symbols/sdcc_listing.h"
 
 namespace brevant::symbols {
 
@@ -19,23 +24,23 @@ class SdccSources {
   // Looks at the image's folder.
   explicit SdccSources(const std::string& image_directory);
 
-  // The file's name relative to the image's folder with '/' between folders; the name itself when
-  // no such file is found. ambiguous says that several modules name such a file, so that only the
-  // module's own listing can tell which one is meant.
+  // The file that the debug file calls name; the name itself when no such file is found. ambiguous
+  // says that several modules name such a file, so that only the module's listing can tell which.
   std::string CSource(std::string_view name, std::string_view module, bool ambiguous);
+  // The file that a listing names by this path; the path's last part when there is none.
+  std::string ListedSource(const std::string& path) const;
   // The assembler source of a module.
   std::string AssemblerSource(std::string_view module) const;
+  // Null when there is none.
+  const SdccListing* Listing(std::string_view module);
 
  private:
-  const std::vector<std::string>& ListedPaths(std::string_view module);
-  std::string FromListing(std::string_view name, std::string_view module);
   // The path from the image's folder or the nearest one above it where the file is; else empty.
   std::string AtOrAbove(const std::filesystem::path& path) const;
 
-  bool has_directory_ = false;
-  std::string directory_;
+  std::optional<std::string> directory_;
   std::map<std::string, std::string, std::less<>> by_name_;  // spelt as SDCC does -> file name
-  std::map<std::string, std::vector<std::string>, std::less<>> listed_;  // module -> paths
+  std::map<std::string, std::optional<SdccListing>, std::less<>> listings_;  // by module
 };
 
 }  // namespace brevant::symbols

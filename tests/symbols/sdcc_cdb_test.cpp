@@ -1,0 +1,221 @@
+// SPDX-License-Identifier: MIT
+// On debug files that SDCC wrote for the programs in tests/programs, and on records by hand for
+// what those do not hold.
+#include "symbols/sdcc_cdb.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <map>
+#include <set>
+
+#include "base/files.h"
+#include "symbols/parsed_text.h"
+#include "symbols/text_lines.h"
+
+namespace brevant::symbols {
+namespace {
+
+const std::string kPrograms = BREVANT_TEST_DATA "/programs/";
+
+ParsedProgram ParseProgram(const std::string& name) {
+  SdccSources sources(kPrograms);
+  return ParseSdccCdb(base::ReadFile(kPrograms + name + ".cdb").text,
+                      base::ReadFile(kPrograms + name + ".map").text, sources);
+}
+ParsedProgram ParseText(std::string_view cdb, std::string_view map = {}) {
+  SdccSources sources;
+  return ParseSdccCdb(cdb, map, sources);
+}
+const Symbol* Find(const ParsedProgram& program, std::string_view name) {
+  const auto found = std::ranges::find(program.symbols, name, &Symbol::name);
+  return found == program.symbols.end() ? nullptr : &*found;
+}
+
+TEST(SdccCdb, EveryVariableOfTheProgramsIsKnownWithItsSize) {
+  std::map<std::string, SymbolTable> tables;
+  const std::string text = base::ReadFile(kPrograms + "expected.tsv").text;
+  LineReader rows(text);
+  int checked = 0;
+  while (const auto row = rows.Next()) {
+    if (row->starts_with('#')) continue;
+    const auto words = Words(*row);
+    ASSERT_EQ(words.size(), 4U) << *row;
+    SymbolTable& table = tables[std::string(words[0])];
+    if (table.empty()) table.Assign(ParseProgram(std::string(words[0])).symbols);
+    const Symbol* symbol = table.FindSymbol(words[1]);
+    ASSERT_NE(symbol, nullptr) << *row;
+    EXPECT_EQ(table.FindSymbolAddress("_" + std::string(words[1])), symbol->address) << *row;
+    EXPECT_GE(symbol->address, 0x80U) << *row;
+    const int size = static_cast<int>(*LeadingDecimal(words[2]));
+    if (words[0] != "assembler") {
+      EXPECT_GE(symbol->size, size) << *row;
+    }
+    ++checked;
+  }
+  EXPECT_GT(checked, 40);
+}
+
+TEST(SdccCdb, TypesAndSizesReadAsC) {
+  const ParsedProgram program = ParseProgram("structs");
+  struct Row {
+    const char* name;
+    int size;
+    const char* type;
+  };
+  const Row rows[] = {{"_points", 12, "struct point[4]"},
+                      {"_segment", 6, "struct line"},
+                      {"_word", 2, "union word"},
+                      {"_flags", 1, "struct flags"},
+                      {"_values", 8, "unsigned char[8]"},
+                      {"_grid", 12, "int[2][3]"},
+                      {"_sort", 0, "void ()"}};
+  for (const Row& row : rows) {
+    const Symbol* symbol = Find(program, row.name);
+    ASSERT_NE(symbol, nullptr) << row.name;
+    EXPECT_EQ(symbol->size, row.size) << row.name;
+    EXPECT_EQ(symbol->type, row.type) << row.name;
+  }
+}
+
+// The relocated listings say independently where instructions start and what line they belong to.
+TEST(SdccCdb, EveryLineIsAnInstructionAndEveryCommentOfTheListingIsALine) {
+  for (const char* name : {"counters", "recursion", "structs", "timer", "arithmetic", "strings",
+                           "pointers", "modules", "longnames"}) {
+    const ParsedProgram program = ParseProgram(name);
+    ASSERT_TRUE(std::ranges::is_sorted(program.lines, {}, &LineEntry::address)) << name;
+    LineTable table;
+    table.Assign(program.lines, program.files);
+    std::set<base::Address> instructions;
+    for (const std::string& file : program.files) {
+      if (!file.ends_with(".c")) continue;
+      const std::string listing =
+          base::ReadFile(kPrograms + file.substr(0, file.size() - 2) + ".rst").text;
+      ASSERT_FALSE(listing.empty()) << file;
+      LineReader reader(listing);
+      std::uint32_t comment_line = 0;
+      while (const auto line = reader.Next()) {
+        const std::string_view comment = Columns(*line, 32);
+        if (comment.starts_with(";" + file + ":")) {
+          comment_line = LeadingDecimal(comment.substr(file.size() + 2)).value_or(0);
+        }
+        if (At(*line, 22) != '[') continue;
+        const base::Address address = *LeadingHex(Columns(*line, 3, 4));
+        instructions.insert(address);
+        if (comment_line == 0) continue;
+        const auto shown = table.LineForAddress(address);
+        ASSERT_TRUE(shown) << name << std::hex << address;
+        EXPECT_EQ(shown->line, comment_line) << name << " at " << std::hex << address;
+        EXPECT_EQ(FileName(program.files, shown->file), file);
+      }
+    }
+    for (const LineEntry& entry : program.lines) {
+      EXPECT_TRUE(instructions.contains(entry.address)) << name << std::hex << entry.address;
+    }
+  }
+}
+
+TEST(SdccCdb, StaticNamesOfTwoModulesCanBeToldApart) {
+  const ParsedProgram program = ParseProgram("modules");
+  SymbolTable table;
+  table.Assign(program.symbols);
+  const auto first = table.FindSymbolAddress("modules.scale");
+  const auto second = table.FindSymbolAddress("modules_other.scale");
+  ASSERT_TRUE(first && second);
+  EXPECT_NE(*first, *second);
+  EXPECT_EQ(table.FindSymbolAddress("scale"), first) << "the plain name means the first";
+  EXPECT_EQ(table.FindSymbolName(*second), "_scale") << "and is what code shows";
+  EXPECT_EQ(table.FindSymbol("modules_other.factor")->size, 1);
+}
+
+TEST(SdccCdb, NamesAreNotCutAndTheMapAddsWhatIsMissing) {
+  const ParsedProgram program = ParseProgram("longnames");
+  const Symbol* first =
+      Find(program, "_a_counter_with_a_name_that_is_longer_than_any_map_shows_it_first");
+  const Symbol* second =
+      Find(program, "_a_counter_with_a_name_that_is_longer_than_any_map_shows_it_second");
+  ASSERT_TRUE(first != nullptr && second != nullptr);
+  EXPECT_NE(first->address, second->address);
+  EXPECT_EQ(Find(program, "_a_counter_with_a_name_that_is_l"), nullptr);
+  EXPECT_NE(Find(ParseProgram("arithmetic"), "__mulint"), nullptr) << "a library function";
+  EXPECT_EQ(Find(program, "s_CSEG"), nullptr);
+}
+
+TEST(SdccCdb, AssemblerProgramHasItsLinesAndGlobals) {
+  const ParsedProgram program = ParseProgram("assembler");
+  EXPECT_EQ(program.files, std::vector<std::string>{"assembler.asm"});
+  EXPECT_EQ(program.lines.front().line, 12U);
+  EXPECT_EQ(Find(program, "done")->address, 0x8029U);
+  EXPECT_EQ(Find(program, "smaller"), nullptr) << "local labels are in no output of the linker";
+}
+
+TEST(SdccCdb, AssemblerLinesAppearOnlyOutsideFunctionsWithLinesOfC) {
+  const std::string text =
+      "L:A$m$5:8000\nL:A$m$9:8010\nL:C$m.c$3$1_0$1:8010\nL:G$f$0$0:8010\nL:A$m$10:8012\n"
+      "L:XG$f$0$0:8012\nL:A$m$12:8014\nL:G$g$0$0:8020\nL:A$m$20:8020\nL:XG$g$0$0:8024\n";
+  EXPECT_EQ(LinesText(ParseText(text)), "8000 m.asm:5\n8010 m.c:3\n8014 m.asm:12\n8020 m.asm:20\n");
+}
+
+TEST(SdccCdb, FunctionOnOneLineGetsThatLineAtItsStart) {
+  const std::string text =
+      "L:C$m.c$1$1_0$1:8000\nL:G$f$0$0:8000\nL:XG$f$0$0:8002\nL:Fm$g$0$0:8003\n"
+      "L:C$m.c$2$1_0$1:8009\nL:XFm$g$0$0:8009\n";
+  EXPECT_EQ(LinesText(ParseText(text)), "8000 m.c:1\n8003 m.c:2\n8009 m.c:2\n");
+}
+
+TEST(SdccCdb, LastOfManyLinesAtOneAddressIsShownAndAllAreFound) {
+  const ParsedProgram program = ParseText(
+      "L:C$m.c$9$1_0$1:8008\nL:C$m.c$5$1_0$1:8000\nL:C$m.c$6$1_0$1:8000\nL:C$m.c$7$1_0$1:8000\n");
+  LineTable table;
+  table.Assign(program.lines, program.files);
+  EXPECT_EQ(table.LineForAddress(0x8000)->line, 7U);
+  EXPECT_EQ(table.LineForAddress(0x8004)->line, 7U);
+  EXPECT_EQ(table.LineForExactAddress(0x8000)->line, 5U);
+  for (std::uint32_t line = 5; line <= 7; ++line) EXPECT_EQ(table.AddressForLine(line, 0), 0x8000U);
+}
+
+TEST(SdccCdb, LocalsWithAddressesAreNamedByTheirFunction) {
+  const ParsedProgram program = ParseText(
+      "M:m\nS:Lm.f$i$1_0$5({2}SI:S),R,0,0,[]\nS:Lm.f$n$1_0$5({1}SC:U),F,0,0\n"
+      "S:Lm.f$n$2_0$6({2}SI:U),F,0,0\nS:Lm.f$t$1_0$5({3}DA3d,SC:U),B,1,-3\n"
+      "L:Lm.f$n$1_0$5:80\nL:Lm.f$n$2_0$6:81\n");
+  EXPECT_EQ(SymbolsText(program), "_f.n 0080\n_f.n 0081\n")
+      << "locals in registers or on the stack have no address";
+  EXPECT_EQ(program.symbols[0].size, 1);
+  EXPECT_EQ(program.symbols[1].type, "unsigned int");
+}
+
+TEST(SdccCdb, FileWithAddressesAloneStillGivesItsSymbols) {
+  const ParsedProgram program =
+      ParseText("L:G$main$0$0:8036\nL:Smain$main$20:803E\nL:XG$main$0$0:8040\nL:G$x$0_0$0:90\n");
+  EXPECT_EQ(SymbolsText(program), "_main 8036\n_x 0090\n");
+  EXPECT_TRUE(program.lines.empty());
+  EXPECT_FALSE(ParseText("M:main\nS:G$x$0_0$0({1}SC:U),F,0,0\n").problem.empty());
+}
+
+TEST(SdccCdb, MalformedRecordsArePassedOver) {
+  const char* const bad[] = {"L:",
+                             "L:G$",
+                             "L:G$x",
+                             "L:G$x$0$0:",
+                             "L:G$x$0$0:XY",
+                             "L:C$m.c$:80",
+                             "L:C$m.c$0$1_0:80",
+                             "L:A$m:80",
+                             "L:Lm$x$0$0:1",
+                             "L:Q$x$0$0:10",
+                             "S:G$x$0_0$0({",
+                             "S:G$x({1",
+                             "T:F[",
+                             "M",
+                             ":",
+                             "L:XG:80"};
+  for (const char* record : bad) {
+    const ParsedProgram program = ParseText(std::string(record) + "\nL:G$ok$0$0:10\n");
+    EXPECT_EQ(SymbolsText(program), "_ok 0010\n") << record;
+    EXPECT_TRUE(program.lines.empty()) << record;
+  }
+}
+
+}  // namespace
+}  // namespace brevant::symbols
