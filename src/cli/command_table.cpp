@@ -43,6 +43,8 @@ constexpr Command kCommands[] = {
     {"stop", "", 0, 0, kAlways, Stop, "stop the running target with a break signal"},
     {"wait", "", 0, 0, kAlways, Wait, "wait for a stop"},
     {"nstep", "N", 1, 1, kStopped, NStep, "N-step until N steps are exceeded, or a breakpoint"},
+    {"trace", "N", 1, 1, kStopped, Trace,
+     "run N instructions, show the last 128 and write trace.txt"},
     {"mass-erase", "", 0, 0, kStopped, MassErase, "erase all flash"},
     {"erase", "FROM TO", 2, 2, kStopped, Erase, "erase the flash pages of a range"},
     {"program", "FILE [noverify]", 1, 2, kStopped, Program, "program S-records into erased flash"},

@@ -32,6 +32,7 @@ Result Run(Session& session, Arguments arguments);
 Result Stop(Session& session, Arguments arguments);
 Result Wait(Session& session, Arguments arguments);
 Result NStep(Session& session, Arguments arguments);
+Result Trace(Session& session, Arguments arguments);
 
 // commands_image.cpp: programs and files.
 Result Load(Session& session, Arguments arguments);

@@ -131,4 +131,23 @@ Result NStep(Session& session, Arguments arguments) {
   return AwaitStop(session);
 }
 
+Result Trace(Session& session, Arguments arguments) {
+  const auto count = ParseCount(arguments[0], kMostSteps);
+  if (!count.ok()) return UsageError(count.error);
+  control::Trace& trace = session.debugger().trace;
+  trace.Start(count.value);
+  const Session::WaitEnd end = session.WaitForStop([&trace] { return trace.steps(); });
+  if (end == Session::WaitEnd::LinkLost) return LinkLost();
+  if (end != Session::WaitEnd::Stopped) {
+    const std::string why = end == Session::WaitEnd::Interrupted ? "interrupted" : "no step ended";
+    trace.Stop();
+    if (session.debugger().Busy()) return GiveUpWaiting(session, why, ExitStatus::NoAnswer);
+    return Failure(ExitStatus::Failed, why);
+  }
+  Result result;
+  result.text = trace.LogText();
+  result.fields = {{"steps", trace.steps()}, {"log", trace.LogPath()}, {"text", trace.LogText()}};
+  return result;
+}
+
 }  // namespace brevant::cli

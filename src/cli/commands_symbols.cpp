@@ -85,7 +85,8 @@ Result Lookup(Session& session, Arguments arguments) {
   for (const symbols::Symbol& symbol : table.symbols()) {
     if (symbol.address != *address || symbol.name != name) continue;
     if (!symbol.type.empty()) {
-      result.text += fmt::format(" {} ({} bytes)", symbol.type, symbol.size);
+      result.text += ' ' + symbol.type;
+      if (symbol.size > 0) result.text += fmt::format(" ({} bytes)", symbol.size);
       result.fields.update({{"type", symbol.type}, {"size", symbol.size}});
     }
     break;

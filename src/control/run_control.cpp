@@ -15,7 +15,7 @@ using link::PollWait;
 
 constexpr int kStepWaitMs = 2;
 constexpr int kRunToAddressWaitMs = 20;
-constexpr int kRunCancelMs = 2;
+constexpr int kSettleMs = 2;
 constexpr int kFallThroughSlot = 0, kBranchSlot = 1;
 
 }  // namespace
@@ -151,6 +151,8 @@ void RunControl::StartRunning() {
 
 StopResult RunControl::Stop() {
   if (monitor_.LinkError()) return StopResult::LinkLost;
+  // For 11 bit times after its echo a break cancels RUN instead of reaching the program.
+  monitor_.link().WaitMs(kSettleMs);
   if (state_.WaitingForBreak && HasStopped(PollWait::None)) {
     // It stopped by itself since the last tick; a break signal would now reach the monitor instead
     // of the program.
@@ -163,11 +165,12 @@ StopResult RunControl::Stop() {
     return monitor_.LinkError() ? StopResult::LinkLost : StopResult::Stopped;
   }
 
-  // For 11 bit times after its echo a break cancels RUN instead of reaching the program.
-  monitor_.link().WaitMs(kRunCancelMs);
   if (!monitor_.link().SendBreak()) {
     return monitor_.link().PortError().empty() ? StopResult::NoAnswer : StopResult::LinkLost;
   }
+  // A program that stopped by itself just before leaves the monitor's echo of the break on its way.
+  monitor_.link().WaitMs(kSettleMs);
+  monitor_.link().DiscardInput();
   monitor_.link().BreakPollState = 0;
   breakpoints_.DisarmBreakModule();
   state_.WaitingForBreak = false;

@@ -45,8 +45,10 @@ void Trace::Command() {
   }
 }
 
-void Trace::Start() {
+void Trace::Start(long limit) {
   state_.RunMode = Mode::Tracing;
+  steps_ = 0;
+  limit_ = limit;
   ring_.Clear();
   open_record_.reset();
   indication_.ShowTracing(true);
@@ -62,7 +64,8 @@ void Trace::Advance() {
   }
   for (int i = 0; i < kStepsPerTick; ++i) {
     const TraceRecord* last = ring_.Last();
-    if (last != nullptr && breakpoints_.Has(last->address)) {
+    const bool at_breakpoint = last != nullptr && breakpoints_.Has(last->address);
+    if (at_breakpoint || (limit_ > 0 && steps_ >= limit_)) {
       workspace_.SendCommand(kTraceCommand);
       return;
     }
@@ -90,6 +93,7 @@ void Trace::FinishRecord() {
   record.A = frame_.A;
   record.CCR = frame_.CCR;
   ring_.Add(record);
+  ++steps_;
   open_record_.reset();
 }
 

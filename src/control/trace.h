@@ -43,7 +43,10 @@ class Trace final : public BackgroundOperation {
 
   // The toolbar button: starts when idle, stops when tracing, does nothing in another run mode.
   void Command();
-  void Start();
+  // With a limit tracing stops by itself after that many steps; 0 is none.
+  void Start(long limit = 0);
+  // Made since tracing was started last.
+  long steps() const { return steps_; }
   // Writes the log, replacing the previous one, and shows it.
   void Stop();
   // One tick.
@@ -64,6 +67,8 @@ class Trace final : public BackgroundOperation {
   RunIndication& indication_;
   TraceFiles files_;
   TraceRing ring_;
+  long steps_ = 0;
+  long limit_ = 0;
   // The step under way; waits for the timer when its break byte is late.
   std::optional<TraceRecord> open_record_;
 };

@@ -32,7 +32,13 @@ Debugger::Debugger(const Surroundings& surroundings)
       loader(monitor, frame, breakpoints, debug_info, start_address, macros, settings,
              surroundings.ui, {.refresh_after_stop = [this] { RefreshAfterStop(); }}),
       flash(FlashSurroundingsOfThis()),
-      file_programmer(FlashSurroundingsOfThis()) {}
+      file_programmer(FlashSurroundingsOfThis()) {
+  for (const control::Mode mode :
+       {control::Mode::FlashShort, control::Mode::MassErase, control::Mode::EraseRange}) {
+    run_control.SetBackgroundOperation(mode, &flash);
+  }
+  run_control.SetBackgroundOperation(control::Mode::FileProgramming, &file_programmer);
+}
 
 link::ConnectResult Debugger::Start(OtherCodes other_codes) {
   link::ConnectResult result = connector.Connect();
