@@ -53,8 +53,10 @@ Loader::Loader(link::Monitor& monitor, control::RegisterFrame& frame,
                StartAddress& start, MacroRunner& macros, base::SettingsFile& settings,
                base::UserInterface& ui, LoadSteps steps)
     : monitor_(monitor),
+      frame_(frame),
       breakpoints_(breakpoints),
       debug_info_(debug_info),
+      start_(start),
       macros_(macros),
       settings_(settings),
       ui_(ui),
@@ -89,6 +91,7 @@ LoadResult Loader::LoadImage(const std::string& path) {
     debug_info_.DebugInfoLoaded = false;
   } else {
     result.debug_info_detail = ImportDebugInfo(path);
+    IgnoreEntryOfSdcc(result.report);
     Do(steps_.load_watch_configuration, symbols::CompanionPath(path, kWatchExtension));
   }
   ui_.SetTitle(path);
@@ -152,6 +155,16 @@ std::string Loader::ImportDebugInfo(const std::string& path) {
   }
   if (IsCCompiler(debug_info_.tool_chain)) Do(steps_.reset_source_view);
   return result.detail;
+}
+
+// The end record of SDCC's linker always says 0000, where no program can be: the program starts at
+// its reset vector.
+void Loader::IgnoreEntryOfSdcc(ReadReport& report) {
+  if (debug_info_.tool_chain != symbols::ToolChain::Sdcc || report.entry != base::Address{0})
+    return;
+  report.entry.reset();
+  start_.EntryFromImage = false;
+  frame_.LoadResetPC();
 }
 
 bool Loader::SwitchToolChain(const std::string& path) {

@@ -71,11 +71,14 @@ class Loader {
   void TellAbout(const std::string& path, const ReadReport& report);
   std::string ImportDebugInfo(const std::string& path);
   symbols::ImportResult Import(const std::string& path);
+  void IgnoreEntryOfSdcc(ReadReport& report);
   bool SwitchToolChain(const std::string& path);
 
   link::Monitor& monitor_;
+  control::RegisterFrame& frame_;
   control::BreakpointTable& breakpoints_;
   symbols::DebugInfo& debug_info_;
+  StartAddress& start_;
   MacroRunner& macros_;
   base::SettingsFile& settings_;
   base::UserInterface& ui_;

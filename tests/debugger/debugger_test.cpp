@@ -1,0 +1,104 @@
+// SPDX-License-Identifier: MIT
+#include "debugger/debugger.h"
+
+#include <gtest/gtest.h>
+
+#include "debugger/bench.h"
+#include "debugger/start_up_program.h"
+
+namespace brevant::debugger {
+namespace {
+
+constexpr std::uint8_t kEndless[] = {0x20, 0xFE};  // BRA to itself
+
+TEST(Debugger, StartUpLeavesItsProgramInRamAndTheFrameRead) {
+  Bench bench;
+  ASSERT_EQ(bench.debugger.Start(), link::ConnectResult::Connected);
+  EXPECT_TRUE(bench.debugger.security_passed);
+  EXPECT_EQ(bench.debugger.frame.ProgramSP(), 0x00FFu);
+  std::vector<std::uint8_t> ram(kStartUpProgram.size());
+  bench.debugger.monitor.ReadBlockBytes(ram, kStartUpProgramAddress);
+  EXPECT_TRUE(std::equal(ram.begin(), ram.end(), kStartUpProgram.begin()));
+}
+
+TEST(Debugger, TriesOtherCodesOnlyWhenAsked) {
+  Bench bench;
+  bench.settings.Override(base::keys::kRecentSecurity, "0011223344556677", 0);
+  bench.debugger.connector.SetSessionCode({});
+  EXPECT_EQ(bench.debugger.Start(), link::ConnectResult::SecurityNotPassed);
+  EXPECT_FALSE(bench.debugger.security_passed);
+  EXPECT_EQ(bench.debugger.Start(OtherCodes::Try), link::ConnectResult::Connected);
+  EXPECT_EQ(bench.debugger.connector.session_code(), link::kBlankSecurityCode);
+  bench.debugger.Reset();
+  EXPECT_TRUE(bench.debugger.security_passed);
+}
+
+// The image's entry address wins over the macro's PC, which wins over the reset vector.
+TEST(Debugger, AResetChoosesTheProgramCounter) {
+  Bench bench;
+  Debugger& debugger = bench.debugger;
+  bench.target.board().Load(0xFFFE, std::vector<std::uint8_t>{0x90, 0x12});
+  ASSERT_EQ(debugger.Start(), link::ConnectResult::Connected);
+  EXPECT_EQ(debugger.frame.PC, 0x9012u);
+  const auto pc_after_reset = [&] {
+    debugger.Reset();
+    EXPECT_EQ(debugger.frame.PC, debugger.frame.ReadFramePC());
+    return debugger.frame.PC;
+  };
+  EXPECT_EQ(pc_after_reset(), 0x9012u);
+  debugger.start_address.PcFromMacro = true;
+  debugger.start_address.MacroPc = 0x8111;
+  EXPECT_EQ(pc_after_reset(), 0x8111u);
+  debugger.start_address.EntryFromImage = true;
+  debugger.start_address.LoadEntryAddress = 0x0100;
+  EXPECT_EQ(pc_after_reset(), 0x0100u);
+}
+
+TEST(Debugger, AResetTakesARunningTargetBack) {
+  Bench bench;
+  Debugger& debugger = bench.debugger;
+  ASSERT_EQ(debugger.Start(), link::ConnectResult::Connected);
+  debugger.monitor.WriteBlock(0x0090, kEndless);
+  debugger.frame.WriteProgramCounter(debugger.frame.PC = 0x0090);
+  debugger.run_control.Go();
+  debugger.Tick();
+  EXPECT_TRUE(debugger.Busy());
+  debugger.Reset();
+  EXPECT_FALSE(debugger.Busy());
+  EXPECT_FALSE(debugger.run_state.RunningShown);
+  debugger.frame.ReadRegisters();
+  EXPECT_EQ(debugger.frame.ProgramSP(), 0x00FFu);
+  EXPECT_FALSE(debugger.monitor.LinkError());
+}
+
+// The code in flash changes with every erase and every programmed vector; a reset that sent the old
+// one would lock the user out of the flash.
+TEST(Debugger, ResetsSendTheCodeThatFlashHoldsNow) {
+  Bench bench;
+  Debugger& debugger = bench.debugger;
+  ASSERT_EQ(debugger.Start(), link::ConnectResult::Connected);
+  ASSERT_TRUE(debugger.flash.ProgramIrqVector());
+  ASSERT_TRUE(bench.Settle());
+  EXPECT_TRUE(debugger.security_passed);
+  EXPECT_EQ(debugger.monitor.ReadWord(0xFFFA), 0xFE27u);
+  ASSERT_TRUE(debugger.flash.MassEraseCommand());
+  ASSERT_TRUE(bench.Settle());
+  EXPECT_TRUE(debugger.security_passed);
+  EXPECT_EQ(debugger.monitor.ReadWord(0xFFFA), 0xFFFFu);
+}
+
+TEST(Debugger, ALostLinkIsLeftByConnectingAgain) {
+  Bench bench;
+  Debugger& debugger = bench.debugger;
+  ASSERT_EQ(debugger.Start(), link::ConnectResult::Connected);
+  bench.target.SetFaultPlan({{simulator::FaultKind::CutLine, 0}});
+  debugger.Reset();
+  EXPECT_TRUE(debugger.monitor.LinkError());
+  EXPECT_FALSE(IsConnected(debugger.Restart()));
+  bench.target.SetFaultPlan({});
+  EXPECT_EQ(debugger.Restart(), link::ConnectResult::Connected);
+  EXPECT_EQ(debugger.frame.ProgramSP(), 0x00FFu);
+}
+
+}  // namespace
+}  // namespace brevant::debugger
