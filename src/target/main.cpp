@@ -13,6 +13,7 @@
 #include <system_error>
 
 #include "base/files.h"
+#include "simulator/demo_firmware.h"
 #include "target/board_server.h"
 #include "target/pseudo_terminal.h"
 #include "target/srecord_file.h"
@@ -28,6 +29,7 @@ struct Options {
   std::string pace = "wire";
   std::string device = "gp32";
   std::string flash;
+  bool demo = false;
   std::string link;
 };
 
@@ -40,23 +42,32 @@ void AddOptions(CLI::App& app, Options& options) {
   app.add_option("-d,--device", options.device, "MC68HC908GP32 or MC68HC908QL")
       ->check(CLI::IsMember({"gp32", "ql"}))
       ->capture_default_str();
-  app.add_option("--flash", options.flash, "S-record file that is in the flash at power-up");
+  CLI::Option* flash =
+      app.add_option("--flash", options.flash, "S-record file that is in the flash at power-up");
+  app.add_flag("--demo", options.demo, "the demo program is in the flash at power-up")
+      ->excludes(flash);
   app.add_option("--link", options.link, "symbolic link to make to the device, removed at the end");
 }
 
-bool LoadFlash(const std::string& path, Board& board) {
-  const brevant::base::FileText file = brevant::base::ReadFile(path);
-  if (!file.ok()) {
-    std::cerr << "brevant-target: " << path << ": " << file.error << '\n';
-    return false;
-  }
-  const brevant::target::SRecords records = brevant::target::ParseSRecords(file.text);
+bool LoadRecords(std::string_view text, const std::string& name, Board& board) {
+  const brevant::target::SRecords records = brevant::target::ParseSRecords(text);
   if (!records.error.empty()) {
-    std::cerr << "brevant-target: " << path << ": " << records.error << '\n';
+    std::cerr << "brevant-target: " << name << ": " << records.error << '\n';
     return false;
   }
   for (const auto& segment : records.segments) board.Load(segment.address, segment.bytes);
   return true;
+}
+
+bool FillFlash(const Options& options, Board& board) {
+  if (options.demo) return LoadRecords(brevant::simulator::DemoFirmware(), "demo program", board);
+  if (options.flash.empty()) return true;
+  const brevant::base::FileText file = brevant::base::ReadFile(options.flash);
+  if (!file.ok()) {
+    std::cerr << "brevant-target: " << options.flash << ": " << file.error << '\n';
+    return false;
+  }
+  return LoadRecords(file.text, options.flash, board);
 }
 
 // A symbolic link to the device for as long as the object lives. An older link is replaced;
@@ -102,7 +113,7 @@ int Run(const Options& options) {
   using brevant::simulator::kCyclesPerBit;
   Board board(options.device == "ql" ? brevant::simulator::Ql() : brevant::simulator::Gp32(),
               options.pace == "bus" ? 0 : kCyclesPerBit);
-  if (!options.flash.empty() && !LoadFlash(options.flash, board)) return kFile;
+  if (!FillFlash(options, board)) return kFile;
 
   const int stop = StopDescriptor();
   brevant::target::PseudoTerminal terminal;
