@@ -470,9 +470,9 @@ requires(R::kMode == Mode::Illegal) BREVANT_ALWAYS_INLINE Exit Step(Core&) {
   return Exit::IllegalOpcode;
 }
 
-#define BREVANT_OPCODE(n, paged)                                                      \
-  case (n):                                                                           \
-    if (const Exit exit = Step<Row<n, paged>>(c); exit != Exit::Horizon) return exit; \
+#define BREVANT_OPCODE(n, paged)                                                          \
+  case (n):                                                                               \
+    if (const Exit exit = Step<Row<(n), (paged)>>(c); exit != Exit::Horizon) return exit; \
     break;
 // Row 9 of the main map has the page prefix in place of xE.
 #define BREVANT_OPCODES_BUT_E(high, paged) \

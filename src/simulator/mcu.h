@@ -9,6 +9,7 @@
 #pragma once
 
 #include <cstdint>
+#include <vector>
 
 #include "simulator/bus.h"
 #include "simulator/cpu.h"
