@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: MIT
+#include "gui/application.h"
+
+#include "gui/connect_dialog.h"
+#include "gui/window_layout.h"
+#include "link/native/serial_devices.h"
+
+namespace brevant::gui {
+namespace {
+
+constexpr int kTickMs = 10;
+
+}  // namespace
+
+bool Application::Start() {
+  const Options& options = session_.options;
+  if (!options.connect &&
+      !AskForConnection(nullptr, session_.settings, session_.ui, link::FindSerialDevices(),
+                        options.version)) {
+    return false;
+  }
+  window_ = std::make_unique<MainWindow>(session_);
+  RestoreLayout(*window_, session_.settings);
+  if (!session_.Connect()) return false;
+  window_->show();
+  window_->Refresh();
+  if (!session_.notice().empty()) window_->status().ShowNotice(session_.notice());
+  QObject::connect(&timer_, &QTimer::timeout, window_.get(), [this] { window_->Tick(); });
+  timer_.setTimerType(Qt::PreciseTimer);
+  timer_.start(kTickMs);
+  if (!options.image.empty()) window_->LoadFile(options.image);
+  return true;
+}
+
+}  // namespace brevant::gui

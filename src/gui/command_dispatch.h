@@ -1,0 +1,30 @@
+// SPDX-License-Identifier: MIT
+// Where every command arrives, whether from a menu, a button, a key or the engine itself: a table
+// from ids to what they do. Whether a command may run is said by its row in the shell.
+#pragma once
+
+#include <string>
+
+#include "gui/commands.h"
+
+namespace brevant::gui {
+
+class CommandDispatch {
+ public:
+  CommandDispatch(Session& session, MainWindow& window) : context_{session, window} {}
+
+  // From the user. Ignored while another command is under way.
+  void Send(int id);
+  // A file that was dropped on the window or named at start-up.
+  void LoadFile(const std::string& path);
+  // From within a command.
+  void Carry(int id);
+
+ private:
+  template <typename Work>
+  void Enter(const Work& work);
+
+  CommandContext context_;
+};
+
+}  // namespace brevant::gui

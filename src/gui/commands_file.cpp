@@ -1,0 +1,91 @@
+// SPDX-License-Identifier: MIT
+// Commands of the File menu.
+#include <filesystem>
+
+#include "base/files.h"
+#include "gui/commands.h"
+#include "gui/file_dialogs.h"
+#include "gui/main_window.h"
+#include "gui/session.h"
+#include "symbols/symbol_file.h"
+
+namespace brevant::gui {
+namespace {
+
+std::optional<std::string> Choose(const CommandContext& context, shell::Chooser chooser,
+                                  const std::string& start) {
+  return ChooseFile(
+      &context.window,
+      shell::PrepareChooser(chooser, start, context.session.debugger.debug_info.tool_chain,
+                            std::filesystem::current_path().string()));
+}
+
+bool LoadCurrent(const CommandContext& context) {
+  Session& session = context.session;
+  const images::LoadResult result =
+      session.debugger.loader.LoadImage(session.recent_files.current());
+  // Also after a part of it: lines may show what was there before.
+  session.program_views.RefreshProgramWindows();
+  if (result.outcome == images::LoadOutcome::Loaded && session.debugger.debug_info.DebugInfoLoaded) {
+    context.window.status().ShowNotice(result.debug_info_detail);
+  }
+  return result.outcome == images::LoadOutcome::Loaded;
+}
+
+}  // namespace
+
+void LoadChosenImage(const CommandContext& context) {
+  const auto path =
+      Choose(context, shell::Chooser::Image, context.session.recent_files.current());
+  if (path) LoadImageFile(context, *path);
+}
+
+void LoadImageFile(const CommandContext& context, const std::string& path) {
+  Session& session = context.session;
+  if (!shell::FileChooser::Accepts(path)) {
+    session.ui.ShowMessage({"The path is longer than 99 characters:\n" + path, "Error Message",
+                            base::Icon::Warning});
+    return;
+  }
+  session.recent_files.AddChosen(path);
+  if (!LoadCurrent(context)) return;
+  session.recent_files.StoreAll(session.settings);
+  context.window.menus().ShowRecentFiles(session.recent_files);
+}
+
+void LoadRecentFile(const CommandContext& context, int index) {
+  Session& session = context.session;
+  session.recent_files.MoveToFront(index);
+  LoadCurrent(context);
+  if (index == 0) return;
+  session.recent_files.StoreUpTo(session.settings, index);
+  context.window.menus().ShowRecentFiles(session.recent_files);
+}
+
+void RunChosenMacro(const CommandContext& context) {
+  Session& session = context.session;
+  const auto path =
+      Choose(context, shell::Chooser::MacroFile, session.debugger.macros.LastMacroFile());
+  if (!path) return;
+  session.debugger.macros.RunOnDemand(*path);
+  session.debugger.RefreshAfterStop();
+  session.program_views.RefreshProgramWindows();
+}
+
+void LoadChosenSymbols(const CommandContext& context) {
+  Session& session = context.session;
+  if (const auto path = Choose(context, shell::Chooser::SymbolFile, "")) {
+    const std::string start = session.settings.String(base::keys::kSymbolTableStart);
+    if (const base::FileText file = base::ReadFile(*path); !file.ok()) {
+      session.ui.ShowMessage(
+          {*path + "\ncan not be read: " + file.error, "Error Message", base::Icon::Error});
+    } else if (!symbols::LoadSymbolFile(*path, start, session.debugger.debug_info)) {
+      session.ui.ShowMessage({*path + "\nholds no symbols.", "Information",
+                              base::Icon::Information});
+    }
+  }
+  session.debugger.RefreshAfterStop();
+  session.program_views.RefreshProgramWindows();
+}
+
+}  // namespace brevant::gui

@@ -1,0 +1,128 @@
+// SPDX-License-Identifier: MIT
+// Commands of the popup menu of the program windows. They act on the one that was active last.
+#include "gui/commands.h"
+#include "gui/edit_dialogs.h"
+#include "gui/main_window.h"
+#include "gui/session.h"
+#include "views/breakpoint_list.h"
+#include "views/instruction_editor.h"
+
+namespace brevant::gui {
+namespace {
+
+// The view to act on; nullptr when none is open or the popup commands are refused.
+views::ProgramView* Allowed(const CommandContext& context) {
+  const views::ProgramViews& views = context.session.program_views;
+  views::ProgramView* const view = views.main();
+  return view != nullptr && views::ProgramMenu::Allowed(views, *view) ? view : nullptr;
+}
+
+std::optional<base::Address> AskForSymbol(const CommandContext& context, const char* title) {
+  Session& session = context.session;
+  views::SymbolPrompt prompt(title, session.debugger.debug_info, session.ui);
+  std::optional<base::Address> address;
+  const EditRequest request{.title = prompt.title(),
+                            .max_length = views::SymbolPrompt::kMaxLength,
+                            .choices = prompt.Choices()};
+  AskForText(&context.window, context.window.view_font(), request, [&](std::string_view text) {
+    address = prompt.Accept(text);
+    return address.has_value();
+  });
+  return address;
+}
+
+std::optional<base::Address> AskForAddress(const CommandContext& context, const char* title) {
+  views::AddressPrompt prompt(title, context.session.addresses, context.session.ui);
+  std::optional<base::Address> address;
+  const EditRequest request{.title = prompt.title(),
+                            .text = prompt.InitialText(),
+                            .max_length = views::AddressPrompt::kMaxLength,
+                            .choices = prompt.Choices()};
+  AskForText(&context.window, context.window.view_font(), request, [&](std::string_view text) {
+    address = prompt.Accept(text);
+    return address.has_value();
+  });
+  return address;
+}
+
+}  // namespace
+
+void PopupRunToCursor(const CommandContext& context) {
+  if (Allowed(context) != nullptr) context.session.program_menu.RunToCursor();
+}
+
+void PopupRunToLabel(const CommandContext& context) {
+  if (Allowed(context) == nullptr) return;
+  if (const auto address = AskForSymbol(context, views::prompt_titles::kRunTo)) {
+    context.session.program_menu.RunToLabel(*address);
+  }
+}
+
+void PopupEdit(const CommandContext& context) {
+  const views::ProgramView* const view = Allowed(context);
+  const auto line = view != nullptr ? view->CursorLine() : std::nullopt;
+  if (!line) return;
+  Session& session = context.session;
+  views::InstructionEditor editor(*line, session.debugger.monitor,
+                                  session.debugger.debug_info.SymbolTable, session.ui);
+  const EditRequest request{.title = editor.Title(),
+                            .text = editor.initial_text(),
+                            .max_length = views::InstructionEditor::kMaxLength};
+  AskForText(&context.window, context.window.view_font(), request,
+             [&](std::string_view text) { return editor.Accept(text); });
+  session.program_menu.AfterEdit();
+  session.program_views.RefreshProgramWindows();
+}
+
+void PopupGoToBreakpoint(const CommandContext& context) {
+  views::ProgramView* const view = Allowed(context);
+  if (view == nullptr) return;
+  Session& session = context.session;
+  views::BreakpointList list(session.debugger.monitor, session.debugger.breakpoints,
+                             session.debugger.debug_info, session.ui, views::ReadSourceFiles());
+  const auto address = ShowBreakpointList(&context.window, context.window.view_font(), list);
+  session.program_menu.AfterBreakpointList(*view, list.result(), address.value_or(0));
+}
+
+void PopupGoToAddress(const CommandContext& context) {
+  views::ProgramView* const view = Allowed(context);
+  if (view == nullptr) return;
+  if (const auto address = AskForAddress(context, views::prompt_titles::kGoToAddress)) {
+    view->GoToAddress(*address);
+  }
+}
+
+void PopupGoToSymbol(const CommandContext& context) {
+  views::ProgramView* const view = Allowed(context);
+  if (view == nullptr) return;
+  if (const auto address = AskForSymbol(context, views::prompt_titles::kGoToSymbol)) {
+    view->GoToAddress(*address);
+  }
+}
+
+void PopupGoToPc(const CommandContext& context) {
+  if (views::ProgramView* const view = Allowed(context)) {
+    context.session.program_menu.GoToPc(*view);
+  }
+}
+
+void PopupSetPc(const CommandContext& context) {
+  if (const views::ProgramView* const view = Allowed(context)) {
+    context.session.program_menu.SetPcToCursor(*view);
+  }
+}
+
+void PopupClearBreakpoints(const CommandContext& context) {
+  if (Allowed(context) != nullptr) context.session.program_menu.ClearAllBreakpoints();
+}
+
+void ToggleBreakpoint(const CommandContext& context) {
+  views::ProgramView* const view = context.session.program_views.main();
+  const auto line = view != nullptr ? view->CursorLine() : std::nullopt;
+  if (!line || context.session.program_views.fileIoActive()) return;
+  if (view->ToggleBreakpoint(line->address) != views::Toggled::Refused) {
+    context.session.program_views.RepaintProgramWindows();
+  }
+}
+
+}  // namespace brevant::gui

@@ -1,0 +1,56 @@
+// SPDX-License-Identifier: MIT
+// Commands that run, stop and reset the target.
+#include "control/messages.h"
+#include "gui/commands.h"
+#include "gui/connect_dialog.h"
+#include "gui/main_window.h"
+#include "gui/session.h"
+#include "link/native/serial_devices.h"
+
+namespace brevant::gui {
+
+void Step(const CommandContext& context) {
+  debugger::Debugger& debugger = context.session.debugger;
+  debugger.run_state.StepOver = false;
+  debugger.run_control.StepCommand(true);
+}
+
+void StepOver(const CommandContext& context) {
+  debugger::Debugger& debugger = context.session.debugger;
+  debugger.run_state.StepOver = true;
+  debugger.run_control.StepCommand(true);
+}
+
+void GoOrBreak(const CommandContext& context) {
+  const auto stopped = context.session.debugger.run_control.GoCommand();
+  if (!stopped) return;
+  if (const auto message = control::StopMessage(*stopped)) {
+    context.session.ui.ShowMessage(*message);
+  }
+}
+
+void RunToCursor(const CommandContext& context) {
+  const views::ProgramView* const view = context.session.program_views.main();
+  if (view == nullptr) return;
+  if (const auto line = view->CursorLine()) {
+    context.session.debugger.run_control.RunToCursor(line->address);
+  }
+}
+
+void Reset(const CommandContext& context) {
+  Session& session = context.session;
+  session.ui.SetBusyCursor(true);
+  session.debugger.Reset();
+  session.ui.SetBusyCursor(false);
+  session.program_views.RefreshProgramWindows();
+}
+
+void ReStart(const CommandContext& context) {
+  Session& session = context.session;
+  if (AskForConnection(&context.window, session.settings, session.ui, link::FindSerialDevices(),
+                       session.options.version)) {
+    session.Reconnect();
+  }
+}
+
+}  // namespace brevant::gui

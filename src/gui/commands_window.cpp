@@ -1,0 +1,107 @@
+// SPDX-License-Identifier: MIT
+// Commands of the Configure, Window and Help menus, and the end of the program.
+#include <QMdiArea>
+#include <QMessageBox>
+#include <QTimer>
+
+#include "gui/commands.h"
+#include "gui/edit_dialogs.h"
+#include "gui/main_window.h"
+#include "gui/session.h"
+#include "gui/window_layout.h"
+#include "views/scroll_range.h"
+
+namespace brevant::gui {
+namespace {
+
+// Both states of a checked menu item as the settings keep them.
+constexpr int kChecked = 8;
+
+void TellNotStored(Session& session) {
+  session.ui.ShowMessage({"The settings file " + session.settings.path().string() +
+                              " cannot be written.\n\nGive yourself write permission for the file "
+                              "and its folder.",
+                          "Error Message", base::Icon::Error});
+}
+
+void ToggleFlag(const CommandContext& context, const base::SettingsKey& key, int command) {
+  Session& session = context.session;
+  const int toggled = session.settings.Integer(key) ^ kChecked;
+  if (!session.settings.Store(key, long{toggled})) TellNotStored(session);
+  context.window.menus().SetChecked(command, session.settings.Integer(key) > 0);
+}
+
+}  // namespace
+
+void ToggleRunToMain(const CommandContext& context) {
+  ToggleFlag(context, base::keys::kRunToMain, shell::commands::kRunToMain);
+}
+
+void ToggleSaveOnExit(const CommandContext& context) {
+  ToggleFlag(context, base::keys::kSaveOnExit, shell::commands::kSaveOnExit);
+}
+
+void SetProgramRange(const CommandContext& context) {
+  Session& session = context.session;
+  views::ProgramRangeForm form(session.settings, session.ui);
+  const EditRequest request{.title = views::ProgramRangeForm::kTitle,
+                            .label = views::ProgramRangeForm::kLabel,
+                            .text = form.InitialText(),
+                            .max_length = views::ProgramRangeForm::kMaxLength};
+  AskForText(&context.window, context.window.view_font(), request, [&](std::string_view text) {
+    const auto range = form.Accept(text);
+    if (range) session.program_views.SetRange(*range);
+    return range.has_value();
+  });
+}
+
+void SaveSettings(const CommandContext& context) {
+  if (!StoreLayout(context.window, context.session.settings)) TellNotStored(context.session);
+}
+
+void OpenProgram(const CommandContext& context) {
+  context.window.OpenProgramWindow();
+}
+
+void Tile(const CommandContext& context) {
+  context.window.area().tileSubWindows();
+}
+
+void Cascade(const CommandContext& context) {
+  context.window.area().cascadeSubWindows();
+}
+
+void ArrangeIcons(const CommandContext& context) {
+  const QMdiArea& area = context.window.area();
+  int x = 0;
+  int bottom = area.viewport()->height();
+  for (QMdiSubWindow* const child : area.subWindowList()) {
+    if (!child->isMinimized()) continue;
+    if (x > 0 && x + child->width() > area.viewport()->width()) {
+      x = 0;
+      bottom -= child->height();
+    }
+    child->move(x, bottom - child->height());
+    x += child->width();
+  }
+}
+
+void About(const CommandContext& context) {
+  auto* const box = new QMessageBox(
+      QMessageBox::Information, "About Brevant",
+      QString("<b>Brevant %1</b><br>Debugger for MC68HC908 microcontrollers in ROM monitor "
+              "mode.<br><br>MIT licence. Uses Qt %2.")
+          .arg(Text(context.session.options.version), qVersion()),
+      QMessageBox::Ok, &context.window);
+  box->setObjectName("AboutBox");
+  box->setAttribute(Qt::WA_DeleteOnClose);
+  // Not waited for: a running target is looked after meanwhile.
+  box->open();
+}
+
+void Exit(const CommandContext& context) {
+  // Closing is refused while a command is under way, and this is one.
+  QTimer::singleShot(0, &context.window, &QWidget::close);
+}
+
+}  // namespace brevant::gui

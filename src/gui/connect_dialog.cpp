@@ -1,0 +1,196 @@
+// SPDX-License-Identifier: MIT
+#include "gui/connect_dialog.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDialog>
+#include <QGridLayout>
+#include <QGuiApplication>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QScreen>
+#include <QSignalBlocker>
+#include <array>
+
+#include "gui/qt_user_interface.h"
+#include "link/connect_form.h"
+
+namespace brevant::gui {
+namespace {
+
+class ConnectDialog final : public QDialog {
+ public:
+  ConnectDialog(QWidget* parent, base::SettingsFile& settings, base::UserInterface& ui,
+                const std::vector<link::SerialDevice>& found, const std::string& version);
+
+ protected:
+  // "Ok" is the way out, and only when it is meant.
+  void keyPressEvent(QKeyEvent* event) override {
+    const int key = event->key();
+    if (key == Qt::Key_Return || key == Qt::Key_Enter || key == Qt::Key_Escape) return;
+    QDialog::keyPressEvent(event);
+  }
+
+ private:
+  void AddHeading(QGridLayout* layout, const std::string& version);
+  void AddFields(QGridLayout* layout);
+  void ShowForm();
+  void ShowCode();
+  void ShowDevicesBehindPort();
+  void ReadFields();
+  void Accept();
+
+  base::SettingsFile& settings_;
+  base::UserInterface& ui_;
+  const std::vector<link::SerialDevice>& found_;
+  link::ConnectForm form_;
+  std::vector<link::DeviceChoice> device_choices_;
+  QComboBox* devices_ = new QComboBox;
+  QLineEdit* port_ = new QLineEdit;
+  QComboBox* behind_port_ = new QComboBox;
+  QCheckBox* verify_ = new QCheckBox("&Verify security");
+  std::array<QLineEdit*, 8> code_{};
+  QComboBox* select_ = new QComboBox;
+};
+
+ConnectDialog::ConnectDialog(QWidget* parent, base::SettingsFile& settings,
+                             base::UserInterface& ui,
+                             const std::vector<link::SerialDevice>& found,
+                             const std::string& version)
+    : QDialog(parent, Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint),
+      settings_(settings),
+      ui_(ui),
+      found_(found),
+      form_(link::OpenConnectForm(settings, found)) {
+  setObjectName("LookHWDlg");
+  setWindowTitle("Look for hardware");
+  auto* const layout = new QGridLayout(this);
+  AddHeading(layout, version);
+  AddFields(layout);
+  ShowForm();
+  connect(select_, &QComboBox::currentIndexChanged, this, [this] {
+    link::SelectRecentCode(form_, settings_, select_->currentIndex());
+    ShowCode();
+  });
+  connect(port_, &QLineEdit::textChanged, this, [this] { ShowDevicesBehindPort(); });
+  connect(behind_port_, &QComboBox::activated, this, [this](int index) {
+    link::PortChoice* const choice = form_.FindPort(Bytes(port_->text()));
+    if (choice == nullptr) return;
+    *choice = {device_choices_[static_cast<std::size_t>(index)].device, true};
+  });
+}
+
+void ConnectDialog::AddHeading(QGridLayout* layout, const std::string& version) {
+  auto* const heading = new QLabel(
+      QString("<b>Brevant %1</b><br>Debugger for MC68HC908 microcontrollers").arg(Text(version)));
+  heading->setObjectName("product");
+  layout->addWidget(heading, 0, 0, 1, 3);
+}
+
+void ConnectDialog::AddFields(QGridLayout* layout) {
+  const auto label = [layout](int row, const char* text, QWidget* buddy) {
+    auto* const made = new QLabel(text);
+    made->setBuddy(buddy);
+    layout->addWidget(made, row, 0);
+  };
+  devices_->setObjectName("devices");
+  for (const std::string& name : link::DeviceNames()) devices_->addItem(Text(name));
+  label(1, "&Devices", devices_);
+  layout->addWidget(devices_, 1, 1, 1, 2);
+
+  port_->setObjectName("port");
+  label(2, "COM &port", port_);
+  layout->addWidget(port_, 2, 1);
+  verify_->setObjectName("verifySecurity");
+  layout->addWidget(verify_, 2, 2);
+
+  behind_port_->setObjectName("deviceBehindPort");
+  behind_port_->setMinimumContentsLength(34);
+  behind_port_->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+  label(3, "is the p&ort of", behind_port_);
+  layout->addWidget(behind_port_, 3, 1, 1, 2);
+
+  auto* const bytes = new QHBoxLayout;
+  for (std::size_t i = 0; i < code_.size(); ++i) {
+    code_[i] = new QLineEdit;
+    code_[i]->setObjectName(QString("code%1").arg(i));
+    code_[i]->setAccessibleName(QString("Security byte %1").arg(i));
+    code_[i]->setMaxLength(link::kCodeFieldLimit);
+    code_[i]->setFixedWidth(code_[i]->fontMetrics().horizontalAdvance("0000"));
+    bytes->addWidget(code_[i]);
+  }
+  bytes->addStretch(1);
+  label(4, "S&ecurity\nfrom fff6", code_[0]);
+  layout->addLayout(bytes, 4, 1, 1, 2);
+
+  select_->setObjectName("select");
+  label(5, "&Select", select_);
+  layout->addWidget(select_, 5, 1, 1, 2);
+
+  auto* const ok = new QPushButton("Ok");
+  ok->setObjectName("ok");
+  ok->setAutoDefault(false);
+  connect(ok, &QPushButton::clicked, this, [this] { Accept(); });
+  layout->addWidget(ok, 6, 0, 1, 3, Qt::AlignHCenter);
+}
+
+void ConnectDialog::ShowForm() {
+  devices_->setCurrentIndex(form_.device);
+  port_->setMaxLength(std::max(link::kPortFieldLimit, static_cast<int>(form_.port.size())));
+  port_->setText(Text(form_.port));
+  verify_->setChecked(form_.verify_security);
+  for (const std::string& code : form_.recent_codes) select_->addItem(Text(code));
+  ShowCode();
+  ShowDevicesBehindPort();
+}
+
+void ConnectDialog::ShowCode() {
+  for (std::size_t i = 0; i < code_.size(); ++i) code_[i]->setText(Text(form_.code_fields[i]));
+}
+
+void ConnectDialog::ShowDevicesBehindPort() {
+  const QSignalBlocker quiet(behind_port_);
+  behind_port_->clear();
+  const link::PortChoice* const choice = form_.FindPort(Bytes(port_->text()));
+  behind_port_->setEnabled(choice != nullptr);
+  if (choice == nullptr) return;
+  device_choices_ = link::ListDeviceChoices(found_, choice->device);
+  int current = -1;
+  for (const link::DeviceChoice& offered : device_choices_) {
+    if (offered.device == choice->device) current = behind_port_->count();
+    behind_port_->addItem(Text(offered.text));
+  }
+  behind_port_->setPlaceholderText("nothing chosen");
+  behind_port_->setCurrentIndex(current);
+}
+
+void ConnectDialog::ReadFields() {
+  form_.device = devices_->currentIndex();
+  form_.port = Bytes(port_->text());
+  form_.verify_security = verify_->isChecked();
+  for (std::size_t i = 0; i < code_.size(); ++i) form_.code_fields[i] = Bytes(code_[i]->text());
+}
+
+void ConnectDialog::Accept() {
+  ReadFields();
+  if (const auto refusal = link::CommitConnectForm(form_, settings_)) {
+    ui_.ShowMessage(*refusal);
+    return;
+  }
+  accept();
+}
+
+}  // namespace
+
+bool AskForConnection(QWidget* parent, base::SettingsFile& settings, base::UserInterface& ui,
+                      const std::vector<link::SerialDevice>& found, const std::string& version) {
+  ConnectDialog dialog(parent, settings, ui, found, version);
+  dialog.adjustSize();
+  const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
+  dialog.move(screen.center() - dialog.rect().center());
+  return dialog.exec() == QDialog::Accepted;
+}
+
+}  // namespace brevant::gui

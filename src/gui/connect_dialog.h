@@ -1,0 +1,22 @@
+// SPDX-License-Identifier: MIT
+// The "Look for hardware" dialog: device, port and what stands behind it, security code. The form
+// of the link decides what is accepted and stored.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "base/settings_file.h"
+#include "base/user_interface.h"
+#include "link/port_map.h"
+
+class QWidget;
+
+namespace brevant::gui {
+
+// True once "Ok" has been accepted and the settings are stored. False only when the window system
+// closed the dialog: it has no button for that.
+bool AskForConnection(QWidget* parent, base::SettingsFile& settings, base::UserInterface& ui,
+                      const std::vector<link::SerialDevice>& found, const std::string& version);
+
+}  // namespace brevant::gui

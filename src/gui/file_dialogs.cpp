@@ -1,0 +1,49 @@
+// SPDX-License-Identifier: MIT
+#include "gui/file_dialogs.h"
+
+#include <QFileDialog>
+#include <QMessageBox>
+
+#include "gui/qt_user_interface.h"
+
+namespace brevant::gui {
+namespace {
+
+// "S19 file (*.S19) (*.S19 *.s19)": what stands in the last parentheses is the pattern.
+QStringList NameFilters(const shell::FileChooser& chooser) {
+  QStringList filters;
+  for (const shell::FileFilter& filter : chooser.filters) {
+    QStringList patterns;
+    for (const std::string& pattern : shell::BothCases(filter.pattern)) patterns << Text(pattern);
+    filters << Text(filter.description) + " (" + patterns.join(' ') + ')';
+  }
+  return filters;
+}
+
+}  // namespace
+
+std::optional<std::string> ChooseFile(QWidget* parent, const shell::FileChooser& chooser) {
+  QFileDialog dialog(parent, shell::FileChooser::kTitle, Text(chooser.start_directory));
+  dialog.setObjectName("chooser");
+  dialog.setAcceptMode(chooser.kind == shell::ChooserKind::Open ? QFileDialog::AcceptOpen
+                                                                : QFileDialog::AcceptSave);
+  dialog.setFileMode(chooser.must_exist() ? QFileDialog::ExistingFile : QFileDialog::AnyFile);
+  dialog.setOption(QFileDialog::DontConfirmOverwrite,
+                   chooser.kind != shell::ChooserKind::SaveConfirming);
+  dialog.setOption(QFileDialog::HideNameFilterDetails);
+  dialog.setNameFilters(NameFilters(chooser));
+  dialog.setDefaultSuffix(Text(chooser.default_extension));
+  while (dialog.exec() == QDialog::Accepted) {
+    const QStringList chosen = dialog.selectedFiles();
+    if (chosen.isEmpty()) break;
+    std::string path = Bytes(chosen.first());
+    if (shell::FileChooser::Accepts(path)) return path;
+    QMessageBox::warning(parent, "Error Message",
+                         QString("%1\nThe path is longer than %2 characters.")
+                             .arg(chosen.first())
+                             .arg(shell::FileChooser::kMaxPathLength));
+  }
+  return std::nullopt;
+}
+
+}  // namespace brevant::gui

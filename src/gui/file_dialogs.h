@@ -1,0 +1,18 @@
+// SPDX-License-Identifier: MIT
+// The desktop's file dialog for a chooser of the shell.
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "shell/file_choosers.h"
+
+class QWidget;
+
+namespace brevant::gui {
+
+// The chosen path as the engine takes it; nothing when the dialog was cancelled. A path that the
+// chooser does not accept is told, and asked for again.
+std::optional<std::string> ChooseFile(QWidget* parent, const shell::FileChooser& chooser);
+
+}  // namespace brevant::gui

@@ -1,0 +1,83 @@
+// SPDX-License-Identifier: MIT
+// The frame: menus, toolbar, status bar and the windows inside it. It passes on what the user
+// chooses to the dispatch, and repaints.
+#pragma once
+
+#include <QMainWindow>
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "gui/command_dispatch.h"
+#include "gui/child_window.h"
+#include "gui/menus.h"
+#include "gui/program_window.h"
+#include "gui/registers_window.h"
+#include "gui/session.h"
+#include "gui/status_line.h"
+#include "gui/tool_bar.h"
+
+class QMdiArea;
+
+namespace brevant::gui {
+
+class MainWindow final : public QMainWindow, private Screen {
+ public:
+  // Not shown yet, and without windows inside but the registers'.
+  explicit MainWindow(Session& session);
+  ~MainWindow() override;
+
+  // What the user has chosen. Nothing while something else is under way.
+  void Send(int id) { dispatch_.Send(id); }
+  // As if the user had chosen the file in the dialog of "Load".
+  void LoadFile(const std::string& path) { dispatch_.LoadFile(path); }
+  // Every 10 ms.
+  void Tick();
+
+  ChildWindow& OpenProgramWindow();
+  // In the order in which they were opened.
+  std::vector<QMdiSubWindow*> program_children() const;
+  QMdiSubWindow& registers_child() const { return *registers_child_; }
+  RegistersWindow& registers() { return *registers_; }
+  QMdiArea& area() { return *area_; }
+  StatusLine& status() { return *status_; }
+  Menus& menus() { return menus_; }
+  const QFont& view_font() const { return font_; }
+
+  // Lets program windows read what they are to show. The gate is held.
+  void UpdateViews();
+  // Everything that depends on the engine's state is shown anew; nothing is read.
+  void Refresh() override;
+  // Gives the inner area its final size before the frame is shown.
+  void LayOutNow();
+
+ protected:
+  bool event(QEvent* event) override;
+  void closeEvent(QCloseEvent* event) override;
+  void dragEnterEvent(QDragEnterEvent* event) override;
+  void dropEvent(QDropEvent* event) override;
+
+ private:
+  void Carry(int id) override { dispatch_.Carry(id); }
+  void OpenRegisterEditor(char key);
+  void ReloadIfNewer();
+
+  Session& session_;
+  CommandDispatch dispatch_;
+  QFont font_;
+  QMdiArea* area_;
+  StatusLine* status_;
+  Menus menus_;
+  ToolBar* tool_bar_;
+  RegistersWindow* registers_;
+  ChildWindow* registers_child_;
+  std::vector<ProgramWindow*> program_windows_;
+  int ticks_ = 0;
+  // The version of the image that was reloaded last, so that one which cannot be loaded is not
+  // tried again at every activation.
+  std::pair<std::string, std::optional<long long>> reloaded_;
+};
+
+}  // namespace brevant::gui

@@ -1,0 +1,37 @@
+// SPDX-License-Identifier: MIT
+// The menu bar and the popup menu of program windows, made from the command rows. Commands that
+// this version does not carry out are absent, and so are menus without any item.
+#pragma once
+
+#include <QMenu>
+#include <functional>
+#include <map>
+
+#include "shell/command_rows.h"
+#include "shell/recent_files.h"
+
+class QAction;
+class QMenuBar;
+
+namespace brevant::gui {
+
+class Menus {
+ public:
+  // The actions belong to bar's window. send gets the id of what the user chooses.
+  Menus(QMenuBar& bar, std::function<void(int id)> send);
+
+  QMenu* popup() { return &popup_; }
+  void Update(const shell::CommandConditions& conditions);
+  void SetChecked(int id, bool checked);
+  void ShowRecentFiles(const shell::RecentFiles& files);
+
+ private:
+  void AddRow(QMenu& menu, QWidget& window, const shell::CommandRow& row);
+
+  std::function<void(int)> send_;
+  QMenu popup_;
+  std::map<int, QAction*> actions_;
+  QAction* recent_separator_ = nullptr;
+};
+
+}  // namespace brevant::gui

@@ -1,0 +1,121 @@
+// SPDX-License-Identifier: MIT
+#include "gui/qt_user_interface.h"
+
+#include <QApplication>
+#include <QMessageBox>
+#include <utility>
+
+namespace brevant::gui {
+namespace {
+
+QMessageBox::Icon IconOf(base::Icon icon) {
+  switch (icon) {
+    case base::Icon::None:
+      return QMessageBox::NoIcon;
+    case base::Icon::Information:
+      return QMessageBox::Information;
+    case base::Icon::Question:
+      return QMessageBox::Question;
+    case base::Icon::Warning:
+      return QMessageBox::Warning;
+    case base::Icon::Error:
+      return QMessageBox::Critical;
+  }
+  return QMessageBox::NoIcon;
+}
+
+QMessageBox::StandardButtons ButtonsOf(base::Buttons buttons) {
+  switch (buttons) {
+    case base::Buttons::Ok:
+      return QMessageBox::Ok;
+    case base::Buttons::OkCancel:
+      return QMessageBox::Ok | QMessageBox::Cancel;
+    case base::Buttons::YesNo:
+      return QMessageBox::Yes | QMessageBox::No;
+  }
+  return QMessageBox::Ok;
+}
+
+base::Answer AnswerOf(int button, base::Buttons offered) {
+  switch (button) {
+    case QMessageBox::Ok:
+      return base::Answer::Ok;
+    case QMessageBox::Yes:
+      return base::Answer::Yes;
+    case QMessageBox::No:
+      return base::Answer::No;
+    default:
+      return offered == base::Buttons::Ok ? base::Answer::Ok : base::Answer::Cancel;
+  }
+}
+
+}  // namespace
+
+QString Text(std::string_view text) {
+  return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+}
+
+std::string Bytes(const QString& text) {
+  return text.toUtf8().toStdString();
+}
+
+QWidget* QtUserInterface::parent() const {
+  return window_ != nullptr && window_->isVisible() ? window_ : nullptr;
+}
+
+std::vector<base::Message> QtUserInterface::TakeHeld() {
+  holding_ = false;
+  return std::exchange(held_, {});
+}
+
+base::Answer QtUserInterface::ShowMessage(const base::Message& message) {
+  if (holding_ && message.buttons == base::Buttons::Ok) {
+    held_.push_back(message);
+    return base::Answer::Ok;
+  }
+  QMessageBox box(IconOf(message.icon), Text(message.caption), Text(message.text),
+                  ButtonsOf(message.buttons), parent());
+  box.setObjectName("message");
+  box.setTextFormat(Qt::PlainText);
+  const bool busy = QApplication::overrideCursor() != nullptr;
+  if (busy) QApplication::setOverrideCursor(Qt::ArrowCursor);
+  const int button = box.exec();
+  if (busy) QApplication::restoreOverrideCursor();
+  return AnswerOf(button, message.buttons);
+}
+
+void QtUserInterface::Beep() {
+  QApplication::beep();
+}
+
+void QtUserInterface::SetTitle(std::string_view title) {
+  if (window_ != nullptr) window_->setWindowTitle(Text(title));
+}
+
+void QtUserInterface::BeginProgress(std::string_view title, std::string_view text,
+                                    bool can_cancel) {
+  progress_ = std::make_unique<ProgressDialog>(parent(), Text(title), Text(text), can_cancel);
+}
+
+void QtUserInterface::ShowWaiting(std::string_view title, std::string_view text) {
+  BeginProgress(title, text, false);
+  progress_->ShowNow();
+}
+
+bool QtUserInterface::UpdateProgress(std::string_view text, long done, long total) {
+  return progress_ == nullptr || progress_->Advance(Text(text), done, total);
+}
+
+void QtUserInterface::EndProgress() {
+  progress_.reset();
+}
+
+void QtUserInterface::SetBusyCursor(bool busy) {
+  if (busy) {
+    QApplication::setOverrideCursor(Qt::WaitCursor);
+  } else {
+    QApplication::restoreOverrideCursor();
+  }
+}
+
+}  // namespace brevant::gui

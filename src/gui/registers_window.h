@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: MIT
+// The window of the six register cells. It paints the cells and the blinking mark of the selected
+// one, and asks for the editor when the user clicks or types.
+#pragma once
+
+#include <QTimer>
+#include <functional>
+
+#include "gui/text_view.h"
+#include "views/register_cells.h"
+
+namespace brevant::gui {
+
+class RegistersWindow final : public TextView {
+ public:
+  // open_editor gets the key that was typed, 0 for none.
+  RegistersWindow(views::RegisterCells& cells, std::function<void(char key)> open_editor,
+                  const QFont& font);
+
+ protected:
+  void CellsChanged() override;
+  void paintEvent(QPaintEvent* event) override;
+  void mousePressEvent(QMouseEvent* event) override;
+  void mouseDoubleClickEvent(QMouseEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
+  void focusInEvent(QFocusEvent* event) override;
+  void focusOutEvent(QFocusEvent* event) override;
+
+ private:
+  void Select(int cell);
+  void Blink(bool on);
+
+  views::RegisterCells& cells_;
+  std::function<void(char)> open_editor_;
+  QTimer blink_;
+  bool mark_shown_ = false;
+};
+
+}  // namespace brevant::gui

@@ -1,0 +1,97 @@
+// SPDX-License-Identifier: MIT
+// Everything behind the windows: settings, ports, the engine, and the state of its views. What the
+// engine asks of the windows is handed on to a Screen.
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "base/settings_file.h"
+#include "base/workspace.h"
+#include "control/run_indication.h"
+#include "debugger/debugger.h"
+#include "gui/gate.h"
+#include "gui/options.h"
+#include "gui/qt_user_interface.h"
+#include "gui/status_text.h"
+#include "link/port_router.h"
+#include "shell/recent_files.h"
+#include "views/program_menu.h"
+#include "views/program_views.h"
+#include "views/prompts.h"
+#include "views/register_cells.h"
+
+namespace brevant::gui {
+
+// The windows, as the engine sees them.
+class Screen {
+ public:
+  virtual ~Screen() = default;
+  // What is shown and what may be chosen may have changed.
+  virtual void Refresh() = 0;
+  // From within a command.
+  virtual void Carry(int id) = 0;
+};
+
+class Session final : private base::Workspace, private control::RunIndication {
+ public:
+  explicit Session(const Options& options);
+  Session(const Session&) = delete;
+  Session& operator=(const Session&) = delete;
+  ~Session() override;
+
+  // Borrowed; none at first.
+  void SetScreen(Screen* screen) { screen_ = screen; }
+
+  // Connects for the first time, as the settings say. False when the program cannot go on; the user
+  // has been told. When the code of the settings does not fit, others that are known are tried.
+  bool Connect();
+  // Connects again; the user has been told when it failed. From within a command.
+  void Reconnect();
+  // The 10 ms tick. Nothing while a command is under way.
+  void Tick();
+
+  ConnectionState Connection() const;
+  // A text for the status bar, e.g. which security code fits; empty for none.
+  const std::string& notice() const { return notice_; }
+  // The simulated board; nullptr while none has been used.
+  simulator::SimulatedTarget* simulated() const { return simulated_.get(); }
+
+  const Options options;
+  Gate gate;
+  base::SettingsFile settings;
+  QtUserInterface ui;
+
+ private:
+  std::shared_ptr<simulator::SimulatedTarget> simulated_;
+  int simulated_device_ = 0;
+  link::PortRouter router_;
+  Screen* screen_ = nullptr;
+  std::string notice_;
+  std::string target_;  // name of the device that was connected to
+
+ public:
+  debugger::Debugger debugger;
+  views::ProgramViews program_views;
+  views::RegisterCells registers;
+  views::ProgramMenu program_menu;
+  views::AddressHistory addresses;
+  shell::RecentFiles recent_files;
+
+ private:
+  void RefreshViews() override;
+  void ShowRunning(bool running) override;
+  void SendCommand(int id) override;
+  void ShowNStepping(bool) override { RefreshScreen(); }
+  void ShowTracing(bool) override { RefreshScreen(); }
+  void OpenTraceWindow() override {}
+  void ShowTraceLog(const std::string&, int) override {}
+
+  void RefreshScreen();
+  void ApplyOptions();
+  // Runs connect while the user sees that it is under way; what it says is shown afterwards.
+  link::ConnectResult ShowConnecting(base::FunctionRef<link::ConnectResult()> connect);
+  link::PortBackend Backend(const std::string& device);
+};
+
+}  // namespace brevant::gui

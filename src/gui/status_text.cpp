@@ -1,0 +1,19 @@
+// SPDX-License-Identifier: MIT
+#include "gui/status_text.h"
+
+namespace brevant::gui {
+
+std::string StatusText(const ConnectionState& state) {
+  if (state.device.empty()) return "not connected: press ReStart";
+  std::string text =
+      state.port + (state.simulated ? " simulated " : ' ' + state.device + ' ') + state.target;
+  if (state.link_lost) {
+    text += ": link lost; check cable and power, then press ReStart";
+    return text;
+  }
+  text += state.running ? ": running" : ": stopped";
+  if (!state.security_passed) text += " (security not passed, RAM only)";
+  return text;
+}
+
+}  // namespace brevant::gui

@@ -1,0 +1,23 @@
+// SPDX-License-Identifier: MIT
+// What the status bar says of the connection.
+#pragma once
+
+#include <string>
+
+namespace brevant::gui {
+
+struct ConnectionState {
+  std::string port;    // "COM1"
+  std::string device;  // behind it; empty when none is open
+  bool simulated = false;
+  std::string target;  // "MC68HC908GP32"
+  bool running = false;
+  bool link_lost = false;
+  bool security_passed = true;
+  bool operator==(const ConnectionState&) const = default;
+};
+
+// "COM1 simulated MC68HC908GP32: stopped"; for a lost link what to do about it.
+std::string StatusText(const ConnectionState& state);
+
+}  // namespace brevant::gui

@@ -1,0 +1,59 @@
+// SPDX-License-Identifier: MIT
+// The base of all windows that show text in character cells: one fixed-pitch font, one pixel width
+// for every character, and the colours that read well on light and on dark desktops.
+#pragma once
+
+#include <QAbstractScrollArea>
+#include <QColor>
+
+#include "shell/view_font.h"
+#include "views/program_view.h"
+
+namespace brevant::gui {
+
+struct TextColours {
+  QColor text;
+  QColor background;  // invalid: the window's own
+};
+
+// The named family when it is there, else the desktop's fixed-pitch font.
+QFont MakeViewFont(const shell::ViewFont& font);
+
+class TextView : public QAbstractScrollArea {
+ public:
+  explicit TextView(const QFont& font, QWidget* parent = nullptr);
+
+  views::CellSize cell() const { return cell_; }
+  void SetViewFont(const QFont& font);
+  // What is shown is no longer known to be so: all text is painted greyed.
+  void SetStale(bool stale);
+
+ protected:
+  void DrawText(QPainter& painter, int column, int row, const QString& text,
+                const TextColours& colours) const;
+  // Dark becomes light and the other way round; twice is as before.
+  static void InvertCells(QPainter& painter, views::CellSize cell, int column, int row, int count);
+
+  TextColours Normal() const;
+  TextColours Red() const;         // readable on the window's background
+  static TextColours Cursor();     // cyan behind dark text
+  static TextColours CursorRed();  // cyan behind red text
+  bool Dark() const;
+
+  // Called when the size or the font has changed.
+  virtual void CellsChanged() {}
+
+  void resizeEvent(QResizeEvent* event) override;
+  void changeEvent(QEvent* event) override;
+  void scrollContentsBy(int, int) override {}
+
+ private:
+  void UseFont(const QFont& font);
+
+  QFont font_;
+  views::CellSize cell_;
+  int ascent_ = 0;
+  bool stale_ = false;
+};
+
+}  // namespace brevant::gui

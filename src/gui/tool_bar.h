@@ -1,0 +1,24 @@
+// SPDX-License-Identifier: MIT
+// The ten buttons under the menu bar. Those whose command this version does not carry out are
+// disabled and say so.
+#pragma once
+
+#include <QToolBar>
+#include <functional>
+#include <map>
+
+#include "shell/command_rows.h"
+
+namespace brevant::gui {
+
+class ToolBar final : public QToolBar {
+ public:
+  explicit ToolBar(std::function<void(int id)> send);
+
+  void Update(const shell::CommandConditions& conditions);
+
+ private:
+  std::map<int, QAction*> actions_;
+};
+
+}  // namespace brevant::gui

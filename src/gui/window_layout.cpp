@@ -1,0 +1,105 @@
+// SPDX-License-Identifier: MIT
+#include "gui/window_layout.h"
+
+#include <QGuiApplication>
+#include <QMdiArea>
+#include <QScreen>
+#include <algorithm>
+
+#include "gui/main_window.h"
+
+namespace brevant::gui {
+namespace {
+
+constexpr QSize kDefaultFrame(1040, 700);
+constexpr int kGap = 4;
+constexpr int kTitleBarAllowance = 44;  // title bar and borders of a child
+constexpr int kProgramColumns = 64;
+
+shell::ChildPlace PlaceOf(const QMdiSubWindow& child) {
+  if (child.isMinimized() || child.isMaximized()) return std::nullopt;
+  const QRect at = child.geometry();
+  return shell::SavedPlace(at.x(), at.y(), at.x() + at.width(), at.y() + at.height());
+}
+
+int SizeStateOf(const QWidget& window) {
+  if (window.isMinimized()) return static_cast<int>(shell::SizeState::Minimized);
+  return static_cast<int>(window.isMaximized() ? shell::SizeState::Maximized
+                                               : shell::SizeState::Restored);
+}
+
+// A place on a screen that is no longer there would leave nothing to be seen.
+bool OnAScreen(const QRect& place) {
+  const auto screens = QGuiApplication::screens();
+  return std::ranges::any_of(screens, [&](const QScreen* screen) {
+    return screen->availableGeometry().intersects(place);
+  });
+}
+
+void PlaceFrame(MainWindow& window, const std::optional<shell::FramePlace>& frame) {
+  if (!frame) {
+    window.resize(kDefaultFrame);
+    return;
+  }
+  const shell::WindowPlace& place = frame->place;
+  const QRect at(place.left, place.top, std::max(place.width, 1), std::max(place.height, 1));
+  if (OnAScreen(at)) window.move(at.topLeft());
+  window.resize(at.size());
+  if (frame->state == static_cast<int>(shell::SizeState::Maximized)) {
+    window.setWindowState(Qt::WindowMaximized);
+  }
+}
+
+void PlaceChildAt(QMdiSubWindow& child, const shell::ChildPlace& place) {
+  if (place) child.setGeometry(place->left, place->top, place->width, place->height);
+}
+
+// The registers in one row over a program window that fills the rest.
+void PlaceByDefault(MainWindow& window, bool opens_program) {
+  const views::CellSize cell = window.registers().cell();
+  const int registers_height = cell.height + kTitleBarAllowance;
+  const int width = std::max(views::RegisterCells::kCells * views::RegisterCells::kCellWidth,
+                             kProgramColumns) *
+                        cell.width +
+                    kTitleBarAllowance;
+  window.registers_child().setGeometry(kGap, kGap, width, registers_height);
+  if (!opens_program) return;
+  QMdiSubWindow& program = window.OpenProgramWindow();
+  const int top = registers_height + 2 * kGap;
+  program.setGeometry(kGap, top, width, std::max(window.area().height() - top - kGap, 200));
+}
+
+}  // namespace
+
+shell::Layout CurrentLayout(const MainWindow& window) {
+  shell::Layout layout;
+  const QPoint at = window.pos();
+  layout.frame = {{at.x(), at.y(), window.width(), window.height()}, SizeStateOf(window)};
+  layout.registers = PlaceOf(window.registers_child());
+  for (const QMdiSubWindow* child : window.program_children()) {
+    layout.programs.push_back(PlaceOf(*child));
+  }
+  return layout;
+}
+
+void RestoreLayout(MainWindow& window, const base::SettingsFile& settings) {
+  const shell::Layout layout = shell::ReadLayout(settings);
+  PlaceFrame(window, layout.frame);
+  // The area for children gets its size only now.
+  window.ensurePolished();
+  window.LayOutNow();
+  const auto& count = base::keys::kProgramWindowCount;
+  PlaceByDefault(window, !settings.Has(count.section, count.key));
+  PlaceChildAt(window.registers_child(), shell::PlaceChild(layout.frame, layout.registers));
+  for (const shell::ChildPlace& place : layout.programs) {
+    PlaceChildAt(window.OpenProgramWindow(), shell::PlaceChild(layout.frame, place));
+  }
+}
+
+bool StoreLayout(const MainWindow& window, base::SettingsFile& settings) {
+  const shell::Layout layout = CurrentLayout(window);
+  shell::SaveLayout(settings, layout);
+  return shell::ReadLayout(settings).frame == layout.frame;
+}
+
+}  // namespace brevant::gui

@@ -1,0 +1,247 @@
+// SPDX-License-Identifier: MIT
+// The windows as a person uses them: connecting, loading, breakpoints, running, editing, closing.
+#include <QAction>
+#include <QApplication>
+#include <QComboBox>
+#include <QFileDialog>
+#include <QLineEdit>
+#include <QMdiArea>
+#include <QMessageBox>
+#include <fstream>
+
+#include "gui/desktop.h"
+
+namespace brevant::gui {
+namespace {
+
+namespace commands = shell::commands;
+
+constexpr base::Address kScratch = 0x0100;  // in RAM
+constexpr int kTextColumn = 12;
+
+TEST_F(Desktop, ConnectsThroughTheDialogAfterAWrongPortWasRefused) {
+  OnDialog("LookHWDlg", [this](QDialog& dialog) {
+    EXPECT_TRUE(
+        dialog.findChild<QComboBox*>("deviceBehindPort")->currentText().contains("simulated"));
+    QTest::keyClick(&dialog, Qt::Key_Escape);
+    QTest::keyClick(&dialog, Qt::Key_Return);
+    EXPECT_TRUE(dialog.isVisible()) << "only Ok leaves it";
+    OnDialog("message", [](QDialog& message) {
+      EXPECT_EQ(static_cast<QMessageBox&>(message).text(), "Not a correct COM port number");
+      message.accept();
+    });
+    Field(dialog, "port").setText("COM9");
+    Push(dialog, "ok");
+    EXPECT_TRUE(dialog.isVisible());
+    Field(dialog, "port").setText("com1");
+    Push(dialog, "ok");
+  });
+  Start(false);
+  EXPECT_EQ(Status(), "COM1 simulated MC68HC908GP32: stopped");
+  EXPECT_EQ(window().windowTitle(), "No File Loaded");
+  EXPECT_EQ(session().settings.String(base::keys::kPort), "COM1");
+}
+
+TEST_F(Desktop, LoadsAFileAndRunsToAClickedBreakpoint) {
+  Start();
+  const std::string demo = Example("demo.s19");
+  OnDialog("chooser", [&](QDialog& dialog) {
+    auto& chooser = static_cast<QFileDialog&>(dialog);
+    chooser.selectFile(Text(demo));
+    chooser.findChild<QLineEdit*>("fileNameEdit")->setText(Text(demo));
+    QMetaObject::invokeMethod(&chooser, "accept");
+  });
+  // Should the debug information be offered, it is declined.
+  OnDialog("message", [](QDialog& message) { message.reject(); });
+  Choose(commands::kLoadImage);
+  EXPECT_EQ(window().windowTitle(), Text(demo));
+  EXPECT_EQ(debugger().frame.PC, kScratch);
+  ASSERT_EQ(RowOf(kScratch), 0) << "the window follows PC";
+  EXPECT_EQ(window().findChild<QAction*>("command144")->text(), Text(demo));
+
+  const int row = 4;
+  const base::Address address = program().view().Lines()[row].address;
+  ClickInProgram(2, row);
+  EXPECT_TRUE(debugger().breakpoints.Has(address));
+  Press(Qt::Key_F7);
+  Settle();
+  EXPECT_EQ(debugger().frame.PC, address);
+  EXPECT_TRUE(program().view().Lines()[static_cast<std::size_t>(RowOf(address))].is_pc);
+  EXPECT_GT(RedPixels(program(), kTextColumn, RowOf(address), 10), 0);
+  EXPECT_EQ(RedPixels(program(), kTextColumn, RowOf(address) + 1, 10), 0);
+
+  ClickInProgram(2, RowOf(address));
+  EXPECT_FALSE(debugger().breakpoints.Has(address));
+}
+
+TEST_F(Desktop, EditsCodeStepsItAndSeesTheRegisterRed) {
+  Start();
+  OnDialog("CBDlgEdit", [](QDialog& dialog) {
+    Field(dialog, "text").setText("0100");
+    Push(dialog, "ok");
+  });
+  Press(Qt::Key_G, Qt::ControlModifier);
+  ASSERT_EQ(RowOf(kScratch), 0);
+  OnDialog("DlgEdit", [](QDialog& dialog) {
+    EXPECT_EQ(dialog.windowTitle(), "Edit at 000100");
+    Field(dialog, "text").setText("no instruction");
+    Push(dialog, "ok");
+    EXPECT_TRUE(dialog.isVisible());
+    Field(dialog, "text").setText("LDA #5a");
+    Push(dialog, "ok");
+  });
+  ClickInProgram(kTextColumn, 0, true);
+  EXPECT_EQ(debugger().monitor.ReadByte(kScratch), 0xA6);
+  EXPECT_NE(program().view().Lines()[0].text.find("LDA"), std::string::npos);
+
+  Choose(commands::kPopupSetPc);
+  Press(Qt::Key_F5);
+  Settle();
+  EXPECT_EQ(debugger().frame.PC, kScratch + 2);
+  EXPECT_EQ(debugger().frame.A, 0x5Au);
+  const auto at = [this](int cell) { return session().registers.PositionOf(cell); };
+  EXPECT_GT(RedPixels(window().registers(), at(3).column * 11, at(3).row, 11), 0) << "A";
+  EXPECT_EQ(RedPixels(window().registers(), at(1).column * 11, at(1).row, 11), 0) << "SP";
+}
+
+TEST_F(Desktop, EditsARegisterByTypingAndResets) {
+  Start();
+  const base::Address reset_pc = debugger().frame.PC;
+  window().area().setActiveSubWindow(&window().registers_child());
+  window().registers().setFocus();
+  OnDialog("DlgEdit", [](QDialog& dialog) {
+    EXPECT_EQ(dialog.windowTitle(), "EDIT: PC");
+    QTest::qWait(10);
+    QTest::keyClicks(&Field(dialog, "text"), "123");
+    EXPECT_EQ(Field(dialog, "text").text(), "0123") << "typing goes on after the first key";
+    QTest::keyClick(&Field(dialog, "text"), Qt::Key_Return);
+  });
+  Press(Qt::Key_0);
+  EXPECT_EQ(debugger().frame.PC, 0x0123u);
+  EXPECT_EQ(debugger().frame.ReadFramePC(), 0x0123u);
+
+  window().Send(commands::kReset);
+  EXPECT_EQ(debugger().frame.PC, reset_pc);
+}
+
+TEST_F(Desktop, StaysUsableWhileTheTargetRuns) {
+  Start();
+  const auto lines_before = program().view().Lines();
+  Press(Qt::Key_F7);
+  RunFor(50);
+  EXPECT_EQ(Status(), "COM1 simulated MC68HC908GP32: running");
+  EXPECT_EQ(window().findChild<QAction*>("button344")->text(), "Break  F7");
+  EXPECT_FALSE(window().findChild<QAction*>("command190")->isEnabled());
+  // Neither scrolling nor loading may disturb the running program.
+  QTest::keyClick(&program(), Qt::Key_PageDown);
+  window().LoadFile(Example("demo.s19"));
+  RunFor(50);
+  EXPECT_FALSE(debugger().monitor.LinkError());
+  EXPECT_TRUE(debugger().Busy());
+  EXPECT_EQ(program().view().Lines().front().address, lines_before.front().address);
+
+  Press(Qt::Key_F7);
+  Settle();
+  EXPECT_EQ(Status(), "COM1 simulated MC68HC908GP32: stopped");
+  EXPECT_GE(RowOf(debugger().frame.PC), 0);
+}
+
+TEST_F(Desktop, ReStartBringsBackEverythingAfterTheCableWasPulled) {
+  Start();
+  const int row = 1;
+  const base::Address address = program().view().Lines()[row].address;
+  ClickInProgram(2, row);
+  session().simulated()->SetFaultPlan({{.kind = simulator::FaultKind::CutLine}});
+  Press(Qt::Key_F5);
+  QTest::qWait(200);
+  EXPECT_TRUE(Status().contains("link lost")) << qPrintable(Status());
+  EXPECT_TRUE(Status().contains("ReStart"));
+
+  session().simulated()->SetFaultPlan({});
+  OnDialog("LookHWDlg", [](QDialog& dialog) { Push(dialog, "ok"); });
+  window().Send(commands::kReStart);
+  QTest::qWait(30);
+  EXPECT_EQ(Status(), "COM1 simulated MC68HC908GP32: stopped");
+  EXPECT_TRUE(debugger().breakpoints.Has(address));
+  EXPECT_TRUE(program().view().Lines()[row].has_breakpoint);
+}
+
+TEST_F(Desktop, FindsItsWindowsWhereTheyWere) {
+  Start();
+  window().resize(900, 620);
+  window().OpenProgramWindow();
+  const QRect first(30, 140, 500, 300);
+  const QRect second(200, 60, 450, 250);
+  window().program_children()[0]->setGeometry(first);
+  window().program_children()[1]->setGeometry(second);
+  window().registers_child().setGeometry(5, 5, 300, 90);
+  Choose(commands::kSaveSettings);
+  // Not saved: the setting for that is off.
+  window().program_children()[0]->setGeometry(first.translated(50, 50));
+  window().close();
+  Quit();
+
+  Start();
+  EXPECT_EQ(window().size(), QSize(900, 620));
+  ASSERT_EQ(window().program_children().size(), 2u);
+  EXPECT_EQ(window().program_children()[0]->geometry(), first);
+  EXPECT_EQ(window().program_children()[1]->geometry(), second);
+  EXPECT_EQ(window().registers_child().geometry(), QRect(5, 5, 300, 90));
+  window().registers_child().close();
+  EXPECT_TRUE(window().registers_child().isVisible()) << "the registers cannot be closed";
+  window().program_children()[0]->close();
+  QTest::qWait(10);
+  EXPECT_EQ(session().program_views.views().size(), 1u);
+}
+
+TEST_F(Desktop, ReloadsAnImageThatIsNewerOnceAndNotWhenItIsBroken) {
+  Start();
+  const auto image = folder_ / "count.s19";
+  const auto write = [&](const char* record, int seconds) {
+    std::ofstream(image) << record << "\nS9030100FB\n";
+    const auto now = std::filesystem::last_write_time(image);
+    std::filesystem::last_write_time(image, now + std::chrono::seconds(seconds));
+  };
+  write("S105010011223A", 0);
+  window().LoadFile(image.string());
+  EXPECT_EQ(debugger().monitor.ReadByte(kScratch), 0x11);
+
+  write("S1050100445575", 100);
+  const auto activate = [this] {
+    QEvent event(QEvent::WindowActivate);
+    QApplication::sendEvent(&window(), &event);
+    QTest::qWait(30);
+  };
+  activate();
+  EXPECT_EQ(debugger().monitor.ReadByte(kScratch), 0x44);
+  debugger().monitor.WriteByte(kScratch, 0x99);
+  activate();
+  EXPECT_EQ(debugger().monitor.ReadByte(kScratch), 0x99) << "loaded already";
+}
+
+TEST_F(Desktop, NothingStartsWhileSomethingElseIsUnderWay) {
+  Start();
+  const base::Address before = debugger().frame.PC;
+  session().gate.Run([&] {
+    Press(Qt::Key_F5);
+    Press(Qt::Key_F7);
+    window().close();
+    QTest::qWait(30);
+  });
+  EXPECT_EQ(debugger().frame.PC, before);
+  EXPECT_FALSE(debugger().Busy());
+  EXPECT_TRUE(window().isVisible());
+}
+
+TEST_F(Desktop, OffersEveryCommandThatIsBuiltAndNoOther) {
+  Start();
+  for (const shell::CommandRow& row : shell::CommandRows()) {
+    if (row.menu == shell::Menu::None) continue;
+    const bool offered = window().findChild<QAction*>(QString("command%1").arg(row.id)) != nullptr;
+    EXPECT_EQ(offered, row.Has(shell::kBuilt)) << row.id;
+  }
+  EXPECT_FALSE(window().findChild<QAction*>("button345")->isEnabled());
+}
+
+}  // namespace
+}  // namespace brevant::gui
