@@ -12,7 +12,7 @@
 
 #include "base/settings_file.h"
 #include "base/temporary_folder.h"
-#include "control/bench.h"
+#include "base/text_format.h"
 #include "control/breakpoint_table.h"
 #include "control/run_control.h"
 #include "images/file_programmer.h"
@@ -25,6 +25,34 @@
 namespace brevant::images {
 
 using ByteList = std::vector<std::uint8_t>;
+
+// What the host has sent, a command a word: R0100 READ, W0100=12 WRITE, r IREAD, w12 IWRITE, SP,
+// RUN.
+inline std::string DecodeCommands(const ByteList& sent) {
+  std::string text;
+  for (std::size_t i = 0; i < sent.size();) {
+    const auto address = [&] { return base::Word(sent.at(i + 1), sent.at(i + 2)); };
+    if (i > 0) text += ' ';
+    switch (sent[i]) {
+      case 0x4A:
+        text += base::Format("R%04X", address());
+        i += 3;
+        break;
+      case 0x49:
+        text += base::Format("W%04X=%02X", address(), sent.at(i + 3));
+        i += 4;
+        break;
+      case 0x19:
+        text += base::Format("w%02X", sent.at(i + 1));
+        i += 2;
+        break;
+      default:
+        text += sent[i] == 0x1A ? "r" : sent[i] == 0x0C ? "SP" : sent[i] == 0x28 ? "RUN" : "?";
+        ++i;
+    }
+  }
+  return text;
+}
 
 class User final : public base::UserInterface {
  public:
@@ -63,7 +91,7 @@ class User final : public base::UserInterface {
   std::vector<std::string> TakeTexts() { return std::exchange(texts, {}); }
 };
 
-struct Bench final : base::Workspace {
+struct Bench : base::Workspace {
   explicit Bench(const simulator::Device& device = simulator::Gp32()) : target(device) {
     // Written past the settings file, which would wait for the disk each time.
     Write("brevant.ini", "[config]\nHC08Devices=" + std::to_string(&device == &simulator::Ql()) +
@@ -97,8 +125,9 @@ struct Bench final : base::Workspace {
     flash.Tick();
     programmer.Tick();
   }
+  // No operation takes longer than this, unless the end of its routine got lost.
   void TickToEnd() {
-    for (int i = 0; i < 20'000 && (flash.running() || programmer.running()); ++i) Tick();
+    for (int i = 0; i < 200 && (flash.running() || programmer.running()); ++i) Tick();
   }
   bool ProgramText(const std::string& text) {
     const std::string path = Write("image.s19", text);
@@ -115,7 +144,7 @@ struct Bench final : base::Workspace {
   simulator::Mcu& mcu() { return target.board().mcu(); }
   std::uint8_t Peek(base::Address address) { return mcu().Peek(address); }
   std::string Commands() {
-    const std::string text = control::DecodeCommands(target.board().host_log());
+    const std::string text = DecodeCommands(target.board().host_log());
     target.board().ClearHostLog();
     return text;
   }
@@ -178,5 +207,13 @@ struct Bench final : base::Workspace {
     }
   } wiring{*this};
 };
+
+inline constexpr simulator::FaultKind kAllFaults[] = {
+    simulator::FaultKind::LoseHostByte,    simulator::FaultKind::DropLocalEcho,
+    simulator::FaultKind::DropMonitorEcho, simulator::FaultKind::FlipEcho,
+    simulator::FaultKind::FlipHostByte,    simulator::FaultKind::FlipReply,
+    simulator::FaultKind::LoseReply,       simulator::FaultKind::ExtraByte,
+    simulator::FaultKind::DelayByte,       simulator::FaultKind::CutLine,
+    simulator::FaultKind::ResetMcu};
 
 }  // namespace brevant::images

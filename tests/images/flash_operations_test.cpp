@@ -3,6 +3,9 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
+#include <random>
+
 #include "images/flash_bench.h"
 
 namespace brevant::images {
@@ -234,6 +237,35 @@ TEST(FlashOperations, TellWhatFailedWhenTheTargetDoesNotAnswer) {
     EXPECT_EQ(bench.state.RunMode, control::Mode::Idle);
     EXPECT_EQ(bench.user.busy_cursors, 0);
     EXPECT_EQ(bench.user.progress_windows, 0);
+  }
+}
+
+TEST(FlashOperations, CanStartAfreshAfterEveryKindOfFault) {
+  std::mt19937 random(11);
+  for (const simulator::FaultKind kind : kAllFaults) {
+    for (int sample = 0; sample < 9; ++sample) {
+      Bench bench;
+      const std::uint64_t at = random() % 220;
+      SCOPED_TRACE(base::Format("kind %d at byte %d", static_cast<int>(kind), at));
+      bench.target.SetFaultPlan({{kind, at, static_cast<std::uint8_t>(random() % 8), 0x55}});
+      if (sample % 3 == 0) bench.flash.MassEraseFlash();
+      if (sample % 3 == 1) bench.flash.EraseFlashRange(0x8000, 0xFFFF);
+      if (sample % 3 == 2) bench.flash.ProgramFlashLocations(0x9000, ByteList(20, 0xA5));
+      bench.TickToEnd();
+      // The break byte may be what got lost.
+      bench.flash.Cancel();
+      EXPECT_FALSE(bench.flash.running());
+      EXPECT_EQ(bench.user.busy_cursors + bench.user.progress_windows, 0);
+
+      ASSERT_TRUE(bench.Connect());
+      ASSERT_TRUE(bench.flash.MassEraseFlash());
+      bench.TickToEnd();
+      ASSERT_EQ(bench.flash.status().outcome, FlashOutcome::Done);
+      ASSERT_TRUE(bench.flash.ProgramFlashLocations(0x9000, ByteList{0x12}));
+      bench.TickToEnd();
+      EXPECT_EQ(bench.Peek(0x9000), 0x12);
+      EXPECT_TRUE(bench.Passed());
+    }
   }
 }
 
