@@ -49,12 +49,12 @@ struct DataWindow {
 // Kinds of windows that a front end does not have are left empty; saving then leaves all their keys
 // as they are.
 struct Layout {
-  std::optional<FramePlace> frame;
-  ChildPlace registers;
-  std::vector<ChildPlace> programs;  // in the order in which they were opened
-  std::optional<SingleWindow> watch;
-  std::optional<SingleWindow> source;
-  std::optional<std::vector<DataWindow>> data;
+  std::optional<FramePlace> frame = {};
+  ChildPlace registers = {};
+  std::vector<ChildPlace> programs = {};  // in the order in which they were opened
+  std::optional<SingleWindow> watch = {};
+  std::optional<SingleWindow> source = {};
+  std::optional<std::vector<DataWindow>> data = {};
   bool operator==(const Layout&) const = default;
 };
 

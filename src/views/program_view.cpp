@@ -47,7 +47,10 @@ void ProgramView::Resize(int client_height, int line_height) {
 
 void ProgramView::Scroll(ScrollCode code, int position) {
   if (conditions_.fileIoActive || Running()) return;
-  Request(code, position);
+  if (code == ScrollCode::RedrawFromTop) redraw_ = true;
+  scroll_ = code;
+  thumb_ = position;
+  Invalidate();
 }
 
 void ProgramView::GoToAddress(base::Address address) {
@@ -56,12 +59,8 @@ void ProgramView::GoToAddress(base::Address address) {
 }
 
 void ProgramView::RequestRedraw() {
-  Request(ScrollCode::RedrawFromTop);
-}
-
-void ProgramView::Request(ScrollCode code, int position) {
-  pending_ = code;
-  thumb_ = position;
+  redraw_ = true;
+  scroll_ = ScrollCode::RepaintOnly;
   Invalidate();
 }
 
@@ -92,19 +91,20 @@ void ProgramView::Update() {
   // During file I/O nothing is read from the target.
   if (!conditions_.fileIoActive && Running()) return;
   lines_.SetReadsTarget(!conditions_.fileIoActive);
-  if (pending_ == ScrollCode::RedrawFromTop || lines_.lines().empty()) {
+  if (redraw_ || lines_.lines().empty()) {
     Redraw();
   } else {
     lines_.Resize(state_.lineCount);
-    lines_.RecomputeLines(pending_, thumb_, conditions_.range);
   }
+  lines_.RecomputeLines(scroll_, thumb_, conditions_.range);
   if (!lines_.lines().empty()) {
     if (follow_pc_ && !Shows(sources_.frame.PC)) {
       state_.top = sources_.frame.PC;
       Redraw();
     }
     state_.top = lines_.top();
-    pending_ = ScrollCode::RepaintOnly;
+    redraw_ = false;
+    scroll_ = ScrollCode::RepaintOnly;
   }
   follow_pc_ = false;
   MoveCursor(state_.cursorLine);

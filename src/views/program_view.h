@@ -3,9 +3,9 @@
 // breakpoints marked, scrolled in both directions. Rests on the lines of code, the registers and
 // the breakpoints. The window that shows it only paints what Lines() holds.
 //
-// A request (scroll, go to, redraw) is carried out by the next Update; requests before that replace
-// each other, so that under key repeat lines are skipped rather than queued. The target is read
-// only in Update and never while a program runs, when the monitor does not listen.
+// Requests are carried out by the next Update: reading anew first, then the last scroll request, so
+// that under key repeat lines are skipped rather than queued. The target is read only in Update and
+// never while a program runs, when the monitor does not listen.
 #pragma once
 
 #include <functional>
@@ -128,7 +128,6 @@ class ProgramView {
   bool Running() const;
 
  private:
-  void Request(ScrollCode code, int position = 0);
   void Invalidate();
   void Redraw();
   bool Shows(base::Address address) const;
@@ -138,7 +137,8 @@ class ProgramView {
   std::function<void()> invalidate_;
   ProgramViewState state_;
   CodeLines lines_;
-  ScrollCode pending_ = ScrollCode::RedrawFromTop;
+  bool redraw_ = true;
+  ScrollCode scroll_ = ScrollCode::RepaintOnly;
   int thumb_ = 0;
   bool follow_pc_ = false;
 };

@@ -1,0 +1,161 @@
+// SPDX-License-Identifier: MIT
+#include "shell/command_rows.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <map>
+#include <set>
+
+namespace brevant::shell {
+namespace {
+
+using ::testing::ElementsAre;
+
+TEST(CommandRows, HoldEveryIdOnce) {
+  std::set<int> expected{160,
+                         161,
+                         170,
+                         171,
+                         172,
+                         173,
+                         174,
+                         175,
+                         196,
+                         197,
+                         243,
+                         324,
+                         40011,
+                         40014,
+                         40015,
+                         40016,
+                         commands::kToggleBreakpoint};
+  for (const auto& [first, last] : {std::pair{140, 148},
+                                    {180, 183},
+                                    {190, 194},
+                                    {220, 226},
+                                    {240, 242},
+                                    {260, 268},
+                                    {340, 348}}) {
+    for (int id = first; id <= last; ++id) expected.insert(id);
+  }
+  std::set<int> ids;
+  for (const CommandRow& row : CommandRows()) EXPECT_TRUE(ids.insert(row.id).second) << row.id;
+  EXPECT_EQ(ids, expected);
+}
+
+TEST(CommandRows, AreRefusedWhereFileIoWouldBeDisturbed) {
+  std::set<int> expected{140,
+                         141,
+                         142,
+                         144,
+                         145,
+                         146,
+                         147,
+                         148,
+                         160,
+                         161,
+                         171,
+                         173,
+                         175,
+                         190,
+                         191,
+                         192,
+                         196,
+                         197,
+                         220,
+                         221,
+                         222,
+                         223,
+                         224,
+                         225,
+                         226,
+                         341,
+                         343,
+                         345,
+                         346,
+                         260,
+                         261,
+                         262,
+                         263,
+                         264,
+                         265,
+                         266,
+                         267,
+                         268,
+                         40011,
+                         40014,
+                         40015,
+                         40016,
+                         commands::kToggleBreakpoint};
+  std::set<int> refused;
+  for (const CommandRow& row : CommandRows()) {
+    if (!IsDispatched(row, {.fileIoActive = true})) refused.insert(row.id);
+  }
+  EXPECT_EQ(refused, expected);
+}
+
+TEST(CommandRows, OfTheToolbarLeaveResetAndStopWhileRunning) {
+  std::string usable;
+  for (const ToolbarButton& button : Toolbar()) {
+    const CommandRow* const row = FindCommand(button.id);
+    ASSERT_NE(row, nullptr) << button.id;
+    if (!row->Has(kNotWhileRunning)) usable.append(ToolbarText(button, true)).append("; ");
+    EXPECT_EQ(IsEnabled(*row, {.running = true}), row->Has(kBuilt) && !row->Has(kNotWhileRunning));
+  }
+  EXPECT_EQ(usable, "ReStart; Reset; Break  F7; ProgFlash; ");
+}
+
+TEST(CommandRows, ShortcutsAreUniqueAndTheGivenOnesComeFirst) {
+  std::map<std::string, int> shortcuts;
+  for (const CommandRow& row : CommandRows()) {
+    for (const auto shortcut : {row.shortcut, row.second_shortcut}) {
+      if (!shortcut.empty()) {
+        EXPECT_TRUE(shortcuts.emplace(shortcut, row.id).second) << shortcut;
+      }
+    }
+  }
+  const std::map<std::string, int> given{{"F3", 324},    {"Shift+F4", 224}, {"Shift+F5", 225},
+                                         {"Alt+P", 220}, {"Alt+D", 221},    {"F5", 190},
+                                         {"F6", 191},    {"F7", 193},       {"F8", 194}};
+  for (const auto& [shortcut, id] : given) {
+    EXPECT_EQ(shortcuts[shortcut], id) << shortcut;
+    EXPECT_EQ(FindCommand(id)->shortcut, shortcut);
+  }
+}
+
+TEST(CommandRows, ReadAsTheyAreShown) {
+  const CommandRow& go = *FindCommand(commands::kGo);
+  EXPECT_EQ(MenuText(go, false), "&Go\tF7");
+  EXPECT_EQ(MenuText(go, true), "&Break\tF7");
+  EXPECT_EQ(MenuText(*FindCommand(commands::kExit), false), "E&xit");
+  EXPECT_EQ(FindCommand(175)->help, "Save setting when the progrm exits");
+  EXPECT_EQ(FindCommand(40015)->help, "");
+  EXPECT_EQ(FindCommand(149), nullptr);
+  // Every menu item says what it does, save the five that never had a text.
+  for (const CommandRow& row : CommandRows()) {
+    EXPECT_TRUE(row.menu == Menu::None || row.id > 40000 || !row.help.empty()) << row.id;
+  }
+
+  std::vector<std::string> bar;
+  for (const MenuTitle& title : MenuBar()) bar.emplace_back(title.text);
+  EXPECT_THAT(
+      bar, ElementsAre("&File", "&Edit", "&Configure", "File&I/O", "&Debug", "&Window", "&Help"));
+
+  const ToolbarButton& button = Toolbar()[5];
+  EXPECT_EQ(Tooltip(button, false), "Ready to run MCU");
+  EXPECT_EQ(Tooltip(button, true), "MCU is running, click this button to stop");
+}
+
+// A toolbar command and the menu command that it repeats must not differ in when they work.
+TEST(CommandRows, RepeatedCommandsAgree) {
+  for (const CommandRow& row : CommandRows()) {
+    if (row.same_as == 0) continue;
+    const CommandRow* const original = FindCommand(row.same_as);
+    ASSERT_NE(original, nullptr) << row.id;
+    EXPECT_EQ(row.flags, original->flags) << row.id;
+  }
+}
+
+}  // namespace
+}  // namespace brevant::shell

@@ -1,0 +1,339 @@
+// SPDX-License-Identifier: MIT
+#include "views/program_view.h"
+
+#include "views/program_menu.h"
+#include "views/view_bench.h"
+
+namespace brevant::views {
+namespace {
+
+using ::testing::ElementsAre;
+using Addresses = std::vector<base::Address>;
+
+constexpr int kLineHeight = 10;
+constexpr CellSize kCell{8, kLineHeight};
+// What a read costs in host bytes: the address, then two bytes with each command.
+constexpr std::size_t kForwardCost = 3 + 2;
+constexpr std::size_t kBackwardCost = 3 + 12;
+
+// Loops, calls and tables as a compiler leaves them, with no two instructions alike in a row.
+const ByteList kCode{0x45, 0x02, 0x3F, 0x94, 0xA6, 0x03, 0xB7, 0x1E, 0xA6, 0x01, 0xB7, 0x1F,
+                     0x8C, 0x9A, 0xCD, 0x01, 0x13, 0x20, 0xFB, 0x5F, 0xBF, 0x40, 0x3C, 0x40,
+                     0xBE, 0x40, 0xA6, 0x02, 0xB1, 0x40, 0x26, 0xF6, 0x81, 0x9E, 0xE6, 0x03,
+                     0xAF, 0x01, 0xF7, 0x87, 0x6E, 0x55, 0x40, 0x4F, 0x88, 0xC6, 0x01, 0x00,
+                     0xD7, 0x01, 0x80, 0x03, 0x40, 0xF0, 0x8B, 0x86, 0x81};
+const Addresses kStarts{0x0100, 0x0103, 0x0104, 0x0106, 0x0108, 0x010A, 0x010C, 0x010D,
+                        0x010E, 0x0111, 0x0113, 0x0114, 0x0116, 0x0118, 0x011A, 0x011C,
+                        0x011E, 0x0120, 0x0121, 0x0124, 0x0126, 0x0127, 0x0128, 0x012B,
+                        0x012C, 0x012D, 0x0130, 0x0133, 0x0136, 0x0137, 0x0138};
+
+class ProgramViewTest : public ViewBench {
+ protected:
+  ProgramViewTest() { target.board().Load(0x0100, kCode); }
+
+  ProgramView& Open(base::Address first, int lines) {
+    ProgramView& view = views.Open(first);
+    view.Resize(lines * kLineHeight, kLineHeight);
+    view.Update();
+    BytesSent();
+    return view;
+  }
+  static Addresses Of(const ProgramView& view) {
+    Addresses addresses;
+    for (const ProgramLine& line : view.Lines()) addresses.push_back(line.address);
+    return addresses;
+  }
+  static Addresses Starts(std::size_t first, std::size_t count) {
+    return {kStarts.begin() + static_cast<long>(first),
+            kStarts.begin() + static_cast<long>(first + count)};
+  }
+  std::size_t CostOf(ProgramView& view, ScrollCode code, int position = 0) {
+    BytesSent();
+    view.Scroll(code, position);
+    view.Update();
+    return BytesSent();
+  }
+
+  const ProgramSources sources{monitor, debug_info, frame, breakpoints, state, user};
+  ProgramViews views{sources};
+  ProgramMenu menu{views, frame, breakpoints, run, *this};
+};
+
+TEST_F(ProgramViewTest, ShowsAnInstructionALine) {
+  ProgramView& view = Open(0x0100, 3);
+  const std::vector<ProgramLine> lines = view.Lines();
+  ASSERT_EQ(lines.size(), 3u);
+  EXPECT_EQ(lines[0].text, "000100 45 02 3f \tLDHX\t#23f");
+  EXPECT_EQ(ExpandTabs(lines[0].text), "000100 45 02 3f       LDHX    #23f");
+  EXPECT_EQ(ExpandTabs("0123456789012345678901234567890\tX\tY"),
+            "0123456789012345678901234567890 X Y");
+  EXPECT_EQ(Of(view), Starts(0, 3));
+}
+
+TEST_F(ProgramViewTest, ScrollsByALineForTheCostOfALine) {
+  ProgramView& view = Open(0x010E, 5);
+  EXPECT_EQ(CostOf(view, ScrollCode::LineDown), kForwardCost);
+  EXPECT_EQ(Of(view), Starts(9, 5));
+  EXPECT_EQ(CostOf(view, ScrollCode::LineUp), kBackwardCost);
+  EXPECT_EQ(Of(view), Starts(8, 5));
+  EXPECT_EQ(CostOf(view, ScrollCode::PageDown), 5 * kForwardCost);
+  EXPECT_EQ(Of(view), Starts(13, 5));
+  EXPECT_EQ(CostOf(view, ScrollCode::PageUp), 5 * kBackwardCost);
+  EXPECT_EQ(Of(view), Starts(8, 5));
+  // Nothing is read for what is on the screen already.
+  EXPECT_EQ(CostOf(view, ScrollCode::RepaintOnly), 0u);
+  view.Resize(3 * kLineHeight + 4, kLineHeight);
+  view.Update();
+  EXPECT_EQ(Of(view), Starts(8, 3));
+  EXPECT_EQ(BytesSent(), 0u);
+  view.Resize(3 * kLineHeight + 5, kLineHeight);
+  view.Update();
+  EXPECT_EQ(Of(view), Starts(8, 4));
+  EXPECT_EQ(BytesSent(), kForwardCost);
+}
+
+TEST_F(ProgramViewTest, ScrollsBackwardsFromInstructionToInstruction) {
+  ProgramView& view = Open(kStarts.back(), 1);
+  // The first instructions have what lies before the program above them; from there on no byte of
+  // an operand is taken for an opcode.
+  for (std::size_t i = kStarts.size() - 1; i > 8; --i) {
+    view.Scroll(ScrollCode::LineUp);
+    view.Update();
+    ASSERT_EQ(view.state().top, kStarts[i - 1]) << std::hex << kStarts[i];
+    base::Address next = kStarts[i - 1];
+    EXPECT_EQ(view.Lines()[0].text, ReadCodeLine(monitor, debug_info.SymbolTable, next).text);
+  }
+}
+
+TEST_F(ProgramViewTest, EndsAtAddressZero) {
+  ProgramView& view = Open(0x0000, 4);
+  EXPECT_EQ(CostOf(view, ScrollCode::LineUp), 0u);
+  EXPECT_EQ(CostOf(view, ScrollCode::PageUp), 0u);
+  // From just above it a page up shows what is there, from 0 on.
+  view.GoToAddress(0x0003);
+  view.Update();
+  ASSERT_EQ(view.state().top, 3u);
+  view.Scroll(ScrollCode::PageUp);
+  view.Update();
+  EXPECT_EQ(view.state().top, 0u);
+  EXPECT_EQ(view.Lines().size(), 4u);
+  view.GoToAddress(0x0001);
+  view.Update();
+  view.Scroll(ScrollCode::LineUp);
+  view.Update();
+  EXPECT_EQ(view.state().top, 0u);
+}
+
+TEST_F(ProgramViewTest, EndsWithTheProgramRange) {
+  views.SetRange(ProgramScrollRange("0104"));
+  ProgramView& view = Open(0x0100, 6);
+  EXPECT_EQ(Of(view), Starts(0, 3));  // a line beyond the range is not shown
+  CostOf(view, ScrollCode::LineDown);
+  EXPECT_EQ(view.state().top, 0x0103u);
+  EXPECT_EQ(CostOf(view, ScrollCode::LineDown), 0u);
+  EXPECT_EQ(view.state().top, 0x0103u);
+  CostOf(view, ScrollCode::PageDown);
+  EXPECT_EQ(view.state().top, 0x0103u);
+  view.GoToAddress(0x8000);
+  view.Update();
+  EXPECT_EQ(view.state().top, 0x0103u);
+  CostOf(view, ScrollCode::ThumbTrack, 0x0100);
+  EXPECT_EQ(view.ScrollPosition(), 0x0100);
+
+  views.SetRange(ProgramScrollRange("FFFF"));
+  CostOf(view, ScrollCode::ThumbTrack, 0x0082);
+  EXPECT_EQ(view.state().top, 0x0104u);
+  EXPECT_EQ(view.ScrollPosition(), 0x0082);
+}
+
+TEST_F(ProgramViewTest, CarriesOutTheLastRequestOnly) {
+  ProgramView& view = Open(0x0100, 4);
+  int invalidated = 0;
+  view.SetInvalidate([&] { ++invalidated; });
+  for (int i = 0; i < 5; ++i) view.Scroll(ScrollCode::LineDown);
+  view.Update();
+  EXPECT_EQ(invalidated, 5);
+  EXPECT_EQ(Of(view), Starts(1, 4));
+  // But memory that has changed is read all the same.
+  target.board().Load(0x0106, ByteList{0x9D, 0x9D});
+  view.RequestRedraw();
+  view.Scroll(ScrollCode::LineDown);
+  view.Update();
+  EXPECT_EQ(Of(view), (Addresses{0x0104, 0x0106, 0x0107, 0x0108}));
+}
+
+TEST_F(ProgramViewTest, EachKeepsItsOwnLines) {
+  ProgramView& first = Open(0x0100, 3);
+  ProgramView& second = Open(0x0118, 4);
+  first.Scroll(ScrollCode::LineDown);
+  first.Update();
+  EXPECT_EQ(Of(first), Starts(1, 3));
+  EXPECT_EQ(Of(second), Starts(13, 4));
+  second.MoveCursor(2);
+  EXPECT_EQ(first.state().cursorLine, 0);
+  target.board().Load(0x0103, ByteList{0x9D});
+  views.RefreshProgramWindows();
+  first.Update();
+  EXPECT_EQ(first.Lines()[0].text, "000103 9d \tNOP");
+}
+
+TEST_F(ProgramViewTest, TheOneThatWasActiveLastFollowsPc) {
+  views.ShowPc();  // without any window
+  ProgramView& first = Open(0x0100, 3);
+  ProgramView& second = Open(0x0100, 3);
+  EXPECT_EQ(views.main(), &second);
+  views.Activate(first);
+  SetPC(0x0118);
+  BytesSent();
+  views.ShowPc();
+  first.Update();
+  second.Update();
+  EXPECT_EQ(first.state().top, 0x0118u);
+  EXPECT_EQ(second.state().top, 0x0100u);
+  EXPECT_EQ(BytesSent(), 3 * kForwardCost);
+  // PC on the screen: nothing moves and nothing is read.
+  SetPC(0x011C);
+  BytesSent();
+  views.ShowPc();
+  first.Update();
+  EXPECT_EQ(first.state().top, 0x0118u);
+  EXPECT_EQ(BytesSent(), 0u);
+  EXPECT_TRUE(first.Lines()[2].is_pc);
+  EXPECT_FALSE(first.Lines()[0].is_pc);
+
+  views.Activate(second);
+  views.Close(second);
+  EXPECT_EQ(views.main(), &first);
+  views.Close(first);
+  EXPECT_EQ(views.main(), nullptr);
+}
+
+TEST_F(ProgramViewTest, PcIsFollowedThroughARefreshThatMovesIt) {
+  ProgramView& view = Open(0x0100, 3);
+  SetPC(0x0104);
+  // The program loaded anew has shorter instructions: its third line is at 0102.
+  target.board().Load(0x0100, ByteList{0x9D, 0x9D, 0x9D, 0x9D, 0x9D, 0x9D});
+  views.RefreshProgramWindows();
+  views.ShowPc();
+  view.Update();
+  EXPECT_EQ(Of(view), (Addresses{0x0104, 0x0105, 0x0106}));
+}
+
+TEST_F(ProgramViewTest, ClicksMeanWhatTheyHit) {
+  using Kind = ClickMeaning::Kind;
+  const ProgramView& view = Open(0x0100, 3);
+  struct Case {
+    int x, y;
+    ClickMeaning meaning;
+  };
+  for (const Case& c : {
+           Case{0, 0, {Kind::ToggleBreakpoint, 0, 0x0100}},
+           Case{47, 29, {Kind::ToggleBreakpoint, 2, 0x0104}},
+           Case{48, 0, {}},
+           Case{56, 0, {}},
+           Case{57, 19, {Kind::MoveCursor, 1, 0x0103}},
+           Case{0, 30, {}},
+           Case{300, -1, {}},
+       }) {
+    EXPECT_EQ(view.HitTest(c.x, c.y, kCell), c.meaning) << c.x << ',' << c.y;
+  }
+}
+
+TEST_F(ProgramViewTest, TogglesBreakpointsUpToTheLimit) {
+  ProgramView& view = Open(0x0100, 3);
+  EXPECT_TRUE(view.Click(0, 0, kCell));
+  EXPECT_TRUE(view.Lines()[0].has_breakpoint);
+  EXPECT_FALSE(view.Click(0, kLineHeight, kCell));
+  EXPECT_THAT(user.messages,
+              ElementsAre("You can setup only 1 breakpoints\nwhen debugging code in flash"));
+  EXPECT_TRUE(view.Click(0, 0, kCell));
+  EXPECT_EQ(breakpoints.count(), 0);
+  EXPECT_EQ(view.state().cursorLine, 0);
+
+  state.HardwareBreakMode = false;
+  for (base::Address a = 0; a < 100; ++a) {
+    EXPECT_EQ(view.ToggleBreakpoint(0x8000 + a), Toggled::Added);
+  }
+  EXPECT_EQ(view.ToggleBreakpoint(0x9000), Toggled::Refused);
+  EXPECT_EQ(user.messages.back(), "You can setup only 100 breakpoints\n");
+  // The table tells which bytes of the running program are to be restored.
+  state.WaitingForBreak = true;
+  EXPECT_EQ(view.ToggleBreakpoint(0x8000), Toggled::Refused);
+  EXPECT_EQ(user.beeps, 1);
+  state.WaitingForBreak = false;
+  EXPECT_EQ(view.ToggleBreakpoint(0x8000), Toggled::Removed);
+  menu.ClearAllBreakpoints();
+  EXPECT_EQ(breakpoints.count(), 0);
+}
+
+TEST_F(ProgramViewTest, LeavesTheTargetAloneWhileAProgramRuns) {
+  ProgramView& view = Open(0x0100, 3);
+  EXPECT_TRUE(ProgramMenu::Allowed(views, view));
+  SetPC(0x0100);
+  run.Go();
+  Tick();
+  ASSERT_TRUE(view.Running());
+  EXPECT_FALSE(ProgramMenu::Allowed(views, view));
+  BytesSent();
+  view.Scroll(ScrollCode::PageDown);
+  views.RefreshProgramWindows();
+  view.Update();
+  EXPECT_EQ(Of(view), Starts(0, 3));
+  EXPECT_EQ(BytesSent(), 0u);
+  EXPECT_FALSE(link.LinkError);
+}
+
+TEST_F(ProgramViewTest, ShowsNoCodeDuringFileIo) {
+  ProgramView& view = Open(0x0100, 2);
+  views.SetFileIoActive(true);
+  view.Update();
+  EXPECT_EQ(view.Lines()[1].text, "00101: ****");
+  EXPECT_EQ(CostOf(view, ScrollCode::LineDown), 0u);
+  EXPECT_EQ(view.state().top, 0x0100u);
+  EXPECT_FALSE(view.Click(0, 0, kCell));
+  EXPECT_EQ(breakpoints.count(), 0);
+  EXPECT_FALSE(ProgramMenu::Allowed(views, view));
+  views.SetFileIoActive(false);
+  view.Update();
+  EXPECT_EQ(Of(view), Starts(0, 2));
+}
+
+TEST_F(ProgramViewTest, ItsMenuMovesPcAndTheView) {
+  ProgramView& view = Open(0x0100, 4);
+  view.Click(100, 2 * kLineHeight, kCell);
+  EXPECT_TRUE(menu.SetPcToCursor(view));
+  EXPECT_EQ(frame.ReadFramePC(), 0x0104u);
+  EXPECT_TRUE(view.Lines()[2].is_pc);
+  EXPECT_TRUE(view.Lines()[2].is_cursor);
+
+  EXPECT_TRUE(menu.AfterBreakpointList(view, BreakpointList::Result::GoTo, 0x0118));
+  view.Update();
+  EXPECT_EQ(view.state().top, 0x0118u);
+  EXPECT_TRUE(menu.AfterBreakpointList(view, BreakpointList::Result::Deleted, 0));
+  EXPECT_FALSE(menu.AfterBreakpointList(view, BreakpointList::Result::Nothing, 0));
+  view.Update();
+  EXPECT_EQ(view.state().top, 0x0118u);
+  menu.GoToPc(view);
+  view.Update();
+  EXPECT_EQ(view.state().top, 0x0104u);
+
+  menu.RunToCursor();
+  EXPECT_THAT(commands, ElementsAre(194));
+  menu.AfterEdit();
+  EXPECT_EQ(refreshes, 1);
+  menu.RunToLabel(0x010A);
+  TickUntilIdle();
+  EXPECT_EQ(frame.PC, 0x010Au);
+
+  // The cursor stays on a line when fewer are shown.
+  view.MoveCursor(3);
+  view.Resize(2 * kLineHeight, kLineHeight);
+  view.Update();
+  EXPECT_EQ(view.state().cursorLine, 1);
+  view.Resize(0, kLineHeight);
+  view.Update();
+  EXPECT_FALSE(menu.SetPcToCursor(view));
+}
+
+}  // namespace
+}  // namespace brevant::views
