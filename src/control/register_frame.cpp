@@ -166,25 +166,22 @@ bool RegisterFrame::Edit(Register which, std::string_view text) {
   return false;
 }
 
-bool RegisterFrame::RecoverInterrupted() {
+Recovery RegisterFrame::RecoverInterrupted() {
   const Address base = monitor_.ReadStackPointer();
   const std::uint8_t h = monitor_.ReadByte(Low16(base));
   const std::uint8_t ccr = monitor_.ReadByte(Low16(base + kInterrupted));
   const std::uint32_t a_x = monitor_.ReadNext();
   const std::uint32_t pc = monitor_.ReadNext();
-  if (monitor_.LinkError()) return false;
-  if ((ccr & (kCcrUnused | kCcrI)) != kCcrUnused) {
-    // No CPU stacks this: the two unused bits are ones, and an interrupt is only taken while I is
-    // clear. The program came into the monitor by itself, with its registers in the frame.
-    ReadRegisters();
-    return !monitor_.LinkError();
-  }
+  if (monitor_.LinkError()) return Recovery::Failed;
+  // No CPU stacks anything else: the two unused bits are ones, and an interrupt is only taken while
+  // I is clear.
+  if ((ccr & (kCcrUnused | kCcrI)) != kCcrUnused) return Recovery::StoppedByItself;
   SP = base;
   CCR = ccr;
   HX = base::Word(h, LowByte(a_x));
   A = HighByte(a_x);
   PC = pc;
-  return SetStackPointer(Low16(SP + kInterruptedSP));
+  return SetStackPointer(Low16(SP + kInterruptedSP)) ? Recovery::Interrupted : Recovery::Failed;
 }
 
 }  // namespace brevant::control

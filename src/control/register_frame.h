@@ -24,6 +24,12 @@ struct ChangeFlags {
 
 enum class Register { PC, SP, HX, A, CcrHigh, CcrLow };
 
+enum class Recovery {
+  Interrupted,      // the interrupted program's registers are in the frame
+  StoppedByItself,  // the signal met the monitor: the frame is the program's, and nothing was done
+  Failed,           // as when SetStackPointer fails
+};
+
 class RegisterFrame {
  public:
   explicit RegisterFrame(link::Monitor& monitor) : monitor_(monitor) {}
@@ -62,8 +68,8 @@ class RegisterFrame {
   // when the stack pointer could not be set.
   bool Edit(Register which, std::string_view text);
   // After a stop by break signal: the interrupted program's registers lie above the monitor's own
-  // frame. Reads them and discards that frame. False as for SetStackPointer.
-  bool RecoverInterrupted();
+  // frame. Reads them and discards that frame.
+  Recovery RecoverInterrupted();
 
  private:
   struct Values {

@@ -153,17 +153,9 @@ StopResult RunControl::Stop() {
   if (monitor_.LinkError()) return StopResult::LinkLost;
   // For 11 bit times after its echo a break cancels RUN instead of reaching the program.
   monitor_.link().WaitMs(kSettleMs);
-  if (state_.WaitingForBreak && HasStopped(PollWait::None)) {
-    // It stopped by itself since the last tick; a break signal would now reach the monitor instead
-    // of the program.
-    state_.WaitingForBreak = false;
-    go_after_step_ = false;
-    if (state_.RunMode == Mode::NStepping || state_.RunMode == Mode::Tracing) {
-      LeaveMode();
-    }
-    CompleteMode();
-    return monitor_.LinkError() ? StopResult::LinkLost : StopResult::Stopped;
-  }
+  // Since the last tick it may have stopped by itself; a break signal would then reach the monitor
+  // instead of the program.
+  if (state_.WaitingForBreak && HasStopped(PollWait::None)) return StopBesideTimer();
 
   if (!monitor_.link().SendBreak()) {
     return monitor_.link().PortError().empty() ? StopResult::NoAnswer : StopResult::LinkLost;
@@ -173,9 +165,10 @@ StopResult RunControl::Stop() {
   monitor_.link().DiscardInput();
   monitor_.link().BreakPollState = 0;
   breakpoints_.DisarmBreakModule();
+  const Recovery recovery = frame_.RecoverInterrupted();
+  if (recovery == Recovery::StoppedByItself) return StopBesideTimer();
   state_.WaitingForBreak = false;
   go_after_step_ = false;
-  const bool recovered = frame_.RecoverInterrupted();
   if (state_.RunMode == Mode::Running) breakpoints_.RemoveBreakpoints(state_.HardwareBreakMode);
   if (state_.StepPending) ClearStep();
   if (monitor_.LinkError()) return StopResult::LinkLost;
@@ -183,7 +176,15 @@ StopResult RunControl::Stop() {
   frame_.reread = false;
   workspace_.RefreshViews();
   ShowStopped();
-  return recovered ? StopResult::Stopped : StopResult::NotRecovered;
+  return recovery == Recovery::Interrupted ? StopResult::Stopped : StopResult::NotRecovered;
+}
+
+StopResult RunControl::StopBesideTimer() {
+  state_.WaitingForBreak = false;
+  go_after_step_ = false;
+  if (state_.RunMode == Mode::NStepping || state_.RunMode == Mode::Tracing) LeaveMode();
+  CompleteMode();
+  return monitor_.LinkError() ? StopResult::LinkLost : StopResult::Stopped;
 }
 
 void RunControl::RunToAddress(Address address) {

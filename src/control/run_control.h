@@ -105,6 +105,8 @@ class RunControl {
   void CompleteMode();
   // Idle again; tells a background operation that it has ended.
   void LeaveMode();
+  // The stop of a program that has stopped by itself: completed as the timer would have done.
+  StopResult StopBesideTimer();
   void ClearStep();
   void MarkPending();
   void ShowStopped();

@@ -197,15 +197,30 @@ TEST_F(RunControlTest, AnUnansweredStopLeavesEverythingAsItWas) {
   EXPECT_EQ(run.Stop(), StopResult::LinkLost);
 }
 
-TEST_F(RunControlTest, AStopThatFindsTheTargetStoppedTakesTheBreakpointsStop) {
+TEST_F(RunControlTest, AStopAtTheMomentOfABreakpointHitTakesTheBreakpointsStop) {
   PointIrqVectorToMonitor();
-  breakpoints.AddBreakpoint(0x0151);
-  RunEndlessLoop();
-  target.Sleep(std::chrono::milliseconds(20));  // no tick has seen the break byte yet
-  EXPECT_EQ(run.Stop(), StopResult::Stopped);
-  EXPECT_EQ(frame.PC, 0x0151u);
-  EXPECT_EQ(frame.ProgramSP(), 0x00FFu);
-  EXPECT_FALSE(state.Busy());
+  breakpoints.AddBreakpoint(0x0170);
+  target.board().Load(0x0100, ByteList(16, 0));
+  for (const bool hardware : {true, false}) {
+    // The delay ends before the signal, three times while the line is held, and after that.
+    for (const int delay : {0x10, 0x48, 0x60, 0x80, 0xFF}) {
+      SCOPED_TRACE(base::Format("%s mode, delay %02X", hardware ? "hardware" : "software", delay));
+      state.HardwareBreakMode = hardware;
+      // SEI; LDHX #0; AIX #1; CPHX #delay:00; BNE; JMP $0170
+      Program(0x0150, {0x9B, 0x45, 0, 0, 0xAF, 1, 0x65, base::LowByte(delay), 0, 0x26, 0xF9, 0xCC,
+                       0x01, 0x70});
+      target.board().Load(0x0170, ByteList{kNOP, kNOP});
+      run.Go();
+      target.Sleep(std::chrono::milliseconds(50));  // no tick looks for the break byte
+      EXPECT_EQ(run.Stop(), StopResult::Stopped);
+      EXPECT_EQ(frame.PC, 0x0170u);
+      ASSERT_TRUE(frame.ReadRegisters());
+      EXPECT_EQ(frame.PC, 0x0170u);
+      EXPECT_EQ(frame.ProgramSP(), 0x00FFu);
+      EXPECT_EQ(Peek(0x0170), kNOP);
+      EXPECT_FALSE(state.Busy() || link.LinkError);
+    }
+  }
 }
 
 TEST_F(RunControlTest, StopEndsAStepThatNeverComesBack) {

@@ -14,8 +14,13 @@ class TraceTest : public Bench {
     Bench::SendCommand(id);
     if (id == 345) trace.Command();
   }
+  void RefreshViews() override {
+    Bench::RefreshViews();
+    if (refreshes == lose_link_at_refresh) link.LinkError = true;
+  }
   std::string Log() const { return base::ReadFile(folder.path() / "trace.txt").text; }
 
+  int lose_link_at_refresh = -1;
   Indication indication;
   MessageCatcher ui;
   std::string directory = folder.path().string();
@@ -123,6 +128,14 @@ TEST_F(TraceTest, ALostLinkAddsNoRecord) {
   const int recorded = trace.ring().size();
   EXPECT_LT(recorded, 8);
   for (int i = 0; i < recorded; ++i) EXPECT_EQ(trace.ring().At(i).PC, 0x0151u + i);
+}
+
+TEST_F(TraceTest, ALinkThatTheViewsLoseEndsTheTick) {
+  Program(0x0150, ByteList(0x20, 0x9D));
+  lose_link_at_refresh = 3;
+  trace.Command();
+  Tick(2);
+  EXPECT_EQ(trace.ring().size(), 3);
 }
 
 }  // namespace
