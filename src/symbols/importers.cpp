@@ -148,7 +148,7 @@ const ToolChainRow* FindToolChainByName(std::string_view short_name) {
 std::string CompanionPath(const std::string& image_path, std::string_view extension) {
   const std::size_t separator = image_path.find_last_of("/\\");
   const std::size_t name = separator == std::string::npos ? 0 : separator + 1;
-  const std::string by_name =
+  std::string by_name =
       image_path.substr(0, name) + base::ReplaceExtension(image_path.substr(name), extension);
   for (const std::string& path :
        {base::ReplaceExtension(image_path, extension), by_name, Sibling(image_path, extension)}) {

@@ -50,7 +50,7 @@ std::string WriteInfoFiles(const std::string& directory, const InfoFiles& files)
   for (const InfoFile& file : kInfoFiles) {
     const std::string path = base::JoinPath(directory, file.name);
     const std::string error = base::ReplaceFile(path, files.*file.content);
-    if (!error.empty()) return path + ": " + error;
+    if (!error.empty()) return base::Format("%s: %s", path, error);
   }
   return {};
 }
