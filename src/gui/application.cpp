@@ -14,9 +14,8 @@ constexpr int kTickMs = 10;
 
 bool Application::Start() {
   const Options& options = session_.options;
-  if (!options.connect &&
-      !AskForConnection(nullptr, session_.settings, session_.ui, link::FindSerialDevices(),
-                        options.version)) {
+  if (!options.connect && !AskForConnection(nullptr, session_.settings, session_.ui,
+                                            link::FindSerialDevices(), options.version)) {
     return false;
   }
   window_ = std::make_unique<MainWindow>(session_);

@@ -4,7 +4,8 @@
 #include <QAction>
 #include <QCloseEvent>
 #include <QMenu>
-#include <QStyle>
+#include <QProxyStyle>
+#include <QStyleOptionTitleBar>
 
 namespace brevant::gui {
 namespace {
@@ -12,6 +13,22 @@ namespace {
 constexpr Qt::WindowFlags kPermanentFlags = Qt::SubWindow | Qt::CustomizeWindowHint |
                                             Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
                                             Qt::WindowMinimizeButtonHint;
+
+// The button to close a window comes with its system menu whether it is wanted or not.
+class WithoutCloseButton final : public QProxyStyle {
+ public:
+  void drawComplexControl(ComplexControl control, const QStyleOptionComplex* option,
+                          QPainter* painter, const QWidget* widget) const override {
+    const auto* const title_bar = qstyleoption_cast<const QStyleOptionTitleBar*>(option);
+    if (control != CC_TitleBar || title_bar == nullptr) {
+      QProxyStyle::drawComplexControl(control, option, painter, widget);
+      return;
+    }
+    QStyleOptionTitleBar shown(*title_bar);
+    shown.subControls &= ~SC_TitleBarCloseButton;
+    QProxyStyle::drawComplexControl(control, &shown, painter, widget);
+  }
+};
 
 }  // namespace
 
@@ -22,6 +39,9 @@ ChildWindow::ChildWindow(QWidget* content, const QString& title, Kind kind) : ki
   setAttribute(Qt::WA_DeleteOnClose, kind == Kind::Closable);
   if (kind == Kind::Closable) return;
   setWindowFlags(kPermanentFlags);
+  auto* const style = new WithoutCloseButton;
+  style->setParent(this);
+  setStyle(style);
   for (QAction* const action : systemMenu()->actions()) {
     if (action->shortcuts().contains(QKeySequence(QKeySequence::Close))) action->setEnabled(false);
   }

@@ -26,7 +26,8 @@ bool LoadCurrent(const CommandContext& context) {
       session.debugger.loader.LoadImage(session.recent_files.current());
   // Also after a part of it: lines may show what was there before.
   session.program_views.RefreshProgramWindows();
-  if (result.outcome == images::LoadOutcome::Loaded && session.debugger.debug_info.DebugInfoLoaded) {
+  if (result.outcome == images::LoadOutcome::Loaded &&
+      session.debugger.debug_info.DebugInfoLoaded) {
     context.window.status().ShowNotice(result.debug_info_detail);
   }
   return result.outcome == images::LoadOutcome::Loaded;
@@ -35,16 +36,15 @@ bool LoadCurrent(const CommandContext& context) {
 }  // namespace
 
 void LoadChosenImage(const CommandContext& context) {
-  const auto path =
-      Choose(context, shell::Chooser::Image, context.session.recent_files.current());
+  const auto path = Choose(context, shell::Chooser::Image, context.session.recent_files.current());
   if (path) LoadImageFile(context, *path);
 }
 
 void LoadImageFile(const CommandContext& context, const std::string& path) {
   Session& session = context.session;
   if (!shell::FileChooser::Accepts(path)) {
-    session.ui.ShowMessage({"The path is longer than 99 characters:\n" + path, "Error Message",
-                            base::Icon::Warning});
+    session.ui.ShowMessage(
+        {"The path is longer than 99 characters:\n" + path, "Error Message", base::Icon::Warning});
     return;
   }
   session.recent_files.AddChosen(path);
@@ -80,8 +80,8 @@ void LoadChosenSymbols(const CommandContext& context) {
       session.ui.ShowMessage(
           {*path + "\ncan not be read: " + file.error, "Error Message", base::Icon::Error});
     } else if (!symbols::LoadSymbolFile(*path, start, session.debugger.debug_info)) {
-      session.ui.ShowMessage({*path + "\nholds no symbols.", "Information",
-                              base::Icon::Information});
+      session.ui.ShowMessage(
+          {*path + "\nholds no symbols.", "Information", base::Icon::Information});
     }
   }
   session.debugger.RefreshAfterStop();

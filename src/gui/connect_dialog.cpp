@@ -55,8 +55,7 @@ class ConnectDialog final : public QDialog {
   QComboBox* select_ = new QComboBox;
 };
 
-ConnectDialog::ConnectDialog(QWidget* parent, base::SettingsFile& settings,
-                             base::UserInterface& ui,
+ConnectDialog::ConnectDialog(QWidget* parent, base::SettingsFile& settings, base::UserInterface& ui,
                              const std::vector<link::SerialDevice>& found,
                              const std::string& version)
     : QDialog(parent, Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint),
@@ -109,7 +108,7 @@ void ConnectDialog::AddFields(QGridLayout* layout) {
   behind_port_->setObjectName("deviceBehindPort");
   behind_port_->setMinimumContentsLength(34);
   behind_port_->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
-  label(3, "is the p&ort of", behind_port_);
+  label(3, "&Wired to", behind_port_);
   layout->addWidget(behind_port_, 3, 1, 1, 2);
 
   auto* const bytes = new QHBoxLayout;

@@ -42,8 +42,7 @@ QComboBox* MakeCombo(const QFont& font, const std::vector<std::string>& choices)
 
 }  // namespace
 
-bool AskForText(QWidget* parent, const QFont& font, const EditRequest& request,
-                AcceptText accept) {
+bool AskForText(QWidget* parent, const QFont& font, const EditRequest& request, AcceptText accept) {
   QDialog dialog(parent);
   dialog.setObjectName(request.choices ? "CBDlgEdit" : "DlgEdit");
   dialog.setWindowTitle(Text(request.title));
@@ -55,7 +54,7 @@ bool AskForText(QWidget* parent, const QFont& font, const EditRequest& request,
   field->setFont(font);
   field->setMaxLength(request.max_length);
   field->setText(Text(request.text));
-  field->setMinimumWidth(field->fontMetrics().averageCharWidth() * kFieldCharacters);
+  shown->setMinimumWidth(field->fontMetrics().averageCharWidth() * kFieldCharacters);
   if (!request.label.empty()) layout->addWidget(new QLabel(Text(request.label)));
   layout->addWidget(shown);
 

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 // brevant: the debugger in windows.
 #include <QApplication>
-#include <QIcon>
 
 #include "gui/application.h"
 #include "gui/options.h"
+#include "gui/product_icon.h"
 
 int main(int argc, char** argv) {
   const brevant::gui::ParsedOptions parsed =
@@ -16,6 +16,7 @@ int main(int argc, char** argv) {
   QApplication::setApplicationDisplayName("");
   QApplication::setApplicationVersion(BREVANT_VERSION);
   QApplication::setDesktopFileName("brevant");
+  QApplication::setWindowIcon(brevant::gui::ProductIcon());
   // Closing a dialog before the frame is there must not end the program.
   QApplication::setQuitOnLastWindowClosed(false);
 

@@ -47,10 +47,9 @@ MainWindow::MainWindow(Session& session)
   area_->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
   area_->addSubWindow(registers_child_);
   connect(area_, &QMdiArea::subWindowActivated, this, [this](QMdiSubWindow* child) {
-    const auto active =
-        std::ranges::find_if(program_windows_, [child](const ProgramWindow* window) {
-          return window->parentWidget() == child;
-        });
+    const auto active = std::ranges::find_if(
+        program_windows_,
+        [child](const ProgramWindow* window) { return window->parentWidget() == child; });
     if (active != program_windows_.end()) session_.program_views.Activate((*active)->view());
   });
   menus_.SetChecked(commands::kSaveOnExit, session_.settings.Integer(keys::kSaveOnExit) > 0);
@@ -72,9 +71,8 @@ ChildWindow& MainWindow::OpenProgramWindow() {
   const ProgramWindowLinks links{[this](int id) { Send(id); }, [this] { return menus_.popup(); }};
   auto* const window = new ProgramWindow(session_.program_views, session_.gate, links, font_);
   program_windows_.push_back(window);
-  connect(window, &QObject::destroyed, this, [this, window] {
-    std::erase(program_windows_, window);
-  });
+  connect(window, &QObject::destroyed, this,
+          [this, window] { std::erase(program_windows_, window); });
   auto* const child = new ChildWindow(window, "Program", ChildWindow::Kind::Closable);
   area_->addSubWindow(child);
   child->resize(std::min(area_->width(), 60 * window->cell().width), area_->height() / 2);

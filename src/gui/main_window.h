@@ -10,8 +10,8 @@
 #include <utility>
 #include <vector>
 
-#include "gui/command_dispatch.h"
 #include "gui/child_window.h"
+#include "gui/command_dispatch.h"
 #include "gui/menus.h"
 #include "gui/program_window.h"
 #include "gui/registers_window.h"

@@ -29,9 +29,10 @@ struct ScrollKey {
   int key;
   ScrollCode code;
 };
-constexpr std::array kScrollKeys{
-    ScrollKey{Qt::Key_Up, ScrollCode::LineUp}, ScrollKey{Qt::Key_Down, ScrollCode::LineDown},
-    ScrollKey{Qt::Key_PageUp, ScrollCode::PageUp}, ScrollKey{Qt::Key_PageDown, ScrollCode::PageDown}};
+constexpr std::array kScrollKeys{ScrollKey{Qt::Key_Up, ScrollCode::LineUp},
+                                 ScrollKey{Qt::Key_Down, ScrollCode::LineDown},
+                                 ScrollKey{Qt::Key_PageUp, ScrollCode::PageUp},
+                                 ScrollKey{Qt::Key_PageDown, ScrollCode::PageDown}};
 
 std::optional<ScrollCode> CodeOfAction(int action) {
   switch (action) {
@@ -56,11 +57,7 @@ std::optional<ScrollCode> CodeOfAction(int action) {
 
 ProgramWindow::ProgramWindow(views::ProgramViews& views, Gate& gate, ProgramWindowLinks links,
                              const QFont& font)
-    : TextView(font),
-      views_(views),
-      gate_(gate),
-      links_(std::move(links)),
-      view_(views.Open()) {
+    : TextView(font), views_(views), gate_(gate), links_(std::move(links)), view_(views.Open()) {
   setObjectName("MDI_Prog");
   setAccessibleName("Program");
   setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
@@ -113,8 +110,8 @@ void ProgramWindow::paintEvent(QPaintEvent*) {
 }
 
 void ProgramWindow::PaintLine(QPainter& painter, int row, const views::ProgramLine& line) const {
-  const QString text = Text(views::ExpandTabs(line.text))
-                           .leftJustified(views::kDrawnCharacters, ' ', true);
+  const QString text =
+      Text(views::ExpandTabs(line.text)).leftJustified(views::kDrawnCharacters, ' ', true);
   TextColours highlighted = line.is_pc ? Red() : Normal();
   if (line.is_cursor) highlighted = line.is_pc ? CursorRed() : Cursor();
   DrawText(painter, 0, row, text.left(views::kHighlightColumn), Normal());

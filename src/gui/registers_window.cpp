@@ -15,8 +15,8 @@ constexpr int kBlinkMs = 700;
 
 }  // namespace
 
-RegistersWindow::RegistersWindow(views::RegisterCells& cells,
-                                 std::function<void(char)> open_editor, const QFont& font)
+RegistersWindow::RegistersWindow(views::RegisterCells& cells, std::function<void(char)> open_editor,
+                                 const QFont& font)
     : TextView(font), cells_(cells), open_editor_(std::move(open_editor)) {
   setObjectName("MDI_Regs");
   setAccessibleName("Regs");

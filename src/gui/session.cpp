@@ -21,6 +21,7 @@ namespace keys = base::keys;
 constexpr std::string_view kSimulatedName = "sim";
 // The demo program is built for the first device.
 constexpr int kDemoDevice = 0;
+constexpr std::string_view kWholeAddressSpace = "FFFF";
 
 }  // namespace
 
@@ -45,6 +46,10 @@ Session::Session(const Options& given)
       program_menu(program_views, debugger.frame, debugger.breakpoints, debugger.run_control,
                    *this) {
   ApplyOptions();
+  // Until the user has chosen a range, the flash is within sight.
+  if (!settings.Has(keys::kProgramRange.section, keys::kProgramRange.key)) {
+    settings.Override(keys::kProgramRange, kWholeAddressSpace);
+  }
   program_views.ReadRange(settings);
   recent_files.Read(settings);
 }
@@ -62,9 +67,9 @@ void Session::ApplyOptions() {
     return;
   }
   settings.Override(keys::kPort, "COM1");
-  settings.Override(
-      keys::kPortDevice,
-      options.port == kSimulatedName ? std::string(link::kSimulator) : options.port, 1);
+  settings.Override(keys::kPortDevice,
+                    options.port == kSimulatedName ? std::string(link::kSimulator) : options.port,
+                    1);
 }
 
 // The simulated board lives as long as the program: connecting again finds the same flash.
@@ -85,8 +90,7 @@ link::PortBackend Session::Backend(const std::string& device) {
   return {simulated_, simulated_.get(), simulated_.get()};
 }
 
-link::ConnectResult Session::ShowConnecting(
-    base::FunctionRef<link::ConnectResult()> connect) {
+link::ConnectResult Session::ShowConnecting(base::FunctionRef<link::ConnectResult()> connect) {
   const auto names = link::DeviceNames();
   const int last = static_cast<int>(names.size()) - 1;
   target_ = names[static_cast<std::size_t>(std::clamp(settings.Integer(keys::kDevice), 0, last))];

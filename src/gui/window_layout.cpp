@@ -11,10 +11,10 @@
 namespace brevant::gui {
 namespace {
 
-constexpr QSize kDefaultFrame(1040, 700);
+constexpr QSize kDefaultFrame(900, 700);
 constexpr int kGap = 4;
 constexpr int kTitleBarAllowance = 44;  // title bar and borders of a child
-constexpr int kProgramColumns = 64;
+constexpr int kLeastProgramHeight = 200;
 
 shell::ChildPlace PlaceOf(const QMdiSubWindow& child) {
   if (child.isMinimized() || child.isMaximized()) return std::nullopt;
@@ -58,15 +58,13 @@ void PlaceChildAt(QMdiSubWindow& child, const shell::ChildPlace& place) {
 void PlaceByDefault(MainWindow& window, bool opens_program) {
   const views::CellSize cell = window.registers().cell();
   const int registers_height = cell.height + kTitleBarAllowance;
-  const int width = std::max(views::RegisterCells::kCells * views::RegisterCells::kCellWidth,
-                             kProgramColumns) *
-                        cell.width +
-                    kTitleBarAllowance;
+  const int width = window.area().width() - 2 * kGap;
   window.registers_child().setGeometry(kGap, kGap, width, registers_height);
   if (!opens_program) return;
   QMdiSubWindow& program = window.OpenProgramWindow();
   const int top = registers_height + 2 * kGap;
-  program.setGeometry(kGap, top, width, std::max(window.area().height() - top - kGap, 200));
+  program.setGeometry(kGap, top, width,
+                      std::max(window.area().height() - top - kGap, kLeastProgramHeight));
 }
 
 }  // namespace

@@ -8,8 +8,8 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMdiArea>
+#include <QMessageBox>
 #include <QPushButton>
-#include <QTimer>
 
 namespace brevant::gui {
 
@@ -18,12 +18,23 @@ using namespace std::chrono_literals;
 void Desktop::SetUp() {
   folder_ = std::filesystem::temp_directory_path() / ("brevant_gui_" + std::to_string(getpid()));
   std::filesystem::create_directories(folder_);
+  QObject::connect(&watchdog_, &QTimer::timeout, &watchdog_, [this] { CloseForgottenDialog(); });
+  watchdog_.start(10s);
 }
 
 void Desktop::TearDown() {
   application_.reset();
   std::filesystem::remove_all(folder_);
   EXPECT_TRUE(Answered()) << "a dialog that was expected did not open";
+}
+
+void Desktop::CloseForgottenDialog() {
+  auto* const dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+  if (dialog == nullptr) return;
+  auto* const message = qobject_cast<QMessageBox*>(dialog);
+  ADD_FAILURE() << "not answered: " << qPrintable(dialog->objectName()) << ' '
+                << qPrintable(message != nullptr ? message->text() : dialog->windowTitle());
+  dialog->done(0);
 }
 
 void Desktop::Start(bool connect) {
@@ -38,6 +49,11 @@ void Desktop::Start(bool connect) {
   window().activateWindow();
   ASSERT_TRUE(QTest::qWaitForWindowActive(&window()));
   QTest::qWait(30);
+}
+
+void Desktop::UseToolChain(symbols::ToolChain tool_chain) {
+  base::SettingsFile settings(folder_ / "brevant.ini");
+  ASSERT_TRUE(settings.Store(base::keys::kCompiler, static_cast<long>(tool_chain)));
 }
 
 void Desktop::OnDialog(const QString& name, std::function<void(QDialog&)> act) {
@@ -55,6 +71,9 @@ void Desktop::OnDialog(const QString& name, std::function<void(QDialog&)> act) {
 }
 
 void Desktop::Press(Qt::Key key, Qt::KeyboardModifiers modifiers) {
+  // Without a window manager nobody gives the focus back when a dialog has closed.
+  window().activateWindow();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(&window()));
   QWidget* const focus = QApplication::focusWidget();
   QTest::keyClick(focus != nullptr ? focus : &window(), key, modifiers);
 }

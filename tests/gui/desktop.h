@@ -8,6 +8,7 @@
 #include <QDialog>
 #include <QLineEdit>
 #include <QTest>
+#include <QTimer>
 #include <filesystem>
 #include <functional>
 #include <memory>
@@ -24,6 +25,8 @@ class Desktop : public testing::Test {
 
   // Starts without the connect dialog unless connect is false.
   void Start(bool connect = true);
+  // Before Start.
+  void UseToolChain(symbols::ToolChain tool_chain);
   void Quit() { application_.reset(); }
 
   // Does act on the next dialog of that name while it is open, in the same call that opens it.
@@ -56,8 +59,12 @@ class Desktop : public testing::Test {
   std::filesystem::path folder_;
 
  private:
+  // A dialog that nobody answers must fail its test instead of holding it for ever.
+  void CloseForgottenDialog();
+
   std::unique_ptr<Application> application_;
   int pending_ = 0;
+  QTimer watchdog_;
 };
 
 }  // namespace brevant::gui

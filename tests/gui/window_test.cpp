@@ -43,6 +43,7 @@ TEST_F(Desktop, ConnectsThroughTheDialogAfterAWrongPortWasRefused) {
 }
 
 TEST_F(Desktop, LoadsAFileAndRunsToAClickedBreakpoint) {
+  UseToolChain(symbols::ToolChain::Sdcc);
   Start();
   const std::string demo = Example("demo.s19");
   OnDialog("chooser", [&](QDialog& dialog) {
@@ -51,10 +52,9 @@ TEST_F(Desktop, LoadsAFileAndRunsToAClickedBreakpoint) {
     chooser.findChild<QLineEdit*>("fileNameEdit")->setText(Text(demo));
     QMetaObject::invokeMethod(&chooser, "accept");
   });
-  // Should the debug information be offered, it is declined.
-  OnDialog("message", [](QDialog& message) { message.reject(); });
   Choose(commands::kLoadImage);
   EXPECT_EQ(window().windowTitle(), Text(demo));
+  EXPECT_TRUE(debugger().debug_info.DebugInfoLoaded);
   EXPECT_EQ(debugger().frame.PC, kScratch);
   ASSERT_EQ(RowOf(kScratch), 0) << "the window follows PC";
   EXPECT_EQ(window().findChild<QAction*>("command144")->text(), Text(demo));
@@ -194,7 +194,8 @@ TEST_F(Desktop, FindsItsWindowsWhereTheyWere) {
   EXPECT_EQ(session().program_views.views().size(), 1u);
 }
 
-TEST_F(Desktop, ReloadsAnImageThatIsNewerOnceAndNotWhenItIsBroken) {
+TEST_F(Desktop, ReloadsAnImageThatIsNewerOnce) {
+  UseToolChain(symbols::ToolChain::Introl);  // which leaves nothing beside an image
   Start();
   const auto image = folder_ / "count.s19";
   const auto write = [&](const char* record, int seconds) {
