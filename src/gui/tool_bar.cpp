@@ -7,7 +7,7 @@
 
 namespace brevant::gui {
 
-ToolBar::ToolBar(std::function<void(int id)> send) {
+ToolBar::ToolBar(const std::function<void(int id)>& send) {
   setObjectName("toolbar");
   setWindowTitle("Toolbar");
   setToolButtonStyle(Qt::ToolButtonTextOnly);

@@ -13,7 +13,7 @@ namespace brevant::gui {
 
 class ToolBar final : public QToolBar {
  public:
-  explicit ToolBar(std::function<void(int id)> send);
+  explicit ToolBar(const std::function<void(int id)>& send);
 
   void Update(const shell::CommandConditions& conditions);
 
