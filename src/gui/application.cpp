@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "gui/application.h"
 
+#include <filesystem>
+
 #include "gui/connect_dialog.h"
 #include "gui/window_layout.h"
 #include "link/native/serial_devices.h"
@@ -27,7 +29,8 @@ bool Application::Start() {
   QObject::connect(&timer_, &QTimer::timeout, window_.get(), [this] { window_->Tick(); });
   timer_.setTimerType(Qt::PreciseTimer);
   timer_.start(kTickMs);
-  if (!options.image.empty()) window_->LoadFile(options.image);
+  // In full, since it is remembered for starts from other folders.
+  if (!options.image.empty()) window_->LoadFile(std::filesystem::absolute(options.image).string());
   return true;
 }
 

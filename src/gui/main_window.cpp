@@ -75,7 +75,7 @@ ChildWindow& MainWindow::OpenProgramWindow() {
           [this, window] { std::erase(program_windows_, window); });
   auto* const child = new ChildWindow(window, "Program", ChildWindow::Kind::Closable);
   area_->addSubWindow(child);
-  child->resize(std::min(area_->width(), 60 * window->cell().width), area_->height() / 2);
+  child->resize(child->sizeHint().boundedTo(area_->size()));
   child->show();
   return *child;
 }

@@ -24,6 +24,8 @@ using views::ScrollCode;
 const QString kPcMarker = QStringLiteral("\u25BA");
 constexpr int kWheelNotch = 120;
 constexpr int kLinesANotch = 3;
+constexpr int kUsualColumns = 56;
+constexpr int kUsualLines = 20;
 
 struct ScrollKey {
   int key;
@@ -71,6 +73,10 @@ ProgramWindow::ProgramWindow(views::ProgramViews& views, Gate& gate, ProgramWind
 
 ProgramWindow::~ProgramWindow() {
   views_.Close(view_);
+}
+
+QSize ProgramWindow::sizeHint() const {
+  return {kUsualColumns * cell().width, kUsualLines * cell().height};
 }
 
 void ProgramWindow::CellsChanged() {

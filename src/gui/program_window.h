@@ -31,6 +31,8 @@ class ProgramWindow final : public TextView {
   // must be held.
   void UpdateIfNeeded();
 
+  QSize sizeHint() const override;
+
  protected:
   void CellsChanged() override;
   void paintEvent(QPaintEvent* event) override;

@@ -27,6 +27,11 @@ RegistersWindow::RegistersWindow(views::RegisterCells& cells, std::function<void
   });
 }
 
+QSize RegistersWindow::sizeHint() const {
+  return {views::RegisterCells::kCells * views::RegisterCells::kCellWidth * cell().width,
+          2 * cell().height};
+}
+
 void RegistersWindow::CellsChanged() {
   cells_.Resize(viewport()->width(), cell().width);
 }

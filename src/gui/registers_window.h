@@ -17,6 +17,9 @@ class RegistersWindow final : public TextView {
   RegistersWindow(views::RegisterCells& cells, std::function<void(char key)> open_editor,
                   const QFont& font);
 
+  // All cells in one row.
+  QSize sizeHint() const override;
+
  protected:
   void CellsChanged() override;
   void paintEvent(QPaintEvent* event) override;
