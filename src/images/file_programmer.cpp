@@ -102,8 +102,9 @@ FileProgrammer::StepResult FileProgrammer::ProgramRecord(const FlashRecord& reco
     progress_text_ = base::Format(kBlockText, current_, *previous_end_);
     if (!with_.ui.UpdateProgress(progress_text_, status_.bytes_programmed, status_.bytes_total)) {
       Cancel();
-      return StepResult::Cancelled;
     }
+    // Windows that repaint may also have let a reset through.
+    if (!running()) return StepResult::Cancelled;
     with_.security.Doubt(current_, block.size());
     RunBlock();
     if (const StepResult check = CheckBlock(); check != StepResult::Done) return check;
