@@ -1,0 +1,188 @@
+// SPDX-License-Identifier: MIT
+// How much time the host adds to what the wire needs: brevant-target at its wire pace behind a
+// pseudo-terminal, the native port on this side. Each row shows the time taken, the protocol's own
+// minimum for exactly the commands that were sent, and their ratio. A ratio of 1.05 is the aim.
+//
+// The minimum counts the bits of each command at 9600 baud plus the waits that the host must make;
+// a step also waits for the break byte, which falls into such a wait.
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <filesystem>
+#include <vector>
+
+#include "control/run_control.h"
+#include "images/image.h"
+#include "images/verify.h"
+#include "link/monitor.h"
+#include "link/native/native_serial_port.h"
+#include "link/security_code.h"
+#include "scenario/target_process.h"
+
+namespace {
+
+using namespace brevant;
+using SteadyClock = std::chrono::steady_clock;
+using Seconds = std::chrono::duration<double>;
+
+constexpr double kBaud = 9600;
+
+struct CommandCost {
+  std::uint8_t code;
+  int bytes;
+  int bits;  // shortest time on the wire
+};
+constexpr CommandCost kCommands[] = {{0x4A, 3, 91}, {0x49, 4, 92}, {0x1A, 1, 55},
+                                     {0x19, 2, 46}, {0x0C, 1, 55}, {0x28, 1, 23}};
+
+// Adds up what the commands that pass cost at least.
+class CountingPort final : public base::SerialPort, public base::Clock {
+ public:
+  explicit CountingPort(link::PortBackend backend) : backend_(std::move(backend)) {}
+
+  Seconds Minimum() const { return Seconds(bits_ / kBaud) + waited_; }
+  Seconds Taken() const { return SteadyClock::now() - start_; }
+  // Takes what went before out of both.
+  void Restart() {
+    bits_ = 0;
+    waited_ = {};
+    start_ = SteadyClock::now();
+  }
+
+  bool Open(const std::string& device) override { return port().Open(device); }
+  void Close() override { port().Close(); }
+  bool Configure(const base::LineSettings& settings) override { return port().Configure(settings); }
+  bool SetQueueSizes(int receive, int transmit) override {
+    return port().SetQueueSizes(receive, transmit);
+  }
+  bool SetDtr(bool high) override { return port().SetDtr(high); }
+  bool SetRts(bool high) override { return port().SetRts(high); }
+  bool SetBreak(bool on) override { return port().SetBreak(on); }
+  bool Write(base::Bytes bytes) override {
+    for (const std::uint8_t byte : bytes) Count(byte);
+    return port().Write(bytes);
+  }
+  std::optional<std::size_t> Read(std::span<std::uint8_t> buffer,
+                                  std::chrono::milliseconds timeout) override {
+    return port().Read(buffer, timeout);
+  }
+  std::string LastError() const override { return backend_.port->LastError(); }
+  std::int64_t NowMs() override { return backend_.clock->NowMs(); }
+  void SpinUntil(std::int64_t deadline_ms) override {
+    const auto start = SteadyClock::now();
+    backend_.clock->SpinUntil(deadline_ms);
+    waited_ += SteadyClock::now() - start;
+  }
+  void Sleep(std::chrono::milliseconds time) override { backend_.clock->Sleep(time); }
+
+ private:
+  base::SerialPort& port() { return *backend_.port; }
+  void Count(std::uint8_t byte) {
+    if (operands_left_ > 0) {
+      --operands_left_;
+      return;
+    }
+    const auto* command = std::ranges::find(kCommands, byte, &CommandCost::code);
+    if (command == std::ranges::end(kCommands)) return;
+    operands_left_ = command->bytes - 1;
+    bits_ += command->bits;
+  }
+
+  link::PortBackend backend_;
+  int operands_left_ = 0;
+  double bits_ = 0;
+  Seconds waited_{};
+  SteadyClock::time_point start_ = SteadyClock::now();
+};
+
+struct NoWorkspace final : base::Workspace {
+  void RefreshViews() override {}
+  void ShowRunning(bool) override {}
+  void SendCommand(int) override {}
+};
+
+struct Bench {
+  scenario::TargetProcess process{{"--pace", "wire"}};
+  CountingPort port{link::MakeNativeBackend()};
+  link::MonitorLink link{port, port};
+  link::Monitor monitor{link};
+
+  bool Connect() {
+    return link.OpenPort(process.device()) &&
+           monitor.SendSecurityCode(link::kBlankSecurityCode) == 0 && !link.LinkError;
+  }
+};
+
+bool Load(Bench& bench) {
+  constexpr int kBlock = 32;
+  const std::vector<std::uint8_t> block(kBlock, 0x5A);
+  for (int i = 0; i < 2048 / kBlock; ++i) {
+    bench.monitor.WriteBlock(0x0100 + static_cast<base::Address>(i % 8) * kBlock, block);
+  }
+  return bench.monitor.ReadByte(0x01FF) == 0x5A;
+}
+
+bool Read(Bench& bench) {
+  std::vector<std::uint16_t> words(256);
+  bench.monitor.ReadBlockWords(words, 0x8000);
+  return std::ranges::count(words, 0xFFFF) == 256;
+}
+
+bool Step(Bench& bench) {
+  control::RegisterFrame frame(bench.monitor);
+  control::BreakpointTable breakpoints(bench.monitor);
+  control::RunState state;
+  const symbols::DebugInfo debug_info;
+  const base::SettingsFile settings(std::filesystem::path{});
+  NoWorkspace workspace;
+  control::RunControl run(bench.monitor, frame, breakpoints, state, debug_info, settings,
+                          workspace);
+  bench.monitor.WriteBlock(0x0100, std::vector<std::uint8_t>{0x4C, 0x9D, 0x20, 0xFC});
+  bench.monitor.WriteWord(0x00FE, 0x0100);
+  frame.ReadRegisters();
+  bench.port.Restart();
+  for (int i = 0; i < 50; ++i) {
+    if (!run.SingleStep()) return false;
+  }
+  return frame.A == 17;
+}
+
+bool Verify(Bench& bench) {
+  images::Image image;
+  image.Put(0x8000, std::vector<std::uint8_t>(512, 0xFF));
+  const auto result = images::Verify(bench.monitor, image, [](long, long) { return true; });
+  return result.outcome == images::VerifyOutcome::Equal && result.compared == 512;
+}
+
+struct Row {
+  const char* what;
+  bool (*run)(Bench& bench);
+};
+constexpr Row kRows[] = {{"load 2 KB in blocks of 32", &Load},
+                         {"read 512 bytes by words", &Read},
+                         {"50 steps, hardware break", &Step},
+                         {"verify 512 bytes", &Verify}};
+
+bool Measure(Bench& bench, const Row& row) {
+  bench.port.Restart();
+  const bool good = row.run(bench) && !bench.link.LinkError;
+  const Seconds taken = bench.port.Taken();
+  const Seconds minimum = bench.port.Minimum();
+  std::printf("%-28s %8.3f s  minimum %8.3f s  ratio %.4f%s\n", row.what, taken.count(),
+              minimum.count(), taken / minimum, good ? "" : "  FAILED");
+  std::fflush(stdout);
+  return good;
+}
+
+}  // namespace
+
+int main() {
+  Bench bench;
+  if (!bench.Connect()) {
+    std::fprintf(stderr, "link_bench: %s\n", bench.link.PortError().c_str());
+    return 1;
+  }
+  bool good = true;
+  for (const Row& row : kRows) good = Measure(bench, row) && good;
+  return good ? 0 : 1;
+}
