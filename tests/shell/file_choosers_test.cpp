@@ -40,7 +40,7 @@ TEST(FileChoosers, StartWhereTheirFileIs) {
     bool must_exist;
   };
   for (const Case& c : {Case{Chooser::Image, "", "/cwd", "txt", true},
-                        Case{Chooser::Image, "/work/led.v2/a.s19", "/work/led.v2", "s19", true},
+                        Case{Chooser::Image, "/home/led.v2/a.s19", "/home/led.v2", "s19", true},
                         Case{Chooser::MacroFile, "C:\\x\\a.mac", "C:\\x", "mac", true},
                         Case{Chooser::WatchSave, "", "/cwd", "CFG", false},
                         Case{Chooser::WatchSave, "/w/a.cfg", "/w", "cfg", false},
