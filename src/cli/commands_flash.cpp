@@ -127,6 +127,10 @@ Result Program(Session& session, Arguments arguments) {
   }
   images::FileProgrammer& programmer = session.debugger().file_programmer;
   Result result = AwaitFlash(session, programmer.status(), programmer.ProgramFlashFile(path));
+  if (result.ok() && programmer.status().bytes_programmed == 0) {
+    return Failure(ExitStatus::File,
+                   fmt::format("nothing was programmed: {} begins with no S-record", path));
+  }
   return Programmed(session, std::move(result), file.image, verify);
 }
 
