@@ -9,7 +9,7 @@
 
 namespace brevant::symbols {
 
-// The path of a source file: as the tool chain names it, else in the image's folder. Nothing when
+// The path of a source file: in the image's folder, else as the tool chain names it. Nothing when
 // there is no such file.
 std::optional<std::string> SourcePath(const DebugInfo& info, std::uint32_t file,
                                       const std::string& image_directory);
