@@ -5,6 +5,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cctype>
 #include <cerrno>
 #include <filesystem>
@@ -28,12 +29,24 @@ std::string ProgramName(const fs::path& process) {
   return name.empty() ? "a program" : name;
 }
 
-bool HoldsOpen(const fs::path& process, const fs::path& device) {
-  std::error_code error;  // other users' processes cannot be looked into
-  for (const auto& entry : fs::directory_iterator(process / "fd", error)) {
-    if (fs::read_symlink(entry.path(), error) == device) return true;
+// The entries of a folder as far as they can be read: processes end and descriptors close
+// meanwhile.
+std::vector<fs::path> EntriesOf(const fs::path& folder) {
+  std::vector<fs::path> entries;
+  std::error_code error;
+  for (fs::directory_iterator it(folder, error), end; !error && it != end; it.increment(error)) {
+    entries.push_back(it->path());
   }
-  return false;
+  return entries;
+}
+
+bool HoldsOpen(const fs::path& process, const fs::path& device) {
+  const auto leads_to_device = [&](const fs::path& descriptor) {
+    std::error_code error;
+    return fs::read_symlink(descriptor, error) == device;
+  };
+  // Of other users' processes nothing is seen here.
+  return std::ranges::any_of(EntriesOf(process / "fd"), leads_to_device);
 }
 
 // Members of this group may open the device; empty when its owner alone may.
@@ -77,15 +90,15 @@ std::string DeniedText(const std::string& path) {
 std::string HoldersOf(const std::string& path) {
   std::error_code error;
   const fs::path device = fs::canonical(path, error);
+  if (error) return "";
   std::string holders;
-  for (const auto& process : fs::directory_iterator("/proc", error)) {
-    const std::string id = process.path().filename().string();
-    if (!std::isdigit(static_cast<unsigned char>(id.front()))) continue;
-    if (!HoldsOpen(process.path(), device)) continue;
+  for (const fs::path& process : EntriesOf("/proc")) {
+    const std::string id = process.filename().string();
+    if (std::isdigit(static_cast<unsigned char>(id.front())) == 0) continue;
+    if (!HoldsOpen(process, device)) continue;
     if (!holders.empty()) holders += ", ";
-    holders += id == std::to_string(::getpid())
-                   ? "this program itself"
-                   : ProgramName(process.path()) + " (process " + id + ")";
+    const bool self = id == std::to_string(::getpid());
+    holders += self ? "this program itself" : ProgramName(process) + " (process " + id + ")";
   }
   return holders;
 }
