@@ -29,7 +29,8 @@ Cycles ToCycles(Nanoseconds time) {
                              (rest * kRatioCycles + kRatioNanoseconds - 1) / kRatioNanoseconds);
 }
 
-void RealTime::WaitUntil(Clock::time_point when) {
+void RealTime::WaitUntil(Cycles cycle) const {
+  const Clock::time_point when = start_ + ToTime(cycle);
   if (when - Clock::now() > kWakeUp) std::this_thread::sleep_until(when - kWakeUp);
   while (Clock::now() < when) {
   }

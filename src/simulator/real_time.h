@@ -2,6 +2,7 @@
 // The wall clock counted in bus cycles, and waiting on it to within some microseconds.
 #pragma once
 
+#include <algorithm>
 #include <chrono>
 
 #include "simulator/wire.h"
@@ -22,10 +23,11 @@ class RealTime {
   // Cycles since the start.
   Cycles Now() const { return static_cast<Cycles>(ToCycles(Clock::now() - start_)); }
   // Sleeps until shortly before the cycle, then spins.
-  void WaitUntil(Cycles cycle) const { WaitUntil(start_ + ToTime(cycle)); }
-  static void WaitUntil(Clock::time_point when);
+  void WaitUntil(Cycles cycle) const;
   // Leaves this much time out of the count, as if it had not passed.
   void Skip(Cycles cycles) { start_ += ToTime(cycles); }
+  // Counts as if the time until the cycle had passed, if it has not.
+  void JumpTo(Cycles cycle) { start_ = std::min(start_, Clock::now() - ToTime(cycle)); }
 
  private:
   Clock::time_point start_;

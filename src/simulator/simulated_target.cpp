@@ -25,14 +25,20 @@ void SimulatedTarget::CatchUp() {
   board_.RunUntil(real_time_.Now());
 }
 
-void SimulatedTarget::Settle() const {
-  if (pace_ != Pace::Instant) real_time_.WaitUntil(board_.now());
+void SimulatedTarget::Settle(bool program_ran) {
+  if (pace_ == Pace::Instant) return;
+  if (pace_ == Pace::Bus && !program_ran && !board_.running()) {
+    real_time_.JumpTo(board_.now());
+  } else {
+    real_time_.WaitUntil(board_.now());
+  }
 }
 
 void SimulatedTarget::Pass(Nanoseconds time) {
   CatchUp();
+  const bool program_ran = board_.running();
   board_.RunUntil(board_.now() + ToCycles(time));
-  Settle();
+  Settle(program_ran);
 }
 
 bool SimulatedTarget::Usable() {
@@ -105,6 +111,7 @@ std::optional<std::size_t> SimulatedTarget::Read(std::span<std::uint8_t> buffer,
                                                  milliseconds timeout) {
   CatchUp();
   if (!Usable()) return std::nullopt;
+  const bool program_ran = board_.running();
   const Cycles deadline = board_.now() + ToCycles(timeout);
   std::size_t count = board_.TakeReceived(buffer);
   while (count < buffer.size() && board_.now() < deadline) {
@@ -112,25 +119,21 @@ std::optional<std::size_t> SimulatedTarget::Read(std::span<std::uint8_t> buffer,
     if (!Usable()) return std::nullopt;
     count += board_.TakeReceived(buffer.subspan(count));
   }
-  Settle();
+  Settle(program_ran);
   return count;
 }
 
 std::int64_t SimulatedTarget::NowMs() {
-  using std::chrono::duration_cast;
-  const Nanoseconds now =
-      pace_ == Pace::Instant ? ToTime(board_.now()) : RealTime::Clock::now().time_since_epoch();
-  return duration_cast<milliseconds>(now).count();
+  return std::chrono::floor<milliseconds>(Now()).count();
+}
+
+Nanoseconds SimulatedTarget::Now() const {
+  return ToTime(pace_ == Pace::Instant ? board_.now() : real_time_.Now());
 }
 
 void SimulatedTarget::SpinUntil(std::int64_t deadline_ms) {
-  if (pace_ == Pace::Instant) {
-    board_.RunUntil(ToCycles(milliseconds(std::max<std::int64_t>(deadline_ms, 0))));
-    return;
-  }
-  const RealTime::Clock::time_point deadline{milliseconds(deadline_ms)};
-  Pass(std::max(Nanoseconds{0}, Nanoseconds(deadline - RealTime::Clock::now())));
-  RealTime::WaitUntil(deadline);
+  const Nanoseconds deadline = milliseconds(deadline_ms);
+  for (Nanoseconds now = Now(); now < deadline; now = Now()) Pass(deadline - now);
 }
 
 void SimulatedTarget::Sleep(milliseconds time) {

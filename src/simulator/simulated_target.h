@@ -3,8 +3,9 @@
 // and every effect happens in its own CPU, memory and flash.
 //
 // At the instant pace time is virtual: it passes only while the host waits (Read with a time-out,
-// SpinUntil, Sleep), and costs what the CPU's work costs. At the other paces it is the wall
-// clock's.
+// SpinUntil, Sleep), and costs what the CPU's work costs. At the wire pace it is the wall clock's.
+// At the bus pace it is the wall clock's while a program runs; while the monitor has the CPU, what
+// the host waits for is there at once.
 #pragma once
 
 #include <chrono>
@@ -24,7 +25,7 @@ namespace brevant::simulator {
 
 enum class Pace {
   Instant,  // virtual time only; nothing ever sleeps
-  Bus,      // the CPU runs at bus speed against the wall clock, the wire is instant
+  Bus,      // programs run at bus speed against the wall clock, wire and monitor are instant
   Wire,     // the CPU and every byte take their real time
 };
 
@@ -59,7 +60,8 @@ class SimulatedTarget final : public base::SerialPort, public base::Clock {
   // Brings the board up to the wall clock before the host acts on it.
   void CatchUp();
   // Lets the wall clock come up to the board after the host has waited.
-  void Settle() const;
+  void Settle(bool program_ran);
+  Nanoseconds Now() const;
   void Pass(Nanoseconds time);
   // Whether the port can be used; says why not.
   bool Usable();
