@@ -70,8 +70,7 @@ void PopupEdit(const CommandContext& context) {
                             .max_length = views::InstructionEditor::kMaxLength};
   AskForText(&context.window, context.window.view_font(), request,
              [&](std::string_view text) { return editor.Accept(text); });
-  // Every window reads anew where it is; none goes to PC.
-  session.program_views.RefreshProgramWindows();
+  session.program_menu.AfterEdit();
 }
 
 void PopupGoToBreakpoint(const CommandContext& context) {

@@ -14,6 +14,16 @@ namespace {
 
 constexpr base::Address kShownAddressBits = 0xFFFFF;
 
+constexpr int kLongestInstruction = 4;
+constexpr int kUsualInstruction = 2;
+// So that a window fills visibly, run by run, and little is read in vain.
+constexpr int kLongestRun = 32;
+
+// How many bytes to read beyond a line's own for the lines that are to be filled after it.
+int Ahead(int lines_to_come) {
+  return std::min(lines_to_come * kUsualInstruction, kLongestRun);
+}
+
 // Sets the line's text and returns the instruction's length.
 base::Address Disassemble(CodeLine& line, const isa::SymbolNames& symbols) {
   isa::CurrentInstruction instruction;
@@ -23,19 +33,29 @@ base::Address Disassemble(CodeLine& line, const isa::SymbolNames& symbols) {
   return instruction.length;
 }
 
-}  // namespace
-
-CodeLine ReadCodeLine(link::Monitor& monitor, const isa::SymbolNames& symbols,
-                      base::Address& address) {
+// The line at the address, which moves on to the next one.
+CodeLine LineAt(base::Address& address, std::span<const std::uint8_t> bytes,
+                const isa::SymbolNames& symbols) {
   CodeLine line;
   line.address = address;
-  monitor.ReadBlockBytes(line.bytes, address);
+  std::copy(bytes.begin(), bytes.end(), line.bytes.begin());
   address += Disassemble(line, symbols);
   return line;
 }
 
-CodeLine CodeLines::FillLineForward(base::Address& address) {
-  if (reads_target_) return ReadCodeLine(monitor_, symbols_, address);
+}  // namespace
+
+CodeLine ReadCodeLine(link::Monitor& monitor, const isa::SymbolNames& symbols,
+                      base::Address& address) {
+  CodeBytes bytes(monitor);
+  return LineAt(address, bytes.From(address, kLongestInstruction, kLongestInstruction), symbols);
+}
+
+CodeLine CodeLines::FillLineForward(CodeBytes& bytes, base::Address& address, int lines_to_come) {
+  if (reads_target_) {
+    const int run = kLongestInstruction + Ahead(lines_to_come);
+    return LineAt(address, bytes.From(address, kLongestInstruction, run), symbols_);
+  }
   CodeLine line;
   line.address = address;
   line.text = base::Format("%05lx: %s", address & kShownAddressBits, "****");
@@ -43,13 +63,15 @@ CodeLine CodeLines::FillLineForward(base::Address& address) {
   return line;
 }
 
-CodeLine CodeLines::FillLineBackward(const CodeLine& below) {
+CodeLine CodeLines::FillLineBackward(CodeBytes& target_bytes, const CodeLine& below,
+                                     int lines_to_come) {
   const int size = static_cast<int>(std::min<base::Address>(kBackwardBytes, below.address));
   // The bytes before the line below and, behind them, that line's own: they are what follows a
   // page prefix, and what an instruction that runs into that line ends with.
-  std::array<std::uint8_t, kBackwardBytes + 4> bytes{};
-  monitor_.ReadBlockBytes(std::span(bytes).first(static_cast<std::size_t>(size)),
-                          below.address - static_cast<base::Address>(size));
+  std::array<std::uint8_t, kBackwardBytes + kLongestInstruction> bytes{};
+  const auto before =
+      target_bytes.Before(below.address, size, kBackwardBytes + Ahead(lines_to_come));
+  std::copy(before.begin(), before.end(), bytes.begin());
   std::copy(below.bytes.begin(), below.bytes.end(), bytes.begin() + size);
 
   std::array<int, kBackwardBytes> lengths{};
@@ -77,7 +99,10 @@ void CodeLines::Resize(int count) {
     bottom_ = lines_[wanted].address;
     lines_.resize(wanted);
   }
-  while (lines_.size() < wanted) lines_.push_back(FillLineForward(bottom_));
+  for (CodeBytes bytes(monitor_); lines_.size() < wanted;) {
+    const auto to_come = static_cast<int>(wanted - lines_.size()) - 1;
+    lines_.push_back(FillLineForward(bytes, bottom_, to_come));
+  }
 }
 
 void CodeLines::RecomputeLines(ScrollCode code, int position, const ScrollRange& range) {
@@ -106,7 +131,8 @@ void CodeLines::RecomputeLines(ScrollCode code, int position, const ScrollRange&
 
 void CodeLines::LineUp() {
   if (top() == 0) return;
-  CodeLine line = FillLineBackward(lines_.front());
+  CodeBytes bytes(monitor_);
+  CodeLine line = FillLineBackward(bytes, lines_.front(), 0);
   bottom_ = lines_.back().address;
   std::rotate(lines_.begin(), lines_.end() - 1, lines_.end());
   lines_.front() = std::move(line);
@@ -114,16 +140,19 @@ void CodeLines::LineUp() {
 
 void CodeLines::LineDown(const ScrollRange& range) {
   if (top() >= range.LastTop()) return;
-  CodeLine line = FillLineForward(bottom_);
+  CodeBytes bytes(monitor_);
+  CodeLine line = FillLineForward(bytes, bottom_, 0);
   std::rotate(lines_.begin(), lines_.begin() + 1, lines_.end());
   lines_.back() = std::move(line);
 }
 
 void CodeLines::PageUp() {
   if (top() == 0) return;
+  CodeBytes bytes(monitor_);
   std::vector<CodeLine> upwards{lines_.front()};
   while (upwards.back().address != 0 && upwards.size() <= lines_.size()) {
-    upwards.push_back(FillLineBackward(upwards.back()));
+    const auto to_come = static_cast<int>(lines_.size() - upwards.size());
+    upwards.push_back(FillLineBackward(bytes, upwards.back(), to_come));
   }
   if (upwards.size() <= lines_.size()) {
     FillFrom(0, count());

@@ -3,7 +3,8 @@
 // disassembled. Moving by a line keeps the others and reads one. Rests on the monitor's block reads
 // and the disassembler.
 //
-// Cost on the wire: 4 bytes a line forwards, 24 bytes a line backwards.
+// Cost on the wire: at most 4 bytes a line forwards and 24 bytes a line backwards, as for a single
+// line; less for each of many, whose bytes overlap.
 #pragma once
 
 #include <array>
@@ -15,6 +16,7 @@
 #include "isa/disassembler.h"
 #include "isa/symbol_names.h"
 #include "link/monitor.h"
+#include "views/code_bytes.h"
 #include "views/scroll_range.h"
 
 namespace brevant::views {
@@ -58,9 +60,10 @@ class CodeLines {
   void RecomputeLines(ScrollCode code, int position, const ScrollRange& range);
 
  private:
-  CodeLine FillLineForward(base::Address& address);
+  // One of so many lines that are filled with the same bytes.
+  CodeLine FillLineForward(CodeBytes& bytes, base::Address& address, int lines_to_come);
   // The instruction before below; below.address must not be 0.
-  CodeLine FillLineBackward(const CodeLine& below);
+  CodeLine FillLineBackward(CodeBytes& bytes, const CodeLine& below, int lines_to_come);
   void LineUp();
   void LineDown(const ScrollRange& range);
   void PageUp();

@@ -17,7 +17,7 @@ void ProgramMenu::RunToLabel(base::Address address) {
 }
 
 void ProgramMenu::AfterEdit() {
-  workspace_.RefreshViews();
+  views_.RefreshProgramWindows();
 }
 
 bool ProgramMenu::AfterBreakpointList(ProgramView& view, BreakpointList::Result result,

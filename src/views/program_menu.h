@@ -34,7 +34,7 @@ class ProgramMenu {
   void RunToCursor();
   // To what the symbol prompt answered.
   void RunToLabel(base::Address address);
-  // After the instruction editor, whatever its answer.
+  // After the instruction editor, whatever its answer: every view reads anew where it is.
   void AfterEdit();
   // After the breakpoint list has closed; address is what its "Go to" answered. True when marks
   // have changed, which other windows show too.

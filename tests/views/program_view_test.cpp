@@ -76,9 +76,9 @@ TEST_F(ProgramViewTest, ScrollsByALineForTheCostOfALine) {
   EXPECT_EQ(Of(view), Starts(9, 5));
   EXPECT_EQ(CostOf(view, ScrollCode::LineUp), kBackwardCost);
   EXPECT_EQ(Of(view), Starts(8, 5));
-  EXPECT_EQ(CostOf(view, ScrollCode::PageDown), 5 * kForwardCost);
+  EXPECT_LE(CostOf(view, ScrollCode::PageDown), 5 * kForwardCost);
   EXPECT_EQ(Of(view), Starts(13, 5));
-  EXPECT_EQ(CostOf(view, ScrollCode::PageUp), 5 * kBackwardCost);
+  EXPECT_LE(CostOf(view, ScrollCode::PageUp), 5 * kBackwardCost);
   EXPECT_EQ(Of(view), Starts(8, 5));
   // Nothing is read for what is on the screen already.
   EXPECT_EQ(CostOf(view, ScrollCode::RepaintOnly), 0u);
@@ -103,6 +103,26 @@ TEST_F(ProgramViewTest, ScrollsBackwardsFromInstructionToInstruction) {
     base::Address next = kStarts[i - 1];
     EXPECT_EQ(view.Lines()[0].text, ReadCodeLine(monitor, debug_info.SymbolTable, next).text);
   }
+}
+
+TEST_F(ProgramViewTest, ReadsOverlappingBytesOnce) {
+  constexpr int kLines = 60;
+  views.SetRange(ProgramScrollRange("FFFF"));
+  target.board().Load(0x8000, ByteList(0x200, 0x9D));  // NOPs
+  ProgramView& view = Open(0x8100, kLines);
+  // An address and a command for every two bytes, of which there are 1 a line, 3 behind the last
+  // one, and up to a run of 32 in vain.
+  EXPECT_LE(CostOf(view, ScrollCode::PageDown), 3 * 3 + (kLines + 3 + 32) / 2u);
+  EXPECT_EQ(view.state().top, 0x8100u + kLines);
+  EXPECT_LE(CostOf(view, ScrollCode::PageUp), 3 * 3 + (kLines + 24 + 32) / 2u);
+  EXPECT_EQ(view.state().top, 0x8100u);
+  EXPECT_EQ(view.Lines().back().address, 0x8100u + kLines - 1);
+  // Up to the end of the address space and no further.
+  target.board().Load(0xFFF0, ByteList(0x10, 0x9D));
+  view.GoToAddress(0xFFF8);
+  BytesSent();
+  view.Update();
+  EXPECT_EQ(view.Lines().back().address, 0xFFFFu);
 }
 
 TEST_F(ProgramViewTest, EndsAtAddressZero) {
@@ -190,7 +210,9 @@ TEST_F(ProgramViewTest, TheOneThatWasActiveLastFollowsPc) {
   second.Update();
   EXPECT_EQ(first.state().top, 0x0118u);
   EXPECT_EQ(second.state().top, 0x0100u);
-  EXPECT_EQ(BytesSent(), 3 * kForwardCost);
+  const std::size_t cost = BytesSent();
+  EXPECT_GT(cost, 0u);
+  EXPECT_LE(cost, 3 * kForwardCost) << "the lines of one view";
   // PC on the screen: nothing moves and nothing is read.
   SetPC(0x011C);
   BytesSent();
@@ -319,8 +341,11 @@ TEST_F(ProgramViewTest, ItsMenuMovesPcAndTheView) {
 
   menu.RunToCursor();
   EXPECT_THAT(commands, ElementsAre(194));
+  target.board().Load(0x0104, ByteList{0x9D});
   menu.AfterEdit();
-  EXPECT_EQ(refreshes, 1);
+  view.Update();
+  EXPECT_EQ(view.state().top, 0x0104u);
+  EXPECT_EQ(view.Lines()[0].text, "000104 9d \tNOP");
   menu.RunToLabel(0x010A);
   TickUntilIdle();
   EXPECT_EQ(frame.PC, 0x010Au);
