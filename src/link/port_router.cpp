@@ -1,13 +1,22 @@
 // SPDX-License-Identifier: MIT
 #include "link/port_router.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace brevant::link {
+namespace {
+
+constexpr std::chrono::milliseconds kSleepSlice{20};
+
+}  // namespace
 
 PortRouter::PortRouter(std::function<std::optional<std::string>(const std::string&)> resolve,
-                       std::function<PortBackend(const std::string&)> make_backend)
-    : resolve_(std::move(resolve)), make_backend_(std::move(make_backend)) {}
+                       std::function<PortBackend(const std::string&)> make_backend,
+                       std::function<void()> between_transfers)
+    : resolve_(std::move(resolve)),
+      make_backend_(std::move(make_backend)),
+      between_transfers_(std::move(between_transfers)) {}
 
 void PortRouter::Use(PortBackend backend) {
   const std::int64_t now = NowMs();
@@ -74,7 +83,9 @@ bool PortRouter::Write(base::Bytes bytes) {
 std::optional<std::size_t> PortRouter::Read(std::span<std::uint8_t> buffer,
                                             std::chrono::milliseconds timeout) {
   if (backend_.port == nullptr) return std::nullopt;
-  return backend_.port->Read(buffer, timeout);
+  const auto count = backend_.port->Read(buffer, timeout);
+  Transferred();
+  return count;
 }
 
 std::string PortRouter::LastError() const {
@@ -91,7 +102,15 @@ void PortRouter::SpinUntil(std::int64_t deadline_ms) {
 }
 
 void PortRouter::Sleep(std::chrono::milliseconds time) {
-  clock_->Sleep(time);
+  if (!between_transfers_) return clock_->Sleep(time);
+  for (; time.count() > 0; time -= kSleepSlice) {
+    clock_->Sleep(std::min(time, kSleepSlice));
+    Transferred();
+  }
+}
+
+void PortRouter::Transferred() const {
+  if (between_transfers_) between_transfers_();
 }
 
 }  // namespace brevant::link

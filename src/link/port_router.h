@@ -25,9 +25,12 @@ struct PortBackend {
 class PortRouter final : public base::SerialPort, public base::Clock {
  public:
   // resolve: logical port or device name -> device name, or nothing when nothing stands behind it.
-  // make_backend: device name -> backend.
+  // make_backend: device name -> backend. between_transfers is called after every transfer and
+  // again and again during a Sleep, however long the engine is at work: what must go on meanwhile,
+  // such as repainting, has its place there. It must not use the port.
   PortRouter(std::function<std::optional<std::string>(const std::string&)> resolve,
-             std::function<PortBackend(const std::string&)> make_backend);
+             std::function<PortBackend(const std::string&)> make_backend,
+             std::function<void()> between_transfers = {});
 
   // The device opened last, empty when none is open.
   const std::string& device() const { return device_; }
@@ -52,9 +55,11 @@ class PortRouter final : public base::SerialPort, public base::Clock {
 
  private:
   void Use(PortBackend backend);
+  void Transferred() const;
 
   std::function<std::optional<std::string>(const std::string&)> resolve_;
   std::function<PortBackend(const std::string&)> make_backend_;
+  std::function<void()> between_transfers_;
   SystemClock system_clock_;
   PortBackend backend_;
   base::Clock* clock_ = &system_clock_;

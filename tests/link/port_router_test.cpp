@@ -30,7 +30,9 @@ struct Bench {
                       if (device == "board") return {board, board.get(), board.get()};
                       if (device == "busy") return {busy, busy.get(), busy.get()};
                       return {};
-                    }};
+                    },
+                    [this] { ++pauses; }};
+  int pauses = 0;
 };
 
 TEST(PortRouter, DrivesTheDeviceBehindTheNameOnItsOwnTime) {
@@ -49,6 +51,22 @@ TEST(PortRouter, DrivesTheDeviceBehindTheNameOnItsOwnTime) {
   bench.router.SpinUntil(bench.router.NowMs() + 500);
   EXPECT_EQ(bench.router.NowMs() - start, 60500);
   EXPECT_LT(std::chrono::steady_clock::now() - wall, std::chrono::seconds(10));
+}
+
+TEST(PortRouter, PausesBetweenTransfersAndDuringLongWaits) {
+  Bench bench;
+  MonitorLink link(bench.router, bench.router);
+  Monitor monitor(link);
+  ASSERT_TRUE(link.OpenPort("COM1"));
+  ASSERT_EQ(monitor.SendSecurityCode(kBlankSecurityCode), 0);
+  bench.pauses = 0;
+  monitor.ReadByte(0x80);
+  EXPECT_GE(bench.pauses, 3);
+  bench.pauses = 0;
+  const std::int64_t start = bench.router.NowMs();
+  bench.router.Sleep(std::chrono::milliseconds(1010));
+  EXPECT_GE(bench.pauses, 50);
+  EXPECT_EQ(bench.router.NowMs() - start, 1010) << "no longer for the pauses";
 }
 
 TEST(PortRouter, TimeNeverGoesBackWhenTheDeviceChanges) {
