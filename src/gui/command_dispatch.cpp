@@ -12,15 +12,9 @@ namespace {
 
 namespace commands = shell::commands;
 
-enum class Target {
-  Any,
-  Stopped,  // the command transfers memory, which a running target does not answer
-};
-
 struct Row {
   int id;
   void (*action)(const CommandContext&);
-  Target target = Target::Any;
 };
 
 template <int kIndex>
@@ -29,16 +23,16 @@ void LoadRecent(const CommandContext& context) {
 }
 
 constexpr std::array kRows{
-    Row{commands::kLoadImage, LoadChosenImage, Target::Stopped},
-    Row{commands::kLoadMacro, RunChosenMacro, Target::Stopped},
-    Row{commands::kRunMacro, RunChosenMacro, Target::Stopped},
-    Row{commands::kLoadSymbols, LoadChosenSymbols, Target::Stopped},
+    Row{commands::kLoadImage, LoadChosenImage},
+    Row{commands::kLoadMacro, RunChosenMacro},
+    Row{commands::kRunMacro, RunChosenMacro},
+    Row{commands::kLoadSymbols, LoadChosenSymbols},
     Row{commands::kExit, Exit},
-    Row{commands::kFirstRecentFile + 0, LoadRecent<0>, Target::Stopped},
-    Row{commands::kFirstRecentFile + 1, LoadRecent<1>, Target::Stopped},
-    Row{commands::kFirstRecentFile + 2, LoadRecent<2>, Target::Stopped},
-    Row{commands::kFirstRecentFile + 3, LoadRecent<3>, Target::Stopped},
-    Row{commands::kFirstRecentFile + 4, LoadRecent<4>, Target::Stopped},
+    Row{commands::kFirstRecentFile + 0, LoadRecent<0>},
+    Row{commands::kFirstRecentFile + 1, LoadRecent<1>},
+    Row{commands::kFirstRecentFile + 2, LoadRecent<2>},
+    Row{commands::kFirstRecentFile + 3, LoadRecent<3>},
+    Row{commands::kFirstRecentFile + 4, LoadRecent<4>},
     Row{commands::kRunToMain, ToggleRunToMain},
     Row{commands::kProgramRange, SetProgramRange},
     Row{commands::kSaveSettings, SaveSettings},
@@ -53,7 +47,6 @@ constexpr std::array kRows{
     Row{commands::kToolbarRunToCursor, RunToCursor},
     Row{commands::kReset, Reset},
     Row{commands::kReStart, ReStart},
-    Row{commands::kOpenProgram, OpenProgram},
     Row{commands::kTile, Tile},
     Row{commands::kCascade, Cascade},
     Row{commands::kArrangeIcons, ArrangeIcons},
@@ -72,11 +65,19 @@ constexpr std::array kRows{
 
 constexpr const char* kStopFirst = "The target is running: press Break (F7) first.";
 
-bool RefusedWhileRunning(const CommandContext& context) {
-  if (!context.session.debugger.Busy()) return false;
-  context.session.ui.Beep();
-  context.window.status().ShowNotice(kStopFirst);
-  return true;
+// Whether the command may be carried out now; the user has been told why not.
+bool Allowed(const CommandContext& context, const shell::CommandRow& command) {
+  switch (shell::Judge(command, context.window.Conditions())) {
+    case shell::Verdict::CarryOut:
+      return true;
+    case shell::Verdict::Ignore:
+      return false;
+    case shell::Verdict::StopFirst:
+      context.session.ui.Beep();
+      context.window.status().ShowNotice(kStopFirst);
+      return false;
+  }
+  return false;
 }
 
 }  // namespace
@@ -97,22 +98,20 @@ void CommandDispatch::Send(int id) {
 
 void CommandDispatch::LoadFile(const std::string& path) {
   Enter([&] {
-    if (!RefusedWhileRunning(context_)) LoadImageFile(context_, path);
+    if (Allowed(context_, *shell::FindCommand(commands::kLoadImage))) LoadImageFile(context_, path);
   });
 }
 
 void CommandDispatch::Carry(int id) {
   const shell::CommandRow* const command = shell::FindCommand(id);
-  const auto* const row =
-      std::find_if(kRows.begin(), kRows.end(), [id](const Row& known) { return known.id == id; });
-  if (command == nullptr || row == kRows.end()) return;
-  const Session& session = context_.session;
-  if (!shell::IsDispatched(*command, {session.debugger.run_state.RunningShown,
-                                      session.program_views.fileIoActive()})) {
+  if (command == nullptr || !command->Has(shell::kBuilt) || !Allowed(context_, *command)) return;
+  if (const WindowKind* const kind = KindOpenedBy(id)) {
+    context_.window.Open(*kind);
     return;
   }
-  if (row->target == Target::Stopped && RefusedWhileRunning(context_)) return;
-  row->action(context_);
+  const auto* const row =
+      std::find_if(kRows.begin(), kRows.end(), [id](const Row& known) { return known.id == id; });
+  if (row != kRows.end()) row->action(context_);
 }
 
 }  // namespace brevant::gui

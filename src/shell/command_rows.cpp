@@ -14,7 +14,8 @@ constexpr std::array kMenuBar{
     MenuTitle{Menu::Help, "&Help"},
 };
 
-constexpr unsigned kLoads = kBuilt | kNotDuringFileIo;
+constexpr unsigned kSets = kBuilt | kNotDuringFileIo;
+constexpr unsigned kLoads = kBuilt | kNotDuringFileIo | kNeedsMonitor;
 constexpr unsigned kSteps = kBuilt | kNotDuringFileIo | kNotWhileRunning;
 constexpr unsigned kPopup = kSteps;
 
@@ -37,15 +38,15 @@ constexpr std::array kRows{
     // Configure
     CommandRow{170, Menu::Configure, "Configure", "Configure debugger setting"},
     CommandRow{171, Menu::Configure, "Run to main",
-               "Run to label _MAIN when C source level debugging", kLoads | kCheckable},
+               "Run to label _MAIN when C source level debugging", kSets | kCheckable},
     CommandRow{172, Menu::None, "", "Configure symbol table start string"},
     CommandRow{173, Menu::Configure, "Program window scroll range",
-               "Set the program window scroll range", kLoads},
+               "Set the program window scroll range", kSets},
     CommandRow{40011, Menu::Configure, "Data window scroll range", "", kNotDuringFileIo},
     CommandRow{174, Menu::Configure, "&Save Setting", "Save the current setting",
                kBuilt | kSeparatorBefore},
     CommandRow{175, Menu::Configure, "Save on &Exit", "Save setting when the progrm exits",
-               kLoads | kCheckable},
+               kSets | kCheckable},
     // File I/O
     CommandRow{180, Menu::FileIo, "&Start", "Start the file I/O process"},
     CommandRow{181, Menu::FileIo, "S&top", "Stop the file I/O process"},
@@ -69,13 +70,13 @@ constexpr std::array kRows{
     CommandRow{40015, Menu::Debug, "Program &IRQ vector", "", kNotDuringFileIo},
     CommandRow{40016, Menu::Debug, "Program &locations", "", kNotDuringFileIo},
     // Window
-    CommandRow{220, Menu::Window, "&Program", "Open a new program window", kLoads, "Alt+P"},
+    CommandRow{220, Menu::Window, "&Program", "Open a new program window", kSets, "Alt+P"},
     CommandRow{221, Menu::Window, "&Data", "Open a new data window", kNotDuringFileIo, "Alt+D"},
     CommandRow{222, Menu::Window, "&Watch", "Open a watch window", kNotDuringFileIo},
     CommandRow{223, Menu::Window, "&Source", "Open a surce window", kNotDuringFileIo},
-    CommandRow{224, Menu::Window, "&Tile", "Tile windows", kLoads | kSeparatorBefore, "Shift+F4"},
-    CommandRow{225, Menu::Window, "&Cascade", "Cascade windows", kLoads, "Shift+F5"},
-    CommandRow{226, Menu::Window, "Arrange &Icons", "Arrange window icons", kLoads},
+    CommandRow{224, Menu::Window, "&Tile", "Tile windows", kSets | kSeparatorBefore, "Shift+F4"},
+    CommandRow{225, Menu::Window, "&Cascade", "Cascade windows", kSets, "Shift+F5"},
+    CommandRow{226, Menu::Window, "Arrange &Icons", "Arrange window icons", kSets},
     // Help
     CommandRow{240, Menu::Help, "Contents", "Content help"},
     CommandRow{241, Menu::Help, "Search for help", "Search for help"},
@@ -99,7 +100,7 @@ constexpr std::array kRows{
                "Set PC to the address at the cursor position", kPopup},
     CommandRow{268, Menu::ProgramPopup, "Clear All BKPT", "Clear all breakpoints", kPopup},
     CommandRow{commands::kToggleBreakpoint, Menu::ProgramPopup, "Toggle breakpoint",
-               "Set or clear a breakpoint at the cursor position", kLoads, "", "F9"},
+               "Set or clear a breakpoint at the cursor position", kSets, "", "F9"},
     // Shortcut of the source window
     CommandRow{324, Menu::None, "", "Find the next string in source window", kNoFlags, "F3"},
     // Toolbar
@@ -165,12 +166,14 @@ std::string_view Tooltip(const ToolbarButton& button, bool running) {
 }
 
 bool IsEnabled(const CommandRow& row, const CommandConditions& conditions) {
-  return row.Has(kBuilt) && IsDispatched(row, conditions) &&
+  return row.Has(kBuilt) && Judge(row, conditions) != Verdict::Ignore &&
          !(conditions.running && row.Has(kNotWhileRunning));
 }
 
-bool IsDispatched(const CommandRow& row, const CommandConditions& conditions) {
-  return !(conditions.fileIoActive && row.Has(kNotDuringFileIo));
+Verdict Judge(const CommandRow& row, const CommandConditions& conditions) {
+  if (conditions.fileIoActive && row.Has(kNotDuringFileIo)) return Verdict::Ignore;
+  if (conditions.monitor_away && row.Has(kNeedsMonitor)) return Verdict::StopFirst;
+  return Verdict::CarryOut;
 }
 
 }  // namespace brevant::shell

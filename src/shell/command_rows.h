@@ -36,6 +36,7 @@ enum CommandFlags : unsigned {
   kNotWhileRunning = 4,  // disabled while the target runs
   kCheckable = 8,
   kSeparatorBefore = 16,
+  kNeedsMonitor = 32,  // transfers memory, which a running target does not answer
 };
 
 struct CommandRow {
@@ -96,10 +97,17 @@ std::string_view Tooltip(const ToolbarButton& button, bool running);
 struct CommandConditions {
   bool running = false;  // the Go button reads "Break"
   bool fileIoActive = false;
+  bool monitor_away = false;  // a program or a routine has the target
 };
 // For menus and buttons.
 bool IsEnabled(const CommandRow& row, const CommandConditions& conditions);
-// For the dispatch, however the command arrives: only file I/O keeps commands from it.
-bool IsDispatched(const CommandRow& row, const CommandConditions& conditions);
+
+// For the dispatch, however the command arrives.
+enum class Verdict {
+  CarryOut,
+  Ignore,     // file I/O has the target
+  StopFirst,  // the user is told to
+};
+Verdict Judge(const CommandRow& row, const CommandConditions& conditions);
 
 }  // namespace brevant::shell

@@ -90,9 +90,17 @@ TEST(CommandRows, AreRefusedWhereFileIoWouldBeDisturbed) {
                          commands::kToggleBreakpoint};
   std::set<int> refused;
   for (const CommandRow& row : CommandRows()) {
-    if (!IsDispatched(row, {.fileIoActive = true})) refused.insert(row.id);
+    if (Judge(row, {.fileIoActive = true}) == Verdict::Ignore) refused.insert(row.id);
   }
   EXPECT_EQ(refused, expected);
+}
+
+TEST(CommandRows, ThatTransferMemoryWaitForTheMonitor) {
+  std::set<int> refused;
+  for (const CommandRow& row : CommandRows()) {
+    if (Judge(row, {.monitor_away = true}) == Verdict::StopFirst) refused.insert(row.id);
+  }
+  EXPECT_EQ(refused, (std::set<int>{140, 141, 142, 144, 145, 146, 147, 148, 346}));
 }
 
 TEST(CommandRows, OfTheToolbarLeaveResetAndStopWhileRunning) {
