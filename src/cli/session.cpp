@@ -10,20 +10,20 @@
 #include "cli/command_table.h"
 #include "cli/interrupt.h"
 #include "debugger/command_ids.h"
-#include "images/image_reader.h"
-#include "link/native/native_serial_port.h"
-#include "link/port_map.h"
 #include "link/security_code.h"
-#include "simulator/demo_firmware.h"
 
 namespace brevant::cli {
 namespace {
 
 constexpr std::chrono::milliseconds kTick{10};
-constexpr std::string_view kSimulatedName = "sim";
 
 ConsoleUi::Style UiStyle(const Options& options, bool terminal) {
   return {options.yes, options.quiet, options.json, terminal && !options.json};
+}
+
+simulator::Pace PaceFor(const Options& options) {
+  const auto usual = options.Interactive() ? simulator::Pace::Bus : simulator::Pace::Instant;
+  return options.pace.value_or(usual);
 }
 
 }  // namespace
@@ -32,17 +32,11 @@ Session::Session(const Options& options, bool terminal)
     : options_(options),
       settings_(options.settings),
       ui_(UiStyle(options, terminal)),
-      router_(
-          [this](const std::string& name) {
-            return link::IsLogicalPort(name)
-                       ? link::DeviceBehind(name, settings_, link::FindSerialDevices())
-                       : name;
-          },
-          [this](const std::string& device) { return Backend(device); }) {
+      ports_(settings_, {PaceFor(options), options.demo}) {
   ApplyOptions();
   debugger_ = std::make_unique<debugger::Debugger>(
-      debugger::Surroundings{.port = router_,
-                             .clock = router_,
+      debugger::Surroundings{.port = ports_.router(),
+                             .clock = ports_.router(),
                              .settings = settings_,
                              .ui = ui_,
                              .workspace = *this,
@@ -51,38 +45,10 @@ Session::Session(const Options& options, bool terminal)
   debugger_->connector.SetSessionCode(options_.security);
 }
 
-// The simulated board lives as long as the session: connecting again finds the same flash.
-link::PortBackend Session::Backend(const std::string& device) {
-  if (device != link::kSimulator) return link::MakeNativeBackend();
-  if (!simulated_) {
-    const simulator::Pace pace = options_.pace.value_or(
-        options_.Interactive() ? simulator::Pace::Bus : simulator::Pace::Instant);
-    simulated_ = std::make_shared<simulator::SimulatedTarget>(
-        simulator::DeviceByIndex(settings_.Integer(base::keys::kDevice)), pace);
-    if (options_.demo) {
-      for (const images::Block& block :
-           images::ParseImage(simulator::DemoFirmware()).image.Blocks()) {
-        simulated_->board().Load(block.address, block.bytes);
-      }
-    }
-  }
-  return {simulated_, simulated_.get(), simulated_.get()};
-}
-
 // Options rule this run only: they shadow the settings and are never written to the file.
 void Session::ApplyOptions() {
   namespace keys = base::keys;
-  if (!options_.port.empty()) {
-    const std::string upper = base::UpperCase(options_.port);
-    if (link::IsLogicalPort(upper)) {
-      settings_.Override(keys::kPort, upper);
-    } else {
-      settings_.Override(keys::kPort, "COM1");
-      settings_.Override(
-          keys::kPortDevice,
-          options_.port == kSimulatedName ? std::string(link::kSimulator) : options_.port, 1);
-    }
-  }
+  ports::UseForThisRun(options_.port, settings_);
   if (options_.device) settings_.Override(keys::kDevice, std::to_string(*options_.device));
   if (options_.no_security) settings_.Override(keys::kSecurityCheck, "0");
   if (options_.security) {
@@ -123,7 +89,7 @@ Result Session::ConnectFailed(link::ConnectResult result) {
 }
 
 std::string Session::PortName() const {
-  return router_.device() == link::kSimulator ? std::string(kSimulatedName) : router_.device();
+  return ports_.is_simulated() ? std::string(ports::kSimulatedName) : ports_.device();
 }
 
 Parsed<base::Address> Session::ResolveAddress(std::string_view word) const {

@@ -16,7 +16,7 @@
 #include "cli/result.h"
 #include "control/run_indication.h"
 #include "debugger/debugger.h"
-#include "link/port_router.h"
+#include "ports/target_ports.h"
 
 namespace brevant::cli {
 
@@ -61,7 +61,6 @@ class Session final : private base::Workspace, private control::RunIndication {
   void OpenTraceWindow() override {}
   void ShowTraceLog(const std::string&, int) override {}
 
-  link::PortBackend Backend(const std::string& device);
   void ApplyOptions();
   Result ConnectFailed(link::ConnectResult result);
   Result Run(const std::vector<std::string>& words);
@@ -69,8 +68,7 @@ class Session final : private base::Workspace, private control::RunIndication {
   Options options_;
   base::SettingsFile settings_;
   ConsoleUi ui_;
-  std::shared_ptr<simulator::SimulatedTarget> simulated_;
-  link::PortRouter router_;
+  ports::TargetPorts ports_;
   std::unique_ptr<debugger::Debugger> debugger_;
 };
 

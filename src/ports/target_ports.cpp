@@ -1,0 +1,71 @@
+// SPDX-License-Identifier: MIT
+#include "ports/target_ports.h"
+
+#include <utility>
+
+#include "base/file_names.h"
+#include "images/image_reader.h"
+#include "link/native/native_serial_port.h"
+#include "link/native/serial_devices.h"
+#include "link/port_map.h"
+#include "simulator/demo_firmware.h"
+
+namespace brevant::ports {
+namespace {
+
+namespace keys = base::keys;
+
+constexpr const char* kFirstPort = "COM1";
+constexpr int kFirstPortNumber = 1;
+constexpr int kDemoDevice = 0;
+
+}  // namespace
+
+TargetPorts::TargetPorts(const base::SettingsFile& settings, SimulatedBoard board,
+                         std::function<void()> between_transfers)
+    : settings_(settings),
+      board_(board),
+      router_(
+          [this](const std::string& name) {
+            return link::IsLogicalPort(name)
+                       ? link::DeviceBehind(name, settings_, link::FindSerialDevices())
+                       : name;
+          },
+          [this](const std::string& device) { return Backend(device); },
+          std::move(between_transfers)) {}
+
+bool TargetPorts::is_simulated() const {
+  return device() == link::kSimulator;
+}
+
+link::PortBackend TargetPorts::Backend(const std::string& device) {
+  if (device != link::kSimulator) return link::MakeNativeBackend();
+  const int chosen = settings_.Integer(keys::kDevice);
+  if (!simulated_ || simulated_device_ != chosen) MakeBoard(chosen);
+  return {simulated_, simulated_.get(), simulated_.get()};
+}
+
+void TargetPorts::MakeBoard(int device) {
+  simulated_device_ = device;
+  simulated_ =
+      std::make_shared<simulator::SimulatedTarget>(simulator::DeviceByIndex(device), board_.pace);
+  if (!board_.demo || device != kDemoDevice) return;
+  for (const images::Block& block : images::ParseImage(simulator::DemoFirmware()).image.Blocks()) {
+    simulated_->board().Load(block.address, block.bytes);
+  }
+}
+
+void UseForThisRun(const std::string& name, base::SettingsFile& settings) {
+  if (name.empty()) return;
+  const std::string upper = base::UpperCase(name);
+  if (link::IsLogicalPort(upper)) {
+    settings.Override(keys::kPort, upper);
+    return;
+  }
+  const bool simulated = name == kSimulatedName;
+  settings.Override(keys::kPort, kFirstPort);
+  settings.Override(keys::kPortDevice, simulated ? std::string(link::kSimulator) : name,
+                    kFirstPortNumber);
+}
+
+}  // namespace brevant::ports
