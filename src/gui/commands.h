@@ -48,7 +48,6 @@ void ToggleRunToMain(const CommandContext& context);
 void ToggleSaveOnExit(const CommandContext& context);
 void SetProgramRange(const CommandContext& context);
 void SaveSettings(const CommandContext& context);
-void OpenProgram(const CommandContext& context);
 void Tile(const CommandContext& context);
 void Cascade(const CommandContext& context);
 void ArrangeIcons(const CommandContext& context);

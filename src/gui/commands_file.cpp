@@ -20,17 +20,22 @@ std::optional<std::string> Choose(const CommandContext& context, shell::Chooser 
                             std::filesystem::current_path().string()));
 }
 
-bool LoadCurrent(const CommandContext& context) {
+images::LoadOutcome Load(const CommandContext& context, const std::string& path) {
   Session& session = context.session;
-  const images::LoadResult result =
-      session.debugger.loader.LoadImage(session.recent_files.current());
+  const images::LoadResult result = session.debugger.loader.LoadImage(path);
   // Also after a part of it: lines may show what was there before.
   session.program_views.RefreshProgramWindows();
   if (result.outcome == images::LoadOutcome::Loaded &&
       session.debugger.debug_info.DebugInfoLoaded) {
     context.window.status().ShowNotice(result.debug_info_detail);
   }
-  return result.outcome == images::LoadOutcome::Loaded;
+  return result.outcome;
+}
+
+// Whether at least a part of the image came into the target, and its name into the title.
+bool BecameCurrent(images::LoadOutcome outcome) {
+  return outcome == images::LoadOutcome::Loaded || outcome == images::LoadOutcome::Cancelled ||
+         outcome == images::LoadOutcome::LinkLost;
 }
 
 }  // namespace
@@ -47,8 +52,11 @@ void LoadImageFile(const CommandContext& context, const std::string& path) {
         {"The path is longer than 99 characters:\n" + path, "Error Message", base::Icon::Warning});
     return;
   }
-  session.recent_files.AddChosen(path);
-  if (!LoadCurrent(context)) return;
+  // A file that cannot be loaded is not put among those that can.
+  shell::RecentFiles files = session.recent_files;
+  files.AddChosen(path);
+  if (!BecameCurrent(Load(context, files.current()))) return;
+  session.recent_files = files;
   session.recent_files.StoreAll(session.settings);
   context.window.menus().ShowRecentFiles(session.recent_files);
 }
@@ -56,7 +64,7 @@ void LoadImageFile(const CommandContext& context, const std::string& path) {
 void LoadRecentFile(const CommandContext& context, int index) {
   Session& session = context.session;
   session.recent_files.MoveToFront(index);
-  LoadCurrent(context);
+  Load(context, session.recent_files.current());
   if (index == 0) return;
   session.recent_files.StoreUpTo(session.settings, index);
   context.window.menus().ShowRecentFiles(session.recent_files);

@@ -59,10 +59,6 @@ void SaveSettings(const CommandContext& context) {
   if (!StoreLayout(context.window, context.session.settings)) TellNotStored(context.session);
 }
 
-void OpenProgram(const CommandContext& context) {
-  context.window.OpenProgramWindow();
-}
-
 void Tile(const CommandContext& context) {
   context.window.area().tileSubWindows();
 }

@@ -3,6 +3,8 @@
 // inside, the event loop may run (progress, message boxes, prompts), and nothing else gets in.
 #pragma once
 
+#include <chrono>
+
 #include "base/function_ref.h"
 
 namespace brevant::gui {
@@ -10,17 +12,22 @@ namespace brevant::gui {
 class Gate {
  public:
   bool busy() const { return busy_; }
+  // For how long the work inside has been under way.
+  std::chrono::nanoseconds held() const { return Clock::now() - entered_; }
   // False, and work is not done, while something is under way.
   bool Run(base::FunctionRef<void()> work) {
     if (busy_) return false;
     busy_ = true;
+    entered_ = Clock::now();
     work();
     busy_ = false;
     return true;
   }
 
  private:
+  using Clock = std::chrono::steady_clock;
   bool busy_ = false;
+  Clock::time_point entered_;
 };
 
 }  // namespace brevant::gui

@@ -8,12 +8,14 @@
 #include <QMdiArea>
 #include <QMenuBar>
 #include <QMimeData>
+#include <QStatusTipEvent>
 #include <QTimer>
 #include <algorithm>
 
 #include "base/files.h"
 #include "gui/edit_dialogs.h"
 #include "gui/window_layout.h"
+#include "gui/window_list.h"
 
 namespace brevant::gui {
 namespace {
@@ -23,6 +25,7 @@ namespace commands = shell::commands;
 
 constexpr const char* kNoFile = "No File Loaded";
 constexpr int kTicksAClock = 10;
+constexpr int kTryAgainMs = 100;
 
 }  // namespace
 
@@ -33,10 +36,7 @@ MainWindow::MainWindow(Session& session)
       area_(new QMdiArea),
       status_(new StatusLine),
       menus_(*menuBar(), [this](int id) { Send(id); }),
-      tool_bar_(new ToolBar([this](int id) { Send(id); })),
-      registers_(new RegistersWindow(
-          session.registers, [this](char key) { OpenRegisterEditor(key); }, font_)),
-      registers_child_(new ChildWindow(registers_, "Regs", ChildWindow::Kind::Permanent)) {
+      tool_bar_(new ToolBar([this](int id) { Send(id); })) {
   setObjectName("MDI_Frame");
   setWindowTitle(kNoFile);
   setAcceptDrops(true);
@@ -45,13 +45,12 @@ MainWindow::MainWindow(Session& session)
   addToolBar(tool_bar_);
   area_->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
   area_->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
-  area_->addSubWindow(registers_child_);
+  ListWindows(menus_.menu(shell::Menu::Window), *area_);
   connect(area_, &QMdiArea::subWindowActivated, this, [this](QMdiSubWindow* child) {
-    const auto active = std::ranges::find_if(
-        program_windows_,
-        [child](const ProgramWindow* window) { return window->parentWidget() == child; });
-    if (active != program_windows_.end()) session_.program_views.Activate((*active)->view());
+    const auto active = std::ranges::find(windows_, child, &OpenWindow::child);
+    if (active != windows_.end()) active->view->Activated();
   });
+  Open(kRegistersKind);
   menus_.SetChecked(commands::kSaveOnExit, session_.settings.Integer(keys::kSaveOnExit) > 0);
   menus_.SetChecked(commands::kRunToMain, session_.settings.Integer(keys::kRunToMain) > 0);
   menus_.ShowRecentFiles(session_.recent_files);
@@ -67,23 +66,26 @@ MainWindow::~MainWindow() {
   delete takeCentralWidget();
 }
 
-ChildWindow& MainWindow::OpenProgramWindow() {
-  const ProgramWindowLinks links{[this](int id) { Send(id); }, [this] { return menus_.popup(); }};
-  auto* const window = new ProgramWindow(session_.program_views, session_.gate, links, font_);
-  program_windows_.push_back(window);
-  connect(window, &QObject::destroyed, this,
-          [this, window] { std::erase(program_windows_, window); });
-  auto* const child = new ChildWindow(window, "Program", ChildWindow::Kind::Closable);
+ChildWindow& MainWindow::Open(const WindowKind& kind) {
+  const FrameLinks links{.send_command = [this](int id) { Send(id); },
+                         .program_popup = [this] { return menus_.popup(); },
+                         .edit_register = [this](char key) { OpenRegisterEditor(key); }};
+  TextView* const view = kind.make(session_, links, font_);
+  auto* const child = new ChildWindow(view, kind.title, kind.child);
+  windows_.push_back({&kind, view, child});
+  connect(view, &QObject::destroyed, this, [this, view] {
+    std::erase_if(windows_, [view](const auto& w) { return w.view == view; });
+  });
   area_->addSubWindow(child);
   child->resize(child->sizeHint().boundedTo(area_->size()));
   child->show();
   return *child;
 }
 
-std::vector<QMdiSubWindow*> MainWindow::program_children() const {
-  std::vector<QMdiSubWindow*> children;
-  for (const ProgramWindow* window : program_windows_) {
-    children.push_back(static_cast<QMdiSubWindow*>(window->parentWidget()));
+std::vector<ChildWindow*> MainWindow::Children(const WindowKind& kind) const {
+  std::vector<ChildWindow*> children;
+  for (const OpenWindow& window : windows_) {
+    if (window.kind == &kind) children.push_back(window.child);
   }
   return children;
 }
@@ -103,21 +105,31 @@ void MainWindow::Tick() {
   status_->UpdateClock();
   status_->ShowConnection(session_.Connection());
   const bool lost = session_.debugger.monitor_link.LinkError;
-  registers_->SetStale(lost);
-  for (ProgramWindow* window : program_windows_) window->SetStale(lost);
+  for (const OpenWindow& window : windows_) window.view->SetStale(lost);
+  if (close_wanted_ && !session_.gate.busy()) close();
 }
 
 void MainWindow::UpdateViews() {
-  for (ProgramWindow* window : program_windows_) window->UpdateIfNeeded();
+  for (const OpenWindow& window : windows_) window.view->UpdateIfNeeded();
+}
+
+shell::CommandConditions MainWindow::Conditions() const {
+  return {.running = session_.debugger.run_state.RunningShown,
+          .fileIoActive = session_.program_views.fileIoActive(),
+          .monitor_away = session_.debugger.Busy()};
 }
 
 void MainWindow::Refresh() {
-  const shell::CommandConditions conditions{session_.debugger.run_state.RunningShown,
-                                            session_.program_views.fileIoActive()};
+  const shell::CommandConditions conditions = Conditions();
   menus_.Update(conditions);
   tool_bar_->Update(conditions);
   status_->ShowConnection(session_.Connection());
-  registers_->viewport()->update();
+  for (const OpenWindow& window : windows_) window.view->viewport()->update();
+}
+
+void MainWindow::RepaintAtWork() {
+  for (const OpenWindow& window : windows_) window.view->viewport()->update();
+  QApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
 }
 
 void MainWindow::OpenRegisterEditor(char key) {
@@ -143,6 +155,10 @@ bool MainWindow::event(QEvent* event) {
   if (event->type() == QEvent::WindowActivate) {
     QTimer::singleShot(0, this, [this] { ReloadIfNewer(); });
   }
+  // The help of the last menu item stays when the menu closes.
+  if (event->type() == QEvent::StatusTip && static_cast<QStatusTipEvent*>(event)->tip().isEmpty()) {
+    return true;
+  }
   return QMainWindow::event(event);
 }
 
@@ -161,7 +177,7 @@ void MainWindow::ReloadIfNewer() {
 void MainWindow::closeEvent(QCloseEvent* event) {
   if (session_.gate.busy()) {
     event->ignore();
-    QApplication::beep();
+    close_wanted_ = true;
     return;
   }
   if (session_.settings.Integer(keys::kSaveOnExit) != 0) StoreLayout(*this, session_.settings);
@@ -178,7 +194,15 @@ void MainWindow::dropEvent(QDropEvent* event) {
   event->acceptProposedAction();
   const std::string path = Bytes(event->mimeData()->urls().front().toLocalFile());
   // After the drop has ended, so that the program it came from does not wait for the load.
-  QTimer::singleShot(0, this, [this, path] { LoadFile(path); });
+  QTimer::singleShot(0, this, [this, path] { LoadWhenFree(path); });
+}
+
+void MainWindow::LoadWhenFree(const std::string& path) {
+  if (session_.gate.busy()) {
+    QTimer::singleShot(kTryAgainMs, this, [this, path] { LoadWhenFree(path); });
+  } else {
+    LoadFile(path);
+  }
 }
 
 }  // namespace brevant::gui

@@ -13,11 +13,10 @@
 #include "gui/child_window.h"
 #include "gui/command_dispatch.h"
 #include "gui/menus.h"
-#include "gui/program_window.h"
-#include "gui/registers_window.h"
 #include "gui/session.h"
 #include "gui/status_line.h"
 #include "gui/tool_bar.h"
+#include "gui/window_kinds.h"
 
 class QMdiArea;
 
@@ -36,20 +35,20 @@ class MainWindow final : public QMainWindow, private Screen {
   // Every 10 ms.
   void Tick();
 
-  ChildWindow& OpenProgramWindow();
+  ChildWindow& Open(const WindowKind& kind);
   // In the order in which they were opened.
-  std::vector<QMdiSubWindow*> program_children() const;
-  QMdiSubWindow& registers_child() const { return *registers_child_; }
-  RegistersWindow& registers() { return *registers_; }
+  std::vector<ChildWindow*> Children(const WindowKind& kind) const;
   QMdiArea& area() { return *area_; }
   StatusLine& status() { return *status_; }
   Menus& menus() { return menus_; }
   const QFont& view_font() const { return font_; }
 
-  // Lets program windows read what they are to show. The gate is held.
+  // Lets the windows read what they are to show. The gate is held.
   void UpdateViews();
   // Everything that depends on the engine's state is shown anew; nothing is read.
   void Refresh() override;
+  // As seen by menus, buttons and the dispatch.
+  shell::CommandConditions Conditions() const;
   // Gives the inner area its final size before the frame is shown.
   void LayOutNow();
 
@@ -60,9 +59,18 @@ class MainWindow final : public QMainWindow, private Screen {
   void dropEvent(QDropEvent* event) override;
 
  private:
+  struct OpenWindow {
+    const WindowKind* kind;
+    TextView* view;
+    ChildWindow* child;
+  };
+
   void Carry(int id) override { dispatch_.Carry(id); }
+  void RepaintAtWork() override;
   void OpenRegisterEditor(char key);
   void ReloadIfNewer();
+  // As soon as nothing else is under way.
+  void LoadWhenFree(const std::string& path);
 
   Session& session_;
   CommandDispatch dispatch_;
@@ -71,10 +79,9 @@ class MainWindow final : public QMainWindow, private Screen {
   StatusLine* status_;
   Menus menus_;
   ToolBar* tool_bar_;
-  RegistersWindow* registers_;
-  ChildWindow* registers_child_;
-  std::vector<ProgramWindow*> program_windows_;
+  std::vector<OpenWindow> windows_;
   int ticks_ = 0;
+  bool close_wanted_ = false;  // while something was under way
   // The version of the image that was reloaded last, so that one which cannot be loaded is not
   // tried again at every activation.
   std::pair<std::string, std::optional<long long>> reloaded_;

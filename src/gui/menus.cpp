@@ -40,6 +40,7 @@ Menus::Menus(QMenuBar& bar, std::function<void(int id)> send)
       delete menu;
     } else {
       bar.addMenu(menu);
+      menus_[title.menu] = menu;
     }
   }
   for (const shell::CommandRow& row : shell::CommandRows()) {
@@ -56,6 +57,8 @@ void Menus::AddRow(QMenu& menu, QWidget& window, const shell::CommandRow& row) {
   auto* const action = new QAction(ItemText(row, false), &window);
   action->setObjectName(QString("command%1").arg(row.id));
   action->setStatusTip(Text(row.help));
+  // F1 on the highlighted item shows this instead of carrying it out.
+  action->setWhatsThis(Text(row.help));
   action->setShortcuts(Shortcuts(row));
   action->setCheckable(row.Has(shell::kCheckable));
   QObject::connect(action, &QAction::triggered, &window, [this, id = row.id] { send_(id); });

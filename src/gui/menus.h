@@ -21,6 +21,8 @@ class Menus {
   Menus(QMenuBar& bar, std::function<void(int id)> send);
 
   QMenu* popup() { return &popup_; }
+  // One that has items.
+  QMenu& menu(shell::Menu menu) const { return *menus_.at(menu); }
   void Update(const shell::CommandConditions& conditions);
   void SetChecked(int id, bool checked);
   void ShowRecentFiles(const shell::RecentFiles& files);
@@ -30,6 +32,7 @@ class Menus {
 
   std::function<void(int)> send_;
   QMenu popup_;
+  std::map<shell::Menu, QMenu*> menus_;
   std::map<int, QAction*> actions_;
   QAction* recent_separator_ = nullptr;
 };

@@ -57,7 +57,7 @@ std::optional<ScrollCode> CodeOfAction(int action) {
 
 }  // namespace
 
-ProgramWindow::ProgramWindow(views::ProgramViews& views, Gate& gate, ProgramWindowLinks links,
+ProgramWindow::ProgramWindow(views::ProgramViews& views, Gate& gate, FrameLinks links,
                              const QFont& font)
     : TextView(font), views_(views), gate_(gate), links_(std::move(links)), view_(views.Open()) {
   setObjectName("MDI_Prog");
@@ -141,9 +141,9 @@ void ProgramWindow::mouseDoubleClickEvent(QMouseEvent* event) {
 void ProgramWindow::contextMenuEvent(QContextMenuEvent* event) {
   const QPoint keyboard_place(cell().width * views::kHighlightColumn,
                               cell().height * (view_.state().cursorLine + 1));
-  links_.popup()->popup(event->reason() == QContextMenuEvent::Keyboard
-                            ? viewport()->mapToGlobal(keyboard_place)
-                            : event->globalPos());
+  links_.program_popup()->popup(event->reason() == QContextMenuEvent::Keyboard
+                                    ? viewport()->mapToGlobal(keyboard_place)
+                                    : event->globalPos());
 }
 
 void ProgramWindow::keyPressEvent(QKeyEvent* event) {

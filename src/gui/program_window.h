@@ -3,33 +3,22 @@
 // what the user does; what that means is the view's to say.
 #pragma once
 
-#include <functional>
-
 #include "gui/gate.h"
 #include "gui/text_view.h"
+#include "gui/window_kinds.h"
 #include "views/program_views.h"
-
-class QMenu;
 
 namespace brevant::gui {
 
-// What a program window asks of the main window.
-struct ProgramWindowLinks {
-  std::function<void(int id)> send_command;
-  // The popup menu, ready to be shown. Borrowed.
-  std::function<QMenu*()> popup;
-};
-
 class ProgramWindow final : public TextView {
  public:
-  ProgramWindow(views::ProgramViews& views, Gate& gate, ProgramWindowLinks links,
-                const QFont& font);
+  ProgramWindow(views::ProgramViews& views, Gate& gate, FrameLinks links, const QFont& font);
   ~ProgramWindow() override;
 
   views::ProgramView& view() { return view_; }
-  // Carries out what was requested of the view since the last time. Reads the target, so the gate
-  // must be held.
-  void UpdateIfNeeded();
+  // Carries out what was requested of the view since the last time.
+  void UpdateIfNeeded() override;
+  void Activated() override { views_.Activate(view_); }
 
   QSize sizeHint() const override;
 
@@ -50,7 +39,7 @@ class ProgramWindow final : public TextView {
 
   views::ProgramViews& views_;
   Gate& gate_;
-  ProgramWindowLinks links_;
+  FrameLinks links_;
   views::ProgramView& view_;
   bool needs_update_ = true;
   int wheel_rest_ = 0;

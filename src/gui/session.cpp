@@ -4,23 +4,18 @@
 #include <algorithm>
 #include <filesystem>
 
-#include "base/file_names.h"
-#include "images/image_reader.h"
 #include "link/connect_form.h"
 #include "link/messages.h"
-#include "link/native/native_serial_port.h"
-#include "link/port_map.h"
 #include "link/security_code.h"
-#include "simulator/demo_firmware.h"
 
 namespace brevant::gui {
 namespace {
 
 namespace keys = base::keys;
 
-constexpr std::string_view kSimulatedName = "sim";
-// The demo program is built for the first device.
-constexpr int kDemoDevice = 0;
+constexpr const char* kDiagnosticFile = "vell";
+// Often enough for the eye; the rest of the time is the wire's.
+constexpr std::chrono::milliseconds kRepaintEvery{50};
 constexpr std::string_view kWholeAddressSpace = "FFFF";
 
 }  // namespace
@@ -28,24 +23,22 @@ constexpr std::string_view kWholeAddressSpace = "FFFF";
 Session::Session(const Options& given)
     : options(given),
       settings(given.settings),
-      router_(
-          [this](const std::string& name) {
-            return link::DeviceBehind(name, settings, link::FindSerialDevices());
-          },
-          [this](const std::string& device) { return Backend(device); }),
-      debugger({.port = router_,
-                .clock = router_,
+      diagnostics_(kDiagnosticFile),
+      ports_(settings, {.pace = given.pace, .demo = true}, [this] { RepaintNowAndThen(); }),
+      debugger({.port = ports_.router(),
+                .clock = ports_.router(),
                 .settings = settings,
                 .ui = ui,
                 .workspace = *this,
                 .indication = *this,
-                .start_up_directory = std::filesystem::current_path().string()}),
+                .start_up_directory = std::filesystem::current_path().string(),
+                .log = [this](const std::string& line) { diagnostics_ << line << std::flush; }}),
       program_views({debugger.monitor, debugger.debug_info, debugger.frame, debugger.breakpoints,
                      debugger.run_state, ui}),
       registers(debugger.frame, ui),
       program_menu(program_views, debugger.frame, debugger.breakpoints, debugger.run_control,
                    *this) {
-  ApplyOptions();
+  ports::UseForThisRun(options.port, settings);
   // Until the user has chosen a range, the flash is within sight.
   if (!settings.Has(keys::kProgramRange.section, keys::kProgramRange.key)) {
     settings.Override(keys::kProgramRange, kWholeAddressSpace);
@@ -58,36 +51,11 @@ Session::~Session() {
   debugger.monitor_link.ClosePort();
 }
 
-// Options rule this run only: they shadow the settings and are never written to the file.
-void Session::ApplyOptions() {
-  if (options.port.empty()) return;
-  const std::string upper = base::UpperCase(options.port);
-  if (link::IsLogicalPort(upper)) {
-    settings.Override(keys::kPort, upper);
-    return;
-  }
-  settings.Override(keys::kPort, "COM1");
-  settings.Override(keys::kPortDevice,
-                    options.port == kSimulatedName ? std::string(link::kSimulator) : options.port,
-                    1);
-}
-
-// The simulated board lives as long as the program: connecting again finds the same flash.
-link::PortBackend Session::Backend(const std::string& device) {
-  if (device != link::kSimulator) return link::MakeNativeBackend();
-  const int chosen = settings.Integer(keys::kDevice);
-  if (!simulated_ || simulated_device_ != chosen) {
-    simulated_device_ = chosen;
-    simulated_ = std::make_shared<simulator::SimulatedTarget>(simulator::DeviceByIndex(chosen),
-                                                              options.pace);
-    if (chosen == kDemoDevice) {
-      for (const images::Block& block :
-           images::ParseImage(simulator::DemoFirmware()).image.Blocks()) {
-        simulated_->board().Load(block.address, block.bytes);
-      }
-    }
-  }
-  return {simulated_, simulated_.get(), simulated_.get()};
+void Session::RepaintNowAndThen() {
+  if (screen_ == nullptr || !gate.busy() || gate.held() < kRepaintEvery) return;
+  if (since_repaint_.isValid() && !since_repaint_.hasExpired(kRepaintEvery.count())) return;
+  screen_->RepaintAtWork();
+  since_repaint_.start();
 }
 
 link::ConnectResult Session::ShowConnecting(base::FunctionRef<link::ConnectResult()> connect) {
@@ -132,8 +100,8 @@ void Session::Tick() {
 
 ConnectionState Session::Connection() const {
   return {.port = debugger.monitor_link.PortName,
-          .device = router_.device(),
-          .simulated = router_.device() == link::kSimulator,
+          .device = ports_.device(),
+          .simulated = ports_.is_simulated(),
           .target = target_,
           .running = debugger.run_state.Busy(),
           .link_lost = debugger.monitor_link.LinkError,

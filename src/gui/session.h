@@ -3,7 +3,8 @@
 // engine asks of the windows is handed on to a Screen.
 #pragma once
 
-#include <memory>
+#include <QElapsedTimer>
+#include <fstream>
 #include <string>
 
 #include "base/settings_file.h"
@@ -14,7 +15,7 @@
 #include "gui/options.h"
 #include "gui/qt_user_interface.h"
 #include "gui/status_text.h"
-#include "link/port_router.h"
+#include "ports/target_ports.h"
 #include "shell/recent_files.h"
 #include "views/program_menu.h"
 #include "views/program_views.h"
@@ -31,6 +32,9 @@ class Screen {
   virtual void Refresh() = 0;
   // From within a command.
   virtual void Carry(int id) = 0;
+  // The engine is at work for longer than a person takes for "at once": what has become known
+  // meanwhile is shown. Input is not to be taken.
+  virtual void RepaintAtWork() = 0;
 };
 
 class Session final : private base::Workspace, private control::RunIndication {
@@ -55,7 +59,7 @@ class Session final : private base::Workspace, private control::RunIndication {
   // A text for the status bar, e.g. which security code fits; empty for none.
   const std::string& notice() const { return notice_; }
   // The simulated board; nullptr while none has been used.
-  simulator::SimulatedTarget* simulated() const { return simulated_.get(); }
+  simulator::SimulatedTarget* simulated() const { return ports_.simulated(); }
 
   const Options options;
   Gate gate;
@@ -63,9 +67,9 @@ class Session final : private base::Workspace, private control::RunIndication {
   QtUserInterface ui;
 
  private:
-  std::shared_ptr<simulator::SimulatedTarget> simulated_;
-  int simulated_device_ = 0;
-  link::PortRouter router_;
+  std::ofstream diagnostics_;  // how each attempt to connect went
+  ports::TargetPorts ports_;
+  QElapsedTimer since_repaint_;
   Screen* screen_ = nullptr;
   std::string notice_;
   std::string target_;  // name of the device that was connected to
@@ -88,10 +92,9 @@ class Session final : private base::Workspace, private control::RunIndication {
   void ShowTraceLog(const std::string&, int) override {}
 
   void RefreshScreen();
-  void ApplyOptions();
+  void RepaintNowAndThen();
   // Runs connect while the user sees that it is under way; what it says is shown afterwards.
   link::ConnectResult ShowConnecting(base::FunctionRef<link::ConnectResult()> connect);
-  link::PortBackend Backend(const std::string& device);
 };
 
 }  // namespace brevant::gui

@@ -28,6 +28,12 @@ class TextView : public QAbstractScrollArea {
   // What is shown is no longer known to be so: all text is painted greyed.
   void SetStale(bool stale);
 
+  // Brings what is shown up to what has been requested. It may read the target, so the gate must be
+  // held.
+  virtual void UpdateIfNeeded() {}
+  // Its window has become the active one.
+  virtual void Activated() {}
+
  protected:
   void DrawText(QPainter& painter, int column, int row, const QString& text,
                 const TextColours& colours) const;

@@ -56,12 +56,13 @@ void PlaceChildAt(QMdiSubWindow& child, const shell::ChildPlace& place) {
 
 // The registers in one row over a program window that fills the rest.
 void PlaceByDefault(MainWindow& window, bool opens_program) {
-  const views::CellSize cell = window.registers().cell();
-  const int registers_height = cell.height + kTitleBarAllowance;
+  QMdiSubWindow& registers = *window.Children(kRegistersKind).front();
+  const int line = static_cast<TextView*>(registers.widget())->cell().height;
+  const int registers_height = line + kTitleBarAllowance;
   const int width = window.area().width() - 2 * kGap;
-  window.registers_child().setGeometry(kGap, kGap, width, registers_height);
+  registers.setGeometry(kGap, kGap, width, registers_height);
   if (!opens_program) return;
-  QMdiSubWindow& program = window.OpenProgramWindow();
+  QMdiSubWindow& program = window.Open(kProgramKind);
   const int top = registers_height + 2 * kGap;
   program.setGeometry(kGap, top, width,
                       std::max(window.area().height() - top - kGap, kLeastProgramHeight));
@@ -73,8 +74,8 @@ shell::Layout CurrentLayout(const MainWindow& window) {
   shell::Layout layout;
   const QPoint at = window.pos();
   layout.frame = {{at.x(), at.y(), window.width(), window.height()}, SizeStateOf(window)};
-  layout.registers = PlaceOf(window.registers_child());
-  for (const QMdiSubWindow* child : window.program_children()) {
+  layout.registers = PlaceOf(*window.Children(kRegistersKind).front());
+  for (const QMdiSubWindow* child : window.Children(kProgramKind)) {
     layout.programs.push_back(PlaceOf(*child));
   }
   return layout;
@@ -88,9 +89,10 @@ void RestoreLayout(MainWindow& window, const base::SettingsFile& settings) {
   window.LayOutNow();
   const auto& count = base::keys::kProgramWindowCount;
   PlaceByDefault(window, !settings.Has(count.section, count.key));
-  PlaceChildAt(window.registers_child(), shell::PlaceChild(layout.frame, layout.registers));
+  PlaceChildAt(*window.Children(kRegistersKind).front(),
+               shell::PlaceChild(layout.frame, layout.registers));
   for (const shell::ChildPlace& place : layout.programs) {
-    PlaceChildAt(window.OpenProgramWindow(), shell::PlaceChild(layout.frame, place));
+    PlaceChildAt(window.Open(kProgramKind), shell::PlaceChild(layout.frame, place));
   }
 }
 

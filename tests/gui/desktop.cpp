@@ -18,12 +18,14 @@ using namespace std::chrono_literals;
 void Desktop::SetUp() {
   folder_ = std::filesystem::temp_directory_path() / ("brevant_gui_" + std::to_string(getpid()));
   std::filesystem::create_directories(folder_);
+  std::filesystem::current_path(folder_);
   QObject::connect(&watchdog_, &QTimer::timeout, &watchdog_, [this] { CloseForgottenDialog(); });
   watchdog_.start(10s);
 }
 
 void Desktop::TearDown() {
   application_.reset();
+  std::filesystem::current_path("/");
   std::filesystem::remove_all(folder_);
   EXPECT_TRUE(Answered()) << "a dialog that was expected did not open";
 }
@@ -99,7 +101,7 @@ void Desktop::RunFor(int milliseconds) {
 }
 
 ProgramWindow& Desktop::program() {
-  return *static_cast<ProgramWindow*>(window().program_children().front()->widget());
+  return *static_cast<ProgramWindow*>(window().Children(kProgramKind).front()->widget());
 }
 
 int Desktop::RowOf(base::Address address) {
@@ -132,6 +134,10 @@ int Desktop::RedPixels(TextView& view, int column, int row, int count) {
     }
   }
   return red;
+}
+
+RegistersWindow& Desktop::registers() {
+  return *static_cast<RegistersWindow*>(window().Children(kRegistersKind).front()->widget());
 }
 
 QLineEdit& Desktop::Field(QDialog& dialog, const char* name) {

@@ -15,6 +15,8 @@
 #include <string>
 
 #include "gui/application.h"
+#include "gui/program_window.h"
+#include "gui/registers_window.h"
 
 namespace brevant::gui {
 
@@ -45,6 +47,7 @@ class Desktop : public testing::Test {
   debugger::Debugger& debugger() { return session().debugger; }
   MainWindow& window() { return application_->window(); }
   ProgramWindow& program();
+  RegistersWindow& registers();
   // Row of the line of that address in the first program window; -1 when it is not shown.
   int RowOf(base::Address address);
   void ClickInProgram(int column, int row, bool twice = false);

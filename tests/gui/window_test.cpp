@@ -100,15 +100,15 @@ TEST_F(Desktop, EditsCodeStepsItAndSeesTheRegisterRed) {
   EXPECT_EQ(debugger().frame.PC, kScratch + 2);
   EXPECT_EQ(debugger().frame.A, 0x5Au);
   const auto at = [this](int cell) { return session().registers.PositionOf(cell); };
-  EXPECT_GT(RedPixels(window().registers(), at(3).column * 11, at(3).row, 11), 0) << "A";
-  EXPECT_EQ(RedPixels(window().registers(), at(1).column * 11, at(1).row, 11), 0) << "SP";
+  EXPECT_GT(RedPixels(registers(), at(3).column * 11, at(3).row, 11), 0) << "A";
+  EXPECT_EQ(RedPixels(registers(), at(1).column * 11, at(1).row, 11), 0) << "SP";
 }
 
 TEST_F(Desktop, EditsARegisterByTypingAndResets) {
   Start();
   const base::Address reset_pc = debugger().frame.PC;
-  window().area().setActiveSubWindow(&window().registers_child());
-  window().registers().setFocus();
+  window().area().setActiveSubWindow(window().Children(kRegistersKind).front());
+  registers().setFocus();
   OnDialog("DlgEdit", [](QDialog& dialog) {
     EXPECT_EQ(dialog.windowTitle(), "EDIT: PC");
     QTest::qWait(10);
@@ -169,27 +169,28 @@ TEST_F(Desktop, ReStartBringsBackEverythingAfterTheCableWasPulled) {
 TEST_F(Desktop, FindsItsWindowsWhereTheyWere) {
   Start();
   window().resize(900, 620);
-  window().OpenProgramWindow();
+  window().Open(kProgramKind);
   const QRect first(30, 140, 500, 300);
   const QRect second(200, 60, 450, 250);
-  window().program_children()[0]->setGeometry(first);
-  window().program_children()[1]->setGeometry(second);
-  window().registers_child().setGeometry(5, 5, 300, 90);
+  window().Children(kProgramKind)[0]->setGeometry(first);
+  window().Children(kProgramKind)[1]->setGeometry(second);
+  window().Children(kRegistersKind).front()->setGeometry(5, 5, 300, 90);
   Choose(commands::kSaveSettings);
   // Not saved: the setting for that is off.
-  window().program_children()[0]->setGeometry(first.translated(50, 50));
+  window().Children(kProgramKind)[0]->setGeometry(first.translated(50, 50));
   window().close();
   Quit();
 
   Start();
   EXPECT_EQ(window().size(), QSize(900, 620));
-  ASSERT_EQ(window().program_children().size(), 2u);
-  EXPECT_EQ(window().program_children()[0]->geometry(), first);
-  EXPECT_EQ(window().program_children()[1]->geometry(), second);
-  EXPECT_EQ(window().registers_child().geometry(), QRect(5, 5, 300, 90));
-  window().registers_child().close();
-  EXPECT_TRUE(window().registers_child().isVisible()) << "the registers cannot be closed";
-  window().program_children()[0]->close();
+  ASSERT_EQ(window().Children(kProgramKind).size(), 2u);
+  EXPECT_EQ(window().Children(kProgramKind)[0]->geometry(), first);
+  EXPECT_EQ(window().Children(kProgramKind)[1]->geometry(), second);
+  EXPECT_EQ(window().Children(kRegistersKind).front()->geometry(), QRect(5, 5, 300, 90));
+  window().Children(kRegistersKind).front()->close();
+  EXPECT_TRUE(window().Children(kRegistersKind).front()->isVisible())
+      << "the registers cannot be closed";
+  window().Children(kProgramKind)[0]->close();
   QTest::qWait(10);
   EXPECT_EQ(session().program_views.views().size(), 1u);
 }

@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: MIT
+#include "gui/window_kinds.h"
+
+#include <algorithm>
+#include <array>
+
+#include "gui/program_window.h"
+#include "gui/registers_window.h"
+#include "gui/session.h"
+#include "shell/command_rows.h"
+
+namespace brevant::gui {
+namespace {
+
+TextView* MakeRegisters(Session& session, const FrameLinks& links, const QFont& font) {
+  return new RegistersWindow(session.registers, links.edit_register, font);
+}
+
+TextView* MakeProgram(Session& session, const FrameLinks& links, const QFont& font) {
+  return new ProgramWindow(session.program_views, session.gate, links, font);
+}
+
+constexpr std::array kKinds{
+    WindowKind{"Regs", ChildWindow::Kind::Permanent, 0, MakeRegisters},
+    WindowKind{"Program", ChildWindow::Kind::Closable, shell::commands::kOpenProgram, MakeProgram},
+};
+
+}  // namespace
+
+constinit const WindowKind& kRegistersKind = kKinds[0];
+constinit const WindowKind& kProgramKind = kKinds[1];
+
+std::span<const WindowKind> WindowKinds() {
+  return kKinds;
+}
+
+const WindowKind* KindOpenedBy(int command) {
+  const auto* const kind = std::find_if(kKinds.begin(), kKinds.end(), [command](const auto& row) {
+    return row.command != 0 && row.command == command;
+  });
+  return kind == kKinds.end() ? nullptr : kind;
+}
+
+}  // namespace brevant::gui
