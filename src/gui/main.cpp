@@ -3,8 +3,8 @@
 #include <QApplication>
 
 #include "gui/application.h"
+#include "gui/icons.h"
 #include "gui/options.h"
-#include "gui/product_icon.h"
 
 int main(int argc, char** argv) {
   const brevant::gui::ParsedOptions parsed =

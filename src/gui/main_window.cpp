@@ -72,6 +72,7 @@ ChildWindow& MainWindow::Open(const WindowKind& kind) {
                          .edit_register = [this](char key) { OpenRegisterEditor(key); }};
   TextView* const view = kind.make(session_, links, font_);
   auto* const child = new ChildWindow(view, kind.title, kind.child);
+  child->setWindowIcon(kind.icon());
   windows_.push_back({&kind, view, child});
   connect(view, &QObject::destroyed, this, [this, view] {
     std::erase_if(windows_, [view](const auto& w) { return w.view == view; });
@@ -103,9 +104,11 @@ void MainWindow::Tick() {
   session_.gate.Run([this] { UpdateViews(); });
   if (++ticks_ % kTicksAClock != 0) return;
   status_->UpdateClock();
-  status_->ShowConnection(session_.Connection());
-  const bool lost = session_.debugger.monitor_link.LinkError;
-  for (const OpenWindow& window : windows_) window.view->SetStale(lost);
+  const ConnectionState state = session_.Connection();
+  status_->ShowConnection(state);
+  for (const OpenWindow& window : windows_) {
+    window.view->SetStale(state.link_lost || (state.running && window.view->OfTheMoment()));
+  }
   if (close_wanted_ && !session_.gate.busy()) close();
 }
 

@@ -19,6 +19,7 @@ class RegistersWindow final : public TextView {
 
   // All cells in one row.
   QSize sizeHint() const override;
+  bool OfTheMoment() const override { return true; }
 
  protected:
   void CellsChanged() override;

@@ -27,6 +27,9 @@ class TextView : public QAbstractScrollArea {
   void SetViewFont(const QFont& font);
   // What is shown is no longer known to be so: all text is painted greyed.
   void SetStale(bool stale);
+  // What is shown changes from one instruction to the next, and so is not known while a program
+  // runs.
+  virtual bool OfTheMoment() const { return false; }
 
   // Brings what is shown up to what has been requested. It may read the target, so the gate must be
   // held.

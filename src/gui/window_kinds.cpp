@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <array>
 
+#include "gui/icons.h"
 #include "gui/program_window.h"
 #include "gui/registers_window.h"
 #include "gui/session.h"
@@ -21,8 +22,9 @@ TextView* MakeProgram(Session& session, const FrameLinks& links, const QFont& fo
 }
 
 constexpr std::array kKinds{
-    WindowKind{"Regs", ChildWindow::Kind::Permanent, 0, MakeRegisters},
-    WindowKind{"Program", ChildWindow::Kind::Closable, shell::commands::kOpenProgram, MakeProgram},
+    WindowKind{"Regs", RegsIcon, ChildWindow::Kind::Permanent, 0, MakeRegisters},
+    WindowKind{"Program", ProgIcon, ChildWindow::Kind::Closable, shell::commands::kOpenProgram,
+               MakeProgram},
 };
 
 }  // namespace

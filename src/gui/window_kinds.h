@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QFont>
+#include <QIcon>
 #include <functional>
 #include <span>
 
@@ -26,6 +27,7 @@ struct FrameLinks {
 
 struct WindowKind {
   const char* title;
+  QIcon (*icon)();
   ChildWindow::Kind child;
   int command;  // opens one; 0: none does
   // The widget; its object name is the kind's class name.

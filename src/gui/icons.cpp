@@ -1,0 +1,90 @@
+// SPDX-License-Identifier: MIT
+#include "gui/icons.h"
+
+#include <QPainter>
+#include <QPixmap>
+
+namespace brevant::gui {
+namespace {
+
+// Measures are of a drawing 16 units wide.
+constexpr int kUnits = 16;
+constexpr QRectF kBody(3, 1, 10, 14);
+constexpr QRectF kSheet(1, 1, 14, 14);
+constexpr int kPins = 4;
+constexpr int kRows = 4;
+constexpr double kRowDistance = 3.25;
+const QColor kPinColour(150, 150, 160);
+const QColor kBodyColour(38, 70, 120);
+const QColor kMarkColour(0, 255, 255);
+const QColor kInkColour(120, 130, 145);
+const QColor kChangedColour(215, 40, 40);
+
+using Drawing = void (*)(QPainter&);
+
+void DrawChip(QPainter& painter) {
+  painter.setBrush(kPinColour);
+  for (int pin = 0; pin < kPins; ++pin) painter.drawRect(QRectF(1, 2.5 + 3 * pin, 14, 1.5));
+  painter.setBrush(kBodyColour);
+  painter.drawRect(kBody);
+  painter.setBrush(kMarkColour);
+  painter.drawPolygon(QPolygonF({{6, 5}, {11, 8}, {6, 11}}));
+}
+
+void DrawSheet(QPainter& painter) {
+  painter.setBrush(kBodyColour);
+  painter.drawRect(kSheet);
+  painter.setBrush(Qt::white);
+  painter.drawRect(kSheet.adjusted(1, 1, -1, -1));
+}
+
+void DrawCells(QPainter& painter) {
+  DrawSheet(painter);
+  for (int row = 0; row < kRows - 1; ++row) {
+    for (int column = 0; column < 2; ++column) {
+      painter.setBrush(row == 1 && column == 0 ? kChangedColour : kInkColour);
+      painter.drawRect(QRectF(3 + 5.5 * column, 3.5 + kRowDistance * row, 4.5, 2));
+    }
+  }
+}
+
+void DrawCode(QPainter& painter) {
+  DrawSheet(painter);
+  for (int row = 0; row < kRows; ++row) {
+    const double top = 3 + kRowDistance * row - 0.5 * row;
+    painter.setBrush(row == 1 ? kChangedColour : kInkColour);
+    painter.drawRect(QRectF(6.5, top, row % 2 == 0 ? 4 : 6, 1.5));
+  }
+  painter.setBrush(kChangedColour);
+  painter.drawPolygon(QPolygonF({{3, 4.5}, {5.5, 6.5}, {3, 8.5}}));
+}
+
+QIcon Draw(Drawing draw) {
+  QIcon icon;
+  for (const int size : {16, 32, 48, 128}) {
+    QPixmap picture(size, size);
+    picture.fill(Qt::transparent);
+    QPainter painter(&picture);
+    painter.scale(static_cast<double>(size) / kUnits, static_cast<double>(size) / kUnits);
+    painter.setPen(Qt::NoPen);
+    draw(painter);
+    icon.addPixmap(picture);
+  }
+  return icon;
+}
+
+}  // namespace
+
+QIcon ProductIcon() {
+  return Draw(DrawChip);
+}
+
+QIcon RegsIcon() {
+  return Draw(DrawCells);
+}
+
+QIcon ProgIcon() {
+  return Draw(DrawCode);
+}
+
+}  // namespace brevant::gui

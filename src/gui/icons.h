@@ -1,0 +1,13 @@
+// SPDX-License-Identifier: MIT
+// The icons of the program and its windows, drawn in every size.
+#pragma once
+
+#include <QIcon>
+
+namespace brevant::gui {
+
+QIcon ProductIcon();  // a chip with its pins
+QIcon RegsIcon();     // cells
+QIcon ProgIcon();     // lines of code, one of them marked
+
+}  // namespace brevant::gui
