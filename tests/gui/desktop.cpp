@@ -5,6 +5,7 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QFileDialog>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMdiArea>
@@ -45,7 +46,7 @@ void Desktop::Start(bool connect) {
   options.connect = connect;
   options.settings = (folder_ / "brevant.ini").string();
   options.version = "test";
-  options.pace = simulator::Pace::Instant;
+  options.pace = pace_;
   application_ = std::make_unique<Application>(options);
   ASSERT_TRUE(application_->Start());
   window().activateWindow();
@@ -70,6 +71,15 @@ void Desktop::OnDialog(const QString& name, std::function<void(QDialog&)> act) {
     act(*dialog);
   });
   timer->start(5);
+}
+
+void Desktop::ChooseInDialog(const std::string& path) {
+  OnDialog("chooser", [path](QDialog& dialog) {
+    auto& chooser = static_cast<QFileDialog&>(dialog);
+    chooser.selectFile(Text(path));
+    chooser.findChild<QLineEdit*>("fileNameEdit")->setText(Text(path));
+    QMetaObject::invokeMethod(&chooser, "accept");
+  });
 }
 
 void Desktop::Press(Qt::Key key, Qt::KeyboardModifiers modifiers) {

@@ -35,6 +35,8 @@ class Desktop : public testing::Test {
   // Answered() says whether that has happened.
   void OnDialog(const QString& name, std::function<void(QDialog&)> act);
   bool Answered() const { return pending_ == 0; }
+  // The next file dialog.
+  void ChooseInDialog(const std::string& path);
 
   void Press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
   void Choose(int command);
@@ -60,6 +62,7 @@ class Desktop : public testing::Test {
   static std::string Example(const std::string& name);
 
   std::filesystem::path folder_;
+  simulator::Pace pace_ = simulator::Pace::Instant;  // of the next start
 
  private:
   // A dialog that nobody answers must fail its test instead of holding it for ever.

@@ -3,8 +3,6 @@
 #include <QAction>
 #include <QApplication>
 #include <QComboBox>
-#include <QFileDialog>
-#include <QLineEdit>
 #include <QMdiArea>
 #include <QMessageBox>
 #include <fstream>
@@ -46,12 +44,7 @@ TEST_F(Desktop, LoadsAFileAndRunsToAClickedBreakpoint) {
   UseToolChain(symbols::ToolChain::Sdcc);
   Start();
   const std::string demo = Example("demo.s19");
-  OnDialog("chooser", [&](QDialog& dialog) {
-    auto& chooser = static_cast<QFileDialog&>(dialog);
-    chooser.selectFile(Text(demo));
-    chooser.findChild<QLineEdit*>("fileNameEdit")->setText(Text(demo));
-    QMetaObject::invokeMethod(&chooser, "accept");
-  });
+  ChooseInDialog(demo);
   Choose(commands::kLoadImage);
   EXPECT_EQ(window().windowTitle(), Text(demo));
   EXPECT_TRUE(debugger().debug_info.DebugInfoLoaded);
