@@ -10,11 +10,11 @@
 namespace brevant::gui {
 
 struct Options {
-  std::string port;      // COM1..COM4, a device path or "sim"; empty: settings
-  bool connect = false;  // at once, without the connect dialog
-  std::string image;     // loaded after connecting; empty: none
+  std::string port = {};   // COM1..COM4, a device path or "sim"; empty: settings
+  bool connect = false;    // at once, without the connect dialog
+  std::string image = {};  // loaded after connecting; empty: none
   std::string settings = "brevant.ini";
-  std::string version;
+  std::string version = {};
   simulator::Pace pace = simulator::Pace::Bus;  // of the simulated target
 };
 
