@@ -1,13 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "control/messages.h"
 
-#include "base/text_format.h"
-
 namespace brevant::control {
-
-base::Message ToMessage(const MessageText& row) {
-  return {row.text, row.caption, row.icon, base::Buttons::Ok};
-}
 
 std::optional<base::Message> StopMessage(StopResult result) {
   switch (result) {
@@ -29,9 +23,7 @@ std::optional<base::Message> BreakpointLimit(const BreakpointTable& table, bool 
     return ToMessage(messages::kHardwareBreakpointLimit);
   }
   if (table.count() < kMaxBreakpoints) return std::nullopt;
-  base::Message message = ToMessage(messages::kBreakpointLimit);
-  message.text = base::Format(messages::kBreakpointLimit.text, kMaxBreakpoints);
-  return message;
+  return ToMessage(messages::kBreakpointLimit, kMaxBreakpoints);
 }
 
 }  // namespace brevant::control

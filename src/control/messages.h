@@ -4,17 +4,14 @@
 
 #include <optional>
 
-#include "base/user_interface.h"
+#include "base/message_text.h"
 #include "control/breakpoint_table.h"
 #include "control/run_state.h"
 
 namespace brevant::control {
 
-struct MessageText {
-  const char* text;
-  const char* caption;
-  base::Icon icon;
-};
+using base::MessageText;
+using base::ToMessage;
 
 namespace messages {
 
@@ -41,8 +38,6 @@ inline constexpr MessageText kTraceLogNotWritten{"Can not write the trace log %s
                                                  "Error Message", base::Icon::Warning};
 
 }  // namespace messages
-
-base::Message ToMessage(const MessageText& row);
 
 // What the user should know of a stop that did not go well; nothing when it did.
 std::optional<base::Message> StopMessage(StopResult result);

@@ -124,9 +124,7 @@ void Trace::WriteTraceLog() {
   const std::string path = LogPath();
   const std::string error = base::ReplaceFile(path, LogText());
   if (!error.empty()) {
-    base::Message message = ToMessage(messages::kTraceLogNotWritten);
-    message.text = base::Format(messages::kTraceLogNotWritten.text, path, error);
-    ui_.ShowMessage(message);
+    ui_.ShowMessage(ToMessage(messages::kTraceLogNotWritten, path, error));
     return;
   }
   indication_.ShowTraceLog(path, ring_.size() * kTraceLinesPerRecord);

@@ -2,22 +2,12 @@
 // What loading, macros and flash commands tell the user: one row a message.
 #pragma once
 
-#include "base/text_format.h"
-#include "base/user_interface.h"
+#include "base/message_text.h"
 
 namespace brevant::images {
 
-struct MessageText {
-  const char* text;  // with % conversions
-  const char* caption;
-  base::Icon icon;
-  base::Buttons buttons = base::Buttons::Ok;
-};
-
-template <typename... Args>
-base::Message ToMessage(const MessageText& row, const Args&... args) {
-  return {base::Format(row.text, args...), row.caption, row.icon, row.buttons};
-}
+using base::MessageText;
+using base::ToMessage;
 
 namespace messages {
 

@@ -95,11 +95,11 @@ void SelectRecentCode(ConnectForm& form, const base::SettingsFile& settings, int
 std::optional<base::Message> CommitConnectForm(const ConnectForm& form,
                                                base::SettingsFile& settings) {
   const auto code = ParseCodeFields(form.code_fields);
-  if (!code) return kCodeNotCorrect.With();
+  if (!code) return ToMessage(kCodeNotCorrect);
   bool stored = StoreCode(settings, *code);
 
   const std::string port = base::UpperCase(form.port);
-  if (!IsLogicalPort(port)) return kPortNotCorrect.With();
+  if (!IsLogicalPort(port)) return ToMessage(kPortNotCorrect);
   stored = StoreText(settings, kPort, port) && stored;
   stored = StoreNumber(settings, kSecurityCheck, form.verify_security ? 1 : 0) && stored;
   stored = StoreNumber(settings, kDevice, form.device) && stored;
@@ -108,7 +108,7 @@ std::optional<base::Message> CommitConnectForm(const ConnectForm& form,
       stored = StoreDeviceBehind(PortName(i), form.ports[i].device, settings) && stored;
     }
   }
-  if (!stored) return kSettingsNotStored.With(settings.path().string());
+  if (!stored) return ToMessage(kSettingsNotStored, settings.path().string());
   return std::nullopt;
 }
 

@@ -48,7 +48,7 @@ bool Connector::OpenConfiguredPort() {
   MonitorLink& link = monitor_.link();
   link.PortName = name;
   if (link.OpenPort(name)) return true;
-  base::Message message = kPortNotAvailable.With(name);
+  base::Message message = ToMessage(kPortNotAvailable, name);
   if (const std::string reason = link.PortError(); !reason.empty()) {
     message.text += "\n\n" + reason;
   }
@@ -66,11 +66,11 @@ ConnectResult Connector::Connect() {
   monitor_.ReadByte(kTestAddress);
   log_(base::Format("debug  %x  %x\n", answer, kTestValue));
   if (answer != 0) {
-    ui_.ShowMessage(kNotReady.With());
+    ui_.ShowMessage(ToMessage(kNotReady));
     return ConnectResult::NotReady;
   }
   if (SecurityPassed()) return ConnectResult::Connected;
-  ui_.ShowMessage(kSecurityNotPassed.With());
+  ui_.ShowMessage(ToMessage(kSecurityNotPassed));
   return ConnectResult::SecurityNotPassed;
 }
 

@@ -2,43 +2,31 @@
 // Everything that connecting says to the user, word for word.
 #pragma once
 
-#include <string_view>
-
-#include "base/text_format.h"
-#include "base/user_interface.h"
+#include "base/message_text.h"
 
 namespace brevant::link {
 
-struct LinkMessage {
-  const char* text;  // may hold one "%s"
-  std::string_view caption;
-  base::Icon icon;
+using base::MessageText;
+using base::ToMessage;
 
-  // With the argument in the place of "%s".
-  template <typename... Args>
-  base::Message With(const Args&... args) const {
-    return {base::Format(text, args...), std::string(caption), icon, base::Buttons::Ok};
-  }
-};
-
-inline constexpr LinkMessage kCodeNotCorrect{"Security string not correct", "Information",
+inline constexpr MessageText kCodeNotCorrect{"Security string not correct", "Information",
                                              base::Icon::Information};
-inline constexpr LinkMessage kPortNotCorrect{"Not a correct COM port number", "Information",
+inline constexpr MessageText kPortNotCorrect{"Not a correct COM port number", "Information",
                                              base::Icon::Information};
-inline constexpr LinkMessage kSettingsNotStored{
+inline constexpr MessageText kSettingsNotStored{
     "The settings file %s cannot be written, so this choice cannot take effect.\n\n"
     "Give yourself write permission for the file and its folder, or keep the settings shown at "
     "first.",
     "Error Message", base::Icon::Error};
 // The port's own reason follows after an empty line.
-inline constexpr LinkMessage kPortNotAvailable{"%s is not available. Please try another port",
+inline constexpr MessageText kPortNotAvailable{"%s is not available. Please try another port",
                                                "Information", base::Icon::Information};
-inline constexpr LinkMessage kNotReady{
+inline constexpr MessageText kNotReady{
     "Hardware is not ready.  Please check:\n\n"
     "1. Cable is plugged snuggly, the target and debugger are powered up.\n\n"
     "2. Try another port.\n",
     "Error Message", base::Icon::Error};
-inline constexpr LinkMessage kSecurityNotPassed{
+inline constexpr MessageText kSecurityNotPassed{
     "Security not passed, but RAM can be used for debugging", "Information",
     base::Icon::Information};
 

@@ -117,8 +117,7 @@ ImportResult Refuse(const Companion& companion, const std::string& path,
   const bool has_marker = info.tool_chain == ToolChain::FreeAssembler ||
                           info.tool_chain == ToolChain::MotorolaAssembler;
   if (program.wrong_format && has_marker) {
-    result.message =
-        base::Message{kInconsistentFormat, kErrorCaption, base::Icon::Error, base::Buttons::Ok};
+    result.message = base::ToMessage(kInconsistentFormat);
   }
   return result;
 }

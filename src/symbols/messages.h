@@ -1,11 +1,13 @@
 // SPDX-License-Identifier: MIT
-// The texts that importing debug information shows.
+// What importing debug information tells the user.
 #pragma once
+
+#include "base/message_text.h"
 
 namespace brevant::symbols {
 
-inline constexpr const char* kErrorCaption = "Error Message";
-inline constexpr const char* kInconsistentFormat =
-    "File format is possibly inconsistant.  Please\nuse Config menu to configure the compiler";
+inline constexpr base::MessageText kInconsistentFormat{
+    "File format is possibly inconsistant.  Please\nuse Config menu to configure the compiler",
+    "Error Message", base::Icon::Error};
 
 }  // namespace brevant::symbols

@@ -105,7 +105,7 @@ TEST_F(Importing, MissingOrForeignListingOfTheTwoAssemblersIsReported) {
       EXPECT_TRUE(info_.LineTable.empty());
       EXPECT_EQ(result.message.has_value(), has_marker);
       if (result.message) {
-        EXPECT_EQ(result.message->text, kInconsistentFormat);
+        EXPECT_EQ(result.message->text, kInconsistentFormat.text);
         EXPECT_EQ(result.message->caption, "Error Message");
       }
       EXPECT_NE(result.detail.find("prog."), std::string::npos) << result.detail;
