@@ -6,6 +6,7 @@
 #include "gui/session.h"
 #include "views/breakpoint_list.h"
 #include "views/instruction_editor.h"
+#include "views/messages.h"
 
 namespace brevant::gui {
 namespace {
@@ -22,6 +23,7 @@ std::optional<base::Address> AskForSymbol(const CommandContext& context, const c
   views::SymbolPrompt prompt(title, session.debugger.debug_info, session.ui);
   std::optional<base::Address> address;
   const EditRequest request{.title = prompt.title(),
+                            .expected = views::messages::kExpectSymbol,
                             .max_length = views::SymbolPrompt::kMaxLength,
                             .choices = prompt.Choices()};
   AskForText(&context.window, context.window.view_font(), request, [&](std::string_view text) {
@@ -36,6 +38,7 @@ std::optional<base::Address> AskForAddress(const CommandContext& context, const 
   std::optional<base::Address> address;
   const EditRequest request{.title = prompt.title(),
                             .text = prompt.InitialText(),
+                            .expected = views::messages::kExpectAddress,
                             .max_length = views::AddressPrompt::kMaxLength,
                             .choices = prompt.Choices()};
   AskForText(&context.window, context.window.view_font(), request, [&](std::string_view text) {
@@ -67,6 +70,7 @@ void PopupEdit(const CommandContext& context) {
                                   session.debugger.debug_info.SymbolTable, session.ui);
   const EditRequest request{.title = editor.Title(),
                             .text = editor.initial_text(),
+                            .expected = views::messages::kExpectInstruction,
                             .max_length = views::InstructionEditor::kMaxLength};
   AskForText(&context.window, context.window.view_font(), request,
              [&](std::string_view text) { return editor.Accept(text); });

@@ -9,6 +9,7 @@
 #include "gui/main_window.h"
 #include "gui/session.h"
 #include "gui/window_layout.h"
+#include "views/messages.h"
 #include "views/scroll_range.h"
 
 namespace brevant::gui {
@@ -47,6 +48,7 @@ void SetProgramRange(const CommandContext& context) {
   const EditRequest request{.title = views::ProgramRangeForm::kTitle,
                             .label = views::ProgramRangeForm::kLabel,
                             .text = form.InitialText(),
+                            .expected = views::messages::kExpectHex,
                             .max_length = views::ProgramRangeForm::kMaxLength};
   AskForText(&context.window, context.window.view_font(), request, [&](std::string_view text) {
     const auto range = form.Accept(text);

@@ -20,6 +20,7 @@ struct EditRequest {
   std::string title;
   std::string label = {};  // before the field; empty for none
   std::string text = {};
+  std::string expected = {};  // shown when what was typed is refused
   int max_length = 0;
   bool typing_continues = false;  // after the text, instead of replacing it
   // With choices the field gets a list that drops down.

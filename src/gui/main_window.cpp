@@ -144,6 +144,7 @@ void MainWindow::OpenRegisterEditor(char key) {
     views::RegisterEditor editor = session_.registers.OpenEditor(key);
     EditRequest request{.title = editor.caption(),
                         .text = editor.initial_text(),
+                        .expected = editor.expected(),
                         .max_length = editor.max_length(),
                         .typing_continues = editor.typing_continues()};
     AskForText(this, font_, request,

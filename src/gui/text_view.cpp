@@ -83,12 +83,12 @@ TextColours TextView::Red() const {
   return {Dark() ? kRedOnDark : kRed, {}};
 }
 
-TextColours TextView::Cursor() {
-  return {Qt::black, kCyan};
+TextColours TextView::Cursor() const {
+  return stale_ ? Normal() : TextColours{Qt::black, kCyan};
 }
 
-TextColours TextView::CursorRed() {
-  return {kRedOnCyan, kCyan};
+TextColours TextView::CursorRed() const {
+  return stale_ ? Normal() : TextColours{kRedOnCyan, kCyan};
 }
 
 void TextView::DrawText(QPainter& painter, int column, int row, const QString& text,

@@ -44,9 +44,9 @@ class TextView : public QAbstractScrollArea {
   static void InvertCells(QPainter& painter, views::CellSize cell, int column, int row, int count);
 
   TextColours Normal() const;
-  TextColours Red() const;         // readable on the window's background
-  static TextColours Cursor();     // cyan behind dark text
-  static TextColours CursorRed();  // cyan behind red text
+  TextColours Red() const;        // readable on the window's background
+  TextColours Cursor() const;     // cyan behind dark text
+  TextColours CursorRed() const;  // cyan behind red text
   bool Dark() const;
 
   // Called when the size or the font has changed.

@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "views/instruction_editor.h"
 
+#include <algorithm>
 #include <span>
 
 #include "base/text_format.h"
 #include "isa/assembler.h"
+#include "views/messages.h"
 
 namespace brevant::views {
 
@@ -27,7 +29,14 @@ bool InstructionEditor::Accept(std::string_view text) {
     return false;
   }
   const std::span bytes(instruction->bytes);
-  monitor_.WriteBlock(address_, bytes.first(static_cast<std::size_t>(instruction->length)));
+  const auto written = bytes.first(static_cast<std::size_t>(instruction->length));
+  monitor_.WriteBlock(address_, written);
+  std::array<std::uint8_t, 4> taken{};
+  monitor_.ReadBlockBytes(std::span(taken).first(written.size()), address_);
+  if (!monitor_.LinkError() &&
+      !std::ranges::equal(written, std::span(taken).first(written.size()))) {
+    ui_.ShowMessage(base::ToMessage(messages::kInstructionNotTaken, address_));
+  }
   return true;
 }
 

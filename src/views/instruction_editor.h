@@ -25,7 +25,8 @@ class InstructionEditor {
   std::string Title() const;
   const std::string& initial_text() const { return initial_text_; }
   // Assembles the text for the line's address and writes its bytes. False, after a beep, when it is
-  // no instruction; nothing has then been written and the editor stays open.
+  // no instruction; nothing has then been written and the editor stays open. Memory that did not
+  // take the bytes, as flash does not, is told in a message.
   bool Accept(std::string_view text);
 
  private:

@@ -2,13 +2,27 @@
 // What the views tell the user.
 #pragma once
 
-#include "base/user_interface.h"
+#include "base/message_text.h"
 
 namespace brevant::views::messages {
 
-inline const base::Message kStackPointerNotSet{
+inline constexpr base::MessageText kStackPointerNotSet{
     "The target did not take the new stack pointer.\n"
     "It is set by a few instructions that run from $0080; \"Reset\" starts afresh.",
     "Error Message", base::Icon::Warning};
+
+inline const base::MessageText kInstructionNotTaken{
+    "The memory at %06lx did not take the instruction.\n\n"
+    "RAM can be edited; flash changes only by erasing and programming, ROM never.",
+    "Information", base::Icon::Information};
+
+// Shown below a field whose text was refused.
+inline constexpr const char* kExpectInstruction =
+    "One instruction, such as LDA #1f or BRSET 3,80,loop.\nNumbers are hexadecimal.";
+inline constexpr const char* kExpectAddress = "1 to 6 hexadecimal digits.";
+inline constexpr const char* kExpectSymbol =
+    "A symbol of the loaded program or a hexadecimal address.";
+inline constexpr const char* kExpectHex = "Hexadecimal digits only.";
+inline constexpr const char* kExpectBinary = "Only 0 and 1.";
 
 }  // namespace brevant::views::messages

@@ -68,6 +68,10 @@ RegisterEditor::RegisterEditor(control::RegisterFrame& frame, base::UserInterfac
   if (key != 0) initial_text_ = std::string(1, key);
 }
 
+const char* RegisterEditor::expected() const {
+  return Row(cell_).binary ? messages::kExpectBinary : messages::kExpectHex;
+}
+
 bool RegisterEditor::Accept(std::string_view text) {
   const CellRow& row = Row(cell_);
   const std::string_view typed = text.substr(0, kMaxTypedCharacters);
@@ -75,7 +79,8 @@ bool RegisterEditor::Accept(std::string_view text) {
     ui_.Beep();
     return false;
   }
-  if (!frame_.Edit(row.which, typed)) ui_.ShowMessage(messages::kStackPointerNotSet);
+  if (!frame_.Edit(row.which, typed))
+    ui_.ShowMessage(base::ToMessage(messages::kStackPointerNotSet));
   return true;
 }
 

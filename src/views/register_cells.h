@@ -35,6 +35,8 @@ class RegisterEditor {
   int max_length() const { return max_length_; }
   // Typing goes on after the initial text, instead of replacing it.
   bool typing_continues() const { return typing_continues_; }
+  // What Accept takes, as a text.
+  const char* expected() const;
   // Stores the value. False, after a beep, when the text is not of the cell's form; the editor then
   // stays open. A stack pointer that the target did not take is told in a message.
   bool Accept(std::string_view text);

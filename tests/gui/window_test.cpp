@@ -3,6 +3,7 @@
 #include <QAction>
 #include <QApplication>
 #include <QComboBox>
+#include <QLabel>
 #include <QMdiArea>
 #include <QMessageBox>
 #include <fstream>
@@ -78,8 +79,10 @@ TEST_F(Desktop, EditsCodeStepsItAndSeesTheRegisterRed) {
   OnDialog("DlgEdit", [](QDialog& dialog) {
     EXPECT_EQ(dialog.windowTitle(), "Edit at 000100");
     Field(dialog, "text").setText("no instruction");
+    EXPECT_FALSE(dialog.findChild<QLabel*>("expected")->isVisible());
     Push(dialog, "ok");
     EXPECT_TRUE(dialog.isVisible());
+    EXPECT_TRUE(dialog.findChild<QLabel*>("expected")->isVisible());
     Field(dialog, "text").setText("LDA #5a");
     Push(dialog, "ok");
   });

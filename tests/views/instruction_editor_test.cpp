@@ -22,11 +22,20 @@ TEST_F(InstructionEditorTest, ReplacesTheBytesOfOneInstruction) {
   EXPECT_EQ(editor.initial_text(), "LDA  #12");
   target.board().ClearHostLog();
   EXPECT_TRUE(editor.Accept("bra start ; for ever"));
-  EXPECT_EQ(Commands(), "R00FF w20 wFE");
+  EXPECT_EQ(Commands().find("R00FF w20 wFE"), 0u);
+  EXPECT_TRUE(user.messages.empty());
   EXPECT_EQ(Peek(0x0100), 0x20);
   EXPECT_EQ(Peek(0x0101), 0xFE);
   EXPECT_EQ(Peek(0x0102), 0x9D);
   EXPECT_EQ(Open(0x0100).initial_text(), "BRA  START");
+}
+
+TEST_F(InstructionEditorTest, SaysWhenTheMemoryDidNotTakeIt) {
+  target.board().Load(0x8000, ByteList{0xA6, 0x12});
+  EXPECT_TRUE(Open(0x8000).Accept("LDA #34"));
+  ASSERT_EQ(user.messages.size(), 1u);
+  EXPECT_EQ(user.messages[0].find("The memory at 008000 did not take the instruction."), 0u);
+  EXPECT_EQ(Peek(0x8001), 0x12);
 }
 
 TEST_F(InstructionEditorTest, WritesNothingForWhatIsNoInstruction) {
