@@ -16,8 +16,9 @@ constexpr std::array kMenuBar{
 
 constexpr unsigned kSets = kBuilt | kNotDuringFileIo;
 constexpr unsigned kLoads = kBuilt | kNotDuringFileIo | kNeedsMonitor;
-constexpr unsigned kSteps = kBuilt | kNotDuringFileIo | kNotWhileRunning;
-constexpr unsigned kPopup = kSteps;
+constexpr unsigned kRuns = kBuilt | kNeedsMonitor;
+constexpr unsigned kSteps = kRuns | kNotDuringFileIo;
+constexpr unsigned kPopup = kSteps | kNotWhileRunning;
 
 constexpr std::array kRows{
     // File
@@ -60,8 +61,8 @@ constexpr std::array kRows{
     CommandRow{192, Menu::Debug, "N Step", "Run N steps",
                kNotDuringFileIo | kNotWhileRunning | kCheckable},
     CommandRow{193, Menu::Debug, "&Go", "Run or stop running MCU", kBuilt, "F7"},
-    CommandRow{194, Menu::Debug, "Run to Cursor", "Run to current cursor position",
-               kBuilt | kNotWhileRunning, "F8", "Ctrl+F10"},
+    CommandRow{194, Menu::Debug, "Run to Cursor", "Run to current cursor position", kRuns, "F8",
+               "Ctrl+F10"},
     CommandRow{196, Menu::Debug, "&Program flash EEPROM", "Program flash EEPROM",
                kNotDuringFileIo | kSeparatorBefore},
     CommandRow{197, Menu::Debug, "&Erase flash EEPROM", "Erase flash EEPROM", kNotDuringFileIo},
@@ -105,15 +106,15 @@ constexpr std::array kRows{
     CommandRow{324, Menu::None, "", "Find the next string in source window", kNoFlags, "F3"},
     // Toolbar
     CommandRow{340, Menu::None, "", "Reset the MCU", kBuilt},
-    CommandRow{341, Menu::None, "", "Run MCU one step", kSteps, "", "", 190},
+    CommandRow{341, Menu::None, "", "Run MCU one step", kSteps | kNotWhileRunning, "", "", 190},
     CommandRow{342, Menu::None, "", "Run MCU N steps", kNotWhileRunning},
-    CommandRow{343, Menu::None, "", "Run MCU one step, but do not go into subroutine", kSteps, "",
-               "", 191},
+    CommandRow{343, Menu::None, "", "Run MCU one step, but do not go into subroutine",
+               kSteps | kNotWhileRunning, "", "", 191},
     CommandRow{344, Menu::None, "", "Ready to run MCU", kBuilt, "", "", 193},
     CommandRow{345, Menu::None, "", "Trace the execution of MCU",
                kNotDuringFileIo | kNotWhileRunning},
     CommandRow{346, Menu::None, "", "Load a macro file", kLoads},
-    CommandRow{347, Menu::None, "", "Run to current cursor position", kBuilt | kNotWhileRunning, "",
+    CommandRow{347, Menu::None, "", "Run to current cursor position", kRuns | kNotWhileRunning, "",
                "", 194},
     CommandRow{348, Menu::None, "", "", kBuilt},
 };

@@ -33,10 +33,10 @@ enum CommandFlags : unsigned {
   kNoFlags = 0,
   kBuilt = 1,            // this version carries it out; others are shown disabled
   kNotDuringFileIo = 2,  // ignored while file I/O is active
-  kNotWhileRunning = 4,  // disabled while the target runs
+  kNotWhileRunning = 4,  // disabled while the target runs, as buttons and popup items are
   kCheckable = 8,
   kSeparatorBefore = 16,
-  kNeedsMonitor = 32,  // transfers memory, which a running target does not answer
+  kNeedsMonitor = 32,  // a running target does not answer; menus and keys then say so
 };
 
 struct CommandRow {

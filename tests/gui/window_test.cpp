@@ -127,8 +127,10 @@ TEST_F(Desktop, StaysUsableWhileTheTargetRuns) {
   RunFor(50);
   EXPECT_EQ(Status(), "COM1 simulated MC68HC908GP32: running");
   EXPECT_EQ(window().findChild<QAction*>("button344")->text(), "Break  F7");
-  EXPECT_FALSE(window().findChild<QAction*>("command190")->isEnabled());
-  // Neither scrolling nor loading may disturb the running program.
+  EXPECT_FALSE(window().findChild<QAction*>("button341")->isEnabled());
+  // Neither a step nor scrolling nor loading may disturb the running program.
+  Press(Qt::Key_F5);
+  EXPECT_TRUE(window().statusBar()->currentMessage().contains("press Break"));
   QTest::keyClick(&program(), Qt::Key_PageDown);
   window().LoadFile(Example("demo.s19"));
   RunFor(50);
