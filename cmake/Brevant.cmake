@@ -5,7 +5,8 @@
 # -Wrestrict misfires in GCC 12 on "literal" + std::string at -O3.
 add_library(brevant_warnings INTERFACE)
 target_compile_options(brevant_warnings INTERFACE
-  -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wno-sign-conversion -Wnon-virtual-dtor -Wno-restrict
+  -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wno-sign-conversion -Wnon-virtual-dtor
+  $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict>
   -Woverloaded-virtual -Wimplicit-fallthrough -Werror)
 
 # brevant_library(NAME FOLDER LINKS...): every source of FOLDER except main.cpp, as library NAME.

@@ -47,10 +47,12 @@ void Reset(const CommandContext& context) {
 
 void ReStart(const CommandContext& context) {
   Session& session = context.session;
-  if (AskForConnection(&context.window, session.settings, session.ui, link::FindSerialDevices(),
-                       session.options.version)) {
-    session.Reconnect();
-  }
+  bool accepted = false;
+  session.gate.OpenDuring([&] {
+    accepted = AskForConnection(&context.window, session.settings, session.ui,
+                                link::FindSerialDevices(), session.options.version);
+  });
+  if (accepted) session.Reconnect();
 }
 
 }  // namespace brevant::gui

@@ -50,11 +50,14 @@ void SetProgramRange(const CommandContext& context) {
                             .text = form.InitialText(),
                             .expected = views::messages::kExpectHex,
                             .max_length = views::ProgramRangeForm::kMaxLength};
-  AskForText(&context.window, context.window.view_font(), request, [&](std::string_view text) {
-    const auto range = form.Accept(text);
-    if (range) session.program_views.SetRange(*range);
-    return range.has_value();
+  std::optional<views::ScrollRange> range;
+  session.gate.OpenDuring([&] {
+    AskForText(&context.window, context.window.view_font(), request, [&](std::string_view text) {
+      range = form.Accept(text);
+      return range.has_value();
+    });
   });
+  if (range) session.program_views.SetRange(*range);
 }
 
 void SaveSettings(const CommandContext& context) {

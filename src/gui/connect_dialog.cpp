@@ -14,11 +14,14 @@
 #include <QSignalBlocker>
 #include <array>
 
+#include "gui/icons.h"
 #include "gui/qt_user_interface.h"
 #include "link/connect_form.h"
 
 namespace brevant::gui {
 namespace {
+
+constexpr int kIconSize = 32;
 
 class ConnectDialog final : public QDialog {
  public:
@@ -85,7 +88,10 @@ void ConnectDialog::AddHeading(QGridLayout* layout, const std::string& version) 
   auto* const heading = new QLabel(
       QString("<b>Brevant %1</b><br>Debugger for MC68HC908 microcontrollers").arg(Text(version)));
   heading->setObjectName("product");
-  layout->addWidget(heading, 0, 0, 1, 3);
+  auto* const icon = new QLabel;
+  icon->setPixmap(ProductIcon().pixmap(kIconSize));
+  layout->addWidget(icon, 0, 0, Qt::AlignCenter);
+  layout->addWidget(heading, 0, 1, 1, 2);
 }
 
 void ConnectDialog::AddFields(QGridLayout* layout) {

@@ -24,6 +24,15 @@ class Gate {
     return true;
   }
 
+  // For a command, while it only collects what it will act on: the tick goes on as if nothing were
+  // under way. Modality keeps other commands out.
+  void OpenDuring(base::FunctionRef<void()> dialog) {
+    busy_ = false;
+    dialog();
+    busy_ = true;
+    entered_ = Clock::now();
+  }
+
  private:
   using Clock = std::chrono::steady_clock;
   bool busy_ = false;

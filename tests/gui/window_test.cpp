@@ -144,6 +144,20 @@ TEST_F(Desktop, StaysUsableWhileTheTargetRuns) {
   EXPECT_GE(RowOf(debugger().frame.PC), 0);
 }
 
+TEST_F(Desktop, ABreakpointIsNoticedWhileADialogIsOpen) {
+  Start();
+  ClickInProgram(2, 2);
+  const base::Address address = program().view().Lines()[2].address;
+  OnDialog("DlgEdit", [&](QDialog& dialog) {
+    EXPECT_EQ(dialog.windowTitle(), "Configure program range");
+    Settle();
+    EXPECT_EQ(debugger().frame.PC, address);
+    Push(dialog, "cancel");
+  });
+  Press(Qt::Key_F7);
+  Choose(commands::kProgramRange);
+}
+
 TEST_F(Desktop, ReStartBringsBackEverythingAfterTheCableWasPulled) {
   Start();
   const int row = 1;
