@@ -67,8 +67,7 @@ Result StepTimes(Session& session, Arguments arguments, bool over) {
   }
   Result result;
   for (; steps > 0 && result.ok(); --steps) {
-    session.debugger().run_state.StepOver = over;
-    session.debugger().run_control.StepCommand(true);
+    session.debugger().Step(over);
     result = AwaitStop(session);
   }
   return result;

@@ -2,13 +2,11 @@
 // Symbols, source lines, tool chains and macros.
 #include <fmt/format.h>
 
-#include "base/files.h"
 #include "base/text_number.h"
 #include "cli/commands.h"
 #include "cli/session.h"
 #include "symbols/importers.h"
 #include "symbols/source_text.h"
-#include "symbols/symbol_file.h"
 
 namespace brevant::cli {
 namespace {
@@ -46,23 +44,13 @@ Result Toolchain(Session& session, Arguments arguments) {
 }
 
 Result Symbols(Session& session, Arguments arguments) {
-  const base::FileText readable = base::ReadFile(arguments[0]);
-  if (!readable.ok()) {
-    return Failure(ExitStatus::File,
-                   fmt::format("cannot read {}: {}", arguments[0], readable.error));
-  }
-  symbols::DebugInfo& info = session.debugger().debug_info;
-  const std::string start = session.settings().String(base::keys::kSymbolTableStart);
-  if (!symbols::LoadSymbolFile(arguments[0], start, info)) {
-    return Failure(ExitStatus::File,
-                   fmt::format("{} holds no symbols: lines of a name and a hexadecimal address are "
-                               "expected after the first line{}",
-                               arguments[0], start.empty() ? "" : " with \"" + start + '"'));
-  }
+  const std::string problem = session.debugger().LoadSymbols(arguments[0]);
+  if (!problem.empty()) return Failure(ExitStatus::File, problem);
   session.debugger().RefreshAfterStop();
+  const std::size_t count = session.debugger().debug_info.SymbolTable.symbols().size();
   Result result;
-  result.text = fmt::format("{} symbols\n", info.SymbolTable.symbols().size());
-  result.fields = {{"symbols", info.SymbolTable.symbols().size()}};
+  result.text = fmt::format("{} symbols\n", count);
+  result.fields = {{"symbols", count}};
   return result;
 }
 

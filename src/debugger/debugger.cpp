@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "debugger/debugger.h"
 
+#include "base/files.h"
 #include "debugger/start_up_program.h"
 #include "link/security_code.h"
 #include "symbols/source_text.h"
+#include "symbols/symbol_file.h"
 
 namespace brevant::debugger {
 namespace {
@@ -73,6 +75,24 @@ void Debugger::Reset() {
   // Looked at now: the program that runs next may use the byte for itself.
   security_passed = connector.SecurityPassed();
   FollowUpReset();
+}
+
+void Debugger::Step(bool over) {
+  run_state.StepOver = over;
+  run_control.StepCommand(true);
+}
+
+std::string Debugger::LoadSymbols(const std::string& path) {
+  if (const base::FileText file = base::ReadFile(path); !file.ok()) {
+    return path + " cannot be read: " + file.error;
+  }
+  const std::string start = settings.String(base::keys::kSymbolTableStart);
+  if (symbols::LoadSymbolFile(path, start, debug_info)) return {};
+  return path +
+         " holds no symbols: lines of a name and a hexadecimal address are expected after the "
+         "first "
+         "line" +
+         (start.empty() ? "." : " with \"" + start + "\".");
 }
 
 void Debugger::Tick() {

@@ -91,6 +91,13 @@ class Debugger {
 
   // To be called before each command: the target counts as stopped until a poll says otherwise.
   void BeginCommand() { monitor_link.BreakPollState = 0; }
+  // One instruction, or with over a whole subroutine call. A step that has not ended at once is
+  // completed by Tick.
+  void Step(bool over);
+  // The symbols of a text file take the place of all debug information. Empty, or what was wrong
+  // with the file; one that cannot be read changes nothing.
+  std::string LoadSymbols(const std::string& path);
+
   // To be called every 10 ms while no command is under way.
   void Tick();
   // Something is under way that Tick will complete.

@@ -2,12 +2,10 @@
 // Commands of the File menu.
 #include <filesystem>
 
-#include "base/files.h"
 #include "gui/commands.h"
 #include "gui/file_dialogs.h"
 #include "gui/main_window.h"
 #include "gui/session.h"
-#include "symbols/symbol_file.h"
 
 namespace brevant::gui {
 namespace {
@@ -83,14 +81,8 @@ void RunChosenMacro(const CommandContext& context) {
 void LoadChosenSymbols(const CommandContext& context) {
   Session& session = context.session;
   if (const auto path = Choose(context, shell::Chooser::SymbolFile, "")) {
-    const std::string start = session.settings.String(base::keys::kSymbolTableStart);
-    if (const base::FileText file = base::ReadFile(*path); !file.ok()) {
-      session.ui.ShowMessage(
-          {*path + "\ncan not be read: " + file.error, "Error Message", base::Icon::Error});
-    } else if (!symbols::LoadSymbolFile(*path, start, session.debugger.debug_info)) {
-      session.ui.ShowMessage(
-          {*path + "\nholds no symbols.", "Information", base::Icon::Information});
-    }
+    const std::string problem = session.debugger.LoadSymbols(*path);
+    if (!problem.empty()) session.ui.ShowMessage({problem, "Error Message", base::Icon::Warning});
   }
   session.debugger.RefreshAfterStop();
   session.program_views.RefreshProgramWindows();

@@ -10,15 +10,11 @@
 namespace brevant::gui {
 
 void Step(const CommandContext& context) {
-  debugger::Debugger& debugger = context.session.debugger;
-  debugger.run_state.StepOver = false;
-  debugger.run_control.StepCommand(true);
+  context.session.debugger.Step(false);
 }
 
 void StepOver(const CommandContext& context) {
-  debugger::Debugger& debugger = context.session.debugger;
-  debugger.run_state.StepOver = true;
-  debugger.run_control.StepCommand(true);
+  context.session.debugger.Step(true);
 }
 
 void GoOrBreak(const CommandContext& context) {

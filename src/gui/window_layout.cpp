@@ -12,6 +12,7 @@ namespace brevant::gui {
 namespace {
 
 constexpr QSize kDefaultFrame(900, 700);
+constexpr QSize kDesktopMargin(40, 60);
 constexpr int kGap = 4;
 constexpr int kTitleBarAllowance = 44;  // title bar and borders of a child
 constexpr int kLeastProgramHeight = 200;
@@ -38,7 +39,8 @@ bool OnAScreen(const QRect& place) {
 
 void PlaceFrame(MainWindow& window, const std::optional<shell::FramePlace>& frame) {
   if (!frame) {
-    window.resize(kDefaultFrame);
+    const QSize screen = QGuiApplication::primaryScreen()->availableSize();
+    window.resize(kDefaultFrame.boundedTo(screen - kDesktopMargin));
     return;
   }
   const shell::WindowPlace& place = frame->place;

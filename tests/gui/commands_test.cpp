@@ -105,8 +105,7 @@ TEST_F(Commands, LoadsAFileThatIsDroppedOnTheWindow) {
     QTest::qWait(30);
   });
   EXPECT_EQ(window().windowTitle(), "No File Loaded");
-  QTest::qWait(200);
-  EXPECT_EQ(window().windowTitle(), Text(image));
+  EXPECT_TRUE(QTest::qWaitFor([&] { return window().windowTitle() == Text(image); }));
   EXPECT_EQ(debugger().monitor.ReadByte(0x0100), 0x44);
 }
 
