@@ -16,6 +16,8 @@ ToolBar::ToolBar(const std::function<void(int id)>& send) {
   for (const shell::ToolbarButton& button : shell::Toolbar()) {
     QAction* const action = addAction(Text(button.text));
     action->setObjectName(QString("button%1").arg(button.id));
+    // The others' menu commands have theirs.
+    action->setShortcut(QKeySequence(Text(shell::FindCommand(button.id)->second_shortcut)));
     connect(action, &QAction::triggered, this, [send, id = button.id] { send(id); });
     actions_[button.id] = action;
   }

@@ -105,7 +105,7 @@ constexpr std::array kRows{
     // Shortcut of the source window
     CommandRow{324, Menu::None, "", "Find the next string in source window", kNoFlags, "F3"},
     // Toolbar
-    CommandRow{340, Menu::None, "", "Reset the MCU", kBuilt},
+    CommandRow{340, Menu::None, "", "Reset the MCU", kBuilt, "", "Ctrl+R"},
     CommandRow{341, Menu::None, "", "Run MCU one step", kSteps | kNotWhileRunning, "", "", 190},
     CommandRow{342, Menu::None, "", "Run MCU N steps", kNotWhileRunning},
     CommandRow{343, Menu::None, "", "Run MCU one step, but do not go into subroutine",
@@ -116,7 +116,7 @@ constexpr std::array kRows{
     CommandRow{346, Menu::None, "", "Load a macro file", kLoads},
     CommandRow{347, Menu::None, "", "Run to current cursor position", kRuns | kNotWhileRunning, "",
                "", 194},
-    CommandRow{348, Menu::None, "", "", kBuilt},
+    CommandRow{348, Menu::None, "", "", kBuilt, "", "Ctrl+Shift+R"},
 };
 
 constexpr std::array kToolbar{

@@ -116,7 +116,7 @@ TEST_F(Desktop, EditsARegisterByTypingAndResets) {
   EXPECT_EQ(debugger().frame.PC, 0x0123u);
   EXPECT_EQ(debugger().frame.ReadFramePC(), 0x0123u);
 
-  window().Send(commands::kReset);
+  Press(Qt::Key_R, Qt::ControlModifier);
   EXPECT_EQ(debugger().frame.PC, reset_pc);
 }
 
