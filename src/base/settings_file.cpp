@@ -193,8 +193,9 @@ bool SettingsFile::WriteString(std::string_view section, std::string_view key,
   const FileText file = ReadFile(path_);
   std::error_code error;
   if (!file.ok() && std::filesystem::exists(path_, error)) return false;
+  if (!ReplaceFile(path_, WithValue(file.text, section, key, text)).empty()) return false;
   overrides_.erase(OverrideName(section, key));
-  return ReplaceFile(path_, WithValue(file.text, section, key, text)).empty();
+  return true;
 }
 
 bool SettingsFile::WriteInteger(std::string_view section, std::string_view key, long value) {

@@ -128,6 +128,11 @@ TEST_F(SettingsFileTest, OverridesShadowTheFileUntilTheKeyIsStored) {
   ASSERT_TRUE(settings_.Store(keys::kPort, "COM4"));
   EXPECT_EQ(settings_.String(keys::kPort), "COM4");
   EXPECT_EQ(Text(), "[config]\nport=COM4\n");
+
+  SettingsFile nowhere("/nonexistent/brevant.ini");
+  nowhere.Override(keys::kPort, "COM3");
+  EXPECT_FALSE(nowhere.Store(keys::kPort, "COM4"));
+  EXPECT_EQ(nowhere.String(keys::kPort), "COM3") << "what could not be stored changes nothing";
 }
 
 }  // namespace
