@@ -183,6 +183,11 @@ std::string ReplaceFile(const std::filesystem::path& path, std::string_view cont
   return error == 0 ? std::string() : ErrorText(error);
 }
 
+std::string WorkingDirectory() {
+  std::error_code error;
+  return std::filesystem::current_path(error).string();
+}
+
 std::optional<long long> ModificationTime(const std::filesystem::path& path) {
   struct stat status {};
   if (::stat(path.c_str(), &status) != 0) return std::nullopt;

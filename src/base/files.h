@@ -24,6 +24,9 @@ FileText ReadFile(const std::filesystem::path& path);
 // process left behind is cleaned up by the next call. Returns an empty text, or what went wrong.
 std::string ReplaceFile(const std::filesystem::path& path, std::string_view content);
 
+// Empty when it has been removed.
+std::string WorkingDirectory();
+
 // Modification time in seconds since 1970; nothing when there is no such file.
 std::optional<long long> ModificationTime(const std::filesystem::path& path);
 

@@ -170,6 +170,10 @@ void SettingsFile::Override(const SettingsKey& row, std::string_view text, int n
   overrides_[OverrideName(row.section, NumberedKey(row, n))] = text;
 }
 
+bool SettingsFile::Overridden(const SettingsKey& row, int n) const {
+  return overrides_.contains(OverrideName(row.section, NumberedKey(row, n)));
+}
+
 int SettingsFile::ReadInteger(std::string_view section, std::string_view key,
                               int default_value) const {
   const auto value = Find(section, key);

@@ -42,6 +42,7 @@ class SettingsFile {
   // A value for this run only, as a command line gives it: it wins over the file, is never written,
   // and ends when the key is stored.
   void Override(const SettingsKey& row, std::string_view text, int n = 0);
+  bool Overridden(const SettingsKey& row, int n = 0) const;
 
  private:
   std::optional<std::string> Find(std::string_view section, std::string_view key) const;

@@ -116,7 +116,7 @@ inline constexpr SettingsKey kDataAttribute{"window", "data%dp", SettingKind::In
 
 // Section "path".
 inline constexpr SettingsKey kRecentFile{"path", "loadfile%d", SettingKind::String, "", 100, 5};
-// Last macro file run on demand. The default is brevant.mac in the start-up folder, which only the
+// Last macro file run on demand. The default is ferrodex.mac in the start-up folder, which only the
 // reader knows.
 inline constexpr SettingsKey kMacroFile{"path", "macrofile", SettingKind::String, "", 200};
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "debugger/debugger.h"
 
+#include "base/file_names.h"
 #include "base/files.h"
 #include "debugger/start_up_program.h"
 #include "link/security_code.h"
@@ -45,9 +46,16 @@ Debugger::Debugger(const Surroundings& surroundings)
 link::ConnectResult Debugger::Start(OtherCodes other_codes) {
   link::ConnectResult result = connector.Connect();
   if (!IsConnected(result)) return result;
+  const bool verify = settings.Integer(base::keys::kSecurityCheck) != 0;
   if (result == link::ConnectResult::SecurityNotPassed && other_codes == OtherCodes::Try &&
-      connector.TryKnownCodes()) {
-    result = link::ConnectResult::Connected;
+      verify) {
+    if (connector.TryKnownCodes()) {
+      result = link::ConnectResult::Connected;
+    } else if (monitor.LinkError()) {
+      // The last try has left the target silent: back to where its RAM could be used.
+      result = connector.Connect();
+      if (!IsConnected(result)) return result;
+    }
   }
   NoteSecurity(result == link::ConnectResult::Connected);
   frame.LoadResetPC();
@@ -62,6 +70,8 @@ link::ConnectResult Debugger::Start(OtherCodes other_codes) {
 
 link::ConnectResult Debugger::Restart() {
   debug_info.DebugInfoLoaded = false;
+  // It may be another board, whose code is the one that connecting sends.
+  connector.SetSessionCode(std::nullopt);
   const link::ConnectResult result = connector.Connect();
   if (!IsConnected(result)) return result;
   NoteSecurity(result == link::ConnectResult::Connected);
@@ -83,11 +93,11 @@ void Debugger::Step(bool over) {
 }
 
 std::string Debugger::LoadSymbols(const std::string& path) {
+  const std::string start = settings.String(base::keys::kSymbolTableStart);
+  if (symbols::LoadSymbolFile(path, start, debug_info)) return {};
   if (const base::FileText file = base::ReadFile(path); !file.ok()) {
     return path + " cannot be read: " + file.error;
   }
-  const std::string start = settings.String(base::keys::kSymbolTableStart);
-  if (symbols::LoadSymbolFile(path, start, debug_info)) return {};
   return path +
          " holds no symbols: lines of a name and a hexadecimal address are expected after the "
          "first "
@@ -105,9 +115,24 @@ bool Debugger::Busy() const {
   return run_state.RunMode != control::Mode::Idle || run_state.StepPending;
 }
 
-void Debugger::RefreshAfterStop() {
+std::string Debugger::ImageDirectory() const {
+  const std::string& loaded = loader.image_directory();
+  return loaded.empty() ? base::DirectoryOf(settings.String(base::keys::kRecentFile, 0)) : loaded;
+}
+
+bool Debugger::RunMacro(const std::string& path) {
+  if (!macros.RunOnDemand(path)) return false;
+  Refresh();
+  return true;
+}
+
+void Debugger::Refresh() {
   frame.ReadRegisters();
   surroundings_.workspace.RefreshViews();
+}
+
+void Debugger::RefreshAfterStop() {
+  Refresh();
   run_control.RunToMainIfConfigured();
 }
 
@@ -152,10 +177,10 @@ images::FlashSurroundings Debugger::FlashSurroundingsOfThis() {
 }
 
 control::TraceFiles Debugger::TraceFilesOfImage() {
-  return {.image_directory = [this] { return loader.image_directory(); },
+  return {.image_directory = [this] { return ImageDirectory(); },
           .source_text =
               [this](const symbols::SourceLine& line) {
-                return symbols::SourceText(debug_info, line, loader.image_directory());
+                return symbols::SourceText(debug_info, line, ImageDirectory());
               }};
 }
 

@@ -94,9 +94,14 @@ class Debugger {
   // One instruction, or with over a whole subroutine call. A step that has not ended at once is
   // completed by Tick.
   void Step(bool over);
-  // The symbols of a text file take the place of all debug information. Empty, or what was wrong
-  // with the file; one that cannot be read changes nothing.
+  // The symbols of a text file take the place of all debug information, also when there are none.
+  // Empty, or what was wrong with the file.
   std::string LoadSymbols(const std::string& path);
+
+  // Runs a macro file and remembers it. False when it could not be read; the user has been told.
+  bool RunMacro(const std::string& path);
+  // The folder of the image loaded last, in this run or the one before; may be empty.
+  std::string ImageDirectory() const;
 
   // To be called every 10 ms while no command is under way.
   void Tick();
@@ -108,6 +113,8 @@ class Debugger {
  private:
   images::FlashSurroundings FlashSurroundingsOfThis();
   void NoteSecurity(bool passed);
+  // Registers read and views repainted.
+  void Refresh();
   void FollowUpReset();
   void ChooseProgramCounter();
   control::TraceFiles TraceFilesOfImage();

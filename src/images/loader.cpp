@@ -64,7 +64,6 @@ Loader::Loader(link::Monitor& monitor, control::RegisterFrame& frame,
       steps_(std::move(steps)) {}
 
 LoadResult Loader::LoadImage(const std::string& path) {
-  image_directory_ = base::DirectoryOf(path);
   if (!base::ModificationTime(path)) {
     ui_.ShowMessage(ToMessage(messages::kFileNotFound, path));
     return {LoadOutcome::NotFound, {}, {}};
@@ -83,7 +82,9 @@ LoadResult Loader::LoadImage(const std::string& path) {
     ui_.ShowMessage(ToMessage(messages::kImageNotReadable, path, result.report.file_error));
     return result;
   }
+  image_directory_ = base::DirectoryOf(path);
   TellAbout(path, result.report);
+  if (!result.report.cancelled) TellWhatDidNotArrive(path);
   if (monitor_.LinkError()) result.outcome = LoadOutcome::LinkLost;
   if (result.report.cancelled) {
     // The tables describe the image before this one, whose bytes are partly gone.
@@ -129,6 +130,17 @@ void Loader::TellAbout(const std::string& path, const ReadReport& report) {
     ui_.ShowMessage(ToMessage(messages::kBeyondAddressSpace, report.beyond_16_bits, path));
   }
   if (monitor_.LinkError()) ui_.ShowMessage(ToMessage(messages::kLinkLostWhileLoading, path));
+}
+
+// Flash ignores what a load writes; the user would otherwise debug whatever stands there.
+void Loader::TellWhatDidNotArrive(const std::string& path) {
+  for (const Block& block : ReadImageFile(path).image.Blocks()) {
+    const std::uint8_t found = monitor_.ReadByte(block.address);
+    if (monitor_.LinkError()) return;
+    if (found == block.bytes.front()) continue;
+    ui_.ShowMessage(ToMessage(messages::kNotArrived, block.address, found, block.bytes.front()));
+    return;
+  }
 }
 
 symbols::ImportResult Loader::Import(const std::string& path) {

@@ -58,7 +58,7 @@ class Loader {
   // Loads the image and everything that goes with it; tells the user what went wrong. The path is
   // the current image path; keeping the list of recent files is the caller's.
   LoadResult LoadImage(const std::string& path);
-  // The folder of the image loaded last.
+  // The folder of the image loaded last; empty when none has been.
   const std::string& image_directory() const { return image_directory_; }
 
   // The file has been modified since it was stamped, or never was. The two times are compared as
@@ -69,6 +69,7 @@ class Loader {
  private:
   ReadReport Transfer(const std::string& path, bool as_s_records);
   void TellAbout(const std::string& path, const ReadReport& report);
+  void TellWhatDidNotArrive(const std::string& path);
   std::string ImportDebugInfo(const std::string& path);
   symbols::ImportResult Import(const std::string& path);
   void IgnoreEntryOfSdcc(ReadReport& report);

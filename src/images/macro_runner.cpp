@@ -17,11 +17,6 @@ constexpr std::string_view kDefaultMacro = "brevant.mac";
 constexpr std::string_view kDefaultOnDemand = "ferrodex.mac";
 constexpr std::string_view kDefaultResetMacro = "RESET.MAC";
 
-std::string WorkingDirectory() {
-  std::error_code error;
-  return std::filesystem::current_path(error).string();
-}
-
 }  // namespace
 
 std::string QualifyMacroName(std::string_view name, std::string_view start_up_directory) {
@@ -42,7 +37,7 @@ MacroRunner::MacroRunner(link::Monitor& monitor, control::RegisterFrame& frame, 
 
 bool MacroRunner::RunMacroFile(std::string& name) {
   start_.PcFromMacro = false;
-  if (name.empty()) name = base::JoinPath(WorkingDirectory(), kDefaultMacro);
+  if (name.empty()) name = base::JoinPath(base::WorkingDirectory(), kDefaultMacro);
   const base::FileText file = base::ReadFile(name);
   if (!file.ok()) {
     ui_.ShowMessage(ToMessage(messages::kMacroNotFound));

@@ -29,6 +29,10 @@ inline constexpr MessageText kBeyondAddressSpace{
     "%ld bytes of\n%s\nlie above address FFFF and were written at the low 16 bits of their\n"
     "addresses. Please check that the file was made for this target.",
     kForYourInformation, Icon::Warning};
+inline constexpr MessageText kNotArrived{
+    "%04x holds %02x and not the image's %02x.\n"
+    "Loading writes RAM only; flash has to be programmed.",
+    kForYourInformation, Icon::Information};
 inline constexpr MessageText kLinkLostWhileLoading{
     "The target does not answer: %s is not or not completely loaded.\n"
     "Check the cable and the power, press ReStart to connect again, then load the file again.",

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include "base/files.h"
 #include "debugger/bench.h"
 #include "debugger/start_up_program.h"
 
@@ -85,6 +86,40 @@ TEST(Debugger, ResetsSendTheCodeThatFlashHoldsNow) {
   ASSERT_TRUE(bench.Settle());
   EXPECT_TRUE(debugger.security_passed);
   EXPECT_EQ(debugger.monitor.ReadWord(0xFFFA), 0xFFFFu);
+}
+
+// Another board may stand there when connecting again.
+TEST(Debugger, ConnectingAgainForgetsTheCodeOfTheBoardBefore) {
+  Bench bench;
+  Debugger& debugger = bench.debugger;
+  ASSERT_EQ(debugger.Start(), link::ConnectResult::Connected);
+  debugger.Reset();
+  bench.target.board().Load(0xFFF6, std::vector<std::uint8_t>(8, 0x22));
+  bench.settings.Override(base::keys::kRecentSecurity, "2222222222222222", 0);
+  ASSERT_EQ(debugger.Restart(), link::ConnectResult::Connected);
+  debugger.Reset();
+  EXPECT_TRUE(debugger.security_passed);
+}
+
+TEST(Debugger, TriesNoCodeWhenSecurityIsNotToBeVerified) {
+  Bench bench;
+  bench.settings.Override(base::keys::kSecurityCheck, "0");
+  bench.debugger.Start(OtherCodes::Try);
+  EXPECT_FALSE(bench.debugger.security_passed);
+}
+
+TEST(Debugger, AMacroDoesNotRunTheProgramToMain) {
+  Bench bench;
+  Debugger& debugger = bench.debugger;
+  ASSERT_EQ(debugger.Start(), link::ConnectResult::Connected);
+  bench.settings.Override(base::keys::kRunToMain, "8");
+  bench.settings.Override(base::keys::kRunToMainSymbol, "0120");
+  bench.settings.Override(base::keys::kCompiler, "32");
+  const std::string macro = bench.settings.path().string() + ".mac";
+  ASSERT_EQ(base::ReplaceFile(macro, "PC 0110\n"), "");
+  ASSERT_TRUE(debugger.RunMacro(macro));
+  EXPECT_EQ(debugger.frame.PC, 0x0110u);
+  EXPECT_FALSE(debugger.Busy());
 }
 
 TEST(Debugger, ALostLinkIsLeftByConnectingAgain) {
