@@ -167,11 +167,11 @@ ImportResult ImportCompanion(const ImportRequest& request, DebugInfo& info) {
 
   const std::string path = CompanionPath(request.image_path, companion->extension);
   ParsedProgram program = Import(*companion, path, request.image_directory);
-  info.DebugInfoLoaded = program.problem.empty();
-  if (!info.DebugInfoLoaded) return Refuse(*companion, path, program, info);
   if (request.write_reset_vector) {
     for (const std::uint16_t value : program.reset_vectors) request.write_reset_vector(value);
   }
+  info.DebugInfoLoaded = program.problem.empty();
+  if (!info.DebugInfoLoaded) return Refuse(*companion, path, program, info);
   ImportResult result{
       true,
       {},

@@ -44,11 +44,14 @@ std::optional<std::string_view> SymbolTable::FindSymbolName(base::Address addres
 }
 
 const Symbol* SymbolTable::FindSymbol(std::string_view name) const {
-  const std::string key = Key(name);
-  auto found = by_name_.find(key);
-  if (found == by_name_.end()) found = by_name_.find("_" + key);
-  if (found == by_name_.end() && key.starts_with('_')) found = by_name_.find(key.substr(1));
+  const auto found = by_name_.find(Key(name));
   return found == by_name_.end() ? nullptr : &symbols_[found->second];
+}
+
+std::optional<base::Address> SymbolTable::FindCName(std::string_view name) const {
+  if (const auto exact = FindSymbolAddress(name)) return exact;
+  if (const auto compiled = FindSymbolAddress("_" + std::string(name))) return compiled;
+  return name.starts_with('_') ? FindSymbolAddress(name.substr(1)) : std::nullopt;
 }
 
 std::optional<base::Address> SymbolTable::FindSymbolAddress(std::string_view name) const {

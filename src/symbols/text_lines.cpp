@@ -82,6 +82,7 @@ std::optional<std::uint32_t> LeadingHex(std::string_view text) {
 }
 
 std::optional<std::uint32_t> LeadingDecimal(std::string_view text) {
+  while (!text.empty() && IsSpace(text.front())) text.remove_prefix(1);
   std::uint32_t value = 0;
   const auto result = std::from_chars(text.data(), text.data() + text.size(), value);
   if (result.ec != std::errc()) return {};

@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "views/breakpoint_list.h"
 
-#include "base/files.h"
+#include <algorithm>
+
 #include "base/text_format.h"
+#include "symbols/source_text.h"
 #include "views/code_lines.h"
 
 namespace brevant::views {
@@ -10,42 +12,13 @@ namespace {
 
 constexpr std::size_t kMaxSourceCharacters = 199;
 
-std::vector<std::string> SplitLines(const std::string& text) {
-  std::vector<std::string> lines;
-  std::size_t begin = 0;
-  while (begin < text.size()) {
-    const std::size_t end = std::min(text.find('\n', begin), text.size());
-    std::string line = text.substr(begin, end - begin);
-    if (line.ends_with('\r')) line.pop_back();
-    lines.push_back(std::move(line));
-    begin = end + 1;
-  }
-  return lines;
-}
-
-class SourceFiles {
- public:
-  std::optional<std::string> Line(const std::string& file, std::uint32_t line) {
-    if (file != file_) {
-      file_ = file;
-      lines_ = SplitLines(base::ReadFile(file).text);
-    }
-    if (line < 1 || line > lines_.size()) return std::nullopt;
-    return lines_[line - 1];
-  }
-
- private:
-  std::string file_;
-  std::vector<std::string> lines_;
-};
-
 std::optional<std::string> SourceLineText(const symbols::DebugInfo& debug_info,
-                                          base::Address address, const SourceText& source_text) {
+                                          base::Address address,
+                                          const std::string& image_directory) {
   if (!debug_info.DebugInfoLoaded) return std::nullopt;
   const auto line = debug_info.LineTable.LineForExactAddress(address);
-  const auto& files = debug_info.LineTable.files();
-  if (!line || line->file >= files.size()) return std::nullopt;
-  auto text = source_text(files[line->file], line->line);
+  if (!line) return std::nullopt;
+  auto text = symbols::SourceText(debug_info, *line, image_directory);
   if (!text) return std::nullopt;
   text->resize(std::min(text->size(), kMaxSourceCharacters));
   text->erase(0, std::min(text->find_first_not_of(" \t"), text->size()));
@@ -54,19 +27,13 @@ std::optional<std::string> SourceLineText(const symbols::DebugInfo& debug_info,
 
 }  // namespace
 
-SourceText ReadSourceFiles() {
-  return [files = SourceFiles()](const std::string& file, std::uint32_t line) mutable {
-    return files.Line(file, line);
-  };
-}
-
 BreakpointList::BreakpointList(link::Monitor& monitor, control::BreakpointTable& breakpoints,
-                               const symbols::DebugInfo& debug_info, base::UserInterface& ui,
-                               const SourceText& source_text)
+                               const symbols::DebugInfo& debug_info,
+                               const std::string& image_directory, base::UserInterface& ui)
     : breakpoints_(breakpoints), ui_(ui) {
   for (const control::Breakpoint& entry : breakpoints.entries()) {
     if (!entry.in_use) continue;
-    if (auto source = SourceLineText(debug_info, entry.address, source_text)) {
+    if (auto source = SourceLineText(debug_info, entry.address, image_directory)) {
       lines_.push_back(std::move(*source));
       continue;
     }

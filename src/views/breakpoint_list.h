@@ -3,7 +3,6 @@
 // has one, else the instruction. Breakpoints can be deleted from it, and one can be gone to.
 #pragma once
 
-#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -16,15 +15,6 @@
 
 namespace brevant::views {
 
-// The text of a line of a source file, counted from 1, without its line end; nothing when the file
-// cannot be read or is shorter.
-using SourceText =
-    std::function<std::optional<std::string>(const std::string& file, std::uint32_t line)>;
-
-// Reads files by the names that the debug information gives them. The file read last is kept, since
-// most lines come from one; copies start afresh.
-SourceText ReadSourceFiles();
-
 class BreakpointList {
  public:
   static constexpr const char* kTitle = "Break Points";
@@ -36,10 +26,11 @@ class BreakpointList {
     GoTo = 2,     // show the breakpoint gone to
   };
 
-  // Reads 4 bytes for each line that shows an instruction.
+  // Reads 4 bytes for each line that shows an instruction. Source files are looked for in the
+  // image's folder first.
   BreakpointList(link::Monitor& monitor, control::BreakpointTable& breakpoints,
-                 const symbols::DebugInfo& debug_info, base::UserInterface& ui,
-                 const SourceText& source_text);
+                 const symbols::DebugInfo& debug_info, const std::string& image_directory,
+                 base::UserInterface& ui);
 
   const std::vector<std::string>& lines() const { return lines_; }
   Result result() const { return result_; }

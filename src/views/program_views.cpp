@@ -15,6 +15,12 @@ void ProgramViews::Close(const ProgramView& view) {
   if (was_main) main_ = views_.empty() ? nullptr : views_.front().get();
 }
 
+void ProgramViews::Activate(ProgramView& view) {
+  if (main_ == &view) return;
+  main_ = &view;
+  view.RequestRedraw();
+}
+
 void ProgramViews::RefreshProgramWindows() {
   for (const auto& view : views_) view->RequestRedraw();
 }

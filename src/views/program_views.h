@@ -21,7 +21,8 @@ class ProgramViews {
   // A new view becomes active, and so the main one. The reference is good until Close.
   ProgramView& Open(base::Address first = 0);
   void Close(const ProgramView& view);
-  void Activate(ProgramView& view) { main_ = &view; }
+  // It reads its lines anew, unless it was the main one all along.
+  void Activate(ProgramView& view);
   // nullptr when none is open.
   ProgramView* main() const { return main_; }
   const std::vector<std::unique_ptr<ProgramView>>& views() const { return views_; }

@@ -46,10 +46,11 @@ std::vector<std::string> SymbolPrompt::Choices() const {
 std::optional<base::Address> SymbolPrompt::Accept(std::string_view text) {
   const std::string_view name = text.substr(0, kMaxLength);
   if (!name.empty()) {
-    if (debug_info_.DebugInfoLoaded) {
-      if (const auto address = debug_info_.SymbolTable.FindSymbolAddress(name)) return address;
-    }
+    const symbols::SymbolTable& table = debug_info_.SymbolTable;
+    const bool named = debug_info_.DebugInfoLoaded;
+    if (const auto exact = table.FindSymbolAddress(name); named && exact) return exact;
     if (base::IsHexField(name)) return base::ParseHex(name);
+    if (const auto c_name = table.FindCName(name); named && c_name) return c_name;
   }
   ui_.Beep();
   return std::nullopt;

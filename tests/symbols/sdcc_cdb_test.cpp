@@ -43,9 +43,10 @@ TEST(SdccCdb, EveryVariableOfTheProgramsIsKnownWithItsSize) {
     ASSERT_EQ(words.size(), 4U) << *row;
     SymbolTable& table = tables[std::string(words[0])];
     if (table.empty()) table.Assign(ParseProgram(std::string(words[0])).symbols);
-    const Symbol* symbol = table.FindSymbol(words[1]);
+    const std::string compiled = (words[0] == "assembler" ? "" : "_") + std::string(words[1]);
+    const Symbol* symbol = table.FindSymbol(compiled);
     ASSERT_NE(symbol, nullptr) << *row;
-    EXPECT_EQ(table.FindSymbolAddress("_" + std::string(words[1])), symbol->address) << *row;
+    EXPECT_EQ(table.FindCName(words[1]), symbol->address) << *row;
     EXPECT_GE(symbol->address, 0x80U) << *row;
     const int size = static_cast<int>(*LeadingDecimal(words[2]));
     if (words[0] != "assembler") {
@@ -119,13 +120,13 @@ TEST(SdccCdb, StaticNamesOfTwoModulesCanBeToldApart) {
   const ParsedProgram program = ParseProgram("modules");
   SymbolTable table;
   table.Assign(program.symbols);
-  const auto first = table.FindSymbolAddress("modules.scale");
-  const auto second = table.FindSymbolAddress("modules_other.scale");
+  const auto first = table.FindCName("modules.scale");
+  const auto second = table.FindCName("modules_other.scale");
   ASSERT_TRUE(first && second);
   EXPECT_NE(*first, *second);
-  EXPECT_EQ(table.FindSymbolAddress("scale"), first) << "the plain name means the first";
+  EXPECT_EQ(table.FindCName("scale"), first) << "the plain name means the first";
   EXPECT_EQ(table.FindSymbolName(*second), "_scale") << "and is what code shows";
-  EXPECT_EQ(table.FindSymbol("modules_other.factor")->size, 1);
+  EXPECT_EQ(table.FindSymbol("_modules_other.factor")->size, 1);
 }
 
 TEST(SdccCdb, NamesAreNotCutAndTheMapAddsWhatIsMissing) {

@@ -18,12 +18,13 @@ TEST(SymbolTable, FirstMatchWinsForNamesInAnyCaseAndForAddresses) {
 TEST(SymbolTable, LeadingUnderscoreIsOnlyTheSecondChoice) {
   SymbolTable table;
   table.Assign({{"_main", 1, 0, ""}, {"main", 2, 0, ""}, {"_only", 3, 0, ""}, {"plain", 4, 0, ""}});
-  EXPECT_EQ(table.FindSymbolAddress("main"), 2U);
-  EXPECT_EQ(table.FindSymbolAddress("_main"), 1U);
-  EXPECT_EQ(table.FindSymbolAddress("ONLY"), 3U);
-  EXPECT_EQ(table.FindSymbolAddress("_plain"), 4U);
-  EXPECT_FALSE(table.FindSymbolAddress("__plain"));
-  EXPECT_FALSE(table.FindSymbolAddress(""));
+  EXPECT_EQ(table.FindCName("main"), 2U);
+  EXPECT_EQ(table.FindCName("_main"), 1U);
+  EXPECT_EQ(table.FindCName("ONLY"), 3U);
+  EXPECT_EQ(table.FindCName("_plain"), 4U);
+  EXPECT_FALSE(table.FindCName("__plain"));
+  EXPECT_FALSE(table.FindCName(""));
+  EXPECT_FALSE(table.FindSymbolAddress("only")) << "such a text may be a number";
 }
 
 TEST(SymbolTable, AddressWithoutNameIsShownAsItsLow16Bits) {
