@@ -35,7 +35,9 @@ Parsed<std::vector<std::string>> SplitWords(std::string_view line) {
       ++i;
       continue;
     }
-    if (line[i] == '#') break;
+    // "#12" is an operand, "# 12" a remark.
+    const bool mark_alone = i + 1 == line.size() || IsBlank(line[i + 1]);
+    if (line[i] == '#' && (words.value.empty() || mark_alone)) break;
     std::string word;
     bool quoted = false;
     for (; i < line.size() && (quoted || !IsBlank(line[i])); ++i) {

@@ -92,7 +92,18 @@ Result Asm(Session& session, Arguments arguments) {
   }
   const base::Bytes bytes(assembled->bytes.data(), static_cast<std::size_t>(assembled->length));
   debugger.monitor.WriteBlock(address.value, bytes);
-  return Disasm(session, std::vector<std::string>{fmt::format("{:04x}", address.value), "1"});
+  std::vector<std::uint8_t> taken(bytes.size());
+  debugger.monitor.ReadBlockBytes(taken, address.value);
+  Result result =
+      Disasm(session, std::vector<std::string>{fmt::format("{:04x}", address.value), "1"});
+  if (result.ok() && !std::ranges::equal(taken, bytes)) {
+    result.status = ExitStatus::Failed;
+    result.error = fmt::format(
+        "the memory at {:04x} did not take the instruction: RAM can be "
+        "edited, flash takes program-bytes",
+        address.value);
+  }
+  return result;
 }
 
 Result Break(Session& session, Arguments arguments) {

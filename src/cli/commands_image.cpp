@@ -23,19 +23,6 @@ void NoteSkipped(Session& session, const images::ReadReport& report) {
                                   report.skipped, report.first_skipped_line));
 }
 
-// Flash ignores what a load writes; the user would otherwise debug whatever stands there.
-void NoteWhatDidNotArrive(Session& session, const std::string& path) {
-  for (const images::Block& block : images::ReadImageFile(path).image.Blocks()) {
-    const std::uint8_t found = session.debugger().monitor.ReadByte(block.address);
-    if (session.debugger().monitor.LinkError() || found == block.bytes.front()) continue;
-    session.ui().Notice(
-        fmt::format("{:04x} holds {:02x} and not the image's {:02x}: load writes RAM, flash takes "
-                    "program.",
-                    block.address, found, block.bytes.front()));
-    return;
-  }
-}
-
 Result Loaded(Session& session, const std::string& path, const images::LoadResult& loaded) {
   Result result;
   result.text = fmt::format("loaded {}\n", path);
@@ -61,7 +48,6 @@ Result Load(Session& session, Arguments arguments) {
     case images::LoadOutcome::Loaded:
       // The program is in the target; that its debug information could not be read is no failure.
       session.ui().ErrorsAreNotices();
-      NoteWhatDidNotArrive(session, path);
       break;
     case images::LoadOutcome::NotFound:
     case images::LoadOutcome::WrongFormat:
@@ -93,9 +79,9 @@ Result Verify(Session& session, Arguments arguments) {
   if (verified.outcome == images::VerifyOutcome::Different) {
     const images::Difference& first = *verified.first;
     result.status = ExitStatus::VerifyDiffers;
-    result.error = fmt::format(
-        "{} of {} bytes differ, the first at {:04x}: expected {:02x}, found {:02x}",
-        verified.different, verified.compared, first.address, first.expected, first.found);
+    result.text = fmt::format("{:04x}: expected {:02x}, found {:02x}\n", first.address,
+                              first.expected, first.found);
+    result.error = fmt::format("{} of {} bytes differ", verified.different, verified.compared);
     result.fields["address"] = fmt::format("{:04x}", first.address);
     return result;
   }

@@ -63,6 +63,7 @@ Result Lookup(Session& session, Arguments arguments) {
     if (!number.ok()) return UsageError(number.error);
     address = number.value;
   }
+  if (!address) address = table.FindCName(word);
   if (!address || !table.FindSymbolName(*address)) {
     return Failure(ExitStatus::Failed, fmt::format("there is no symbol {}", word));
   }
@@ -105,11 +106,10 @@ Result Line(Session& session, Arguments arguments) {
 }
 
 Result Macro(Session& session, Arguments arguments) {
-  std::string name = arguments[0];
-  if (!session.debugger().macros.RunMacroFile(name)) {
-    return Failure(ExitStatus::File, fmt::format("cannot read {}", arguments[0]));
+  const std::string& name = arguments[0];
+  if (!session.debugger().RunMacro(name)) {
+    return Failure(ExitStatus::File, fmt::format("cannot read {}", name));
   }
-  session.debugger().RefreshAfterStop();
   Result result;
   result.text = fmt::format("ran {}\n", name);
   result.fields = {{"file", name}};

@@ -56,6 +56,17 @@ Result RunBlockOperation(Session& session, views::BlockOperation operation) {
   return {};
 }
 
+// No failure: a register may well read differently from what was written.
+void NoteNotTaken(Session& session, base::Address address, base::Bytes written) {
+  std::vector<std::uint8_t> found(written.size());
+  session.debugger().monitor.ReadBlockBytes(found, address);
+  const auto differing = std::ranges::mismatch(written, found);
+  if (session.debugger().monitor.LinkError() || differing.in1 == written.end()) return;
+  session.ui().Notice(fmt::format("{:04x} holds {:02x} and not {:02x}: flash takes program-bytes.",
+                                  address + (differing.in1 - written.begin()), *differing.in2,
+                                  *differing.in1));
+}
+
 }  // namespace
 
 Result Info(Session& session, Arguments) {
@@ -135,6 +146,7 @@ Result Write(Session& session, Arguments arguments) {
         fmt::format("{} bytes from {:04X} go beyond FFFF", bytes.size(), address.value));
   }
   session.debugger().monitor.WriteBlock(address.value, bytes);
+  NoteNotTaken(session, address.value, bytes);
   return {};
 }
 

@@ -3,9 +3,8 @@
 
 #include <fmt/format.h>
 
-#include <filesystem>
-
 #include "base/file_names.h"
+#include "base/files.h"
 #include "base/text_number.h"
 #include "cli/command_table.h"
 #include "cli/interrupt.h"
@@ -41,7 +40,7 @@ Session::Session(const Options& options, bool terminal)
                              .ui = ui_,
                              .workspace = *this,
                              .indication = *this,
-                             .start_up_directory = std::filesystem::current_path().string()});
+                             .start_up_directory = base::WorkingDirectory()});
   debugger_->connector.SetSessionCode(options_.security);
 }
 
@@ -96,7 +95,7 @@ Parsed<base::Address> Session::ResolveAddress(std::string_view word) const {
   Parsed<base::Address> address = ParseAddress(word);
   if (address.ok() || (!word.empty() && base::IsHexField(word))) return address;
   const symbols::DebugInfo& info = debugger_->debug_info;
-  if (const auto symbol = info.SymbolTable.FindSymbolAddress(word)) {
+  if (const auto symbol = info.SymbolTable.FindCName(word)) {
     return {.value = base::Low16(*symbol), .error = {}};
   }
   const std::size_t colon = word.rfind(':');

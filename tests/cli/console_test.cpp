@@ -172,7 +172,18 @@ TEST_F(Console, SavesAndVerifies) {
                                "write 82 ff", "verify out.s19"});
   EXPECT_EQ(outcome.status, 7);
   EXPECT_THAT(outcome.out, HasSubstr("saved 4 bytes\nverified 4 bytes\n"));
-  EXPECT_THAT(outcome.err, HasSubstr("the first at 0082: expected 03, found ff"));
+  EXPECT_THAT(outcome.out, HasSubstr("0082: expected 03, found ff\n"));
+  EXPECT_THAT(outcome.err, HasSubstr("1 of 4 bytes differ"));
+}
+
+TEST_F(Console, AssemblesIntoRamAndSaysWhatFlashDidNotTake) {
+  Outcome outcome = Sim({"asm 100 LDA #12 # twelve", "asm 102 MOV #5,80", "# nothing"});
+  EXPECT_EQ(outcome.status, 0);
+  EXPECT_THAT(outcome.out, HasSubstr("000100 a6 12 \tLDA\t#12\n000102 6e 05 80 \tMOV\t#5,80\n"));
+  outcome = Sim({"write 8000 12", "asm 8000 NOP"});
+  EXPECT_EQ(outcome.status, 1);
+  EXPECT_THAT(outcome.err, HasSubstr("8000 holds ff and not 12"));
+  EXPECT_THAT(outcome.err, HasSubstr("did not take the instruction"));
 }
 
 TEST_F(Console, PrintsOneObjectACommandAsJson) {
