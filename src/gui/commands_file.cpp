@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Commands of the File menu.
-#include <filesystem>
-
+#include "base/files.h"
 #include "gui/commands.h"
 #include "gui/file_dialogs.h"
 #include "gui/main_window.h"
@@ -15,7 +14,7 @@ std::optional<std::string> Choose(const CommandContext& context, shell::Chooser 
   return ChooseFile(
       &context.window,
       shell::PrepareChooser(chooser, start, context.session.debugger.debug_info.tool_chain,
-                            std::filesystem::current_path().string()));
+                            base::WorkingDirectory()));
 }
 
 images::LoadOutcome Load(const CommandContext& context, const std::string& path) {
@@ -73,8 +72,7 @@ void RunChosenMacro(const CommandContext& context) {
   const auto path =
       Choose(context, shell::Chooser::MacroFile, session.debugger.macros.LastMacroFile());
   if (!path) return;
-  session.debugger.macros.RunOnDemand(*path);
-  session.debugger.RefreshAfterStop();
+  session.debugger.RunMacro(*path);
   session.program_views.RefreshProgramWindows();
 }
 

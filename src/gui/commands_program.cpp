@@ -23,6 +23,7 @@ std::optional<base::Address> AskForSymbol(const CommandContext& context, const c
   views::SymbolPrompt prompt(title, session.debugger.debug_info, session.ui);
   std::optional<base::Address> address;
   const EditRequest request{.title = prompt.title(),
+                            .name = "CBDlgEdit",
                             .expected = views::messages::kExpectSymbol,
                             .max_length = views::SymbolPrompt::kMaxLength,
                             .choices = prompt.Choices()};
@@ -37,6 +38,7 @@ std::optional<base::Address> AskForAddress(const CommandContext& context, const 
   views::AddressPrompt prompt(title, context.session.addresses, context.session.ui);
   std::optional<base::Address> address;
   const EditRequest request{.title = prompt.title(),
+                            .name = "CBDlgEdit",
                             .text = prompt.InitialText(),
                             .expected = views::messages::kExpectAddress,
                             .max_length = views::AddressPrompt::kMaxLength,
@@ -82,7 +84,8 @@ void PopupGoToBreakpoint(const CommandContext& context) {
   if (view == nullptr) return;
   Session& session = context.session;
   views::BreakpointList list(session.debugger.monitor, session.debugger.breakpoints,
-                             session.debugger.debug_info, session.ui, views::ReadSourceFiles());
+                             session.debugger.debug_info, session.debugger.ImageDirectory(),
+                             session.ui);
   const auto address = ShowBreakpointList(&context.window, context.window.view_font(), list);
   session.program_menu.AfterBreakpointList(*view, list.result(), address.value_or(0));
 }

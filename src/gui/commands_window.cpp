@@ -46,6 +46,7 @@ void SetProgramRange(const CommandContext& context) {
   Session& session = context.session;
   views::ProgramRangeForm form(session.settings, session.ui);
   const EditRequest request{.title = views::ProgramRangeForm::kTitle,
+                            .name = "PROGRANGE",
                             .label = views::ProgramRangeForm::kLabel,
                             .text = form.InitialText(),
                             .expected = views::messages::kExpectHex,

@@ -72,7 +72,7 @@ ConnectDialog::ConnectDialog(QWidget* parent, base::SettingsFile& settings, base
   AddHeading(layout, version);
   AddFields(layout);
   ShowForm();
-  connect(select_, &QComboBox::currentIndexChanged, this, [this] {
+  connect(select_, &QComboBox::activated, this, [this] {
     link::SelectRecentCode(form_, settings_, select_->currentIndex());
     ShowCode();
   });

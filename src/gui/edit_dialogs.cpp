@@ -44,7 +44,7 @@ QComboBox* MakeCombo(const QFont& font, const std::vector<std::string>& choices)
 
 bool AskForText(QWidget* parent, const QFont& font, const EditRequest& request, AcceptText accept) {
   QDialog dialog(parent);
-  dialog.setObjectName(request.choices ? "CBDlgEdit" : "DlgEdit");
+  dialog.setObjectName(request.name);
   dialog.setWindowTitle(Text(request.title));
   auto* const layout = new QVBoxLayout(&dialog);
   QComboBox* const combo = request.choices ? MakeCombo(font, *request.choices) : nullptr;

@@ -18,7 +18,8 @@ namespace brevant::gui {
 
 struct EditRequest {
   std::string title;
-  std::string label = {};  // before the field; empty for none
+  const char* name = "DlgEdit";  // of the dialog's template
+  std::string label = {};        // before the field; empty for none
   std::string text = {};
   std::string expected = {};  // shown when what was typed is refused
   int max_length = 0;
@@ -30,8 +31,7 @@ struct EditRequest {
 // What becomes of the text when "Ok" is chosen; false keeps the dialog open.
 using AcceptText = base::FunctionRef<bool(std::string_view text)>;
 
-// True when a text was accepted, false when the dialog was cancelled. The template is "DlgEdit", or
-// "CBDlgEdit" with choices.
+// True when a text was accepted, false when the dialog was cancelled.
 bool AskForText(QWidget* parent, const QFont& font, const EditRequest& request, AcceptText accept);
 
 // "BKPTDLG". The breakpoint to go to, if that is how it was left; list.result() says whether any

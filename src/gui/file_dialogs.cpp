@@ -2,6 +2,7 @@
 #include "gui/file_dialogs.h"
 
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QMessageBox>
 
 #include "gui/qt_user_interface.h"
@@ -14,16 +15,38 @@ QStringList NameFilters(const shell::FileChooser& chooser) {
   QStringList filters;
   for (const shell::FileFilter& filter : chooser.filters) {
     QStringList patterns;
-    for (const std::string& pattern : shell::BothCases(filter.pattern)) patterns << Text(pattern);
+    for (const std::string& pattern : shell::BothCases(filter.pattern)) {
+      // Here "*.*" would leave out names without a dot.
+      patterns << (pattern == "*.*" ? QString("*") : Text(pattern));
+    }
     filters << Text(filter.description) + " (" + patterns.join(' ') + ')';
   }
   return filters;
 }
 
+// Completes a name that was typed without its extension, unless there is a file of just that name.
+class Chooser final : public QFileDialog {
+ public:
+  Chooser(QWidget* parent, const shell::FileChooser& chooser)
+      : QFileDialog(parent, shell::FileChooser::kTitle, Text(chooser.start_directory)),
+        extension_(Text(chooser.default_extension)) {}
+
+ protected:
+  void accept() override {
+    setDefaultSuffix({});
+    const QString typed = selectedFiles().value(0);
+    if (!QFileInfo::exists(typed)) setDefaultSuffix(extension_);
+    QFileDialog::accept();
+  }
+
+ private:
+  QString extension_;
+};
+
 }  // namespace
 
 std::optional<std::string> ChooseFile(QWidget* parent, const shell::FileChooser& chooser) {
-  QFileDialog dialog(parent, shell::FileChooser::kTitle, Text(chooser.start_directory));
+  Chooser dialog(parent, chooser);
   dialog.setObjectName("chooser");
   dialog.setAcceptMode(chooser.kind == shell::ChooserKind::Open ? QFileDialog::AcceptOpen
                                                                 : QFileDialog::AcceptSave);
@@ -32,7 +55,6 @@ std::optional<std::string> ChooseFile(QWidget* parent, const shell::FileChooser&
                    chooser.kind != shell::ChooserKind::SaveConfirming);
   dialog.setOption(QFileDialog::HideNameFilterDetails);
   dialog.setNameFilters(NameFilters(chooser));
-  dialog.setDefaultSuffix(Text(chooser.default_extension));
   while (dialog.exec() == QDialog::Accepted) {
     const QStringList chosen = dialog.selectedFiles();
     if (chosen.isEmpty()) break;

@@ -24,6 +24,8 @@ namespace keys = base::keys;
 namespace commands = shell::commands;
 
 constexpr const char* kNoFile = "No File Loaded";
+constexpr const char* kChangedMeanwhile =
+    "The image file has changed. Press Break (F7), then load it again from the File menu.";
 constexpr int kTicksAClock = 10;
 constexpr int kTryAgainMs = 100;
 
@@ -168,14 +170,20 @@ bool MainWindow::event(QEvent* event) {
 
 void MainWindow::ReloadIfNewer() {
   const std::string path = session_.recent_files.current();
-  if (path.empty() || session_.gate.busy() || session_.debugger.Busy() ||
-      !session_.debugger.loader.ImageIsNewer(path)) {
-    return;
-  }
+  if (path.empty() || session_.gate.busy() || !session_.debugger.loader.ImageIsNewer(path)) return;
   const std::pair version(path, base::ModificationTime(path));
   if (version == reloaded_) return;
-  reloaded_ = version;
-  Send(commands::kFirstRecentFile);
+  switch (shell::Judge(*shell::FindCommand(commands::kFirstRecentFile), Conditions())) {
+    case shell::Verdict::CarryOut:
+      reloaded_ = version;
+      Send(commands::kFirstRecentFile);
+      break;
+    case shell::Verdict::StopFirst:
+      status_->ShowNotice(kChangedMeanwhile);
+      break;
+    case shell::Verdict::Ignore:
+      break;
+  }
 }
 
 void MainWindow::closeEvent(QCloseEvent* event) {

@@ -71,7 +71,9 @@ void Menus::AddRow(QMenu& menu, QWidget& window, const shell::CommandRow& row) {
 void Menus::Update(const shell::CommandConditions& conditions) {
   for (const auto& [id, action] : actions_) {
     const shell::CommandRow& row = *shell::FindCommand(id);
-    action->setEnabled(shell::IsEnabled(row, conditions));
+    const auto place =
+        row.menu == shell::Menu::ProgramPopup ? shell::Place::Popup : shell::Place::MenuBar;
+    action->setEnabled(shell::IsEnabled(row, conditions, place));
     if (id == commands::kGo) action->setText(ItemText(row, conditions.running));
   }
 }

@@ -2,8 +2,8 @@
 #include "gui/session.h"
 
 #include <algorithm>
-#include <filesystem>
 
+#include "base/files.h"
 #include "link/connect_form.h"
 #include "link/messages.h"
 #include "link/security_code.h"
@@ -31,7 +31,7 @@ Session::Session(const Options& given)
                 .ui = ui,
                 .workspace = *this,
                 .indication = *this,
-                .start_up_directory = std::filesystem::current_path().string(),
+                .start_up_directory = base::WorkingDirectory(),
                 .log = [this](const std::string& line) { diagnostics_ << line << std::flush; }}),
       program_views({debugger.monitor, debugger.debug_info, debugger.frame, debugger.breakpoints,
                      debugger.run_state, ui}),
@@ -67,10 +67,15 @@ link::ConnectResult Session::ShowConnecting(base::FunctionRef<link::ConnectResul
   const link::ConnectResult result = connect();
   const auto held = ui.TakeHeld();
   ui.EndProgress();
+  bool refused = false;
   for (const base::Message& message : held) {
-    // Said of the first code tried, and no longer true.
-    const bool outdated = message.text == link::kSecurityNotPassed.text && debugger.security_passed;
-    if (!outdated) ui.ShowMessage(message);
+    // Said of each connection that was tried: once is enough, and not when another code fitted.
+    const bool of_the_code = message.text == link::kSecurityNotPassed.text;
+    if (!of_the_code) ui.ShowMessage(message);
+    refused = refused || of_the_code;
+  }
+  if (refused && !debugger.security_passed) {
+    ui.ShowMessage(base::ToMessage(link::kSecurityNotPassed));
   }
   return result;
 }
@@ -82,8 +87,8 @@ bool Session::Connect() {
   });
   const auto code = debugger.connector.session_code();
   if (debugger.security_passed && code) {
-    // Shown by the connect dialog from now on, and used when connecting again.
-    settings.Override(keys::kRecentSecurity, link::FormatSecurityCode(*code), 0);
+    // Offered first by the connect dialog from now on, and used when connecting again.
+    link::RememberSecurityCode(settings, *code);
     notice_ = "The security code " + link::FormatSecurityCode(*code) + " fits.";
   }
   return debugger::IsConnected(result);

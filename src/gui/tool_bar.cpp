@@ -28,11 +28,13 @@ void ToolBar::Update(const shell::CommandConditions& conditions) {
   for (const shell::ToolbarButton& button : shell::Toolbar()) {
     const shell::CommandRow& row = *shell::FindCommand(button.id);
     QAction* const action = actions_.at(button.id);
-    action->setEnabled(shell::IsEnabled(row, conditions));
+    action->setEnabled(shell::IsEnabled(row, conditions, shell::Place::Toolbar));
     action->setText(Text(shell::ToolbarText(button, conditions.running)));
     QString tip = Text(shell::Tooltip(button, conditions.running));
     if (!row.Has(shell::kBuilt)) tip += (tip.isEmpty() ? "" : "\n") + tr("(not in this version)");
     action->setToolTip(tip);
+    // Without this one that has none would show its own text again.
+    widgetForAction(action)->setToolTip(tip);
   }
 }
 

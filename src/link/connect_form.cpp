@@ -46,6 +46,8 @@ std::optional<SecurityCode> ParseCodeFields(const std::array<std::string, 8>& fi
 
 bool StoreText(base::SettingsFile& settings, const base::SettingsKey& row,
                const std::string& text) {
+  // What the command line says of this run is not stored because it is shown.
+  if (settings.Overridden(row) && settings.String(row) == text) return true;
   return settings.Store(row, text) || settings.String(row) == text;
 }
 

@@ -58,8 +58,7 @@ constexpr std::array kRows{
     CommandRow{190, Menu::Debug, "&Step", "Run one step", kSteps, "F5", "F11"},
     CommandRow{191, Menu::Debug, "Step&Over", "Run one step, but do not go into subroutine", kSteps,
                "F6", "F10"},
-    CommandRow{192, Menu::Debug, "N Step", "Run N steps",
-               kNotDuringFileIo | kNotWhileRunning | kCheckable},
+    CommandRow{192, Menu::Debug, "N Step", "Run N steps", kNotDuringFileIo | kCheckable},
     CommandRow{193, Menu::Debug, "&Go", "Run or stop running MCU", kBuilt, "F7"},
     CommandRow{194, Menu::Debug, "Run to Cursor", "Run to current cursor position", kRuns, "F8",
                "Ctrl+F10"},
@@ -67,7 +66,7 @@ constexpr std::array kRows{
                kNotDuringFileIo | kSeparatorBefore},
     CommandRow{197, Menu::Debug, "&Erase flash EEPROM", "Erase flash EEPROM", kNotDuringFileIo},
     CommandRow{40014, Menu::Debug, "&Mass erase flash EEPROM", "",
-               kNotDuringFileIo | kNotWhileRunning},
+               kNotDuringFileIo | kNotWhileRunning | kNeedsMonitor},
     CommandRow{40015, Menu::Debug, "Program &IRQ vector", "", kNotDuringFileIo},
     CommandRow{40016, Menu::Debug, "Program &locations", "", kNotDuringFileIo},
     // Window
@@ -166,9 +165,10 @@ std::string_view Tooltip(const ToolbarButton& button, bool running) {
   return button.id == commands::kToolbarGo && running ? kGoIsRunning : button.tooltip;
 }
 
-bool IsEnabled(const CommandRow& row, const CommandConditions& conditions) {
-  return row.Has(kBuilt) && Judge(row, conditions) != Verdict::Ignore &&
-         !(conditions.running && row.Has(kNotWhileRunning));
+bool IsEnabled(const CommandRow& row, const CommandConditions& conditions, Place place) {
+  const bool runs_in_the_way =
+      place != Place::MenuBar && conditions.running && row.Has(kNotWhileRunning);
+  return row.Has(kBuilt) && Judge(row, conditions) != Verdict::Ignore && !runs_in_the_way;
 }
 
 Verdict Judge(const CommandRow& row, const CommandConditions& conditions) {

@@ -33,7 +33,7 @@ enum CommandFlags : unsigned {
   kNoFlags = 0,
   kBuilt = 1,            // this version carries it out; others are shown disabled
   kNotDuringFileIo = 2,  // ignored while file I/O is active
-  kNotWhileRunning = 4,  // disabled while the target runs, as buttons and popup items are
+  kNotWhileRunning = 4,  // as a button or popup item disabled while the target runs
   kCheckable = 8,
   kSeparatorBefore = 16,
   kNeedsMonitor = 32,  // a running target does not answer; menus and keys then say so
@@ -99,8 +99,10 @@ struct CommandConditions {
   bool fileIoActive = false;
   bool monitor_away = false;  // a program or a routine has the target
 };
-// For menus and buttons.
-bool IsEnabled(const CommandRow& row, const CommandConditions& conditions);
+// Items of the menu bar stay enabled while the target runs, like their keys: choosing one may say
+// why it cannot be done now.
+enum class Place { MenuBar, Popup, Toolbar };
+bool IsEnabled(const CommandRow& row, const CommandConditions& conditions, Place place);
 
 // For the dispatch, however the command arrives.
 enum class Verdict {

@@ -148,7 +148,7 @@ TEST_F(Desktop, ABreakpointIsNoticedWhileADialogIsOpen) {
   Start();
   ClickInProgram(2, 2);
   const base::Address address = program().view().Lines()[2].address;
-  OnDialog("DlgEdit", [&](QDialog& dialog) {
+  OnDialog("PROGRANGE", [&](QDialog& dialog) {
     EXPECT_EQ(dialog.windowTitle(), "Configure program range");
     Settle();
     EXPECT_EQ(debugger().frame.PC, address);

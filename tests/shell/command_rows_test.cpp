@@ -100,8 +100,9 @@ TEST(CommandRows, ThatNeedTheMonitorAreRefusedWithoutIt) {
   for (const CommandRow& row : CommandRows()) {
     if (Judge(row, {.monitor_away = true}) == Verdict::StopFirst) refused.insert(row.id);
   }
-  EXPECT_EQ(refused, (std::set<int>{140, 141, 142, 144, 145, 146, 147, 148, 190, 191, 194, 260,
-                                    261, 262, 263, 264, 265, 266, 267, 268, 341, 343, 346, 347}));
+  EXPECT_EQ(refused,
+            (std::set<int>{140, 141, 142, 144, 145, 146, 147, 148, 190, 191, 194, 260,  261,
+                           262, 263, 264, 265, 266, 267, 268, 341, 343, 346, 347, 40014}));
 }
 
 TEST(CommandRows, OfTheToolbarLeaveResetAndStopWhileRunning) {
@@ -110,7 +111,10 @@ TEST(CommandRows, OfTheToolbarLeaveResetAndStopWhileRunning) {
     const CommandRow* const row = FindCommand(button.id);
     ASSERT_NE(row, nullptr) << button.id;
     if (!row->Has(kNotWhileRunning)) usable.append(ToolbarText(button, true)).append("; ");
-    EXPECT_EQ(IsEnabled(*row, {.running = true}), row->Has(kBuilt) && !row->Has(kNotWhileRunning));
+    const CommandConditions running{.running = true};
+    EXPECT_EQ(IsEnabled(*row, running, Place::Toolbar),
+              row->Has(kBuilt) && !row->Has(kNotWhileRunning));
+    EXPECT_EQ(IsEnabled(*row, running, Place::MenuBar), row->Has(kBuilt));
   }
   EXPECT_EQ(usable, "ReStart; Reset; Break  F7; ProgFlash; ");
 }
