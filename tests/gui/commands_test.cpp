@@ -111,7 +111,7 @@ TEST_F(Commands, LoadsAFileThatIsDroppedOnTheWindow) {
 
 TEST_F(Commands, RunsAMacroAndFindsTheSymbolsOfAFile) {
   Start();
-  ChooseInDialog(Write("prepare.mac", "DMM.B 120 5A\nPC 8021\n"));
+  ChooseInDialog(Write("prepare", "DMM.B 120 5A\nPC 8021\n"));  // no extension is put to it
   Choose(commands::kLoadMacro);
   EXPECT_EQ(debugger().monitor.ReadByte(0x0120), 0x5A);
   EXPECT_EQ(debugger().frame.PC, 0x8021u);
