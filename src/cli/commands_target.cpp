@@ -182,6 +182,7 @@ Result Reset(Session& session, Arguments) {
   if (session.debugger().monitor.LinkError()) {
     return Failure(ExitStatus::NoAnswer, "the target does not answer after the reset");
   }
+  if (session.debugger().image_gone) session.ui().Notice(debugger::Debugger::kImageGone);
   if (!session.debugger().security_passed) {
     session.ui().Notice(
         "The security code was not accepted after the reset: flash reads are not valid.");

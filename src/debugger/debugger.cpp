@@ -150,6 +150,7 @@ void Debugger::FollowUpReset() {
   frame.SP = monitor.ReadStackPointer();
   macros.RunResetMacro();
   ChooseProgramCounter();
+  image_gone = loader.ImageIsGone();
   RefreshAfterStop();
 }
 

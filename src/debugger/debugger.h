@@ -80,6 +80,10 @@ class Debugger {
   images::FileProgrammer file_programmer;
   // The target accepted the code at the last connect or reset; else flash reads are not valid.
   bool security_passed = false;
+  // Found at the last reset or new connection: the image loaded last is no longer in memory.
+  bool image_gone = false;
+  static constexpr const char* kImageGone =
+      "The target's RAM has lost the image that was loaded: load it again.";
 
   // Connects and prepares the target: the steps of start-up after the connect form is stored.
   // Unless the result is Connected or SecurityNotPassed nothing else has been done.

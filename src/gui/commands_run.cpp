@@ -33,12 +33,22 @@ void RunToCursor(const CommandContext& context) {
   }
 }
 
+namespace {
+
+void NoteLostImage(const CommandContext& context) {
+  if (!context.session.debugger.image_gone) return;
+  context.window.status().ShowNotice(debugger::Debugger::kImageGone);
+}
+
+}  // namespace
+
 void Reset(const CommandContext& context) {
   Session& session = context.session;
   session.ui.SetBusyCursor(true);
   session.debugger.Reset();
   session.ui.SetBusyCursor(false);
   session.program_views.RefreshProgramWindows();
+  NoteLostImage(context);
 }
 
 void ReStart(const CommandContext& context) {
@@ -48,7 +58,9 @@ void ReStart(const CommandContext& context) {
     accepted = AskForConnection(&context.window, session.settings, session.ui,
                                 link::FindSerialDevices(), session.options.version);
   });
-  if (accepted) session.Reconnect();
+  if (!accepted) return;
+  session.Reconnect();
+  NoteLostImage(context);
 }
 
 }  // namespace brevant::gui

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "images/loader.h"
 
+#include <algorithm>
 #include <array>
 #include <optional>
 #include <utility>
@@ -83,6 +84,7 @@ LoadResult Loader::LoadImage(const std::string& path) {
     return result;
   }
   image_directory_ = base::DirectoryOf(path);
+  arrived_.clear();
   TellAbout(path, result.report);
   if (!result.report.cancelled) TellWhatDidNotArrive(path);
   if (monitor_.LinkError()) result.outcome = LoadOutcome::LinkLost;
@@ -134,13 +136,25 @@ void Loader::TellAbout(const std::string& path, const ReadReport& report) {
 
 // Flash ignores what a load writes; the user would otherwise debug whatever stands there.
 void Loader::TellWhatDidNotArrive(const std::string& path) {
+  std::optional<base::Message> message;
   for (const Block& block : ReadImageFile(path).image.Blocks()) {
+    const std::uint8_t wanted = block.bytes.front();
     const std::uint8_t found = monitor_.ReadByte(block.address);
     if (monitor_.LinkError()) return;
-    if (found == block.bytes.front()) continue;
-    ui_.ShowMessage(ToMessage(messages::kNotArrived, block.address, found, block.bytes.front()));
-    return;
+    if (found == wanted) {
+      arrived_[block.address] = wanted;
+    } else if (!message) {
+      message = ToMessage(messages::kNotArrived, block.address, found, wanted);
+    }
   }
+  if (message) ui_.ShowMessage(*message);
+}
+
+bool Loader::ImageIsGone() {
+  // A program may well have changed some of it.
+  return !arrived_.empty() && std::ranges::all_of(arrived_, [this](const auto& sample) {
+    return monitor_.ReadByte(sample.first) != sample.second && !monitor_.LinkError();
+  });
 }
 
 symbols::ImportResult Loader::Import(const std::string& path) {

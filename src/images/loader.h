@@ -4,6 +4,7 @@
 #pragma once
 
 #include <functional>
+#include <map>
 #include <string>
 #include <string_view>
 
@@ -58,6 +59,9 @@ class Loader {
   // Loads the image and everything that goes with it; tells the user what went wrong. The path is
   // the current image path; keeping the list of recent files is the caller's.
   LoadResult LoadImage(const std::string& path);
+  // Memory has lost what was loaded last, as RAM does when the target's power goes. One byte of
+  // each block is looked at; a lost link says nothing.
+  bool ImageIsGone();
   // The folder of the image loaded last; empty when none has been.
   const std::string& image_directory() const { return image_directory_; }
 
@@ -69,6 +73,7 @@ class Loader {
  private:
   ReadReport Transfer(const std::string& path, bool as_s_records);
   void TellAbout(const std::string& path, const ReadReport& report);
+  // Looks at the first byte of each block; those that have arrived are remembered.
   void TellWhatDidNotArrive(const std::string& path);
   std::string ImportDebugInfo(const std::string& path);
   symbols::ImportResult Import(const std::string& path);
@@ -86,6 +91,7 @@ class Loader {
   ImageReader reader_;
   LoadSteps steps_;
   std::string image_directory_;
+  std::map<base::Address, std::uint8_t> arrived_;
 };
 
 }  // namespace brevant::images

@@ -54,7 +54,9 @@ CodeLine ReadCodeLine(link::Monitor& monitor, const isa::SymbolNames& symbols,
 CodeLine CodeLines::FillLineForward(CodeBytes& bytes, base::Address& address, int lines_to_come) {
   if (reads_target_) {
     const int run = kLongestInstruction + Ahead(lines_to_come);
-    return LineAt(address, bytes.From(address, kLongestInstruction, run), symbols_);
+    const auto read = bytes.From(address, kLongestInstruction, run);
+    // What a lost link leaves in the buffer is no code.
+    if (!monitor_.LinkError()) return LineAt(address, read, symbols_);
   }
   CodeLine line;
   line.address = address;

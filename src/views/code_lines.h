@@ -48,7 +48,8 @@ class CodeLines {
   // The address after the last line's instruction.
   base::Address bottom() const { return bottom_; }
 
-  // While off, lines show asterisks and nothing is read: the program has the serial line.
+  // While off, lines show asterisks and nothing is read: the program has the serial line. They show
+  // asterisks too when the link is lost while they are read.
   void SetReadsTarget(bool reads) { reads_target_ = reads; }
 
   // count lines from the address on.

@@ -88,8 +88,9 @@ void ProgramView::Redraw() {
 }
 
 void ProgramView::Update() {
-  // During file I/O nothing is read from the target.
-  if (!conditions_.fileIoActive && Running()) return;
+  // During file I/O nothing is read from the target. With the link lost nothing could be: what was
+  // read last stays, and requests wait for a new connection.
+  if (!conditions_.fileIoActive && (Running() || sources_.monitor.LinkError())) return;
   lines_.SetReadsTarget(!conditions_.fileIoActive);
   if (redraw_ || lines_.lines().empty()) {
     Redraw();

@@ -122,6 +122,22 @@ TEST(Debugger, AMacroDoesNotRunTheProgramToMain) {
   EXPECT_FALSE(debugger.Busy());
 }
 
+// The reset line of the board takes its power away.
+TEST(Debugger, AResetNoticesThatRamHasLostTheImage) {
+  Bench bench;
+  Debugger& debugger = bench.debugger;
+  ASSERT_EQ(debugger.Start(), link::ConnectResult::Connected);
+  debugger.Reset();
+  EXPECT_FALSE(debugger.image_gone) << "none was loaded";
+  const std::string image = bench.settings.path().string() + ".s19";
+  ASSERT_EQ(base::ReplaceFile(image, "S105010011223A\n"), "");
+  debugger.loader.LoadImage(image);
+  debugger.Reset();
+  EXPECT_TRUE(debugger.image_gone);
+  debugger.loader.LoadImage(image);
+  EXPECT_FALSE(debugger.loader.ImageIsGone());
+}
+
 TEST(Debugger, ALostLinkIsLeftByConnectingAgain) {
   Bench bench;
   Debugger& debugger = bench.debugger;
