@@ -59,7 +59,7 @@ class Loader {
   // Loads the image and everything that goes with it; tells the user what went wrong. The path is
   // the current image path; keeping the list of recent files is the caller's.
   LoadResult LoadImage(const std::string& path);
-  // Memory has lost what was loaded last, as RAM does when the target's power goes. One byte of
+  // Memory has lost all that was loaded last, as RAM does when the target's power goes. One byte of
   // each block is looked at; a lost link says nothing.
   bool ImageIsGone();
   // The folder of the image loaded last; empty when none has been.
