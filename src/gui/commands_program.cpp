@@ -18,15 +18,15 @@ views::ProgramView* Allowed(const CommandContext& context) {
   return view != nullptr && views::ProgramMenu::Allowed(views, *view) ? view : nullptr;
 }
 
-std::optional<base::Address> AskForSymbol(const CommandContext& context, const char* title) {
-  Session& session = context.session;
-  views::SymbolPrompt prompt(title, session.debugger.debug_info, session.ui);
+// What the prompt accepts; nothing when it was cancelled.
+template <typename Prompt>
+std::optional<base::Address> Ask(const CommandContext& context, Prompt& prompt,
+                                 EditRequest request) {
+  request.title = prompt.title();
+  request.name = "CBDlgEdit";
+  request.max_length = Prompt::kMaxLength;
+  request.choices = prompt.Choices();
   std::optional<base::Address> address;
-  const EditRequest request{.title = prompt.title(),
-                            .name = "CBDlgEdit",
-                            .expected = views::messages::kExpectSymbol,
-                            .max_length = views::SymbolPrompt::kMaxLength,
-                            .choices = prompt.Choices()};
   AskForText(&context.window, context.window.view_font(), request, [&](std::string_view text) {
     address = prompt.Accept(text);
     return address.has_value();
@@ -34,20 +34,16 @@ std::optional<base::Address> AskForSymbol(const CommandContext& context, const c
   return address;
 }
 
+std::optional<base::Address> AskForSymbol(const CommandContext& context, const char* title) {
+  Session& session = context.session;
+  views::SymbolPrompt prompt(title, session.debugger.debug_info, session.ui);
+  return Ask(context, prompt, {.expected = views::messages::kExpectSymbol});
+}
+
 std::optional<base::Address> AskForAddress(const CommandContext& context, const char* title) {
   views::AddressPrompt prompt(title, context.session.addresses, context.session.ui);
-  std::optional<base::Address> address;
-  const EditRequest request{.title = prompt.title(),
-                            .name = "CBDlgEdit",
-                            .text = prompt.InitialText(),
-                            .expected = views::messages::kExpectAddress,
-                            .max_length = views::AddressPrompt::kMaxLength,
-                            .choices = prompt.Choices()};
-  AskForText(&context.window, context.window.view_font(), request, [&](std::string_view text) {
-    address = prompt.Accept(text);
-    return address.has_value();
-  });
-  return address;
+  return Ask(context, prompt,
+             {.text = prompt.InitialText(), .expected = views::messages::kExpectAddress});
 }
 
 }  // namespace

@@ -17,7 +17,7 @@ class QWidget;
 namespace brevant::gui {
 
 struct EditRequest {
-  std::string title;
+  std::string title = {};
   const char* name = "DlgEdit";  // of the dialog's template
   std::string label = {};        // before the field; empty for none
   std::string text = {};

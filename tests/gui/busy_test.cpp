@@ -136,11 +136,7 @@ TEST_F(Busy, ACableThatIsPulledWhileAProgramRunsShowsWhenItIsStopped) {
   QTest::keyClick(&program(), Qt::Key_PageDown);
   QTest::qWait(50);
   EXPECT_TRUE(Status().contains("ReStart"));
-  session().simulated()->SetFaultPlan({});
-  OnDialog("LookHWDlg", [](QDialog& dialog) { Push(dialog, "ok"); });
-  window().Send(commands::kReStart);
-  QTest::qWait(30);
-  EXPECT_EQ(Status(), "COM1 simulated MC68HC908GP32: stopped");
+  Reconnect();
   EXPECT_GE(RowOf(debugger().frame.PC), 0);
 }
 

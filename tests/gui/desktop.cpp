@@ -82,6 +82,14 @@ void Desktop::ChooseInDialog(const std::string& path) {
   });
 }
 
+void Desktop::Reconnect() {
+  session().simulated()->SetFaultPlan({});
+  OnDialog("LookHWDlg", [](QDialog& dialog) { Push(dialog, "ok"); });
+  window().Send(shell::commands::kReStart);
+  QTest::qWait(30);
+  EXPECT_EQ(Status(), "COM1 simulated MC68HC908GP32: stopped");
+}
+
 void Desktop::Press(Qt::Key key, Qt::KeyboardModifiers modifiers) {
   // Without a window manager nobody gives the focus back when a dialog has closed.
   window().activateWindow();

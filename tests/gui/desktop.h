@@ -38,6 +38,8 @@ class Desktop : public testing::Test {
   // The next file dialog.
   void ChooseInDialog(const std::string& path);
 
+  // Plugs the cable in again and chooses ReStart.
+  void Reconnect();
   void Press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
   void Choose(int command);
   // Lets the target run and the program tick until nothing is under way.

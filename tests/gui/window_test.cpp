@@ -169,11 +169,7 @@ TEST_F(Desktop, ReStartBringsBackEverythingAfterTheCableWasPulled) {
   EXPECT_TRUE(Status().contains("link lost")) << qPrintable(Status());
   EXPECT_TRUE(Status().contains("ReStart"));
 
-  session().simulated()->SetFaultPlan({});
-  OnDialog("LookHWDlg", [](QDialog& dialog) { Push(dialog, "ok"); });
-  window().Send(commands::kReStart);
-  QTest::qWait(30);
-  EXPECT_EQ(Status(), "COM1 simulated MC68HC908GP32: stopped");
+  Reconnect();
   EXPECT_TRUE(debugger().breakpoints.Has(address));
   EXPECT_TRUE(program().view().Lines()[row].has_breakpoint);
 }
