@@ -139,6 +139,8 @@ void RunControl::Go() {
 }
 
 void RunControl::StartRunning() {
+  // A run ends repeated stepping and tracing.
+  LeaveMode();
   frame_.WriteCCR(frame_.CCR & ~kCcrI);
   breakpoints_.InsertBreakpoints(state_.HardwareBreakMode);
   monitor_.RunTarget();

@@ -50,6 +50,16 @@ TEST_F(NStepTest, KeepsItsPaceForeverUntilTheCommandComesAgain) {
   EXPECT_EQ(state.RunMode, Mode::Tracing);
 }
 
+TEST_F(NStepTest, IsOverWhenTheProgramIsLetGo) {
+  n_step.settings.condition = NStepCondition::Forever;
+  n_step.Start();
+  Tick(3);
+  ASSERT_TRUE(indication.n_stepping);
+  run.Go();
+  EXPECT_EQ(state.RunMode, Mode::Running);
+  EXPECT_FALSE(indication.n_stepping);
+}
+
 TEST_F(NStepTest, StopsAtABreakpointButLeavesTheOneItStartsOn) {
   breakpoints.AddBreakpoint(0x0150);
   breakpoints.AddBreakpoint(0x0155);

@@ -101,6 +101,20 @@ TEST(Debugger, ConnectingAgainForgetsTheCodeOfTheBoardBefore) {
   EXPECT_TRUE(debugger.security_passed);
 }
 
+// No code fits, and the last try leaves the target silent: its RAM can be used all the same.
+TEST(Debugger, TryingCodesDoesNotCostTheLink) {
+  Bench bench;
+  bench.target.board().Load(0xFFF6, std::vector<std::uint8_t>(8, 0x22));
+  bench.settings.Override(base::keys::kRecentSecurity, "0011223344556677", 0);
+  // Connecting sends 18 bytes, each try 11: the code and the read of the flag.
+  constexpr std::uint64_t kInTheThirdTry = 18 + 2 * 11 + 1;
+  bench.target.SetFaultPlan({{simulator::FaultKind::DropMonitorEcho, kInTheThirdTry}});
+  EXPECT_EQ(bench.debugger.Start(OtherCodes::Try), link::ConnectResult::SecurityNotPassed);
+  EXPECT_FALSE(bench.debugger.monitor.LinkError());
+  bench.debugger.monitor.WriteByte(0x0140, 0x5A);
+  EXPECT_EQ(bench.debugger.monitor.ReadByte(0x0140), 0x5A);
+}
+
 TEST(Debugger, TriesNoCodeWhenSecurityIsNotToBeVerified) {
   Bench bench;
   bench.settings.Override(base::keys::kSecurityCheck, "0");

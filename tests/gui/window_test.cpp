@@ -227,6 +227,20 @@ TEST_F(Desktop, ReloadsAnImageThatIsNewerOnce) {
   debugger().monitor.WriteByte(kScratch, 0x99);
   activate();
   EXPECT_EQ(debugger().monitor.ReadByte(kScratch), 0x99) << "loaded already";
+
+  // A running program is left alone, and the user is told.
+  constexpr base::Address kDemoInFlash = 0x8000;
+  debugger().frame.WriteProgramCounter(kDemoInFlash);
+  Press(Qt::Key_F7);
+  RunFor(50);
+  write("S1050100667731", 200);
+  activate();
+  EXPECT_TRUE(debugger().Busy());
+  EXPECT_TRUE(window().statusBar()->currentMessage().contains("has changed"));
+  Press(Qt::Key_F7);
+  Settle();
+  activate();
+  EXPECT_EQ(debugger().monitor.ReadByte(kScratch), 0x66);
 }
 
 TEST_F(Desktop, NothingStartsWhileSomethingElseIsUnderWay) {
