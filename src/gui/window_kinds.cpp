@@ -32,10 +32,6 @@ constexpr std::array kKinds{
 constinit const WindowKind& kRegistersKind = kKinds[0];
 constinit const WindowKind& kProgramKind = kKinds[1];
 
-std::span<const WindowKind> WindowKinds() {
-  return kKinds;
-}
-
 const WindowKind* KindOpenedBy(int command) {
   const auto* const kind = std::find_if(kKinds.begin(), kKinds.end(), [command](const auto& row) {
     return row.command != 0 && row.command == command;

@@ -5,7 +5,6 @@
 #include <QFont>
 #include <QIcon>
 #include <functional>
-#include <span>
 
 #include "gui/child_window.h"
 #include "gui/text_view.h"
@@ -37,7 +36,6 @@ struct WindowKind {
 extern const WindowKind& kRegistersKind;
 extern const WindowKind& kProgramKind;
 
-std::span<const WindowKind> WindowKinds();
 // nullptr for a command that opens no window.
 const WindowKind* KindOpenedBy(int command);
 
