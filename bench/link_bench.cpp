@@ -95,10 +95,11 @@ class CountingPort final : public base::SerialPort, public base::Clock {
   SteadyClock::time_point start_ = SteadyClock::now();
 };
 
-struct NoWorkspace final : base::Workspace {
-  void RefreshViews() override {}
-  void ShowRunning(bool) override {}
-  void SendCommand(int) override {}
+struct NoEvents final : base::Events {
+  void Started() override {}
+  void Stopped(const base::Stop&) override {}
+  void ActivityChanged() override {}
+  void LinkChanged() override {}
 };
 
 struct Bench {
@@ -131,18 +132,19 @@ bool Read(Bench& bench) {
 bool Step(Bench& bench) {
   control::RegisterFrame frame(bench.monitor);
   control::BreakpointTable breakpoints(bench.monitor);
-  control::RunState state;
+  NoEvents events;
+  control::Activity activity(events);
   const symbols::DebugInfo debug_info;
   const base::SettingsFile settings(std::filesystem::path{});
-  NoWorkspace workspace;
-  control::RunControl run(bench.monitor, frame, breakpoints, state, debug_info, settings,
-                          workspace);
+  control::RunControl run(bench.monitor, frame, breakpoints, activity, debug_info, settings,
+                          events);
   bench.monitor.WriteBlock(0x0100, std::vector<std::uint8_t>{0x4C, 0x9D, 0x20, 0xFC});
   bench.monitor.WriteWord(0x00FE, 0x0100);
   frame.ReadRegisters();
   bench.port.Restart();
   for (int i = 0; i < 50; ++i) {
-    if (!run.SingleStep()) return false;
+    run.StepCommand(control::Calls::Follow);
+    if (activity.Busy()) return false;
   }
   return frame.A == 17;
 }

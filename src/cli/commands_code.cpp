@@ -112,9 +112,9 @@ Result Break(Session& session, Arguments arguments) {
   if (debugger.Busy()) return Failure(ExitStatus::Failed, "the target is running: stop it first");
   const auto address = session.ResolveAddress(arguments[0]);
   if (!address.ok()) return UsageError(address.error);
-  const bool hardware = debugger.run_state.HardwareBreakMode;
+  const bool hardware = debugger.breakpoints.HardwareBreakMode();
   if (!debugger.breakpoints.Has(address.value)) {
-    if (const auto refusal = control::BreakpointLimit(debugger.breakpoints, hardware)) {
+    if (const auto refusal = control::BreakpointLimit(debugger.breakpoints)) {
       session.ui().ShowMessage(*refusal);
       return Failure(ExitStatus::Failed,
                      hardware ? "delete the other one, or use mode software for code in RAM"
@@ -151,18 +151,20 @@ Result Delete(Session& session, Arguments arguments) {
 }
 
 Result Mode(Session& session, Arguments arguments) {
-  bool& hardware = session.debugger().run_state.HardwareBreakMode;
+  control::BreakpointTable& breakpoints = session.debugger().breakpoints;
   if (!arguments.empty()) {
     if (arguments[0] != "hardware" && arguments[0] != "software") {
       return UsageError("usage: mode hardware, or mode software");
     }
-    hardware = arguments[0] == "hardware";
-    if (hardware && session.debugger().breakpoints.count() > 1) {
+    const bool hardware = arguments[0] == "hardware";
+    breakpoints.SetBreakMode(hardware ? control::BreakMode::Hardware
+                                      : control::BreakMode::Software);
+    if (hardware && breakpoints.count() > 1) {
       session.ui().Notice("Only the first breakpoint is armed in hardware mode.");
     }
   }
   Result result;
-  const std::string name = hardware ? "hardware" : "software";
+  const std::string name = breakpoints.HardwareBreakMode() ? "hardware" : "software";
   result.text = arguments.empty() ? name + '\n' : "";
   result.fields = {{"mode", name}};
   return result;

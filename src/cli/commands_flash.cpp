@@ -72,7 +72,6 @@ Result VerifyFlash(Session& session, const images::Image& image) {
     return Failure(ExitStatus::Security,
                    "flash cannot be read back: the security code was not accepted after the reset");
   }
-  session.debugger().BeginCommand();
   ShownProgress progress(session.ui(), "Verifying");
   return Compared(images::Verify(session.debugger().monitor, image, progress));
 }

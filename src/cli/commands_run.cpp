@@ -17,20 +17,28 @@ constexpr const char* kNoAnswerToBreak =
     "program leaves interrupts enabled and its IRQ vector at FFFA holds FE27. Use reset to get the "
     "target back.";
 
+// The registers, and why the target has stopped.
+Result StopResult(Session& session) {
+  Result result = RegisterResult(session.debugger().frame);
+  if (const auto& stop = session.debugger().run_control.last_stop()) {
+    result.fields["stop"] = base::StopWord(stop->reason);
+    result.note = base::StopText(*stop);
+  }
+  return result;
+}
+
 Result StopNow(Session& session) {
-  debugger::Debugger& debugger = session.debugger();
-  switch (debugger.run_control.Stop()) {
-    case control::StopResult::Stopped:
-      return RegisterResult(debugger.frame);
-    case control::StopResult::NotRecovered:
+  switch (session.debugger().run_control.Stop().reason) {
+    case base::StopReason::NotRecovered:
       return Failure(ExitStatus::Failed,
                      "the target stopped, but its stack pointer could not be restored: use reset");
-    case control::StopResult::LinkLost:
+    case base::StopReason::LinkLost:
       return LinkLost();
-    case control::StopResult::NoAnswer:
-      break;
+    case base::StopReason::Refused:
+      return Failure(ExitStatus::Failed, kNoAnswerToBreak);
+    default:
+      return StopResult(session);
   }
-  return Failure(ExitStatus::Failed, kNoAnswerToBreak);
 }
 
 // The target did not stop by itself: take it back, so that a script never leaves it running unseen.
@@ -45,7 +53,7 @@ Result GiveUpWaiting(Session& session, std::string why, ExitStatus status) {
 Result AwaitStop(Session& session) {
   switch (session.WaitForStop()) {
     case Session::WaitEnd::Stopped:
-      return RegisterResult(session.debugger().frame);
+      return StopResult(session);
     case Session::WaitEnd::TimedOut:
       return GiveUpWaiting(session,
                            fmt::format("no stop within {} s", session.options().timeout_seconds),
@@ -58,7 +66,7 @@ Result AwaitStop(Session& session) {
   return LinkLost();
 }
 
-Result StepTimes(Session& session, Arguments arguments, bool over) {
+Result StepTimes(Session& session, Arguments arguments, control::Calls calls) {
   int steps = 1;
   if (!arguments.empty()) {
     const auto given = ParseCount(arguments[0], kMostSteps);
@@ -67,7 +75,7 @@ Result StepTimes(Session& session, Arguments arguments, bool over) {
   }
   Result result;
   for (; steps > 0 && result.ok(); --steps) {
-    session.debugger().Step(over);
+    session.debugger().run_control.StepCommand(calls);
     result = AwaitStop(session);
   }
   return result;
@@ -78,8 +86,7 @@ Result StartRun(Session& session, Arguments arguments) {
   if (!arguments.empty()) {
     const auto address = session.ResolveAddress(arguments[0]);
     if (!address.ok()) return UsageError(address.error);
-    debugger.frame.PC = address.value;
-    debugger.frame.WriteProgramCounter(address.value);
+    debugger.frame.SetPC(address.value);
   }
   debugger.run_control.Go();
   return {};
@@ -88,11 +95,11 @@ Result StartRun(Session& session, Arguments arguments) {
 }  // namespace
 
 Result Step(Session& session, Arguments arguments) {
-  return StepTimes(session, arguments, false);
+  return StepTimes(session, arguments, control::Calls::Follow);
 }
 
 Result Over(Session& session, Arguments arguments) {
-  return StepTimes(session, arguments, true);
+  return StepTimes(session, arguments, control::Calls::StepOver);
 }
 
 Result Go(Session& session, Arguments arguments) {
@@ -112,7 +119,7 @@ Result Run(Session& session, Arguments arguments) {
 }
 
 Result Stop(Session& session, Arguments) {
-  if (!session.debugger().Busy()) return RegisterResult(session.debugger().frame);
+  if (!session.debugger().Busy()) return StopResult(session);
   return StopNow(session);
 }
 

@@ -33,10 +33,7 @@ constexpr RegisterRow kRegisters[] = {
     // Bits 6 and 5 do not exist and read 1.
     {"CCR", 0xFF,
      [](control::RegisterFrame& frame, std::uint32_t v) { frame.WriteCCR(frame.CCR = v | 0x60u); }},
-    {"PC", 0xFFFF,
-     [](control::RegisterFrame& frame, std::uint32_t v) {
-       frame.WriteProgramCounter(frame.PC = v);
-     }},
+    {"PC", 0xFFFF, [](control::RegisterFrame& frame, std::uint32_t v) { frame.SetPC(v); }},
 };
 
 Result RunBlockOperation(Session& session, views::BlockOperation operation) {

@@ -14,6 +14,7 @@ struct Result {
   ExitStatus status = ExitStatus::Ok;
   std::string text;               // standard output, complete lines
   nlohmann::ordered_json fields;  // of the --json object
+  std::string note;               // for people, on standard error, kept back when quiet
   std::string error;              // what went wrong and what to do about it; empty when all is well
   bool quit = false;
 

@@ -71,6 +71,10 @@ void Runner::Report(std::string_view name, const Result& result) {
     fmt::print("{}\n", object.dump(-1, ' ', true, ordered_json::error_handler_t::replace));
   } else {
     std::fputs(result.text.c_str(), stdout);
+    if (result.ok() && !result.note.empty() && !options_.quiet) {
+      std::fflush(stdout);
+      fmt::print(stderr, "{}\n", result.note);
+    }
     if (!result.ok()) {
       std::fflush(stdout);
       fmt::print(stderr, "{}: {}\n", name, result.error);

@@ -8,7 +8,6 @@
 #include "base/text_number.h"
 #include "cli/command_table.h"
 #include "cli/interrupt.h"
-#include "debugger/command_ids.h"
 #include "link/security_code.h"
 
 namespace brevant::cli {
@@ -38,8 +37,7 @@ Session::Session(const Options& options, bool terminal)
                              .clock = ports_.router(),
                              .settings = settings_,
                              .ui = ui_,
-                             .workspace = *this,
-                             .indication = *this,
+                             .events = *this,
                              .start_up_directory = base::WorkingDirectory()});
   debugger_->connector.SetSessionCode(options_.security);
 }
@@ -147,12 +145,7 @@ std::optional<std::string> Session::Idle() {
   if (!debugger_->Busy()) return {};
   debugger_->Tick();
   if (debugger_->Busy()) return {};
-  return fmt::format("stopped at {}", Described(debugger_->frame.PC));
-}
-
-void Session::SendCommand(int id) {
-  if (id == debugger::kCommandReset) debugger_->Reset();
-  if (id == debugger::kCommandTrace) debugger_->trace.Command();
+  return base::StopText(*debugger_->run_control.last_stop());
 }
 
 Result Session::Execute(std::string_view line) {
@@ -184,7 +177,6 @@ Result Session::Run(const std::vector<std::string>& words) {
   if (debugger_->Busy() && !command->while_running) {
     return Failure(ExitStatus::Failed, "the target is running: stop it or wait first");
   }
-  debugger_->BeginCommand();
   Result result = command->run(*this, arguments);
   if (result.ok() && debugger_->monitor.LinkError()) {
     return LinkLost();

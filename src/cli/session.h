@@ -7,20 +7,19 @@
 #include <optional>
 #include <string>
 
+#include "base/events.h"
 #include "base/function_ref.h"
 #include "base/settings_file.h"
-#include "base/workspace.h"
 #include "cli/command_words.h"
 #include "cli/console_ui.h"
 #include "cli/options.h"
 #include "cli/result.h"
-#include "control/run_indication.h"
 #include "debugger/debugger.h"
 #include "ports/target_ports.h"
 
 namespace brevant::cli {
 
-class Session final : private base::Workspace, private control::RunIndication {
+class Session final : private base::Events {
  public:
   Session(const Options& options, bool terminal);
   Session(const Session&) = delete;
@@ -53,13 +52,11 @@ class Session final : private base::Workspace, private control::RunIndication {
   std::optional<std::string> Idle();
 
  private:
-  void RefreshViews() override {}
-  void ShowRunning(bool) override {}
-  void SendCommand(int id) override;
-  void ShowNStepping(bool) override {}
-  void ShowTracing(bool) override {}
-  void OpenTraceWindow() override {}
-  void ShowTraceLog(const std::string&, int) override {}
+  // Commands look at the engine when they are done.
+  void Started() override {}
+  void Stopped(const base::Stop&) override {}
+  void ActivityChanged() override {}
+  void LinkChanged() override {}
 
   void ApplyOptions();
   Result ConnectFailed(link::ConnectResult result);

@@ -31,6 +31,7 @@ void BreakpointTable::AddBreakpoint(base::Address address) {
   free->in_use = true;
   free->address = address;
   ++count_;
+  ++generation_;
 }
 
 void BreakpointTable::RemoveBreakpoint(base::Address address) {
@@ -38,16 +39,19 @@ void BreakpointTable::RemoveBreakpoint(base::Address address) {
   if (index == kNoBreakpoint) return;
   entries_[index].in_use = false;
   --count_;
+  ++generation_;
 }
 
 void BreakpointTable::Clear() {
   for (Breakpoint& entry : entries_) entry.in_use = false;
   count_ = 0;
+  ++generation_;
 }
 
-void BreakpointTable::InsertBreakpoints(bool hardware) {
+void BreakpointTable::InsertBreakpoints() {
+  armed_.reset();
   if (count_ < 1) return;
-  if (hardware) {
+  if (HardwareBreakMode()) {
     ArmBreakModule(entries_[NthBreakpoint(0)].address);
     return;
   }
@@ -56,8 +60,8 @@ void BreakpointTable::InsertBreakpoints(bool hardware) {
   }
 }
 
-void BreakpointTable::RemoveBreakpoints(bool hardware) {
-  if (hardware || count_ < 1) return;
+void BreakpointTable::RemoveBreakpoints() {
+  if (HardwareBreakMode() || count_ < 1) return;
   for (const Breakpoint& entry : entries_) {
     if (entry.in_use) Restore(entry);
   }
@@ -66,6 +70,7 @@ void BreakpointTable::RemoveBreakpoints(bool hardware) {
 void BreakpointTable::ArmBreakModule(base::Address address) {
   monitor_.WriteWord(kBRKH, address);
   monitor_.WriteByte(kBRKSCR, kBreakEnable);
+  armed_ = address;
 }
 
 void BreakpointTable::DisarmBreakModule() {
@@ -73,16 +78,21 @@ void BreakpointTable::DisarmBreakModule() {
 }
 
 void BreakpointTable::PlantStep(int slot, base::Address address) {
-  step[slot].address = base::Low16(address);
-  step[slot].in_use = Plant(step[slot]);
+  step_[slot].address = base::Low16(address);
+  step_[slot].in_use = Plant(step_[slot]);
 }
 
 void BreakpointTable::ClearStepBreakpoints() {
-  for (Breakpoint& slot : step) {
+  for (Breakpoint& slot : step_) {
     if (slot.in_use) Restore(slot);
     if (monitor_.LinkError()) return;
     slot.in_use = false;
   }
+}
+
+bool BreakpointTable::StepPlantedAt(base::Address address) const {
+  return std::ranges::any_of(
+      step_, [address](const Breakpoint& slot) { return slot.in_use && slot.address == address; });
 }
 
 bool BreakpointTable::Plant(Breakpoint& breakpoint) {

@@ -5,6 +5,7 @@
 
 #include <array>
 #include <cstdint>
+#include <optional>
 
 #include "base/address.h"
 #include "link/monitor.h"
@@ -18,6 +19,11 @@ inline constexpr std::uint8_t kSwiOpcode = 0x83;
 // Break module registers.
 inline constexpr base::Address kBRKH = 0xFE09;
 inline constexpr base::Address kBRKSCR = 0xFE0B;
+
+enum class BreakMode {
+  Software,  // any number of SWI bytes, in RAM only
+  Hardware,  // the break module: one breakpoint, in flash too
+};
 
 struct Breakpoint {
   bool in_use = false;
@@ -42,23 +48,31 @@ class BreakpointTable {
   void RemoveBreakpoint(base::Address address);
   // Every entry free, without touching the target.
   void Clear();
+  // Moves whenever entries come or go.
+  long generation() const { return generation_; }
+
+  // Setting "B32FLAG".
+  bool HardwareBreakMode() const { return mode_ == BreakMode::Hardware; }
+  void SetBreakMode(BreakMode mode) { mode_ = mode; }
 
   // Arms the break module with the first entry in use (hardware), or plants an SWI at every entry.
-  void InsertBreakpoints(bool hardware);
+  void InsertBreakpoints();
   // Restores planted bytes. In hardware mode nothing was planted and nothing is touched.
-  void RemoveBreakpoints(bool hardware);
+  void RemoveBreakpoints();
 
   // The break module.
   void ArmBreakModule(base::Address address);
   void DisarmBreakModule();
+  // What it was armed for last; nothing when InsertBreakpoints had nothing to arm since.
+  std::optional<base::Address> armed() const { return armed_; }
 
   // Step slots: 0 the fall-through or run-to address, 1 a branch target.
-  std::array<Breakpoint, 2> step{};
   void PlantStep(int slot, base::Address address);
   // Restores slot 0, then slot 1, so that two slots at one address end with the code byte. When the
   // link fails the slots stay in use: their code is still to be restored.
   void ClearStepBreakpoints();
-  bool StepPlanted() const { return step[0].in_use || step[1].in_use; }
+  bool StepPlanted() const { return step_[0].in_use || step_[1].in_use; }
+  bool StepPlantedAt(base::Address address) const;
 
  private:
   // Saves the code byte and writes an SWI over it. False, with the saved byte untouched, when the
@@ -68,7 +82,11 @@ class BreakpointTable {
   void Restore(const Breakpoint& breakpoint);
   link::Monitor& monitor_;
   std::array<Breakpoint, kMaxBreakpoints> entries_{};
+  std::array<Breakpoint, 2> step_{};
   int count_ = 0;
+  long generation_ = 0;
+  BreakMode mode_ = BreakMode::Hardware;
+  std::optional<base::Address> armed_;
 };
 
 }  // namespace brevant::control

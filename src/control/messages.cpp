@@ -3,22 +3,21 @@
 
 namespace brevant::control {
 
-std::optional<base::Message> StopMessage(StopResult result) {
-  switch (result) {
-    case StopResult::Stopped:
-      return std::nullopt;
-    case StopResult::NoAnswer:
+std::optional<base::Message> StopMessage(base::StopReason reason) {
+  switch (reason) {
+    case base::StopReason::Refused:
       return ToMessage(messages::kStopNotAnswered);
-    case StopResult::NotRecovered:
+    case base::StopReason::NotRecovered:
       return ToMessage(messages::kStackPointerLost);
-    case StopResult::LinkLost:
+    case base::StopReason::LinkLost:
       return ToMessage(messages::kLinkLost);
+    default:
+      return std::nullopt;
   }
-  return std::nullopt;
 }
 
-std::optional<base::Message> BreakpointLimit(const BreakpointTable& table, bool hardware) {
-  if (hardware) {
+std::optional<base::Message> BreakpointLimit(const BreakpointTable& table) {
+  if (table.HardwareBreakMode()) {
     if (table.count() < kMaxHardwareBreakpoints) return std::nullopt;
     return ToMessage(messages::kHardwareBreakpointLimit);
   }

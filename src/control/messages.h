@@ -5,8 +5,8 @@
 #include <optional>
 
 #include "base/message_text.h"
+#include "base/stop.h"
 #include "control/breakpoint_table.h"
-#include "control/run_state.h"
 
 namespace brevant::control {
 
@@ -40,11 +40,11 @@ inline constexpr MessageText kTraceLogNotWritten{"Can not write the trace log %s
 }  // namespace messages
 
 // What the user should know of a stop that did not go well; nothing when it did.
-std::optional<base::Message> StopMessage(StopResult result);
+std::optional<base::Message> StopMessage(base::StopReason reason);
 
 inline constexpr int kMaxHardwareBreakpoints = 1;
 
 // Why another breakpoint is refused; nothing while there is room. Asked by whoever adds one.
-std::optional<base::Message> BreakpointLimit(const BreakpointTable& table, bool hardware);
+std::optional<base::Message> BreakpointLimit(const BreakpointTable& table);
 
 }  // namespace brevant::control

@@ -3,59 +3,58 @@
 
 namespace brevant::control {
 
-NStep::NStep(RunControl& run, RegisterFrame& frame, BreakpointTable& breakpoints,
-             const symbols::DebugInfo& debug_info, RunIndication& indication)
+namespace {
+
+constexpr const char* kDetail = "end of N-step";
+
+}  // namespace
+
+NStep::NStep(RunControl& run, Activity& activity, const RegisterFrame& frame,
+             const BreakpointTable& breakpoints, const symbols::DebugInfo& debug_info)
     : run_(run),
-      state_(run.state()),
+      activity_(activity),
       frame_(frame),
       breakpoints_(breakpoints),
-      debug_info_(debug_info),
-      indication_(indication) {
-  run_.SetBackgroundOperation(Mode::NStepping, this);
-}
-
-NStep::~NStep() {
-  run_.SetBackgroundOperation(Mode::NStepping, nullptr);
-}
+      debug_info_(debug_info) {}
 
 bool NStep::MenuCommand() {
-  if (state_.RunMode == Mode::NStepping) {
+  if (activity_.RunMode() == Mode::NStepping) {
     Stop();
     return false;
   }
-  return state_.RunMode == Mode::Idle;
+  return activity_.RunMode() == Mode::Idle;
 }
 
 void NStep::ToolbarCommand() {
-  if (state_.RunMode == Mode::NStepping) {
+  if (activity_.RunMode() == Mode::NStepping) {
     Stop();
-  } else if (state_.RunMode == Mode::Idle) {
+  } else if (activity_.RunMode() == Mode::Idle) {
     Start();
   }
 }
 
 void NStep::Start() {
-  state_.RunMode = Mode::NStepping;
+  activity_.BeginOperation(Mode::NStepping, *this);
   ticks_ = 0;
   steps_done_ = 0;
-  indication_.ShowNStepping(true);
   Step();
 }
 
 void NStep::Stop() {
-  indication_.ShowNStepping(false);
-  state_.RunMode = Mode::Idle;
+  activity_.EndOperation();
+  // A step that is still on its way is told when the timer completes it.
+  if (!activity_.StepPending()) run_.Report({base::StopReason::UserBreak, frame_.PC, kDetail});
 }
 
 void NStep::Advance() {
-  if (state_.StepPending) {
+  if (activity_.StepPending()) {
     run_.CompletePendingStep();
-    indication_.ShowNStepping(true);
     ticks_ = 0;
     return;
   }
-  if (ReachedEnd()) {
-    Stop();
+  if (const auto reason = EndReached()) {
+    activity_.EndOperation();
+    run_.Report({*reason, frame_.PC, kDetail});
     return;
   }
   if (++ticks_ < settings.update_rate) return;
@@ -64,26 +63,27 @@ void NStep::Advance() {
   ++steps_done_;
 }
 
-void NStep::Abandon() {
-  indication_.ShowNStepping(false);
-}
-
 void NStep::Step() {
-  state_.StepOver = !settings.into_subroutines;
-  run_.StepCommand(settings.condition != NStepCondition::AtStatement);
+  run_.StepCommand(
+      settings.into_subroutines ? Calls::Follow : Calls::StepOver,
+      settings.condition == NStepCondition::AtStatement ? StepSource::Repeated : StepSource::User);
 }
 
-bool NStep::ReachedEnd() const {
-  if (breakpoints_.Has(frame_.PC)) return true;
+std::optional<base::StopReason> NStep::EndReached() const {
+  if (breakpoints_.Has(frame_.PC)) return base::StopReason::Breakpoint;
   switch (settings.condition) {
     case NStepCondition::AfterCount:
-      return steps_done_ > settings.count;
+      if (steps_done_ > settings.count) return base::StopReason::StepDone;
+      break;
     case NStepCondition::Forever:
-      return false;
+      break;
     case NStepCondition::AtStatement:
-      return debug_info_.DebugInfoLoaded && debug_info_.LineTable.HasLineAt(frame_.PC);
+      if (debug_info_.DebugInfoLoaded && debug_info_.LineTable.HasLineAt(frame_.PC)) {
+        return base::StopReason::PlaceReached;
+      }
+      break;
   }
-  return false;
+  return std::nullopt;
 }
 
 }  // namespace brevant::control

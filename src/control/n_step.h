@@ -3,21 +3,21 @@
 // is reached, or for ever. Rests on run control's step command.
 #pragma once
 
+#include <optional>
+
+#include "control/activity.h"
 #include "control/breakpoint_table.h"
 #include "control/n_step_form.h"
 #include "control/register_frame.h"
 #include "control/run_control.h"
-#include "control/run_indication.h"
 #include "symbols/debug_info.h"
 
 namespace brevant::control {
 
-class NStep final : public BackgroundOperation {
+class NStep final : public Operation {
  public:
-  // Registers itself with run control.
-  NStep(RunControl& run, RegisterFrame& frame, BreakpointTable& breakpoints,
-        const symbols::DebugInfo& debug_info, RunIndication& indication);
-  ~NStep() override;
+  NStep(RunControl& run, Activity& activity, const RegisterFrame& frame,
+        const BreakpointTable& breakpoints, const symbols::DebugInfo& debug_info);
   NStep(const NStep&) = delete;
   NStep& operator=(const NStep&) = delete;
 
@@ -29,21 +29,21 @@ class NStep final : public BackgroundOperation {
   // The toolbar button: stops when N-stepping, does nothing in another run mode, else starts.
   void ToolbarCommand();
   void Start();
+  // By the user.
   void Stop();
   // One tick.
   void Advance() override;
-  void Abandon() override;
 
  private:
   void Step();
-  bool ReachedEnd() const;
+  // Nothing while the end has not been reached.
+  std::optional<base::StopReason> EndReached() const;
 
   RunControl& run_;
-  RunState& state_;
-  RegisterFrame& frame_;
-  BreakpointTable& breakpoints_;
+  Activity& activity_;
+  const RegisterFrame& frame_;
+  const BreakpointTable& breakpoints_;
   const symbols::DebugInfo& debug_info_;
-  RunIndication& indication_;
   int ticks_ = 0;       // since the last step
   int steps_done_ = 0;  // after the first one
 };

@@ -41,7 +41,14 @@ bool RegisterFrame::ReadRegisters() {
   HX = base::Word(HighByte(h_ccr), LowByte(a_x));
   A = HighByte(a_x);
   PC = pc;
+  ++generation_;
   return true;
+}
+
+void RegisterFrame::SetPC(Address value) {
+  PC = Low16(value);
+  WriteProgramCounter(PC);
+  ++generation_;
 }
 
 void RegisterFrame::WriteProgramCounter(Address value) {
@@ -56,17 +63,20 @@ Address RegisterFrame::ReadFramePC() {
 
 void RegisterFrame::WriteHX(std::uint32_t value) {
   HX = Low16(value);
+  ++generation_;
   monitor_.WriteByte(Low16(SP + kH), HighByte(HX));
   monitor_.WriteByte(Low16(SP + kX), LowByte(HX));
 }
 
 void RegisterFrame::WriteA(std::uint32_t value) {
   A = LowByte(value);
+  ++generation_;
   monitor_.WriteByte(Low16(SP + kA), A);
 }
 
 void RegisterFrame::WriteCCR(std::uint32_t value) {
   CCR = LowByte(value);
+  ++generation_;
   monitor_.WriteByte(Low16(SP + kCCR), CCR);
 }
 
@@ -99,7 +109,6 @@ bool RegisterFrame::SetStackPointer(Address value) {
       monitor_.link().LinkError = false;
       return false;
     }
-    monitor_.link().BreakPollState = 0;
   }
 
   monitor_.WriteBlock(kBorrowedRam, saved);
@@ -107,6 +116,7 @@ bool RegisterFrame::SetStackPointer(Address value) {
   const Address base = monitor_.ReadStackPointer();
   if (monitor_.LinkError()) return false;
   SP = base;
+  ++generation_;
   const std::array<std::uint8_t, 6> registers{HighByte(HX), LowByte(CCR), LowByte(A),
                                               LowByte(HX),  HighByte(PC), LowByte(PC)};
   monitor_.WriteBlock(SP, registers);
@@ -119,24 +129,7 @@ void RegisterFrame::LoadResetPC() {
   if (monitor_.LinkError()) return;
   SP = base;
   if (vector == kErasedWord) return;
-  PC = vector;
-  WriteProgramCounter(vector);
-}
-
-ChangeFlags RegisterFrame::UpdateChangeFlags() {
-  if (reread) ReadRegisters();
-  const std::uint32_t ccr_bits = previous_.ccr ^ CCR;
-  const ChangeFlags flags{
-      .pc = previous_.pc != PC,
-      .sp = previous_.sp != SP,
-      .hx = previous_.hx != HX,
-      .a = previous_.a != A,
-      .ccr_high = (ccr_bits & 0xF0) != 0,
-      .ccr_low = (ccr_bits & 0x0F) != 0,
-  };
-  previous_ = {PC, SP, HX, A, CCR};
-  reread = true;
-  return flags;
+  SetPC(vector);
 }
 
 bool RegisterFrame::Edit(Register which, std::string_view text) {
@@ -145,8 +138,7 @@ bool RegisterFrame::Edit(Register which, std::string_view text) {
   const std::uint32_t value = binary ? base::ParseBinary(text) : base::ParseHex(text);
   switch (which) {
     case Register::PC:
-      PC = Low16(value);
-      WriteProgramCounter(PC);
+      SetPC(value);
       return true;
     case Register::SP:
       return SetStackPointer(Low16(value));
@@ -181,6 +173,7 @@ Recovery RegisterFrame::RecoverInterrupted() {
   HX = base::Word(h, LowByte(a_x));
   A = HighByte(a_x);
   PC = pc;
+  ++generation_;
   return SetStackPointer(Low16(SP + kInterruptedSP)) ? Recovery::Interrupted : Recovery::Failed;
 }
 

@@ -17,11 +17,6 @@ namespace brevant::control {
 inline constexpr std::uint32_t kCcrV = 0x80, kCcrH = 0x10, kCcrI = 0x08, kCcrN = 0x04, kCcrZ = 0x02,
                                kCcrC = 0x01, kCcrUnused = 0x60;
 
-// Which registers changed between two calls of UpdateChangeFlags.
-struct ChangeFlags {
-  bool pc = false, sp = false, hx = false, a = false, ccr_high = false, ccr_low = false;
-};
-
 enum class Register { PC, SP, HX, A, CcrHigh, CcrLow };
 
 enum class Recovery {
@@ -41,15 +36,17 @@ class RegisterFrame {
   std::uint32_t HX = 0;
   std::uint32_t A = 0;
   std::uint32_t CCR = 0;
-  // The next UpdateChangeFlags reads the registers first. Cleared when a run or stop completes,
-  // since those have just read them.
-  bool reread = false;
+
+  // Moves whenever the registers have been read or changed.
+  long generation() const { return generation_; }
 
   base::Address ProgramSP() const { return base::Low16(SP + 5); }
 
   // False when the link failed on the way; the registers known before are then kept.
   bool ReadRegisters();
-  // Writes the value into the frame; PC itself is the caller's to set.
+  // PC, here and in the frame.
+  void SetPC(base::Address value);
+  // Into the frame alone: where the next RUN goes, while PC keeps the program's place.
   void WriteProgramCounter(base::Address value);
   base::Address ReadFramePC();
   void WriteHX(std::uint32_t value);
@@ -61,8 +58,6 @@ class RegisterFrame {
   bool SetStackPointer(base::Address value);
   // Reads the frame base and sets PC from the reset vector, unless that is erased ($FFFF).
   void LoadResetPC();
-  // Compares with the values of the previous call and remembers the present ones.
-  ChangeFlags UpdateChangeFlags();
   // One cell of the registers window as the user typed it. False when the text is not of the
   // register's form (hexadecimal, or binary for the two halves of CCR) and nothing was done, or
   // when the stack pointer could not be set.
@@ -72,12 +67,8 @@ class RegisterFrame {
   Recovery RecoverInterrupted();
 
  private:
-  struct Values {
-    base::Address pc = 0, sp = 0;
-    std::uint32_t hx = 0, a = 0, ccr = 0;
-  };
   link::Monitor& monitor_;
-  Values previous_;
+  long generation_ = 0;
 };
 
 }  // namespace brevant::control

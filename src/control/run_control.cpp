@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "control/run_control.h"
 
+#include <utility>
+
 #include "base/text_number.h"
 #include "isa/instruction_table.h"
 #include "symbols/library_names.h"
@@ -21,43 +23,48 @@ constexpr int kFallThroughSlot = 0, kBranchSlot = 1;
 }  // namespace
 
 RunControl::RunControl(link::Monitor& monitor, RegisterFrame& frame, BreakpointTable& breakpoints,
-                       RunState& state, const symbols::DebugInfo& debug_info,
-                       const base::SettingsFile& settings, base::Workspace& workspace)
+                       Activity& activity, const symbols::DebugInfo& debug_info,
+                       const base::SettingsFile& settings, base::Events& events)
     : monitor_(monitor),
       frame_(frame),
       breakpoints_(breakpoints),
-      state_(state),
+      activity_(activity),
       debug_info_(debug_info),
       settings_(settings),
-      workspace_(workspace) {}
+      events_(events) {}
 
-void RunControl::SetBackgroundOperation(Mode mode, BackgroundOperation* operation) {
-  background_[mode] = operation;
+void RunControl::Report(base::Stop stop) {
+  ++stops_;
+  last_stop_ = std::move(stop);
+  events_.Stopped(*last_stop_);
 }
 
-void RunControl::StepCommand(bool from_user) {
+void RunControl::StepCommand(Calls calls, StepSource source) {
   if (!MayStart()) return;
-  if (debug_info_.DebugInfoLoaded && source_view_current_ && from_user &&
+  if (debug_info_.DebugInfoLoaded && source_view_current_ && source == StepSource::User &&
       debug_info_.tool_chain == symbols::ToolChain::Imagecraft) {
     step_start_ = frame_.PC;
-    state_.StepPending = false;
     return;
   }
-  if (SingleStep()) {
-    workspace_.RefreshViews();
+  if (auto stop = SingleStep(calls)) {
+    activity_.EndStep();
+    Report(std::move(*stop));
   } else {
-    MarkPending();
+    activity_.AwaitStep(Pending::Step);
   }
 }
 
-bool RunControl::SingleStep() {
+std::optional<base::Stop> RunControl::SingleStep(Calls calls) {
+  activity_.BeginStep(calls);
+  place_.reset();
   step_start_ = frame_.PC;
   FetchInstruction();
-  ArmStep();
+  ArmStep(calls);
   monitor_.RunTarget();
-  if (monitor_.LinkError()) return false;
+  if (monitor_.LinkError()) return std::nullopt;
   monitor_.link().WaitMs(kStepWaitMs);
-  return HasStopped(PollWait::TimeOut) && FinishStop();
+  if (!HasStopped(PollWait::TimeOut)) return std::nullopt;
+  return FinishStop();
 }
 
 const FetchedInstruction& RunControl::FetchInstruction() {
@@ -72,149 +79,162 @@ const FetchedInstruction& RunControl::FetchInstruction() {
   return instruction_;
 }
 
-void RunControl::ArmStep() {
+void RunControl::ArmStep(Calls calls) {
   const isa::StepRegisters registers{
       .pc = frame_.PC, .sp = frame_.ProgramSP(), .hx = frame_.HX, .a = frame_.A, .ccr = frame_.CCR};
   const auto read_byte = [this](Address address) { return monitor_.ReadByte(address); };
   const auto read_word = [this](Address address) { return monitor_.ReadWord(address); };
   const isa::TargetMemory memory{read_byte, read_word};
+  const bool step_over = calls == Calls::StepOver;
   step_start_ = Low16(frame_.PC + instruction_.code.length);
 
-  if (state_.HardwareBreakMode) {
+  if (breakpoints_.HardwareBreakMode()) {
     breakpoints_.ArmBreakModule(
-        isa::PredictNextPC(registers, instruction_.code, state_.StepOver, memory));
+        isa::PredictNextPC(registers, instruction_.code, step_over, memory));
     return;
   }
   const auto is_library_call = [this](Address address) {
     return symbols::IsLibraryCall(address, debug_info_);
   };
   const isa::BranchAnalysis branch =
-      isa::AnalyseBranch(registers, instruction_.code, state_.StepOver, memory, is_library_call);
+      isa::AnalyseBranch(registers, instruction_.code, step_over, memory, is_library_call);
   if (branch.kind != isa::BranchKind::None) breakpoints_.PlantStep(kBranchSlot, branch.target);
   breakpoints_.PlantStep(kFallThroughSlot, step_start_);
 }
 
-bool RunControl::FinishStop() {
-  if (!frame_.ReadRegisters()) return false;
-  state_.StepOver = false;
+std::optional<base::Stop> RunControl::FinishStop() {
+  if (!frame_.ReadRegisters()) return std::nullopt;
+  const bool hardware = breakpoints_.HardwareBreakMode();
+  // An SWI stacks the address behind itself.
+  const Address pc = hardware ? frame_.PC : Low16(frame_.PC - 1);
+  const base::StopReason reason = ReasonOfStep(pc);
   breakpoints_.DisarmBreakModule();
-  if (!state_.HardwareBreakMode) {
-    // An SWI stacks the address behind itself.
-    frame_.PC = Low16(frame_.PC - 1);
-    frame_.WriteProgramCounter(frame_.PC);
-    ClearStep();
+  if (!hardware) {
+    frame_.SetPC(pc);
+    breakpoints_.ClearStepBreakpoints();
   }
-  return true;
+  return base::Stop{reason, pc, {}};
+}
+
+base::StopReason RunControl::ReasonOfStep(Address pc) const {
+  const bool expected = breakpoints_.HardwareBreakMode() ? breakpoints_.armed() == pc
+                                                         : breakpoints_.StepPlantedAt(pc);
+  if (!expected) return base::StopReason::OwnSwi;
+  if (place_) return base::StopReason::PlaceReached;
+  // What was executed may have been one, whose next address is as expected.
+  return instruction_.code.bytes[0] == kSwiOpcode ? base::StopReason::OwnSwi
+                                                  : base::StopReason::StepDone;
 }
 
 void RunControl::CompletePendingStep() {
-  if (!FinishStop()) return;
-  state_.StepPending = false;
-  if (go_after_step_) {
-    go_after_step_ = false;
+  auto stop = FinishStop();
+  if (!stop) return;
+  const bool runs_on = activity_.PendingStep() == Pending::StepBeforeRun;
+  activity_.EndStep();
+  if (runs_on) {
     StartRunning();
-    return;
+  } else {
+    Report(std::move(*stop));
   }
-  workspace_.RefreshViews();
-  ShowStopped();
 }
 
-std::optional<StopResult> RunControl::GoCommand() {
-  if (state_.RunningShown) return Stop();
+std::optional<base::Stop> RunControl::GoCommand() {
+  if (activity_.RunningShown()) return Stop();
   Go();
   return std::nullopt;
 }
 
 void RunControl::Go() {
   if (!MayStart()) return;
-  state_.StepOver = false;
   step_start_ = frame_.PC;
   // Leaves a breakpoint that stands at PC, so that it does not stop the run at once.
-  if (breakpoints_.Has(frame_.PC) && !SingleStep()) {
-    go_after_step_ = true;
-    MarkPending();
+  if (breakpoints_.Has(frame_.PC) && !SingleStep(Calls::Follow)) {
+    activity_.AwaitStep(Pending::StepBeforeRun);
     return;
   }
   StartRunning();
 }
 
 void RunControl::StartRunning() {
-  // A run ends repeated stepping and tracing.
-  LeaveMode();
   frame_.WriteCCR(frame_.CCR & ~kCcrI);
-  breakpoints_.InsertBreakpoints(state_.HardwareBreakMode);
+  breakpoints_.InsertBreakpoints();
   monitor_.RunTarget();
-  state_.RunMode = Mode::Running;
-  state_.WaitingForBreak = true;
-  monitor_.link().BreakPollState = 1;
-  state_.RunningShown = true;
-  workspace_.ShowRunning(true);
+  // A run ends repeated stepping and tracing.
+  activity_.BeginRun();
 }
 
-StopResult RunControl::Stop() {
-  if (monitor_.LinkError()) return StopResult::LinkLost;
+base::Stop RunControl::Stop() {
+  if (monitor_.LinkError()) return NoStop(base::StopReason::LinkLost);
   // For 11 bit times after its echo a break cancels RUN instead of reaching the program.
   monitor_.link().WaitMs(kSettleMs);
   // Since the last tick it may have stopped by itself; a break signal would then reach the monitor
   // instead of the program.
-  if (state_.WaitingForBreak && HasStopped(PollWait::None)) return StopBesideTimer();
+  if (activity_.WaitingForBreak() && HasStopped(PollWait::None)) return StopBesideTimer();
 
   if (!monitor_.link().SendBreak()) {
-    return monitor_.link().PortError().empty() ? StopResult::NoAnswer : StopResult::LinkLost;
+    return NoStop(monitor_.link().PortError().empty() ? base::StopReason::Refused
+                                                      : base::StopReason::LinkLost);
   }
   // A program that stopped by itself just before leaves the monitor's echo of the break on its way.
   monitor_.link().WaitMs(kSettleMs);
   monitor_.link().DiscardInput();
-  monitor_.link().BreakPollState = 0;
   breakpoints_.DisarmBreakModule();
   const Recovery recovery = frame_.RecoverInterrupted();
   if (recovery == Recovery::StoppedByItself) return StopBesideTimer();
-  state_.WaitingForBreak = false;
-  go_after_step_ = false;
-  if (state_.RunMode == Mode::Running) breakpoints_.RemoveBreakpoints(state_.HardwareBreakMode);
-  if (state_.StepPending) ClearStep();
-  if (monitor_.LinkError()) return StopResult::LinkLost;
-  LeaveMode();
-  frame_.reread = false;
-  workspace_.RefreshViews();
-  ShowStopped();
-  return recovery == Recovery::Interrupted ? StopResult::Stopped : StopResult::NotRecovered;
+  if (activity_.RunMode() == Mode::Running) breakpoints_.RemoveBreakpoints();
+  if (activity_.StepPending()) breakpoints_.ClearStepBreakpoints();
+  if (monitor_.LinkError()) return NoStop(base::StopReason::LinkLost);
+  activity_.End();
+  Report(NoStop(recovery == Recovery::Interrupted ? base::StopReason::UserBreak
+                                                  : base::StopReason::NotRecovered));
+  return *last_stop_;
 }
 
-StopResult RunControl::StopBesideTimer() {
-  state_.WaitingForBreak = false;
-  go_after_step_ = false;
-  if (state_.RunMode == Mode::NStepping || state_.RunMode == Mode::Tracing) LeaveMode();
-  CompleteMode();
-  return monitor_.LinkError() ? StopResult::LinkLost : StopResult::Stopped;
+base::Stop RunControl::StopBesideTimer() {
+  activity_.BreakSeen();
+  activity_.DropRun();
+  const Mode mode = activity_.RunMode();
+  // Their step is completed as a single one.
+  if (mode == Mode::NStepping || mode == Mode::Tracing) activity_.AbandonOperation();
+  const long before = stops_;
+  Complete();
+  if (monitor_.LinkError()) return NoStop(base::StopReason::LinkLost);
+  return stops_ > before ? *last_stop_ : NoStop(base::StopReason::UserBreak);
+}
+
+void RunControl::ArmPlace(Address address) {
+  place_ = Low16(address);
+  if (breakpoints_.HardwareBreakMode()) {
+    breakpoints_.ArmBreakModule(*place_);
+  } else {
+    breakpoints_.PlantStep(kFallThroughSlot, *place_);
+  }
 }
 
 void RunControl::RunToAddress(Address address) {
   if (!MayStart()) return;
-  if (state_.HardwareBreakMode) {
-    breakpoints_.step[kFallThroughSlot].address = Low16(address);
-    breakpoints_.ArmBreakModule(Low16(address));
-  } else {
-    breakpoints_.PlantStep(kFallThroughSlot, address);
-  }
+  activity_.BeginStep(Calls::Follow);
+  ArmPlace(address);
   monitor_.RunTarget();
   if (!monitor_.LinkError()) {
     monitor_.link().WaitMs(kRunToAddressWaitMs);
-    if (HasStopped(PollWait::TimeOut) && FinishStop()) {
-      workspace_.RefreshViews();
-      return;
+    if (HasStopped(PollWait::TimeOut)) {
+      if (auto stop = FinishStop()) {
+        activity_.EndStep();
+        Report(std::move(*stop));
+        return;
+      }
     }
   }
-  MarkPending();
+  activity_.AwaitStep(Pending::RunTo);
 }
 
 void RunControl::RunToCursor(Address cursor) {
-  if (breakpoints_.step[kFallThroughSlot].in_use || frame_.PC == Low16(cursor)) return;
+  if (breakpoints_.StepPlanted() || frame_.PC == Low16(cursor)) return;
   RunToAddress(cursor);
 }
 
 void RunControl::RunToMain() {
-  state_.StepOver = false;
   const std::string symbol = settings_.String(base::keys::kRunToMainSymbol);
   std::optional<Address> address;
   if (symbol.starts_with('0')) {
@@ -234,79 +254,48 @@ void RunControl::RunToMainIfConfigured() {
 }
 
 void RunControl::CompleteOnTimer() {
-  if (state_.WaitingForBreak) state_.WaitingForBreak = !HasStopped(PollWait::None);
-  if (monitor_.LinkError()) return;
-  if (monitor_.link().BreakPollState != 0) {
-    if (!state_.RunningShown) {
-      state_.RunningShown = true;
-      workspace_.ShowRunning(true);
-    }
-    return;
+  if (activity_.WaitingForBreak() && HasStopped(PollWait::None)) activity_.BreakSeen();
+  Operation* const operation = activity_.CurrentOperation();
+  if (monitor_.LinkError()) {
+    if (operation != nullptr) operation->LinkLost();
+  } else if (activity_.WaitingForBreak()) {
+    activity_.ShowRunning();
+    if (operation != nullptr) operation->Wait();
+  } else {
+    Complete();
   }
-  CompleteMode();
 }
 
-void RunControl::CompleteMode() {
-  if (state_.RunMode == Mode::Running) {
+void RunControl::Complete() {
+  if (activity_.RunMode() == Mode::Running) {
     CompleteRun();
-  } else if (state_.RunMode != Mode::Idle) {
-    const auto found = background_.find(state_.RunMode);
-    if (found != background_.end() && found->second != nullptr) found->second->Advance();
-    return;
+  } else if (Operation* const operation = activity_.CurrentOperation()) {
+    operation->Advance();
+  } else if (activity_.StepPending()) {
+    CompletePendingStep();
   }
-  if (state_.StepPending) CompletePendingStep();
 }
 
 void RunControl::CompleteRun() {
   breakpoints_.DisarmBreakModule();
-  breakpoints_.RemoveBreakpoints(state_.HardwareBreakMode);
+  breakpoints_.RemoveBreakpoints();
   if (!frame_.ReadRegisters()) return;
   // An SWI stacks the address behind itself; one of the program's own is left there.
   const Address before = Low16(frame_.PC - 1);
-  if (!state_.HardwareBreakMode && breakpoints_.Has(before)) {
-    frame_.PC = before;
-    frame_.WriteProgramCounter(before);
-  }
-  frame_.reread = false;
-  state_.RunMode = Mode::Idle;
-  workspace_.RefreshViews();
-  ShowStopped();
+  const bool hardware = breakpoints_.HardwareBreakMode();
+  const bool met = hardware ? breakpoints_.armed() == frame_.PC : breakpoints_.Has(before);
+  if (met && !hardware) frame_.SetPC(before);
+  activity_.End();
+  Report({met ? base::StopReason::Breakpoint : base::StopReason::OwnSwi, frame_.PC, {}});
 }
 
 void RunControl::AbandonRunForReset() {
-  state_.StepOver = false;
-  if (state_.StepPending || breakpoints_.StepPlanted()) {
-    ClearStep();
-  } else if (state_.RunMode == Mode::Running) {
-    breakpoints_.RemoveBreakpoints(state_.HardwareBreakMode);
+  if (activity_.StepPending() || breakpoints_.StepPlanted()) {
+    breakpoints_.ClearStepBreakpoints();
+  } else if (activity_.RunMode() == Mode::Running) {
+    breakpoints_.RemoveBreakpoints();
   }
-  go_after_step_ = false;
-  state_.WaitingForBreak = false;
-  monitor_.link().BreakPollState = 0;
-  const bool busy = state_.RunMode != Mode::Idle || state_.RunningShown;
-  LeaveMode();
-  if (busy) ShowStopped();
-}
-
-void RunControl::LeaveMode() {
-  const auto ended = background_.find(state_.RunMode);
-  state_.RunMode = Mode::Idle;
-  if (ended != background_.end() && ended->second != nullptr) ended->second->Abandon();
-}
-
-void RunControl::ClearStep() {
-  breakpoints_.ClearStepBreakpoints();
-  state_.StepPending = false;
-}
-
-void RunControl::MarkPending() {
-  state_.WaitingForBreak = true;
-  state_.StepPending = true;
-}
-
-void RunControl::ShowStopped() {
-  state_.RunningShown = false;
-  workspace_.ShowRunning(false);
+  activity_.End();
 }
 
 bool RunControl::HasStopped(PollWait wait) {

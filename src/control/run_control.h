@@ -3,35 +3,28 @@
 // bytes or the break module, and the monitor then sends its break byte. What does not stop within a
 // short wait is completed by CompleteOnTimer, which the front end calls every 10 ms.
 //
-// The dispatcher of commands clears MonitorLink's BreakPollState before each command. While
-// WaitingForBreak is set the monitor does not listen, so starting anything is refused. After a
-// failed transfer (LinkError) whatever was under way stays as it is, for AbandonRunForReset to undo
-// once there is a connection again.
+// While the break byte is outstanding the monitor does not listen, so starting anything is refused.
+// After a failed transfer (LinkError) whatever was under way stays as it is, for AbandonRunForReset
+// to undo once there is a connection again.
 #pragma once
 
-#include <map>
 #include <optional>
 
+#include "base/events.h"
 #include "base/settings_file.h"
-#include "base/workspace.h"
+#include "control/activity.h"
 #include "control/breakpoint_table.h"
 #include "control/register_frame.h"
-#include "control/run_state.h"
 #include "isa/next_pc.h"
 #include "link/monitor.h"
 #include "symbols/debug_info.h"
 
 namespace brevant::control {
 
-// A background operation with a run mode of its own (N-step, trace, flash), advanced by the timer
-// while no break byte is outstanding.
-class BackgroundOperation {
- public:
-  virtual ~BackgroundOperation() = default;
-  virtual void Advance() = 0;
-  // A stop or a reset has ended the operation's run mode from outside. Comes from within Advance
-  // when that sends the reset command.
-  virtual void Abandon() {}
+// Who asks for a step.
+enum class StepSource {
+  User,
+  Repeated,  // a step on the way to a C statement
 };
 
 // The instruction that a step executes, as it was read from the target.
@@ -43,32 +36,23 @@ struct FetchedInstruction {
 class RunControl {
  public:
   RunControl(link::Monitor& monitor, RegisterFrame& frame, BreakpointTable& breakpoints,
-             RunState& state, const symbols::DebugInfo& debug_info,
-             const base::SettingsFile& settings, base::Workspace& workspace);
+             Activity& activity, const symbols::DebugInfo& debug_info,
+             const base::SettingsFile& settings, base::Events& events);
 
   // True while the source window has the focus and shows the program; the front end says so.
   void SetSourceViewCurrent(bool current) { source_view_current_ = current; }
-  // Who advances when no break byte is outstanding in this mode. Borrowed; nullptr for nobody.
-  void SetBackgroundOperation(Mode mode, BackgroundOperation* operation);
 
-  // One step. Calls are followed unless the caller has set StepOver. Does nothing when the user
-  // steps in the source view of an Imagecraft program, which has no step by source lines.
-  void StepCommand(bool from_user);
-  // One instruction. True when the target stopped within the short wait (2 ms and a poll), else the
-  // caller leaves its completion to the timer.
-  bool SingleStep();
-  // Reads the registers of a target that has just stopped after a step and disarms what the step
-  // had armed. False when the link failed before the registers were known; nothing is then
-  // disarmed.
-  bool FinishStop();
-  // The step or the run to an address whose break byte came late: FinishStop, and show it.
+  // One step. Does nothing when the user steps in the source view of an Imagecraft program, which
+  // has no step by source lines.
+  void StepCommand(Calls calls, StepSource source = StepSource::User);
+  // The step or the run to an address whose break byte came late: registers read, disarmed, told.
   void CompletePendingStep();
   // "Go" when nothing runs, else stop, whose result it then returns.
-  std::optional<StopResult> GoCommand();
+  std::optional<base::Stop> GoCommand();
   // Runs with the user's breakpoints, and with interrupts enabled.
   void Go();
-  // Sends the break signal. NoAnswer leaves everything as it was.
-  StopResult Stop();
+  // Sends the break signal. Refused leaves everything as it was.
+  base::Stop Stop();
   // Runs to the address without inserting the user's breakpoints.
   void RunToAddress(base::Address address);
   // The same unless PC is already there, or a step breakpoint is still planted.
@@ -80,12 +64,18 @@ class RunControl {
   void RunToMainIfConfigured();
   // Every 10 ms. Never waits for the target.
   void CompleteOnTimer();
-  // A reset has taken the target away from whatever ran: undoes what was planted, ends a background
-  // operation and shows the stopped state. To be called before the frame is read again; nothing is
-  // left to clear afterwards, when a run to main may be under way already.
+  // A reset has taken the target away from whatever ran: undoes what was planted and ends what was
+  // under way. To be called before the frame is read again; nothing is left to clear afterwards,
+  // when a run to main may be under way already.
   void AbandonRunForReset();
 
-  RunState& state() { return state_; }
+  // Remembers the stop and tells it. The register frame has been read.
+  void Report(base::Stop stop);
+  // Nothing before the first.
+  const std::optional<base::Stop>& last_stop() const { return last_stop_; }
+  // How many have been reported.
+  long stops() const { return stops_; }
+
   bool LinkLost() const { return monitor_.LinkError(); }
   // PC when the last step or run began; after a step's analysis the address behind its instruction.
   base::Address step_start() const { return step_start_; }
@@ -97,34 +87,41 @@ class RunControl {
  private:
   bool HasStopped(link::PollWait wait);
   // While the program runs or the link is lost there is no monitor to ask.
-  bool MayStart() const { return !state_.WaitingForBreak && !monitor_.LinkError(); }
-  void ArmStep();
+  bool MayStart() const { return !activity_.WaitingForBreak() && !monitor_.LinkError(); }
+  // One instruction. Nothing when the target has not stopped within the short wait (2 ms and a
+  // poll): its completion is left to the timer.
+  std::optional<base::Stop> SingleStep(Calls calls);
+  // Reads the registers of a target that has just stopped after a step and disarms what the step
+  // had armed. Nothing when the link failed before the registers were known; nothing is then
+  // disarmed.
+  std::optional<base::Stop> FinishStop();
+  void ArmStep(Calls calls);
+  void ArmPlace(base::Address address);
+  // Why a step or a run to an address has ended there.
+  base::StopReason ReasonOfStep(base::Address pc) const;
   void StartRunning();
   void CompleteRun();
-  // What the timer does in the present mode when no break byte is outstanding.
-  void CompleteMode();
-  // Idle again; tells a background operation that it has ended.
-  void LeaveMode();
+  // What the timer does once no break byte is outstanding.
+  void Complete();
   // The stop of a program that has stopped by itself: completed as the timer would have done.
-  StopResult StopBesideTimer();
-  void ClearStep();
-  void MarkPending();
-  void ShowStopped();
-  BackgroundOperation* Operation(Mode mode) const;
+  base::Stop StopBesideTimer();
+  // What is known when no stop can be told.
+  base::Stop NoStop(base::StopReason reason) const { return {reason, frame_.PC, {}}; }
 
   link::Monitor& monitor_;
   RegisterFrame& frame_;
   BreakpointTable& breakpoints_;
-  RunState& state_;
+  Activity& activity_;
   const symbols::DebugInfo& debug_info_;
   const base::SettingsFile& settings_;
-  base::Workspace& workspace_;
+  base::Events& events_;
   bool source_view_current_ = false;
   base::Address step_start_ = 0;
   FetchedInstruction instruction_;
-  // Go from a breakpoint whose first step came back late: run on when it does.
-  bool go_after_step_ = false;
-  std::map<Mode, BackgroundOperation*> background_;
+  // The run to an address under way; nothing for a step.
+  std::optional<base::Address> place_;
+  std::optional<base::Stop> last_stop_;
+  long stops_ = 0;
 };
 
 }  // namespace brevant::control

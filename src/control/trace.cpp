@@ -13,73 +13,66 @@ namespace brevant::control {
 namespace {
 
 constexpr int kStepsPerTick = 8;
-constexpr int kTraceCommand = 345;
+constexpr const char* kDetail = "end of the trace";
 constexpr const char* kLogName = "trace.txt";
 
 }  // namespace
 
-Trace::Trace(RunControl& run, RegisterFrame& frame, BreakpointTable& breakpoints,
-             const symbols::DebugInfo& debug_info, base::Workspace& workspace,
-             base::UserInterface& ui, RunIndication& indication, TraceFiles files)
+Trace::Trace(RunControl& run, Activity& activity, const RegisterFrame& frame,
+             const BreakpointTable& breakpoints, const symbols::DebugInfo& debug_info,
+             base::UserInterface& ui, TraceFiles files)
     : run_(run),
-      state_(run.state()),
+      activity_(activity),
       frame_(frame),
       breakpoints_(breakpoints),
       debug_info_(debug_info),
-      workspace_(workspace),
       ui_(ui),
-      indication_(indication),
-      files_(std::move(files)) {
-  run_.SetBackgroundOperation(Mode::Tracing, this);
-}
-
-Trace::~Trace() {
-  run_.SetBackgroundOperation(Mode::Tracing, nullptr);
-}
+      files_(std::move(files)) {}
 
 void Trace::Command() {
-  if (state_.RunMode == Mode::Tracing) {
+  if (activity_.RunMode() == Mode::Tracing) {
     Stop();
-  } else if (state_.RunMode == Mode::Idle) {
+  } else if (activity_.RunMode() == Mode::Idle) {
     Start();
   }
 }
 
 void Trace::Start(long limit) {
-  state_.RunMode = Mode::Tracing;
   steps_ = 0;
   limit_ = limit;
   ring_.Clear();
   open_record_.reset();
-  indication_.ShowTracing(true);
+  activity_.BeginOperation(Mode::Tracing, *this);
 }
 
 void Trace::Advance() {
-  state_.StepOver = false;
-  if (state_.StepPending) {
+  if (activity_.StepPending()) {
     run_.CompletePendingStep();
-    indication_.ShowTracing(true);
     if (run_.LinkLost()) return;
     FinishRecord();
   }
   for (int i = 0; i < kStepsPerTick; ++i) {
-    const TraceRecord* last = ring_.Last();
-    const bool at_breakpoint = last != nullptr && breakpoints_.Has(last->address);
-    if (at_breakpoint || (limit_ > 0 && steps_ >= limit_)) {
-      workspace_.SendCommand(kTraceCommand);
+    if (const auto reason = EndReached()) {
+      End(*reason);
       return;
     }
-    if (state_.RunMode != Mode::Tracing || run_.LinkLost()) return;
+    if (activity_.RunMode() != Mode::Tracing || run_.LinkLost()) return;
     open_record_.emplace().address = frame_.PC;
-    run_.StepCommand(true);
-    if (state_.StepPending) return;
+    run_.StepCommand(Calls::Follow);
+    if (activity_.StepPending()) return;
     FinishRecord();
   }
 }
 
+std::optional<base::StopReason> Trace::EndReached() const {
+  const TraceRecord* last = ring_.Last();
+  if (last != nullptr && breakpoints_.Has(last->address)) return base::StopReason::Breakpoint;
+  if (limit_ > 0 && steps_ >= limit_) return base::StopReason::StepDone;
+  return std::nullopt;
+}
+
 void Trace::Abandon() {
   open_record_.reset();
-  indication_.ShowTracing(false);
 }
 
 void Trace::FinishRecord() {
@@ -98,13 +91,15 @@ void Trace::FinishRecord() {
 }
 
 void Trace::Stop() {
-  state_.RunMode = Mode::Idle;
+  End(base::StopReason::UserBreak);
+}
+
+void Trace::End(base::StopReason reason) {
+  activity_.EndOperation();
   open_record_.reset();
-  indication_.OpenTraceWindow();
   WriteTraceLog();
-  indication_.ShowTracing(false);
-  // A step that is still on its way is shown when the timer completes it.
-  if (!state_.WaitingForBreak) workspace_.RefreshViews();
+  // A step that is still on its way is told when the timer completes it.
+  if (!activity_.StepPending()) run_.Report({reason, frame_.PC, kDetail});
 }
 
 std::string Trace::LogPath() const {
@@ -127,7 +122,7 @@ void Trace::WriteTraceLog() {
     ui_.ShowMessage(ToMessage(messages::kTraceLogNotWritten, path, error));
     return;
   }
-  indication_.ShowTraceLog(path, ring_.size() * kTraceLinesPerRecord);
+  written_log_ = {path, ring_.size() * kTraceLinesPerRecord};
 }
 
 }  // namespace brevant::control

@@ -8,11 +8,10 @@
 #include <string>
 
 #include "base/user_interface.h"
-#include "base/workspace.h"
+#include "control/activity.h"
 #include "control/breakpoint_table.h"
 #include "control/register_frame.h"
 #include "control/run_control.h"
-#include "control/run_indication.h"
 #include "control/trace_log.h"
 #include "symbols/debug_info.h"
 
@@ -26,13 +25,17 @@ struct TraceFiles {
   std::function<std::optional<std::string>(const symbols::SourceLine&)> source_text;
 };
 
-class Trace final : public BackgroundOperation {
+// The log as it was written last.
+struct WrittenLog {
+  std::string path;
+  int lines = 0;
+};
+
+class Trace final : public Operation {
  public:
-  // Registers itself with run control.
-  Trace(RunControl& run, RegisterFrame& frame, BreakpointTable& breakpoints,
-        const symbols::DebugInfo& debug_info, base::Workspace& workspace, base::UserInterface& ui,
-        RunIndication& indication, TraceFiles files);
-  ~Trace() override;
+  Trace(RunControl& run, Activity& activity, const RegisterFrame& frame,
+        const BreakpointTable& breakpoints, const symbols::DebugInfo& debug_info,
+        base::UserInterface& ui, TraceFiles files);
   Trace(const Trace&) = delete;
   Trace& operator=(const Trace&) = delete;
 
@@ -47,25 +50,29 @@ class Trace final : public BackgroundOperation {
   void Start(long limit = 0);
   // Made since tracing was started last.
   long steps() const { return steps_; }
-  // Writes the log, replacing the previous one, and shows it.
+  // By the user. Writes the log, replacing the previous one.
   void Stop();
+  // Nothing until one has been written.
+  const std::optional<WrittenLog>& written_log() const { return written_log_; }
   // One tick.
   void Advance() override;
   void Abandon() override;
 
  private:
   void FinishRecord();
+  // Nothing while the end has not been reached.
+  std::optional<base::StopReason> EndReached() const;
+  void End(base::StopReason reason);
   void WriteTraceLog();
 
   RunControl& run_;
-  RunState& state_;
-  RegisterFrame& frame_;
-  BreakpointTable& breakpoints_;
+  Activity& activity_;
+  const RegisterFrame& frame_;
+  const BreakpointTable& breakpoints_;
   const symbols::DebugInfo& debug_info_;
-  base::Workspace& workspace_;
   base::UserInterface& ui_;
-  RunIndication& indication_;
   TraceFiles files_;
+  std::optional<WrittenLog> written_log_;
   TraceRing ring_;
   long steps_ = 0;
   long limit_ = 0;

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "debugger/debugger.h"
 
+#include <utility>
+
 #include "base/file_names.h"
 #include "base/files.h"
 #include "debugger/start_up_program.h"
@@ -25,23 +27,17 @@ Debugger::Debugger(const Surroundings& surroundings)
       connector(monitor, settings, surroundings.ui, surroundings.log),
       frame(monitor),
       breakpoints(monitor),
-      run_control(monitor, frame, breakpoints, run_state, debug_info, settings,
-                  surroundings.workspace),
-      n_step(run_control, frame, breakpoints, debug_info, surroundings.indication),
-      trace(run_control, frame, breakpoints, debug_info, surroundings.workspace, surroundings.ui,
-            surroundings.indication, TraceFilesOfImage()),
+      activity(surroundings.events),
+      run_control(monitor, frame, breakpoints, activity, debug_info, settings, surroundings.events),
+      n_step(run_control, activity, frame, breakpoints, debug_info),
+      trace(run_control, activity, frame, breakpoints, debug_info, surroundings.ui,
+            TraceFilesOfImage()),
       macros(monitor, frame, start_address, settings, surroundings.ui,
              surroundings.start_up_directory),
       loader(monitor, frame, breakpoints, debug_info, start_address, macros, settings,
              surroundings.ui, {.refresh_after_stop = [this] { RefreshAfterStop(); }}),
       flash(FlashSurroundingsOfThis()),
-      file_programmer(FlashSurroundingsOfThis()) {
-  for (const control::Mode mode :
-       {control::Mode::FlashShort, control::Mode::MassErase, control::Mode::EraseRange}) {
-    run_control.SetBackgroundOperation(mode, &flash);
-  }
-  run_control.SetBackgroundOperation(control::Mode::FileProgramming, &file_programmer);
-}
+      file_programmer(FlashSurroundingsOfThis()) {}
 
 link::ConnectResult Debugger::Start(OtherCodes other_codes) {
   link::ConnectResult result = connector.Connect();
@@ -62,8 +58,11 @@ link::ConnectResult Debugger::Start(OtherCodes other_codes) {
   monitor.WriteBlock(kStartUpProgramAddress, kStartUpProgram);
   breakpoints.Clear();
   debug_info.tool_chain = static_cast<symbols::ToolChain>(settings.Integer(base::keys::kCompiler));
-  run_state.HardwareBreakMode = settings.Integer(base::keys::kHardwareBreak) != 0;
+  breakpoints.SetBreakMode(settings.Integer(base::keys::kHardwareBreak) != 0
+                               ? control::BreakMode::Hardware
+                               : control::BreakMode::Software);
   n_step.settings = control::LoadNStepSettings(settings);
+  NoteLink();
   RefreshAfterStop();
   return result;
 }
@@ -87,11 +86,6 @@ void Debugger::Reset() {
   FollowUpReset();
 }
 
-void Debugger::Step(bool over) {
-  run_state.StepOver = over;
-  run_control.StepCommand(true);
-}
-
 std::string Debugger::LoadSymbols(const std::string& path) {
   const std::string start = settings.String(base::keys::kSymbolTableStart);
   if (symbols::LoadSymbolFile(path, start, debug_info)) return {};
@@ -107,12 +101,12 @@ std::string Debugger::LoadSymbols(const std::string& path) {
 
 void Debugger::Tick() {
   run_control.CompleteOnTimer();
-  flash.Tick();
-  file_programmer.Tick();
+  NoteLink();
 }
 
-bool Debugger::Busy() const {
-  return run_state.RunMode != control::Mode::Idle || run_state.StepPending;
+void Debugger::NoteLink() {
+  const bool lost = monitor.LinkError();
+  if (std::exchange(link_lost_, lost) != lost) surroundings_.events.LinkChanged();
 }
 
 std::string Debugger::ImageDirectory() const {
@@ -122,17 +116,12 @@ std::string Debugger::ImageDirectory() const {
 
 bool Debugger::RunMacro(const std::string& path) {
   if (!macros.RunOnDemand(path)) return false;
-  Refresh();
+  frame.ReadRegisters();
   return true;
 }
 
-void Debugger::Refresh() {
-  frame.ReadRegisters();
-  surroundings_.workspace.RefreshViews();
-}
-
 void Debugger::RefreshAfterStop() {
-  Refresh();
+  frame.ReadRegisters();
   run_control.RunToMainIfConfigured();
 }
 
@@ -151,7 +140,9 @@ void Debugger::FollowUpReset() {
   macros.RunResetMacro();
   ChooseProgramCounter();
   image_gone = loader.ImageIsGone();
-  RefreshAfterStop();
+  NoteLink();
+  if (frame.ReadRegisters()) run_control.Report({base::StopReason::Reset, frame.PC, {}});
+  run_control.RunToMainIfConfigured();
 }
 
 void Debugger::ChooseProgramCounter() {
@@ -162,19 +153,12 @@ void Debugger::ChooseProgramCounter() {
     start = monitor.ReadWord(kResetVector);
     if (start == kErasedVector) return;
   }
-  frame.PC = start;
-  frame.WriteProgramCounter(start);
+  frame.SetPC(start);
 }
 
 images::FlashSurroundings Debugger::FlashSurroundingsOfThis() {
-  return {monitor,
-          frame,
-          run_state,
-          debug_info,
-          settings,
-          surroundings_.ui,
-          surroundings_.workspace,
-          security_bytes};
+  return {monitor,          frame,          activity,           debug_info, settings,
+          surroundings_.ui, security_bytes, [this] { Reset(); }};
 }
 
 control::TraceFiles Debugger::TraceFilesOfImage() {

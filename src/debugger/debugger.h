@@ -7,16 +7,15 @@
 #include <string>
 
 #include "base/clock.h"
+#include "base/events.h"
 #include "base/serial_port.h"
 #include "base/settings_file.h"
 #include "base/user_interface.h"
-#include "base/workspace.h"
+#include "control/activity.h"
 #include "control/breakpoint_table.h"
 #include "control/n_step.h"
 #include "control/register_frame.h"
 #include "control/run_control.h"
-#include "control/run_indication.h"
-#include "control/run_state.h"
 #include "control/trace.h"
 #include "images/file_programmer.h"
 #include "images/flash_operations.h"
@@ -37,8 +36,7 @@ struct Surroundings {
   base::Clock& clock;
   base::SettingsFile& settings;
   base::UserInterface& ui;
-  base::Workspace& workspace;
-  control::RunIndication& indication;
+  base::Events& events;
   // Where the program was started: settings, macros and the diagnostic file live there.
   std::string start_up_directory;
   // Receives what belongs in the diagnostic file.
@@ -68,7 +66,7 @@ class Debugger {
   symbols::DebugInfo debug_info;
   control::RegisterFrame frame;
   control::BreakpointTable breakpoints;
-  control::RunState run_state;
+  control::Activity activity;
   control::RunControl run_control;
   control::NStep n_step;
   control::Trace trace;
@@ -93,11 +91,6 @@ class Debugger {
   // Resets the target and follows up. Sends the code that is known to stand in its flash now.
   void Reset();
 
-  // To be called before each command: the target counts as stopped until a poll says otherwise.
-  void BeginCommand() { monitor_link.BreakPollState = 0; }
-  // One instruction, or with over a whole subroutine call. A step that has not ended at once is
-  // completed by Tick.
-  void Step(bool over);
   // The symbols of a text file take the place of all debug information, also when there are none.
   // Empty, or what was wrong with the file.
   std::string LoadSymbols(const std::string& path);
@@ -110,18 +103,18 @@ class Debugger {
   // To be called every 10 ms while no command is under way.
   void Tick();
   // Something is under way that Tick will complete.
-  bool Busy() const;
-  // Registers read, views repainted, and on to main when the settings ask for it.
+  bool Busy() const { return activity.Busy(); }
+  // Registers read, and on to main when the settings ask for it.
   void RefreshAfterStop();
 
  private:
   images::FlashSurroundings FlashSurroundingsOfThis();
   void NoteSecurity(bool passed);
-  // Registers read and views repainted.
-  void Refresh();
+  void NoteLink();
   void FollowUpReset();
   void ChooseProgramCounter();
   control::TraceFiles TraceFilesOfImage();
+  bool link_lost_ = false;  // as told last
 };
 
 inline bool IsConnected(link::ConnectResult result) {

@@ -85,7 +85,6 @@ bool Allowed(const CommandContext& context, const shell::CommandRow& command) {
 template <typename Work>
 void CommandDispatch::Enter(const Work& work) {
   const bool entered = context_.session.gate.Run([&] {
-    context_.session.debugger.BeginCommand();
     work();
     context_.window.UpdateViews();
   });

@@ -20,6 +20,7 @@ std::optional<std::string> Choose(const CommandContext& context, shell::Chooser 
 images::LoadOutcome Load(const CommandContext& context, const std::string& path) {
   Session& session = context.session;
   const images::LoadResult result = session.debugger.loader.LoadImage(path);
+  session.RefreshViews();
   // Also after a part of it: lines may show what was there before.
   session.program_views.RefreshProgramWindows();
   if (result.outcome == images::LoadOutcome::Loaded &&
@@ -73,6 +74,7 @@ void RunChosenMacro(const CommandContext& context) {
       Choose(context, shell::Chooser::MacroFile, session.debugger.macros.LastMacroFile());
   if (!path) return;
   session.debugger.RunMacro(*path);
+  session.RefreshViews();
   session.program_views.RefreshProgramWindows();
 }
 
@@ -83,6 +85,7 @@ void LoadChosenSymbols(const CommandContext& context) {
     if (!problem.empty()) session.ui.ShowMessage({problem, "Error Message", base::Icon::Warning});
   }
   session.debugger.RefreshAfterStop();
+  session.RefreshViews();
   session.program_views.RefreshProgramWindows();
 }
 

@@ -49,7 +49,7 @@ std::optional<base::Address> AskForAddress(const CommandContext& context, const 
 }  // namespace
 
 void PopupRunToCursor(const CommandContext& context) {
-  if (Allowed(context) != nullptr) context.session.program_menu.RunToCursor();
+  if (Allowed(context) != nullptr) RunToCursor(context);
 }
 
 void PopupRunToLabel(const CommandContext& context) {

@@ -10,17 +10,17 @@
 namespace brevant::gui {
 
 void Step(const CommandContext& context) {
-  context.session.debugger.Step(false);
+  context.session.debugger.run_control.StepCommand(control::Calls::Follow);
 }
 
 void StepOver(const CommandContext& context) {
-  context.session.debugger.Step(true);
+  context.session.debugger.run_control.StepCommand(control::Calls::StepOver);
 }
 
 void GoOrBreak(const CommandContext& context) {
   const auto stopped = context.session.debugger.run_control.GoCommand();
   if (!stopped) return;
-  if (const auto message = control::StopMessage(*stopped)) {
+  if (const auto message = control::StopMessage(stopped->reason)) {
     context.session.ui.ShowMessage(*message);
   }
 }

@@ -119,7 +119,7 @@ void MainWindow::UpdateViews() {
 }
 
 shell::CommandConditions MainWindow::Conditions() const {
-  return {.running = session_.debugger.run_state.RunningShown,
+  return {.running = session_.debugger.activity.RunningShown(),
           .fileIoActive = session_.program_views.fileIoActive(),
           .monitor_away = session_.debugger.Busy()};
 }
@@ -139,8 +139,7 @@ void MainWindow::RepaintAtWork() {
 
 void MainWindow::OpenRegisterEditor(char key) {
   session_.gate.Run([&] {
-    if (session_.program_views.fileIoActive() ||
-        views::TargetRuns(session_.debugger.monitor, session_.debugger.run_state)) {
+    if (session_.program_views.fileIoActive() || session_.debugger.activity.WaitingForBreak()) {
       return;
     }
     views::RegisterEditor editor = session_.registers.OpenEditor(key);

@@ -65,7 +65,6 @@ class MainWindow final : public QMainWindow, private Screen {
     ChildWindow* child;
   };
 
-  void Carry(int id) override { dispatch_.Carry(id); }
   void RepaintAtWork() override;
   void OpenRegisterEditor(char key);
   void ReloadIfNewer();

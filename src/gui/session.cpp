@@ -29,15 +29,13 @@ Session::Session(const Options& given)
                 .clock = ports_.router(),
                 .settings = settings,
                 .ui = ui,
-                .workspace = *this,
-                .indication = *this,
+                .events = *this,
                 .start_up_directory = base::WorkingDirectory(),
                 .log = [this](const std::string& line) { diagnostics_ << line << std::flush; }}),
       program_views({debugger.monitor, debugger.debug_info, debugger.frame, debugger.breakpoints,
-                     debugger.run_state, ui}),
+                     debugger.activity, ui}),
       registers(debugger.frame, ui),
-      program_menu(program_views, debugger.frame, debugger.breakpoints, debugger.run_control,
-                   *this) {
+      program_menu(program_views, debugger.frame, debugger.breakpoints, debugger.run_control) {
   ports::UseForThisRun(options.port, settings);
   // Until the user has chosen a range, the flash is within sight.
   if (!settings.Has(keys::kProgramRange.section, keys::kProgramRange.key)) {
@@ -84,6 +82,7 @@ bool Session::Connect() {
   link::ConnectResult result = link::ConnectResult::NotReady;
   gate.Run([&] {
     result = ShowConnecting([this] { return debugger.Start(debugger::OtherCodes::Try); });
+    RefreshViews();
   });
   const auto code = debugger.connector.session_code();
   if (debugger.security_passed && code) {
@@ -108,7 +107,7 @@ ConnectionState Session::Connection() const {
           .device = ports_.device(),
           .simulated = ports_.is_simulated(),
           .target = target_,
-          .running = debugger.run_state.Busy(),
+          .running = debugger.activity.Busy(),
           .link_lost = debugger.monitor_link.LinkError,
           .security_passed = debugger.security_passed};
 }
@@ -123,12 +122,8 @@ void Session::RefreshViews() {
   RefreshScreen();
 }
 
-void Session::ShowRunning(bool) {
-  RefreshScreen();
-}
-
-void Session::SendCommand(int id) {
-  if (screen_ != nullptr) screen_->Carry(id);
+void Session::Stopped(const base::Stop&) {
+  RefreshViews();
 }
 
 }  // namespace brevant::gui

@@ -7,9 +7,8 @@
 #include <fstream>
 #include <string>
 
+#include "base/events.h"
 #include "base/settings_file.h"
-#include "base/workspace.h"
-#include "control/run_indication.h"
 #include "debugger/debugger.h"
 #include "gui/gate.h"
 #include "gui/options.h"
@@ -30,14 +29,12 @@ class Screen {
   virtual ~Screen() = default;
   // What is shown and what may be chosen may have changed.
   virtual void Refresh() = 0;
-  // From within a command.
-  virtual void Carry(int id) = 0;
   // The engine is at work for longer than a person takes for "at once": what has become known
   // meanwhile is shown. Input is not to be taken.
   virtual void RepaintAtWork() = 0;
 };
 
-class Session final : private base::Workspace, private control::RunIndication {
+class Session final : private base::Events {
  public:
   explicit Session(const Options& options);
   Session(const Session&) = delete;
@@ -54,6 +51,8 @@ class Session final : private base::Workspace, private control::RunIndication {
   void Reconnect();
   // The 10 ms tick. Nothing while a command is under way.
   void Tick();
+  // Registers or memory may have changed.
+  void RefreshViews();
 
   ConnectionState Connection() const;
   // A text for the status bar, e.g. which security code fits; empty for none.
@@ -83,13 +82,10 @@ class Session final : private base::Workspace, private control::RunIndication {
   shell::RecentFiles recent_files;
 
  private:
-  void RefreshViews() override;
-  void ShowRunning(bool running) override;
-  void SendCommand(int id) override;
-  void ShowNStepping(bool) override { RefreshScreen(); }
-  void ShowTracing(bool) override { RefreshScreen(); }
-  void OpenTraceWindow() override {}
-  void ShowTraceLog(const std::string&, int) override {}
+  void Started() override {}
+  void Stopped(const base::Stop& stop) override;
+  void ActivityChanged() override { RefreshScreen(); }
+  void LinkChanged() override { RefreshScreen(); }
 
   void RefreshScreen();
   void RepaintNowAndThen();

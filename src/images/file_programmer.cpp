@@ -11,11 +11,8 @@
 namespace brevant::images {
 namespace {
 
-using control::Mode;
-
 constexpr int kRecordsPerTick = 5;
 constexpr int kMaxPolls = 100;
-constexpr int kNoByte = 1;  // PollBreak's answer when nothing arrived
 
 constexpr const char* kTitle = "Program flash EEPROM";
 constexpr const char* kStartText = "Start to program flash EEPROM...  ";
@@ -29,7 +26,6 @@ FileProgrammer::FileProgrammer(const FlashSurroundings& surroundings)
 
 bool FileProgrammer::ProgramFlashFile(const std::string& path) {
   with_.debug_info.DebugInfoLoaded = false;
-  with_.state.RunMode = Mode::Idle;
   status_ = {FlashOutcome::Refused, 0, 0};
   records_.reset();
   base::FileText file = base::ReadFile(path);
@@ -55,7 +51,7 @@ bool FileProgrammer::ProgramFlashFile(const std::string& path) {
   status_ = {FlashOutcome::Running, 0, CountFlashBytes(text_)};
   progress_text_ = kStartText;
   with_.ui.BeginProgress(kTitle, progress_text_, true);
-  with_.state.RunMode = Mode::FileProgramming;
+  with_.activity.BeginOperation(control::Mode::Operation, *this);
   return true;
 }
 
@@ -63,6 +59,8 @@ void FileProgrammer::Advance() {
   if (!running()) return;
   switch (ProgramFileStep()) {
     case StepResult::Done:
+      if (running() && !ShowProgress()) Cancel();
+      break;
     case StepResult::Cancelled:
       break;
     case StepResult::LinkFailure:
@@ -90,8 +88,6 @@ FileProgrammer::StepResult FileProgrammer::ProgramFileStep() {
 FileProgrammer::StepResult FileProgrammer::CheckBlock() {
   const bool failed = driver_.VerifyFailed();
   if (with_.monitor.LinkError()) return StepResult::LinkFailure;
-  // The monitor has just answered: the target is stopped, whatever became of its break byte.
-  with_.monitor.link().BreakPollState = 0;
   return failed ? StepResult::VerifyError : StepResult::Done;
 }
 
@@ -100,9 +96,7 @@ FileProgrammer::StepResult FileProgrammer::ProgramRecord(const FlashRecord& reco
   for (const base::Bytes block : SplitIntoBlocks(record.data)) {
     SendBlock(block);
     progress_text_ = base::Format(kBlockText, current_, *previous_end_);
-    if (!with_.ui.UpdateProgress(progress_text_, status_.bytes_programmed, status_.bytes_total)) {
-      Cancel();
-    }
+    if (!ShowProgress()) Cancel();
     // Windows that repaint may also have let a reset through.
     if (!running()) return StepResult::Cancelled;
     with_.security.Doubt(current_, block.size());
@@ -127,20 +121,17 @@ void FileProgrammer::SendBlock(base::Bytes block) {
 }
 
 void FileProgrammer::RunBlock() {
-  with_.state.RunningShown = false;
-  with_.workspace.ShowRunning(false);
   with_.monitor.RunTarget();
   // A stray byte before the break byte would be taken for an echo, and shift every one after it.
   link::MonitorLink& link = with_.monitor.link();
   int poll = link.PollBreak();
-  for (int polls = 1; poll != 0 && poll != kNoByte && polls < kMaxPolls; ++polls) {
+  for (int polls = 1; poll != 0 && poll != link::MonitorLink::kNoByte && polls < kMaxPolls;
+       ++polls) {
     poll = link.PollBreak();
   }
 }
 
 void FileProgrammer::Finish(FlashOutcome outcome) {
-  with_.state.WaitingForBreak = false;
-  with_.state.RunMode = Mode::Idle;
   if (outcome == FlashOutcome::VerifyFailed) {
     with_.ui.ShowMessage(ToMessage(messages::kNotBlank));
   }
@@ -151,11 +142,10 @@ void FileProgrammer::Finish(FlashOutcome outcome) {
                                    std::string(Describe(read.first_skipped_reason))));
   }
   End(outcome);
-  with_.workspace.SendCommand(kResetCommand);
+  with_.reset_target();
 }
 
 void FileProgrammer::ReportLinkLost() {
-  with_.state.WaitingForBreak = false;
   End(FlashOutcome::LinkLost);
   with_.ui.ShowMessage(ToMessage(messages::kLinkLostWhileProgramming, status_.bytes_programmed,
                                  status_.bytes_total, current_));
@@ -164,28 +154,21 @@ void FileProgrammer::ReportLinkLost() {
 void FileProgrammer::End(FlashOutcome outcome) {
   status_.outcome = outcome;
   with_.ui.EndProgress();
+  if (with_.activity.CurrentOperation() == this) with_.activity.EndOperation();
+}
+
+bool FileProgrammer::ShowProgress() {
+  return with_.ui.UpdateProgress(progress_text_, status_.bytes_programmed, status_.bytes_total);
 }
 
 void FileProgrammer::Cancel() {
   if (!running()) return;
   End(FlashOutcome::Cancelled);
-  with_.workspace.SendCommand(kResetCommand);
+  with_.reset_target();
 }
 
 void FileProgrammer::Abandon() {
   if (running()) End(FlashOutcome::Cancelled);
-}
-
-void FileProgrammer::Tick() {
-  if (!running()) return;
-  if (with_.state.RunMode != Mode::FileProgramming) {
-    Abandon();
-  } else if (with_.monitor.LinkError()) {
-    ReportLinkLost();
-  } else if (!with_.ui.UpdateProgress(progress_text_, status_.bytes_programmed,
-                                      status_.bytes_total)) {
-    Cancel();
-  }
 }
 
 }  // namespace brevant::images

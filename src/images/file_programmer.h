@@ -9,14 +9,14 @@
 #include <string>
 
 #include "base/address.h"
-#include "control/run_control.h"
+#include "control/activity.h"
 #include "images/flash_driver.h"
 #include "images/flash_records.h"
 #include "images/flash_status.h"
 
 namespace brevant::images {
 
-class FileProgrammer final : public control::BackgroundOperation {
+class FileProgrammer final : public control::Operation {
  public:
   explicit FileProgrammer(const FlashSurroundings& surroundings);
   FileProgrammer(const FileProgrammer&) = delete;
@@ -32,12 +32,11 @@ class FileProgrammer final : public control::BackgroundOperation {
   // The user's "Cancel": resets the target at once. What has been programmed stays.
   void Cancel();
 
-  // ProgramFileStep: one tick's work (run mode FileProgramming).
+  // ProgramFileStep: one tick's work. Takes the user's cancel.
   void Advance() override;
+  void LinkLost() override { ReportLinkLost(); }
   // A reset has ended it.
   void Abandon() override;
-  // To be called every 10 ms: takes the user's cancel, and notices a lost link and a reset.
-  void Tick();
 
  private:
   enum class StepResult { Done, LinkFailure, VerifyError, Cancelled };
@@ -49,6 +48,8 @@ class FileProgrammer final : public control::BackgroundOperation {
   // Asks whether the last block read back as it was sent. LinkFailure when there is no answer.
   StepResult CheckBlock();
   void Finish(FlashOutcome outcome);
+  // False once the user has asked to cancel.
+  bool ShowProgress();
   void ReportLinkLost();
   void End(FlashOutcome outcome);
 

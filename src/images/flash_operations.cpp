@@ -7,8 +7,6 @@
 namespace brevant::images {
 namespace {
 
-using control::Mode;
-
 constexpr base::Address kIrqVector = 0xFFFA;
 constexpr std::array<std::uint8_t, 2> kIrqVectorContent{0xFE, 0x27};
 constexpr base::Address kLastAddress = 0xFFFF;
@@ -31,8 +29,7 @@ void FlashOperations::Begin(bool busy_cursor) {
   if (busy_cursor_) with_.ui.SetBusyCursor(true);
 }
 
-bool FlashOperations::Run(Mode mode, const MessageText& failure) {
-  mode_ = mode;
+bool FlashOperations::Run(const MessageText& failure) {
   failure_ = &failure;
   Doubt();
   with_.monitor.RunTarget();
@@ -40,9 +37,11 @@ bool FlashOperations::Run(Mode mode, const MessageText& failure) {
     FailByLink();
     return false;
   }
-  status_.outcome = FlashOutcome::Running;
-  with_.state.WaitingForBreak = true;
-  with_.state.RunMode = mode;
+  if (!running()) {
+    status_.outcome = FlashOutcome::Running;
+    with_.activity.BeginOperation(control::Mode::Operation, *this);
+  }
+  with_.activity.AwaitBreak();
   return true;
 }
 
@@ -59,7 +58,7 @@ bool FlashOperations::MassEraseFlash() {
   erases_security_ = true;
   driver_.MakeRoom();
   driver_.LoadMassEraseRoutine();
-  return Run(Mode::MassErase, messages::kMassEraseFailed);
+  return Run(messages::kMassEraseFailed);
 }
 
 void FlashOperations::PlanLocations(base::Address address, base::Bytes bytes) {
@@ -76,7 +75,7 @@ bool FlashOperations::ProgramIrqVector() {
   driver_.WriteBlockParameters(kIrqVector, kIrqVectorContent.size());
   driver_.DisableCop();
   driver_.WriteBlockData(kIrqVectorContent);
-  return Run(Mode::FlashShort, messages::kIrqVectorFailed);
+  return Run(messages::kIrqVectorFailed);
 }
 
 bool FlashOperations::ProgramFlashLocations(base::Address address, base::Bytes bytes) {
@@ -92,11 +91,10 @@ bool FlashOperations::ProgramFlashLocations(base::Address address, base::Bytes b
   driver_.WriteBlockData(CurrentBlock());
   driver_.LoadProgrammingRoutine();
   driver_.WriteBlockParameters(address, CurrentBlock().size());
-  return Run(Mode::FlashShort, messages::kLocationFailed);
+  return Run(messages::kLocationFailed);
 }
 
 bool FlashOperations::EraseFlashRange(base::Address start, base::Address end) {
-  with_.state.RunMode = Mode::Idle;
   Begin(false);
   status_.outcome = FlashOutcome::Refused;
   if (with_.ui.ShowMessage(ToMessage(messages::kConfirmErase)) != base::Answer::Ok) return false;
@@ -111,7 +109,7 @@ bool FlashOperations::EraseFlashRange(base::Address start, base::Address end) {
   with_.ui.BeginProgress(kEraseTitle, kEraseText, true);
   progress_shown_ = true;
   driver_.PointAtRoutine();
-  return Run(Mode::EraseRange, messages::kEraseFailed);
+  return Run(messages::kEraseFailed);
 }
 
 base::Address FlashOperations::CurrentAddress() const {
@@ -130,13 +128,13 @@ void FlashOperations::Doubt() {
 
 void FlashOperations::Advance() {
   if (!running()) return;
-  if (mode_ == Mode::FlashShort) {
+  if (!bytes_.empty()) {
     CompleteBlock();
     return;
   }
   if (erases_security_) with_.security.Erased();
   End(FlashOutcome::Done);
-  with_.workspace.SendCommand(kResetCommand);
+  with_.reset_target();
 }
 
 void FlashOperations::CompleteBlock() {
@@ -155,18 +153,17 @@ void FlashOperations::CompleteBlock() {
   }
   End(failed ? FlashOutcome::VerifyFailed : FlashOutcome::Done);
   if (failed) with_.ui.ShowMessage(ToMessage(messages::kNotBlank));
-  with_.workspace.SendCommand(kResetCommand);
+  with_.reset_target();
 }
 
 void FlashOperations::SendBlock() {
   driver_.WriteBlockData(CurrentBlock());
   driver_.WriteBlockParameters(CurrentAddress(), CurrentBlock().size());
   driver_.PointAtRoutine();
-  Run(mode_, *failure_);
+  Run(*failure_);
 }
 
 void FlashOperations::FailByLink() {
-  with_.state.WaitingForBreak = false;
   End(FlashOutcome::LinkLost);
   with_.ui.ShowMessage(ToMessage(*failure_));
 }
@@ -176,27 +173,21 @@ void FlashOperations::End(FlashOutcome outcome) {
   if (busy_cursor_) with_.ui.SetBusyCursor(false);
   if (progress_shown_) with_.ui.EndProgress();
   busy_cursor_ = progress_shown_ = false;
+  if (with_.activity.CurrentOperation() == this) with_.activity.EndOperation();
 }
 
 void FlashOperations::Cancel() {
   if (!running()) return;
   End(FlashOutcome::Cancelled);
-  with_.workspace.SendCommand(kResetCommand);
+  with_.reset_target();
 }
 
 void FlashOperations::Abandon() {
   if (running()) End(FlashOutcome::Cancelled);
 }
 
-void FlashOperations::Tick() {
-  if (!running()) return;
-  if (with_.state.RunMode != mode_) {
-    Abandon();
-  } else if (with_.monitor.LinkError()) {
-    FailByLink();
-  } else if (progress_shown_ && !with_.ui.UpdateProgress(kEraseText, 0, 0)) {
-    Cancel();
-  }
+void FlashOperations::Wait() {
+  if (progress_shown_ && !with_.ui.UpdateProgress(kEraseText, 0, 0)) Cancel();
 }
 
 }  // namespace brevant::images

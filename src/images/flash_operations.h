@@ -11,14 +11,14 @@
 #include <vector>
 
 #include "base/address.h"
-#include "control/run_control.h"
+#include "control/activity.h"
 #include "images/flash_driver.h"
 #include "images/flash_status.h"
 #include "images/messages.h"
 
 namespace brevant::images {
 
-class FlashOperations final : public control::BackgroundOperation {
+class FlashOperations final : public control::Operation {
  public:
   explicit FlashOperations(const FlashSurroundings& surroundings);
 
@@ -37,19 +37,19 @@ class FlashOperations final : public control::BackgroundOperation {
   // The user's "Cancel": resets the target at once.
   void Cancel();
 
-  // The routine has ended (run modes FlashShort, MassErase and EraseRange).
+  // The routine has ended.
   void Advance() override;
+  // Shows progress and takes the user's cancel.
+  void Wait() override;
+  void LinkLost() override { FailByLink(); }
   // A reset has ended it.
   void Abandon() override;
-  // To be called every 10 ms: shows progress, takes the user's cancel, and notices when a reset has
-  // ended the operation.
-  void Tick();
 
  private:
   void Begin(bool busy_cursor);
   void PlanLocations(base::Address address, base::Bytes bytes);
   void SendBlock();
-  bool Run(control::Mode mode, const MessageText& failure);
+  bool Run(const MessageText& failure);
   void CompleteBlock();
   void FailByLink();
   void End(FlashOutcome outcome);
@@ -60,7 +60,6 @@ class FlashOperations final : public control::BackgroundOperation {
   FlashSurroundings with_;
   FlashDriver driver_;
   FlashStatus status_;
-  control::Mode mode_ = control::Mode::Idle;
   const MessageText* failure_ = nullptr;
   bool busy_cursor_ = false;
   bool progress_shown_ = false;

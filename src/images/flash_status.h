@@ -2,29 +2,28 @@
 // What flash operations share: the modules they build on, and how far one has come.
 #pragma once
 
+#include <functional>
+
 #include "base/settings_file.h"
 #include "base/user_interface.h"
-#include "base/workspace.h"
+#include "control/activity.h"
 #include "control/register_frame.h"
-#include "control/run_state.h"
 #include "images/security_bytes.h"
 #include "link/monitor.h"
 #include "symbols/debug_info.h"
 
 namespace brevant::images {
 
-// The command that resets the target and follows up; it also ends what RunMode says is under way.
-inline constexpr int kResetCommand = 340;
-
 struct FlashSurroundings {
   link::Monitor& monitor;
   control::RegisterFrame& frame;
-  control::RunState& state;
+  control::Activity& activity;
   symbols::DebugInfo& debug_info;
   base::SettingsFile& settings;
   base::UserInterface& ui;
-  base::Workspace& workspace;
   SecurityBytes& security;
+  // Resets the target and follows up; it also ends what is under way.
+  std::function<void()> reset_target;
 };
 
 enum class FlashOutcome {

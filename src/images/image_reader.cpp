@@ -38,8 +38,7 @@ class TargetSink final : public RecordSink {
     return true;
   }
   void Entry(base::Address address) override {
-    frame_.PC = address;
-    frame_.WriteProgramCounter(address);
+    frame_.SetPC(address);
     start_.LoadEntryAddress = address;
     start_.EntryFromImage = true;
   }

@@ -57,8 +57,7 @@ void MacroRunner::Carry(std::string_view line) {
   if (!command) return;
   switch (command->action) {
     case MacroAction::SetPc:
-      frame_.PC = command->address;
-      frame_.WriteProgramCounter(command->address);
+      frame_.SetPC(command->address);
       start_.PcFromMacro = true;
       start_.MacroPc = command->address;
       break;

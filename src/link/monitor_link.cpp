@@ -94,12 +94,10 @@ bool MonitorLink::WriteRaw(base::Bytes bytes) {
 }
 
 int MonitorLink::PollBreak(PollWait wait) {
-  BreakPollState = 1;
   std::uint8_t byte = 0;
   const auto count =
       port_.Read(std::span(&byte, 1), wait == PollWait::None ? milliseconds(0) : ReadTimeOut(1));
-  if (count == 1u) BreakPollState = static_cast<std::int8_t>(byte);
-  return BreakPollState;
+  return count == 1u ? static_cast<std::int8_t>(byte) : kNoByte;
 }
 
 bool MonitorLink::SendBreak() {

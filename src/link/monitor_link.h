@@ -30,9 +30,6 @@ class MonitorLink {
 
   // The link error latch.
   bool LinkError = false;
-  // Result of the last PollBreak: 0 the monitor's break byte has been seen, 1 no byte, other values
-  // are a non-zero byte, sign-extended.
-  int BreakPollState = 0;
   // "COM1" to "COM4", stored by the caller before OpenPort.
   std::string PortName;
 
@@ -55,6 +52,9 @@ class MonitorLink {
   void ReadRaw(std::span<std::uint8_t> buffer);
   // One plain write followed by one read, for the block reads that skip the echo comparison.
   bool WriteRaw(base::Bytes bytes);
+  // 0: the monitor's break byte has been seen; kNoByte: nothing came; other values are a non-zero
+  // byte, sign-extended.
+  static constexpr int kNoByte = 1;
   int PollBreak(PollWait wait = PollWait::TimeOut);
   // Holds the break condition for 100 ms, then expects two bytes: the line's own copy of the break
   // and the stopped monitor's break character. True on success.

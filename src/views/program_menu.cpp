@@ -2,15 +2,6 @@
 #include "views/program_menu.h"
 
 namespace brevant::views {
-namespace {
-
-constexpr int kCommandRunToCursor = 194;
-
-}  // namespace
-
-void ProgramMenu::RunToCursor() {
-  workspace_.SendCommand(kCommandRunToCursor);
-}
 
 void ProgramMenu::RunToLabel(base::Address address) {
   run_control_.RunToAddress(address);
@@ -44,8 +35,7 @@ void ProgramMenu::GoToPc(ProgramView& view) {
 bool ProgramMenu::SetPcToCursor(const ProgramView& view) {
   const auto line = view.CursorLine();
   if (!line) return false;
-  frame_.PC = base::Low16(line->address);
-  frame_.WriteProgramCounter(frame_.PC);
+  frame_.SetPC(line->address);
   views_.RepaintProgramWindows();
   return true;
 }

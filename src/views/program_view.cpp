@@ -23,10 +23,6 @@ std::string ExpandTabs(std::string_view text) {
   return expanded;
 }
 
-bool TargetRuns(link::Monitor& monitor, const control::RunState& run_state) {
-  return run_state.WaitingForBreak || monitor.link().BreakPollState != 0;
-}
-
 ProgramView::ProgramView(const ProgramSources& sources, const ProgramConditions& conditions,
                          base::Address first)
     : sources_(sources),
@@ -36,7 +32,7 @@ ProgramView::ProgramView(const ProgramSources& sources, const ProgramConditions&
 }
 
 bool ProgramView::Running() const {
-  return TargetRuns(sources_.monitor, sources_.run_state);
+  return sources_.activity.WaitingForBreak();
 }
 
 void ProgramView::Resize(int client_height, int line_height) {
@@ -168,8 +164,7 @@ bool ProgramView::Click(int x, int y, CellSize cell) {
 }
 
 Toggled ProgramView::ToggleBreakpoint(base::Address address) {
-  const bool hardware = sources_.run_state.HardwareBreakMode;
-  if (!hardware && Running()) {
+  if (!sources_.breakpoints.HardwareBreakMode() && Running()) {
     // The table says where code bytes are to be restored when the program stops.
     sources_.ui.Beep();
     return Toggled::Refused;
@@ -178,7 +173,7 @@ Toggled ProgramView::ToggleBreakpoint(base::Address address) {
   if (present) {
     sources_.breakpoints.RemoveBreakpoint(address);
   } else {
-    if (const auto refusal = control::BreakpointLimit(sources_.breakpoints, hardware)) {
+    if (const auto refusal = control::BreakpointLimit(sources_.breakpoints)) {
       sources_.ui.ShowMessage(*refusal);
       return Toggled::Refused;
     }

@@ -15,9 +15,9 @@
 
 #include "base/address.h"
 #include "base/user_interface.h"
+#include "control/activity.h"
 #include "control/breakpoint_table.h"
 #include "control/register_frame.h"
-#include "control/run_state.h"
 #include "link/monitor.h"
 #include "symbols/debug_info.h"
 #include "views/code_lines.h"
@@ -31,7 +31,7 @@ struct ProgramSources {
   const symbols::DebugInfo& debug_info;
   const control::RegisterFrame& frame;
   control::BreakpointTable& breakpoints;
-  const control::RunState& run_state;
+  const control::Activity& activity;
   base::UserInterface& ui;
 };
 
@@ -142,8 +142,5 @@ class ProgramView {
   int thumb_ = 0;
   bool follow_pc_ = false;
 };
-
-// A program runs: the monitor does not listen.
-bool TargetRuns(link::Monitor& monitor, const control::RunState& run_state);
 
 }  // namespace brevant::views

@@ -32,22 +32,22 @@ struct CellRow {
   const char* format;  // of the cell
   bool binary;
   std::string (*value)(const control::RegisterFrame& frame);
-  bool control::ChangeFlags::*changed;
+  bool ChangeFlags::*changed;
 };
 
 constexpr std::array<CellRow, RegisterCells::kCells> kRows{{
     {control::Register::PC, "PC", "  PC %s", false, [](const auto& f) { return Hex4(f.PC); },
-     &control::ChangeFlags::pc},
+     &ChangeFlags::pc},
     {control::Register::SP, "SP", "  SP %s", false,
-     [](const auto& f) { return Hex4(f.ProgramSP()); }, &control::ChangeFlags::sp},
+     [](const auto& f) { return Hex4(f.ProgramSP()); }, &ChangeFlags::sp},
     {control::Register::HX, "HX", "  HX %s", false, [](const auto& f) { return Hex4(f.HX); },
-     &control::ChangeFlags::hx},
+     &ChangeFlags::hx},
     {control::Register::A, "A", "   A   %s", false, [](const auto& f) { return Hex2(f.A); },
-     &control::ChangeFlags::a},
+     &ChangeFlags::a},
     {control::Register::CcrHigh, "V11H", "V11H %s", true,
-     [](const auto& f) { return HighHalf(f.CCR); }, &control::ChangeFlags::ccr_high},
+     [](const auto& f) { return HighHalf(f.CCR); }, &ChangeFlags::ccr_high},
     {control::Register::CcrLow, "INZC", "INZC %s", true,
-     [](const auto& f) { return LowHalf(f.CCR); }, &control::ChangeFlags::ccr_low},
+     [](const auto& f) { return LowHalf(f.CCR); }, &ChangeFlags::ccr_low},
 }};
 
 const CellRow& Row(int cell) {
@@ -82,6 +82,19 @@ bool RegisterEditor::Accept(std::string_view text) {
   if (!frame_.Edit(row.which, typed))
     ui_.ShowMessage(base::ToMessage(messages::kStackPointerNotSet));
   return true;
+}
+
+void RegisterCells::UpdateChangeFlags() {
+  const std::uint32_t ccr_bits = previous_.ccr ^ frame_.CCR;
+  changes_ = {
+      .pc = previous_.pc != frame_.PC,
+      .sp = previous_.sp != frame_.SP,
+      .hx = previous_.hx != frame_.HX,
+      .a = previous_.a != frame_.A,
+      .ccr_high = (ccr_bits & 0xF0) != 0,
+      .ccr_low = (ccr_bits & 0x0F) != 0,
+  };
+  previous_ = {frame_.PC, frame_.SP, frame_.HX, frame_.A, frame_.CCR};
 }
 
 std::array<RegisterCell, RegisterCells::kCells> RegisterCells::Cells() const {

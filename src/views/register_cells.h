@@ -13,6 +13,11 @@
 
 namespace brevant::views {
 
+// Which registers differ from the time before.
+struct ChangeFlags {
+  bool pc = false, sp = false, hx = false, a = false, ccr_high = false, ccr_low = false;
+};
+
 struct RegisterCell {
   std::string text;  // at most 14 characters
   bool changed = false;
@@ -61,8 +66,8 @@ class RegisterCells {
   RegisterCells(control::RegisterFrame& frame, base::UserInterface& ui) : frame_(frame), ui_(ui) {}
 
   std::array<RegisterCell, kCells> Cells() const;
-  // After each stop and each edit: marks what differs from the time before.
-  void UpdateChangeFlags() { changes_ = frame_.UpdateChangeFlags(); }
+  // After each stop and each edit: marks what differs from the time before. Reads nothing.
+  void UpdateChangeFlags();
 
   // In pixels; at least one cell a row.
   void Resize(int client_width, int character_width);
@@ -81,7 +86,12 @@ class RegisterCells {
  private:
   control::RegisterFrame& frame_;
   base::UserInterface& ui_;
-  control::ChangeFlags changes_;
+  struct Values {
+    base::Address pc = 0, sp = 0;
+    std::uint32_t hx = 0, a = 0, ccr = 0;
+  };
+  Values previous_;
+  ChangeFlags changes_;
   int selected_ = 0;
   int cells_per_row_ = 1;
 };

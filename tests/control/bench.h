@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Run control on a simulated board, with views that only count.
+// Run control on a simulated board.
 #pragma once
 
 #include <gmock/gmock.h>
@@ -10,8 +10,10 @@
 #include <string>
 #include <vector>
 
+#include "base/event_log.h"
 #include "base/settings_file.h"
 #include "base/temporary_folder.h"
+#include "base/test_user.h"
 #include "base/text_format.h"
 #include "base/text_number.h"
 #include "control/breakpoint_table.h"
@@ -28,7 +30,13 @@ using ByteList = std::vector<std::uint8_t>;
 
 using link::DecodeCommands;
 
-class Bench : public ::testing::Test, public base::Workspace {
+struct Recorder final : Operation {
+  void Advance() override { ++advanced; }
+  void Abandon() override { ++abandoned; }
+  int advanced = 0, abandoned = 0;
+};
+
+class Bench : public ::testing::Test {
  protected:
   Bench() {
     link.PortName = "COM1";
@@ -52,9 +60,9 @@ class Bench : public ::testing::Test, public base::Workspace {
     target.board().Load(address, bytes);
     SetPC(address);
   }
-  void SetPC(base::Address address) {
-    frame.PC = address;
-    frame.WriteProgramCounter(address);
+  void SetPC(base::Address address) { frame.SetPC(address); }
+  void UseHardware(bool hardware) {
+    breakpoints.SetBreakMode(hardware ? BreakMode::Hardware : BreakMode::Software);
   }
   void LoadSRecords(const std::string& name) {
     std::ifstream file(std::string(BREVANT_TEST_DATA "/programs/") + name);
@@ -88,18 +96,14 @@ class Bench : public ::testing::Test, public base::Workspace {
     }
   }
   void TickUntilIdle() {
-    for (int i = 0; i < 1000 && state.Busy(); ++i) Tick();
-    ASSERT_FALSE(state.Busy());
+    for (int i = 0; i < 1000 && activity.Busy(); ++i) Tick();
+    ASSERT_FALSE(activity.Busy());
   }
   std::string Commands() {
     const std::string text = DecodeCommands(target.board().host_log());
     target.board().ClearHostLog();
     return text;
   }
-
-  void RefreshViews() override { ++refreshes; }
-  void ShowRunning(bool running) override { shown.push_back(running); }
-  void SendCommand(int id) override { commands.push_back(id); }
 
   simulator::SimulatedTarget target{simulator::Gp32()};
   link::MonitorLink link{target, target};
@@ -109,12 +113,10 @@ class Bench : public ::testing::Test, public base::Workspace {
   symbols::DebugInfo debug_info;
   RegisterFrame frame{monitor};
   BreakpointTable breakpoints{monitor};
-  RunState state;
-  RunControl run{monitor, frame, breakpoints, state, debug_info, settings, *this};
-
-  int refreshes = 0;
-  std::vector<bool> shown;
-  std::vector<int> commands;
+  base::EventLog events;
+  base::TestUser user;
+  Activity activity{events};
+  RunControl run{monitor, frame, breakpoints, activity, debug_info, settings, events};
 };
 
 }  // namespace brevant::control

@@ -10,21 +10,22 @@ namespace {
 class BreakpointTableTest : public Bench {};
 
 TEST_F(BreakpointTableTest, RefusesTheSecondInHardwareAndTheHundredFirstInSoftware) {
-  EXPECT_FALSE(BreakpointLimit(breakpoints, true));
+  EXPECT_FALSE(BreakpointLimit(breakpoints));
   breakpoints.AddBreakpoint(0x100);
-  const auto hardware = BreakpointLimit(breakpoints, true);
+  const auto hardware = BreakpointLimit(breakpoints);
   ASSERT_TRUE(hardware);
   EXPECT_EQ(hardware->text, "You can setup only 1 breakpoints\nwhen debugging code in flash");
   EXPECT_EQ(hardware->caption, "Error Message");
   EXPECT_EQ(hardware->icon, base::Icon::Information);
   for (base::Address a = 1; a < 100; ++a) breakpoints.AddBreakpoint(0x100 + a);
-  ASSERT_TRUE(BreakpointLimit(breakpoints, false));
-  EXPECT_EQ(BreakpointLimit(breakpoints, false)->text, "You can setup only 100 breakpoints\n");
+  UseHardware(false);
+  ASSERT_TRUE(BreakpointLimit(breakpoints));
+  EXPECT_EQ(BreakpointLimit(breakpoints)->text, "You can setup only 100 breakpoints\n");
   breakpoints.AddBreakpoint(0x300);
   EXPECT_FALSE(breakpoints.Has(0x300));
   // A removed entry is the next to be used; the others keep their places.
   breakpoints.RemoveBreakpoint(0x110);
-  EXPECT_FALSE(BreakpointLimit(breakpoints, false));
+  EXPECT_FALSE(BreakpointLimit(breakpoints));
   EXPECT_EQ(breakpoints.NthBreakpoint(16), 17);
   EXPECT_EQ(breakpoints.NthBreakpoint(99), kNoBreakpoint);
   breakpoints.AddBreakpoint(0x300);
@@ -35,18 +36,20 @@ TEST_F(BreakpointTableTest, PutsBackOnlyWhatIsStillItsOwn) {
   target.board().Load(0x0150, ByteList{0xA6, 0x12, 0x9D});
   breakpoints.AddBreakpoint(0x0152);
   breakpoints.AddBreakpoint(0x0150);
-  breakpoints.InsertBreakpoints(false);
+  UseHardware(false);
+  breakpoints.InsertBreakpoints();
   EXPECT_EQ(Peek(0x0150), kSwiOpcode);
   target.board().Load(0x0150, ByteList{0xA7});  // the program was loaded anew there
   target.board().ClearHostLog();
-  breakpoints.RemoveBreakpoints(false);
+  breakpoints.RemoveBreakpoints();
   EXPECT_EQ(Commands(), "R0152 W0152=9D R0150");
   // In hardware mode no code is touched: this SWI is the program's.
   target.board().Load(0x0150, ByteList{0x83});
   breakpoints.RemoveBreakpoint(0x0152);
-  breakpoints.InsertBreakpoints(true);
+  UseHardware(true);
+  breakpoints.InsertBreakpoints();
   EXPECT_EQ(Commands(), "RFE08 w01 w50 WFE0B=80");
-  breakpoints.RemoveBreakpoints(true);
+  breakpoints.RemoveBreakpoints();
   EXPECT_EQ(Commands(), "");
 }
 

@@ -13,7 +13,7 @@ class LinkFaultsTest : public Bench {
  protected:
   void Act(int operation) {
     if (operation == 0) {
-      run.StepCommand(true);
+      run.StepCommand(Calls::Follow);
     } else if (operation == 1) {
       run.RunToAddress(0x0152);
     } else {
@@ -32,10 +32,10 @@ class LinkFaultsTest : public Bench {
     target.board().ClearHostLog();
     const base::Address pc = frame.PC;
     EXPECT_TRUE(pc >= 0x0150 && pc < 0x0154) << pc;
-    run.StepCommand(true);
+    run.StepCommand(Calls::Follow);
     run.Go();
     Tick(3);
-    EXPECT_EQ(run.Stop(), StopResult::LinkLost);
+    EXPECT_EQ(run.Stop().reason, base::StopReason::LinkLost);
     EXPECT_EQ(Commands(), "");
     EXPECT_EQ(frame.PC, pc);
   }
@@ -50,7 +50,7 @@ TEST_F(LinkFaultsTest, FreezeWhateverIsUnderWayUntilAConnectionStartsAfresh) {
         FaultKind::LoseReply, FaultKind::ExtraByte, FaultKind::DelayByte, FaultKind::ResetMcu}) {
     for (int n = 0; n < 8 * 20; ++n) {
       const int operation = n % 4, at = n / 8 * 3;
-      state.HardwareBreakMode = n % 8 < 4;
+      UseHardware(n % 8 < 4);
       SCOPED_TRACE(base::Format("fault %d in operation %d at byte %d", static_cast<int>(kind),
                                 operation, at));
       breakpoints.Clear();
@@ -69,10 +69,10 @@ TEST_F(LinkFaultsTest, FreezeWhateverIsUnderWayUntilAConnectionStartsAfresh) {
       if (kind == FaultKind::CutLine) {
         EXPECT_EQ(Code(), code);
       }
-      EXPECT_FALSE(link.LinkError || state.Busy() || state.RunningShown);
+      EXPECT_FALSE(link.LinkError || activity.Busy() || activity.RunningShown());
       EXPECT_FALSE(breakpoints.StepPlanted());
       Program(0x0150, {0x9D, 0x9D});
-      run.StepCommand(true);
+      run.StepCommand(Calls::Follow);
       EXPECT_EQ(frame.PC, 0x0151u);
       if (HasFailure()) return;
     }

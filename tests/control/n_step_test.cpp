@@ -2,7 +2,6 @@
 #include "control/n_step.h"
 
 #include "control/bench.h"
-#include "control/indication.h"
 
 namespace brevant::control {
 namespace {
@@ -15,20 +14,23 @@ class NStepTest : public Bench {
   }
   base::Address Steps() const { return frame.PC - 0x0150; }
 
-  Indication indication;
-  NStep n_step{run, frame, breakpoints, debug_info, indication};
+  NStep n_step{run, activity, frame, breakpoints, debug_info};
 };
 
 TEST_F(NStepTest, TakesTwoStepsMoreThanItsCountOnEveryTick) {
   n_step.ToolbarCommand();
-  EXPECT_TRUE(indication.n_stepping);
+  EXPECT_EQ(activity.RunMode(), Mode::NStepping);
   EXPECT_EQ(Steps(), 1u);
   Tick(5);
   EXPECT_EQ(Steps(), 6u);
   Tick(20);
   EXPECT_EQ(Steps(), 12u);
-  EXPECT_EQ(state.RunMode, Mode::Idle);
-  EXPECT_FALSE(indication.n_stepping);
+  EXPECT_EQ(activity.RunMode(), Mode::Idle);
+  EXPECT_EQ(run.last_stop(), (base::Stop{base::StopReason::StepDone, frame.PC, "end of N-step"}));
+  // The second one counts anew.
+  n_step.ToolbarCommand();
+  Tick(20);
+  EXPECT_EQ(Steps(), 24u);
 }
 
 TEST_F(NStepTest, KeepsItsPaceForeverUntilTheCommandComesAgain) {
@@ -42,22 +44,23 @@ TEST_F(NStepTest, KeepsItsPaceForeverUntilTheCommandComesAgain) {
   Tick(30);
   EXPECT_EQ(Steps(), 34u);
   EXPECT_FALSE(n_step.MenuCommand());
+  EXPECT_EQ(run.last_stop()->reason, base::StopReason::UserBreak);
   Tick(3);
   EXPECT_EQ(Steps(), 34u);
-  state.RunMode = Mode::Tracing;
+  Recorder trace;
+  activity.BeginOperation(Mode::Tracing, trace);
   n_step.ToolbarCommand();
   EXPECT_FALSE(n_step.MenuCommand());
-  EXPECT_EQ(state.RunMode, Mode::Tracing);
+  EXPECT_EQ(activity.RunMode(), Mode::Tracing);
 }
 
 TEST_F(NStepTest, IsOverWhenTheProgramIsLetGo) {
   n_step.settings.condition = NStepCondition::Forever;
   n_step.Start();
   Tick(3);
-  ASSERT_TRUE(indication.n_stepping);
+  ASSERT_EQ(activity.RunMode(), Mode::NStepping);
   run.Go();
-  EXPECT_EQ(state.RunMode, Mode::Running);
-  EXPECT_FALSE(indication.n_stepping);
+  EXPECT_EQ(activity.RunMode(), Mode::Running);
 }
 
 TEST_F(NStepTest, StopsAtABreakpointButLeavesTheOneItStartsOn) {
@@ -66,7 +69,8 @@ TEST_F(NStepTest, StopsAtABreakpointButLeavesTheOneItStartsOn) {
   n_step.Start();
   Tick(20);
   EXPECT_EQ(Steps(), 5u);
-  EXPECT_EQ(state.RunMode, Mode::Idle);
+  EXPECT_EQ(activity.RunMode(), Mode::Idle);
+  EXPECT_EQ(run.last_stop()->reason, base::StopReason::Breakpoint);
 }
 
 TEST_F(NStepTest, StopsAtACStatementEvenFromTheSourceView) {
@@ -80,7 +84,7 @@ TEST_F(NStepTest, StopsAtACStatementEvenFromTheSourceView) {
   n_step.Start();
   Tick(30);
   EXPECT_EQ(Steps(), 8u);
-  EXPECT_EQ(state.RunMode, Mode::Idle);
+  EXPECT_EQ(activity.RunMode(), Mode::Idle);
 }
 
 TEST_F(NStepTest, StepsOverCallsAndWaitsForTheOnesThatTakeLong) {
@@ -90,11 +94,11 @@ TEST_F(NStepTest, StepsOverCallsAndWaitsForTheOnesThatTakeLong) {
   target.board().Load(0x0150, ByteList{0xAD, 0x20});
   target.board().Load(0x0172, ByteList{0x45, 0, 0, 0xAF, 0xFF, 0x65, 0, 0, 0x26, 0xF9, 0x81});
   n_step.Start();
-  EXPECT_TRUE(state.StepPending);
+  EXPECT_TRUE(activity.StepPending());
   TickUntilIdle();
   EXPECT_EQ(frame.PC, 0x0152u + 4);
   EXPECT_EQ(frame.ProgramSP(), 0x00FFu);
-  EXPECT_FALSE(link.LinkError || indication.n_stepping || state.RunningShown);
+  EXPECT_FALSE(link.LinkError || activity.RunningShown());
 }
 
 TEST_F(NStepTest, AStopOrAResetEndsIt) {
@@ -104,14 +108,14 @@ TEST_F(NStepTest, AStopOrAResetEndsIt) {
   Program(0x0150, {0x9A, 0x9D, 0xAD, 0x02, 0x9D, 0x9D, 0x20, 0xFE});  // CLI; ...; BSR never returns
   n_step.Start();
   Tick(8);
-  EXPECT_TRUE(state.StepPending && state.RunningShown);
-  EXPECT_EQ(run.GoCommand(), StopResult::Stopped);
-  EXPECT_FALSE(state.Busy() || indication.n_stepping);
+  EXPECT_TRUE(activity.StepPending() && activity.RunningShown());
+  EXPECT_EQ(run.GoCommand()->reason, base::StopReason::UserBreak);
+  EXPECT_FALSE(activity.Busy());
   EXPECT_EQ(frame.PC, 0x0156u);
 
   n_step.Start();
   run.AbandonRunForReset();
-  EXPECT_FALSE(state.Busy() || indication.n_stepping);
+  EXPECT_FALSE(activity.Busy());
 }
 
 }  // namespace

@@ -56,7 +56,6 @@ TEST_F(RegisterFrameTest, SetsTheStackEvenWhenItsBreakByteIsLost) {
   EXPECT_TRUE(frame.SetStackPointer(0x023F));
   EXPECT_EQ(frame.SP, 0x023Au);
   EXPECT_EQ(Peek(0x0085), 6);
-  EXPECT_EQ(link.BreakPollState, 0);
 }
 
 TEST_F(RegisterFrameTest, SaysSoWhenTheStackCannotBeSetAndKeepsTheLinkForAReset) {
@@ -76,23 +75,6 @@ TEST_F(RegisterFrameTest, TakesThePcFromTheResetVectorUnlessItIsErased) {
   frame.LoadResetPC();
   EXPECT_EQ(frame.PC, 0x8002u);
   EXPECT_EQ(frame.ReadFramePC(), 0x8002u);
-}
-
-TEST_F(RegisterFrameTest, MarksWhatChangedSinceTheLastLook) {
-  frame.CCR = 0x68;
-  ChangeFlags flags = frame.UpdateChangeFlags();  // compared with zeros
-  EXPECT_TRUE(flags.pc && flags.sp && flags.ccr_high && flags.ccr_low);
-  EXPECT_FALSE(flags.a || flags.hx);
-  // From now on it reads the target by itself.
-  target.board().Load(0x00FB, ByteList{0x6A, 0x77});
-  flags = frame.UpdateChangeFlags();
-  EXPECT_TRUE(flags.a && flags.ccr_low);
-  EXPECT_FALSE(flags.pc || flags.sp || flags.hx || flags.ccr_high);
-  frame.reread = false;
-  target.board().ClearHostLog();
-  flags = frame.UpdateChangeFlags();
-  EXPECT_FALSE(flags.a || flags.ccr_low);
-  EXPECT_EQ(Commands(), "");
 }
 
 TEST_F(RegisterFrameTest, StoresEditedCellsInTheFrame) {

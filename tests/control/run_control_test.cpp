@@ -9,8 +9,6 @@
 namespace brevant::control {
 namespace {
 
-using ::testing::ElementsAre;
-
 constexpr std::uint8_t kNOP = 0x9D;
 
 class RunControlTest : public Bench {
@@ -28,37 +26,42 @@ TEST_F(RunControlTest, StepsAndRunsToAnAddressWithExactlyTheseCommands) {
     std::function<void()> act;
     const char* commands;
     base::Address pc;
+    const char* reason;
   };
-  const auto step = [&] { run.StepCommand(true); };
+  const auto step = [&] { run.StepCommand(Calls::Follow); };
   const auto run_to = [&] { run.RunToCursor(0x0153); };
   const ByteList branch{0x27, 0x04, kNOP, kNOP, kNOP, kNOP, 0x4C}, nops(8, kNOP);
   breakpoints.AddBreakpoint(0x0151);  // stays out of all this
   for (const Row& row : {
            Row{true, branch, step,
-               "R0150 R0151 R0152 RFE08 w01 w52 WFE0B=80 RUN SP R00F9 r r r WFE0B=00", 0x0152},
+               "R0150 R0151 R0152 RFE08 w01 w52 WFE0B=80 RUN SP R00F9 r r r WFE0B=00", 0x0152,
+               "step"},
            Row{true,
                {0x9E, 0xD6, 0x00, 0x01},
                step,
                "R0150 R0151 R0152 R0153 RFE08 w01 w54 WFE0B=80 RUN SP R00F9 r r r WFE0B=00",
-               0x0154},
+               0x0154,
+               "step"},
            Row{false, branch, step,
                "R0150 R0151 R0152 R0156 W0156=83 R0152 W0152=83 RUN SP R00F9 r r r WFE0B=00 "
                "W00FE=01 W00FF=52 R0152 W0152=9D R0156 W0156=4C",
-               0x0152},
-           Row{true, nops, run_to, "RFE08 w01 w53 WFE0B=80 RUN SP R00F9 r r r WFE0B=00", 0x0153},
+               0x0152, "step"},
+           Row{true, nops, run_to, "RFE08 w01 w53 WFE0B=80 RUN SP R00F9 r r r WFE0B=00", 0x0153,
+               "place"},
            Row{false, nops, run_to,
                "R0153 W0153=83 RUN SP R00F9 r r r WFE0B=00 W00FE=01 W00FF=53 R0153 W0153=9D",
-               0x0153},
+               0x0153, "place"},
        }) {
-    state.HardwareBreakMode = row.hardware;
+    UseHardware(row.hardware);
     Program(0x0150, row.program);
-    refreshes = 0;
     target.board().ClearHostLog();
     row.act();
     EXPECT_EQ(Commands(), row.commands);
     EXPECT_EQ(frame.PC, row.pc);
     EXPECT_EQ(frame.ReadFramePC(), row.pc);
-    EXPECT_EQ(refreshes, 1);
+    ASSERT_EQ(events.stops.size(), 1u);
+    EXPECT_EQ(events.stops[0].pc, row.pc);
+    EXPECT_EQ(events.TakeReasons(), row.reason);
   }
   target.board().ClearHostLog();
   run.RunToCursor(0x0153);  // is there already
@@ -67,53 +70,50 @@ TEST_F(RunControlTest, StepsAndRunsToAnAddressWithExactlyTheseCommands) {
 
 TEST_F(RunControlTest, CompletesASlowStepOverOnTheTimer) {
   for (const bool hardware : {true, false}) {
-    state.HardwareBreakMode = hardware;
-    shown.clear();
-    refreshes = 0;
+    UseHardware(hardware);
     Program(0x0150, {0xAD, 0x02, kNOP, kNOP, 0x45, 0, 0, 0xAF, 0xFF, 0x65, 0, 0, 0x26, 0xF9, 0x81});
-    state.StepOver = true;  // a BSR to a loop of 160 ms
-    run.StepCommand(true);
-    EXPECT_TRUE(state.StepPending && state.WaitingForBreak);
-    EXPECT_EQ(refreshes, 0);
+    run.StepCommand(Calls::StepOver);  // a BSR to a loop of 160 ms
+    EXPECT_TRUE(activity.StepPending() && activity.WaitingForBreak() && activity.StepOver());
+    EXPECT_TRUE(events.stops.empty());
     Tick();
+    EXPECT_TRUE(activity.RunningShown());
     target.board().ClearHostLog();
-    run.StepCommand(true);  // there is no monitor to ask
+    run.StepCommand(Calls::Follow);  // there is no monitor to ask
     run.RunToAddress(0x0160);
     EXPECT_EQ(Commands(), "");
     TickUntilIdle();
-    EXPECT_THAT(shown, ElementsAre(true, false));
+    EXPECT_EQ(events.TakeReasons(), "step");
     EXPECT_EQ(frame.PC, 0x0152u);
-    EXPECT_EQ(refreshes, 1);
-    EXPECT_FALSE(state.StepOver || breakpoints.StepPlanted() || link.LinkError);
+    EXPECT_FALSE(activity.RunningShown() || activity.StepOver() || breakpoints.StepPlanted() ||
+                 link.LinkError);
     EXPECT_EQ(Peek(0x0152), kNOP);
   }
 }
 
 TEST_F(RunControlTest, StepsOverLibraryRoutinesCalledThroughHXInSoftwareMode) {
-  state.HardwareBreakMode = false;
+  UseHardware(false);
   debug_info.tool_chain = symbols::ToolChain::Imagecraft;
   Program(0x0150, {0xFD, kNOP});
   target.board().Load(0x0160, ByteList{0x81});
   frame.WriteHX(0x0160);
-  run.StepCommand(true);
+  run.StepCommand(Calls::Follow);
   EXPECT_EQ(frame.PC, 0x0160u);
   debug_info.SymbolTable.Assign({{.name = "_printf", .address = 0x0160, .size = 0, .type = ""}});
   SetPC(0x0150);
-  run.StepCommand(true);
+  run.StepCommand(Calls::Follow);
   EXPECT_EQ(frame.PC, 0x0151u);
 }
 
 TEST_F(RunControlTest, GoStopsAtABreakpointBeforeItsInstructionAndGoesOnFromThere) {
   for (const bool hardware : {true, false}) {
-    state.HardwareBreakMode = hardware;
-    shown.clear();
+    UseHardware(hardware);
     breakpoints.Clear();
     breakpoints.AddBreakpoint(0x0151);
     Program(0x0150, {kNOP, 0x4C, 0x20, 0xFC});  // NOP; INCA; BRA $0150
     frame.WriteA(0);
-    frame.reread = true;
     target.board().ClearHostLog();
     EXPECT_FALSE(run.GoCommand());
+    EXPECT_TRUE(activity.RunningShown());
     EXPECT_EQ(Commands(),
               hardware ? "W00FB=60 RFE08 w01 w51 WFE0B=80 RUN" : "W00FB=60 R0151 W0151=83 RUN");
     TickUntilIdle();
@@ -121,22 +121,31 @@ TEST_F(RunControlTest, GoStopsAtABreakpointBeforeItsInstructionAndGoesOnFromTher
                                    : "WFE0B=00 R0151 W0151=4C SP R00F9 r r r W00FE=01 W00FF=51");
     EXPECT_EQ(frame.PC, 0x0151u);
     EXPECT_EQ(frame.A, 0u);
-    EXPECT_FALSE(frame.reread);
+    EXPECT_FALSE(activity.RunningShown());
     run.GoCommand();
     TickUntilIdle();
     EXPECT_EQ(frame.PC, 0x0151u);
     EXPECT_EQ(frame.A, 1u);
-    EXPECT_THAT(shown, ElementsAre(true, false, true, false));
+    EXPECT_EQ(events.TakeReasons(), "breakpoint breakpoint");
   }
 }
 
-TEST_F(RunControlTest, LeavesThePcBehindAnSwiOfTheProgramItself) {
-  state.HardwareBreakMode = false;
+TEST_F(RunControlTest, TellsAnSwiOfTheProgramItselfAndLeavesThePcBehindIt) {
   breakpoints.AddBreakpoint(0x0170);
-  Program(0x0150, {kNOP, 0x83});
-  run.Go();
-  TickUntilIdle();
-  EXPECT_EQ(frame.PC, 0x0152u);
+  for (const bool hardware : {true, false}) {
+    UseHardware(hardware);
+    Program(0x0150, {kNOP, 0x83});
+    run.Go();
+    TickUntilIdle();
+    EXPECT_EQ(frame.PC, 0x0152u);
+    SetPC(0x0150);
+    run.RunToAddress(0x0160);
+    EXPECT_EQ(events.TakeReasons(), "swi swi");
+  }
+  UseHardware(true);
+  SetPC(0x0151);
+  run.StepCommand(Calls::Follow);
+  EXPECT_EQ(events.TakeReasons(), "swi");
 }
 
 TEST_F(RunControlTest, GoesOnWhenTheStepOffABreakpointComesBackLate) {
@@ -144,10 +153,10 @@ TEST_F(RunControlTest, GoesOnWhenTheStepOffABreakpointComesBackLate) {
   Program(0x0150, {0x8F, 0x4C, 0x20, 0xFD});  // WAIT; INCA; BRA $0151
   breakpoints.AddBreakpoint(0x0150);
   run.Go();
-  EXPECT_TRUE(state.StepPending);
-  for (int i = 0; i < 100 && state.StepPending; ++i) Tick();
+  EXPECT_TRUE(activity.StepPending());
+  for (int i = 0; i < 100 && activity.StepPending(); ++i) Tick();
   Tick();
-  EXPECT_EQ(state.RunMode, Mode::Running);
+  EXPECT_EQ(activity.RunMode(), Mode::Running);
   EXPECT_FALSE(link.LinkError);
   EXPECT_TRUE(target.board().running());
 }
@@ -157,20 +166,20 @@ TEST_F(RunControlTest, StopRebuildsTheFrameOfTheInterruptedProgram) {
   frame.WriteHX(0x1234);
   frame.WriteA(0x56);
   for (const bool hardware : {true, false}) {
-    state.HardwareBreakMode = hardware;
+    UseHardware(hardware);
     breakpoints.AddBreakpoint(0x0170);
     target.board().Load(0x0170, ByteList{kNOP});
     RunEndlessLoop();
     Tick(3);
     target.board().ClearHostLog();
-    EXPECT_EQ(run.GoCommand(), StopResult::Stopped);
+    EXPECT_EQ(run.GoCommand()->reason, base::StopReason::UserBreak);
     EXPECT_THAT(Commands(), ::testing::StartsWith("WFE0B=00 SP R00F5 R00FB r r R007F r r r "
                                                   "R007F w45 w01 w00 w94 w83 W00F9=00 W00FA=80 "
                                                   "RUN R007F"));
     EXPECT_EQ(Peek(0x0170), kNOP);
     breakpoints.Clear();
     Tick(3);
-    EXPECT_FALSE(state.Busy() || state.RunningShown || shown.back());
+    EXPECT_FALSE(activity.Busy() || activity.RunningShown());
     ASSERT_TRUE(frame.ReadRegisters());
     EXPECT_TRUE(frame.PC == 0x0150 || frame.PC == 0x0151) << frame.PC;
     EXPECT_EQ(frame.ProgramSP(), 0x00FFu);
@@ -185,16 +194,15 @@ TEST_F(RunControlTest, AnUnansweredStopLeavesEverythingAsItWas) {
   target.board().Load(0x0170, ByteList{0x80});
   RunEndlessLoop();
   Tick(2);
-  link.BreakPollState = 0;
-  EXPECT_EQ(run.Stop(), StopResult::NoAnswer);
-  EXPECT_TRUE(StopMessage(StopResult::NoAnswer));
+  EXPECT_EQ(run.Stop().reason, base::StopReason::Refused);
+  EXPECT_TRUE(StopMessage(base::StopReason::Refused));
   Tick(5);
-  EXPECT_EQ(state.RunMode, Mode::Running);
-  EXPECT_TRUE(state.WaitingForBreak && state.RunningShown && target.board().running());
-  EXPECT_EQ(refreshes, 0);
+  EXPECT_EQ(activity.RunMode(), Mode::Running);
+  EXPECT_TRUE(activity.WaitingForBreak() && activity.RunningShown() && target.board().running());
+  EXPECT_TRUE(events.stops.empty());
   EXPECT_FALSE(link.LinkError);
   target.Close();
-  EXPECT_EQ(run.Stop(), StopResult::LinkLost);
+  EXPECT_EQ(run.Stop().reason, base::StopReason::LinkLost);
 }
 
 TEST_F(RunControlTest, AStopAtTheMomentOfABreakpointHitTakesTheBreakpointsStop) {
@@ -205,20 +213,20 @@ TEST_F(RunControlTest, AStopAtTheMomentOfABreakpointHitTakesTheBreakpointsStop) 
     // The delay ends before the signal, three times while the line is held, and after that.
     for (const int delay : {0x10, 0x48, 0x60, 0x80, 0xFF}) {
       SCOPED_TRACE(base::Format("%s mode, delay %02X", hardware ? "hardware" : "software", delay));
-      state.HardwareBreakMode = hardware;
+      UseHardware(hardware);
       // SEI; LDHX #0; AIX #1; CPHX #delay:00; BNE; JMP $0170
       Program(0x0150, {0x9B, 0x45, 0, 0, 0xAF, 1, 0x65, base::LowByte(delay), 0, 0x26, 0xF9, 0xCC,
                        0x01, 0x70});
       target.board().Load(0x0170, ByteList{kNOP, kNOP});
       run.Go();
       target.Sleep(std::chrono::milliseconds(50));  // no tick looks for the break byte
-      EXPECT_EQ(run.Stop(), StopResult::Stopped);
+      EXPECT_EQ(run.Stop().reason, base::StopReason::Breakpoint);
       EXPECT_EQ(frame.PC, 0x0170u);
       ASSERT_TRUE(frame.ReadRegisters());
       EXPECT_EQ(frame.PC, 0x0170u);
       EXPECT_EQ(frame.ProgramSP(), 0x00FFu);
       EXPECT_EQ(Peek(0x0170), kNOP);
-      EXPECT_FALSE(state.Busy() || link.LinkError);
+      EXPECT_FALSE(activity.Busy() || link.LinkError);
     }
   }
 }
@@ -226,16 +234,15 @@ TEST_F(RunControlTest, AStopAtTheMomentOfABreakpointHitTakesTheBreakpointsStop) 
 TEST_F(RunControlTest, StopEndsAStepThatNeverComesBack) {
   PointIrqVectorToMonitor();
   for (const bool hardware : {true, false}) {
-    state.HardwareBreakMode = hardware;
+    UseHardware(hardware);
     Program(0x0151, {0xAD, 0x02, kNOP, kNOP, 0x20, 0xFE});  // BSR to an endless loop
     frame.WriteCCR(0x60);
-    state.StepOver = true;
-    run.StepCommand(true);
+    run.StepCommand(Calls::StepOver);
     Tick(2);
-    EXPECT_EQ(run.GoCommand(), StopResult::Stopped);
+    EXPECT_EQ(run.GoCommand()->reason, base::StopReason::UserBreak);
     EXPECT_EQ(frame.PC, 0x0155u);
     EXPECT_EQ(Peek(0x0153), kNOP);
-    EXPECT_FALSE(state.Busy() || breakpoints.StepPlanted());
+    EXPECT_FALSE(activity.Busy() || breakpoints.StepPlanted());
     ASSERT_TRUE(frame.SetStackPointer(0x00FF));
   }
 }
@@ -263,32 +270,24 @@ TEST_F(RunControlTest, RunsToMainForCProgramsWhenAskedTo) {
   EXPECT_EQ(run_from(0x0150), 0x0154u);
 }
 
-class Recorder final : public BackgroundOperation {
- public:
-  void Advance() override { ++advanced; }
-  void Abandon() override { ++abandoned; }
-  int advanced = 0, abandoned = 0;
-};
-
 TEST_F(RunControlTest, HandsTheTickToTheOperationOnceTheBreakByteHasCome) {
   Recorder erase;
-  run.SetBackgroundOperation(Mode::MassErase, &erase);
-  state.RunMode = Mode::MassErase;
-  state.WaitingForBreak = true;
+  activity.BeginOperation(Mode::Operation, erase);
+  activity.AwaitBreak();
   Program(0x0150, {0x4F, 0x4B, 0xFE, 0x83});
   monitor.RunTarget();
   run.CompleteOnTimer();
-  EXPECT_TRUE(state.RunningShown);
+  EXPECT_TRUE(activity.RunningShown());
   EXPECT_EQ(erase.advanced, 0);
   Tick(2);
   EXPECT_EQ(erase.advanced, 2);
   run.AbandonRunForReset();
   EXPECT_EQ(erase.abandoned, 1);
-  EXPECT_FALSE(state.Busy() || state.RunningShown);
+  EXPECT_FALSE(activity.Busy() || activity.RunningShown());
 }
 
 TEST_F(RunControlTest, AResetWhileRunningRestoresTheCodeAndTheStoppedState) {
-  state.HardwareBreakMode = false;
+  UseHardware(false);
   breakpoints.AddBreakpoint(0x0170);
   target.board().Load(0x0170, ByteList{0x4C});
   RunEndlessLoop();
@@ -298,7 +297,7 @@ TEST_F(RunControlTest, AResetWhileRunningRestoresTheCodeAndTheStoppedState) {
   run.AbandonRunForReset();
   EXPECT_EQ(Peek(0x0170), 0x4C);
   Tick(2);
-  EXPECT_FALSE(state.Busy() || state.RunningShown);
+  EXPECT_FALSE(activity.Busy() || activity.RunningShown());
 }
 
 }  // namespace

@@ -106,9 +106,10 @@ class RandomInstruction : public SteppingTest {
     std::string text;
     for (const std::uint8_t byte : code) text += base::Format("%02X ", byte);
     SCOPED_TRACE(base::Format("%s CCR %02X HX %04X A %02X, %s", text, frame.CCR, frame.HX, frame.A,
-                              state.HardwareBreakMode ? "hardware" : "software"));
+                              breakpoints.HardwareBreakMode() ? "hardware" : "software"));
     simulator::Mcu reference = AfterOneInstruction(mcu());
-    ASSERT_TRUE(run.SingleStep());
+    run.StepCommand(Calls::Follow);
+    ASSERT_FALSE(activity.Busy());
     ExpectRegistersOf(reference);
     ExpectMemoryOf(reference, frame.ProgramSP());
   }
@@ -122,7 +123,7 @@ TEST_F(RandomInstruction, EndsWhereTheCpuEndsInBothModes) {
     const auto name = isa::MnemonicName(entry.mnemonic());
     if (entry.illegal() || name == "SWI" || name == "WAIT" || name == "STOP") return;
     for (const bool hardware : {true, false}) {
-      state.HardwareBreakMode = hardware;
+      UseHardware(hardware);
       for (int i = 0; i < 6; ++i) {
         ByteList code = opcode;
         const ByteList operands = Operands(entry, static_cast<int>(opcode.size()) - 1);
@@ -151,7 +152,8 @@ TEST_F(SteppingTest, WalksThroughARealProgramInLockStepWithTheCpu) {
   frame.LoadResetPC();
   for (int i = 0; i < 3000; ++i) {
     const simulator::Mcu reference = AfterOneInstruction(mcu());
-    ASSERT_TRUE(run.SingleStep()) << i;
+    run.StepCommand(Calls::Follow);
+    ASSERT_FALSE(activity.Busy()) << i;
     ExpectRegistersOf(reference);
     ASSERT_FALSE(HasFailure()) << "step " << i;
   }

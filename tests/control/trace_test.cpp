@@ -3,34 +3,21 @@
 
 #include "base/files.h"
 #include "control/bench.h"
-#include "control/indication.h"
 
 namespace brevant::control {
 namespace {
 
 class TraceTest : public Bench {
  protected:
-  void SendCommand(int id) override {
-    Bench::SendCommand(id);
-    if (id == 345) trace.Command();
-  }
-  void RefreshViews() override {
-    Bench::RefreshViews();
-    if (refreshes == lose_link_at_refresh) link.LinkError = true;
-  }
   std::string Log() const { return base::ReadFile(folder.path() / "trace.txt").text; }
 
-  int lose_link_at_refresh = -1;
-  Indication indication;
-  MessageCatcher ui;
   std::string directory = folder.path().string();
   Trace trace{run,
+              activity,
               frame,
               breakpoints,
               debug_info,
-              *this,
-              ui,
-              indication,
+              user,
               {.image_directory = [this] { return directory; },
                .source_text =
                    [](const symbols::SourceLine& line) {
@@ -42,15 +29,15 @@ TEST_F(TraceTest, RecordsEightStepsATickAndWritesThemWhenItStops) {
   Program(0x0150, {0x4C, 0x20, 0xFD});  // INCA; BRA
   frame.WriteA(0);
   trace.Command();
-  EXPECT_TRUE(indication.tracing);
+  EXPECT_EQ(activity.RunMode(), Mode::Tracing);
   Tick(2);
   target.board().ClearHostLog();
   trace.Command();
   EXPECT_EQ(Commands(), "");  // what was executed is known already
-  EXPECT_FALSE(state.Busy() || indication.tracing);
-  EXPECT_TRUE(indication.window_open);
-  EXPECT_EQ(indication.line_count, 48);
-  EXPECT_EQ(indication.log_path, (folder.path() / "trace.txt").string());
+  EXPECT_FALSE(activity.Busy());
+  EXPECT_EQ(run.last_stop()->reason, base::StopReason::UserBreak);
+  EXPECT_EQ(trace.written_log()->lines, 48);
+  EXPECT_EQ(trace.written_log()->path, (folder.path() / "trace.txt").string());
   EXPECT_THAT(Log(), ::testing::StartsWith("000150 4c \tINCA\n"
                                            "PC=0151  SP=00ff  HX=0000  A=01  V11H=0110  INZC=1000\n"
                                            "\n"
@@ -60,7 +47,7 @@ TEST_F(TraceTest, RecordsEightStepsATickAndWritesThemWhenItStops) {
   trace.Command();
   trace.Command();
   EXPECT_EQ(Log(), "");
-  EXPECT_EQ(indication.line_count, 0);
+  EXPECT_EQ(trace.written_log()->lines, 0);
 }
 
 TEST_F(TraceTest, EndsRightAfterTheInstructionAtABreakpoint) {
@@ -68,10 +55,10 @@ TEST_F(TraceTest, EndsRightAfterTheInstructionAtABreakpoint) {
   breakpoints.AddBreakpoint(0x0152);
   trace.Command();
   Tick(3);
-  EXPECT_THAT(commands, ::testing::ElementsAre(345));
+  EXPECT_EQ(run.last_stop()->reason, base::StopReason::Breakpoint);
   EXPECT_EQ(frame.PC, 0x0153u);
-  EXPECT_EQ(indication.line_count, 9);
-  EXPECT_FALSE(state.Busy());
+  EXPECT_EQ(trace.written_log()->lines, 9);
+  EXPECT_FALSE(activity.Busy());
 }
 
 TEST_F(TraceTest, AStepThatComesBackLateIsRecordedWhenItDoes) {
@@ -80,9 +67,9 @@ TEST_F(TraceTest, AStepThatComesBackLateIsRecordedWhenItDoes) {
   target.board().Load(0x0151, ByteList{0x8F});
   trace.Command();
   Tick();
-  EXPECT_TRUE(state.StepPending);
+  EXPECT_TRUE(activity.StepPending());
   EXPECT_EQ(trace.ring().size(), 1);
-  for (int i = 0; i < 100 && state.StepPending; ++i) Tick();
+  for (int i = 0; i < 100 && activity.StepPending(); ++i) Tick();
   EXPECT_FALSE(link.LinkError);
   ASSERT_EQ(trace.ring().size(), 10);
   EXPECT_EQ(trace.ring().At(1).address, 0x0151u);
@@ -94,11 +81,11 @@ TEST_F(TraceTest, StoppedDuringASlowStepItLeavesTheTargetToTheTimer) {
   Program(0x0150, {0x8F, 0x9D});  // WAIT without an interrupt in sight
   trace.Command();
   Tick(2);
-  const int before = refreshes;
+  const long before = run.stops();
   trace.Command();
-  EXPECT_EQ(refreshes, before);
-  EXPECT_EQ(indication.line_count, 0);
-  EXPECT_TRUE(state.StepPending);
+  EXPECT_EQ(run.stops(), before);
+  EXPECT_EQ(trace.written_log()->lines, 0);
+  EXPECT_TRUE(activity.StepPending());
   Tick(2);
   EXPECT_FALSE(link.LinkError);
 }
@@ -112,9 +99,8 @@ TEST_F(TraceTest, NamesSourceLinesAndSaysWhenTheLogCannotBeWritten) {
   Tick();
   trace.Command();
   EXPECT_THAT(trace.LogText(), ::testing::StartsWith("00150: line 7\nPC=0151"));
-  EXPECT_EQ(ui.count, 1);
-  EXPECT_EQ(indication.line_count, -1);
-  EXPECT_FALSE(indication.tracing);
+  EXPECT_EQ(user.messages.size(), 1u);
+  EXPECT_FALSE(trace.written_log() || activity.Busy());
   directory.clear();
   EXPECT_EQ(trace.LogPath(), "trace.txt");
 }
@@ -128,14 +114,6 @@ TEST_F(TraceTest, ALostLinkAddsNoRecord) {
   const int recorded = trace.ring().size();
   EXPECT_LT(recorded, 8);
   for (int i = 0; i < recorded; ++i) EXPECT_EQ(trace.ring().At(i).PC, 0x0151u + i);
-}
-
-TEST_F(TraceTest, ALinkThatTheViewsLoseEndsTheTick) {
-  Program(0x0150, ByteList(0x20, 0x9D));
-  lose_link_at_refresh = 3;
-  trace.Command();
-  Tick(2);
-  EXPECT_EQ(trace.ring().size(), 3);
 }
 
 }  // namespace

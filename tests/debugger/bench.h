@@ -9,14 +9,15 @@
 #include <string>
 #include <vector>
 
-#include "debugger/command_ids.h"
+#include "base/event_log.h"
+#include "base/test_user.h"
 #include "debugger/debugger.h"
 #include "images/image_reader.h"
 #include "simulator/simulated_target.h"
 
 namespace brevant::debugger {
 
-class Bench : public base::UserInterface, public base::Workspace, public control::RunIndication {
+class Bench {
  public:
   explicit Bench(const simulator::Device& device = simulator::Gp32())
       : folder_(std::filesystem::temp_directory_path() /
@@ -26,9 +27,8 @@ class Bench : public base::UserInterface, public base::Workspace, public control
         debugger({.port = target,
                   .clock = target,
                   .settings = settings,
-                  .ui = *this,
-                  .workspace = *this,
-                  .indication = *this,
+                  .ui = user,
+                  .events = events,
                   .start_up_directory = folder_.string()}) {
     std::filesystem::remove_all(folder_);
     std::filesystem::create_directories(folder_);
@@ -36,7 +36,7 @@ class Bench : public base::UserInterface, public base::Workspace, public control
     settings.Override(base::keys::kRecentSecurity, blank, 0);
     debugger.connector.SetSessionCode(link::kBlankSecurityCode);
   }
-  ~Bench() override { std::filesystem::remove_all(folder_); }
+  ~Bench() { std::filesystem::remove_all(folder_); }
   Bench(const Bench&) = delete;
   Bench& operator=(const Bench&) = delete;
 
@@ -62,29 +62,9 @@ class Bench : public base::UserInterface, public base::Workspace, public control
  public:
   simulator::SimulatedTarget target;
   base::SettingsFile settings;
-  std::vector<std::string> said;
+  base::TestUser user;
+  base::EventLog events;
   Debugger debugger;
-
-  base::Answer ShowMessage(const base::Message& message) override {
-    said.push_back(message.text);
-    return message.buttons == base::Buttons::YesNo ? base::Answer::Yes : base::Answer::Ok;
-  }
-  void Beep() override {}
-  void SetTitle(std::string_view) override {}
-  void BeginProgress(std::string_view, std::string_view, bool) override {}
-  bool UpdateProgress(std::string_view, long, long) override { return true; }
-  void EndProgress() override {}
-  void SetBusyCursor(bool) override {}
-  void RefreshViews() override {}
-  void ShowRunning(bool) override {}
-  void SendCommand(int id) override {
-    if (id == kCommandReset) debugger.Reset();
-    if (id == kCommandTrace) debugger.trace.Command();
-  }
-  void ShowNStepping(bool) override {}
-  void ShowTracing(bool) override {}
-  void OpenTraceWindow() override {}
-  void ShowTraceLog(const std::string&, int) override {}
 };
 
 }  // namespace brevant::debugger

@@ -66,7 +66,7 @@ TEST(Debugger, AResetTakesARunningTargetBack) {
   EXPECT_TRUE(debugger.Busy());
   debugger.Reset();
   EXPECT_FALSE(debugger.Busy());
-  EXPECT_FALSE(debugger.run_state.RunningShown);
+  EXPECT_FALSE(debugger.activity.RunningShown());
   debugger.frame.ReadRegisters();
   EXPECT_EQ(debugger.frame.ProgramSP(), 0x00FFu);
   EXPECT_FALSE(debugger.monitor.LinkError());

@@ -44,8 +44,7 @@ std::string ReadVariable(Debugger& debugger, base::Address address, std::size_t 
 }
 
 void StepOver(Bench& bench) {
-  bench.debugger.run_state.StepOver = true;
-  bench.debugger.run_control.StepCommand(true);
+  bench.debugger.run_control.StepCommand(control::Calls::StepOver);
   ASSERT_TRUE(bench.Settle());
 }
 
@@ -91,7 +90,7 @@ TEST_P(Programs, LeaveBehindWhatCSaysWhenDebuggedInFlash) {
     ASSERT_TRUE(address) << row.variable;
     EXPECT_EQ(ReadVariable(debugger, *address, row.size), row.bytes) << row.variable;
   }
-  EXPECT_TRUE(bench.said.empty()) << bench.said.front();
+  EXPECT_TRUE(bench.user.texts.empty()) << bench.user.texts.front();
 }
 
 INSTANTIATE_TEST_SUITE_P(OfSdcc, Programs, testing::ValuesIn([] {

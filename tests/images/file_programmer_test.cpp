@@ -166,7 +166,7 @@ TEST(FileProgrammer, CancelKeepsWhatIsProgrammed) {
   ASSERT_TRUE(bench.ProgramText(Record(0x9000, ByteList(100, 0xA5))));
   EXPECT_EQ(bench.programmer.status().outcome, FlashOutcome::Cancelled);
   EXPECT_EQ(bench.resets, 1);
-  EXPECT_EQ(bench.state.RunMode, control::Mode::Idle);
+  EXPECT_EQ(bench.activity.RunMode(), control::Mode::Idle);
   EXPECT_EQ(bench.Peek(0x9000), 0xA5);
   EXPECT_EQ(
       bench.Peek(0x9000 + static_cast<base::Address>(bench.programmer.status().bytes_programmed)),
@@ -179,7 +179,7 @@ TEST(FileProgrammer, AResetFromOutsideEndsIt) {
   for (base::Address i = 0; i < 12; ++i) text += Record(0x9000 + i, ByteList{0x5A});
   ASSERT_TRUE(bench.programmer.ProgramFlashFile(bench.Write("image.s19", text)));
   bench.Tick();
-  bench.SendCommand(kResetCommand);
+  bench.ResetTarget();
   EXPECT_EQ(bench.programmer.status().outcome, FlashOutcome::Cancelled);
   EXPECT_EQ(bench.user.progress_windows, 0);
   bench.Tick();
@@ -208,7 +208,7 @@ TEST(FileProgrammer, SaysAtOnceHowFarItCameWhenTheLinkIsLost) {
                                      "9020 on are in doubt."),
             std::string::npos)
       << bench.user.texts[0];
-  EXPECT_EQ(bench.state.RunMode, control::Mode::FileProgramming) << "until a reset or a reconnect";
+  EXPECT_EQ(bench.activity.RunMode(), control::Mode::Idle);
   bench.Tick();
   EXPECT_EQ(bench.user.texts.size(), 1u);
 }
@@ -218,7 +218,7 @@ TEST(FileProgrammer, DoesNotBeginWithoutAnAnswer) {
   bench.target.SetFaultPlan({{.kind = simulator::FaultKind::CutLine, .at_host_byte = 5}});
   EXPECT_FALSE(bench.programmer.ProgramFlashFile(bench.Write("image.s19", "S104900011EA")));
   EXPECT_EQ(bench.user.TakeTexts(), Texts{"Error in programming flash. Check the reset switch"});
-  EXPECT_EQ(bench.state.RunMode, control::Mode::Idle);
+  EXPECT_EQ(bench.activity.RunMode(), control::Mode::Idle);
   EXPECT_EQ(bench.user.progress_windows, 0);
 }
 

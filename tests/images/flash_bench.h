@@ -10,8 +10,10 @@
 #include <string>
 #include <vector>
 
+#include "base/event_log.h"
 #include "base/settings_file.h"
 #include "base/temporary_folder.h"
+#include "base/test_user.h"
 #include "base/text_format.h"
 #include "control/breakpoint_table.h"
 #include "control/run_control.h"
@@ -29,44 +31,7 @@ using ByteList = std::vector<std::uint8_t>;
 
 using link::DecodeCommands;
 
-class User final : public base::UserInterface {
- public:
-  bool agrees = true;
-  // Cancels once progress has been shown this often; never when negative.
-  int cancels_after = -1;
-  std::vector<std::string> texts;
-  std::string title;
-  std::string progress_text;
-  int beeps = 0;
-  int progress_windows = 0;
-  int busy_cursors = 0;
-
-  base::Answer ShowMessage(const base::Message& message) override {
-    texts.push_back(message.text);
-    switch (message.buttons) {
-      case base::Buttons::Ok:
-        return base::Answer::Ok;
-      case base::Buttons::OkCancel:
-        return agrees ? base::Answer::Ok : base::Answer::Cancel;
-      case base::Buttons::YesNo:
-        return agrees ? base::Answer::Yes : base::Answer::No;
-    }
-    return base::Answer::Cancel;
-  }
-  void Beep() override { ++beeps; }
-  void SetTitle(std::string_view text) override { title = text; }
-  void BeginProgress(std::string_view, std::string_view, bool) override { ++progress_windows; }
-  bool UpdateProgress(std::string_view text, long, long) override {
-    progress_text = text;
-    return cancels_after < 0 || cancels_after-- > 0;
-  }
-  void EndProgress() override { --progress_windows; }
-  void SetBusyCursor(bool busy) override { busy_cursors += busy ? 1 : -1; }
-
-  std::vector<std::string> TakeTexts() { return std::exchange(texts, {}); }
-};
-
-struct Bench : base::Workspace {
+struct Bench {
   explicit Bench(const simulator::Device& device = simulator::Gp32()) : target(device) {
     // Written past the settings file, which would wait for the disk each time.
     Write("brevant.ini", "[config]\nHC08Devices=" + std::to_string(&device == &simulator::Ql()) +
@@ -88,17 +53,12 @@ struct Bench : base::Workspace {
   void FollowUpReset() {
     run.AbandonRunForReset();
     frame.ReadRegisters();
-    state.WaitingForBreak = false;
-    state.RunMode = control::Mode::Idle;
-    link.BreakPollState = 0;
   }
   bool Passed() { return connector.SecurityPassed(); }
 
   void Tick() {
     target.Sleep(std::chrono::milliseconds(10));
     run.CompleteOnTimer();
-    flash.Tick();
-    programmer.Tick();
   }
   // No operation takes longer than this, unless the end of its routine got lost.
   void TickToEnd() {
@@ -141,10 +101,7 @@ struct Bench : base::Workspace {
     mcu().Poke(mcu().device().flbpr, 0xFF);
   }
 
-  void RefreshViews() override {}
-  void ShowRunning(bool) override {}
-  void SendCommand(int id) override {
-    EXPECT_EQ(id, kResetCommand);
+  void ResetTarget() {
     ++resets;
     if (const auto code = security.Code()) connector.SetSessionCode(code);
     connector.ResetTarget();
@@ -156,31 +113,21 @@ struct Bench : base::Workspace {
   link::Monitor monitor{link};
   base::TemporaryFolder folder;
   base::SettingsFile settings{folder.path() / "brevant.ini"};
-  User user;
+  base::TestUser user;
+  base::EventLog events;
   link::Connector connector{monitor, settings, user, [](const std::string&) {}};
   symbols::DebugInfo debug_info;
   control::RegisterFrame frame{monitor};
   control::BreakpointTable breakpoints{monitor};
-  control::RunState state;
-  control::RunControl run{monitor, frame, breakpoints, state, debug_info, settings, *this};
+  control::Activity activity{events};
+  control::RunControl run{monitor, frame, breakpoints, activity, debug_info, settings, events};
   StartAddress start;
   SecurityBytes security;
-  FlashSurroundings surroundings{monitor,  frame, state, debug_info,
-                                 settings, user,  *this, security};
+  FlashSurroundings surroundings{monitor,  frame, activity, debug_info,
+                                 settings, user,  security, [this] { ResetTarget(); }};
   FlashOperations flash{surroundings};
   FileProgrammer programmer{surroundings};
   int resets = 0;
-
-  // The members above are made by now.
-  struct Wiring {
-    explicit Wiring(Bench& b) {
-      using control::Mode;
-      for (const Mode mode : {Mode::FlashShort, Mode::MassErase, Mode::EraseRange}) {
-        b.run.SetBackgroundOperation(mode, &b.flash);
-      }
-      b.run.SetBackgroundOperation(Mode::FileProgramming, &b.programmer);
-    }
-  } wiring{*this};
 };
 
 inline constexpr simulator::FaultKind kAllFaults[] = {

@@ -13,7 +13,7 @@ using Texts = std::vector<std::string>;
 struct Forms : ::testing::Test {
   base::TemporaryFolder folder;
   base::SettingsFile settings{folder.path() / "brevant.ini"};
-  User user;
+  base::TestUser user;
 };
 
 TEST_F(Forms, EraseRangeBeepsAtWhatIsNoAddress) {

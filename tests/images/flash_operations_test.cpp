@@ -38,7 +38,7 @@ TEST(MassErase, BlanksEveryByteAndLeavesABlankCode) {
     EXPECT_EQ(bench.resets, 1);
     EXPECT_TRUE(bench.Passed()) << "the reset has to send the blank code";
     EXPECT_EQ(bench.user.busy_cursors, 0);
-    EXPECT_EQ(bench.state.RunMode, control::Mode::Idle);
+    EXPECT_EQ(bench.activity.RunMode(), control::Mode::Idle);
     EXPECT_FALSE(bench.debug_info.DebugInfoLoaded);
     EXPECT_EQ(bench.user.TakeTexts(), Texts{"Do you really want to mass erase flash EEPROM"});
   }
@@ -120,7 +120,7 @@ TEST(EraseRange, AsksAndRefusesAnEmptyRange) {
   EXPECT_FALSE(bench.flash.EraseFlashRange(0x8000, 0xFFFF));
   EXPECT_EQ(bench.flash.status().outcome, FlashOutcome::Refused);
   EXPECT_EQ(bench.Peek(0x8000), 0x5A);
-  EXPECT_FALSE(bench.state.WaitingForBreak);
+  EXPECT_FALSE(bench.activity.WaitingForBreak());
 }
 
 TEST(EraseRange, CancelResetsTheTargetAtOnce) {
@@ -145,7 +145,7 @@ TEST(ProgramLocations, SendsDataRoutineAndParametersInThisOrder) {
       sent.ends_with("w81 SP W00FE=00 W00FF=80 W001F=01 "
                      "R00D5 w90 w00 w90 w00 w03 w03 w00 wE0 RUN"))
       << sent;
-  EXPECT_EQ(bench.state.RunMode, control::Mode::FlashShort);
+  EXPECT_EQ(bench.activity.RunMode(), control::Mode::Operation);
   bench.TickToEnd();
   EXPECT_EQ(bench.flash.status().outcome, FlashOutcome::Done);
   EXPECT_EQ(bench.flash.status().bytes_programmed, 3);
@@ -234,7 +234,7 @@ TEST(FlashOperations, TellWhatFailedWhenTheTargetDoesNotAnswer) {
     EXPECT_FALSE(c.start(bench.flash));
     EXPECT_EQ(bench.user.texts.back(), c.text);
     EXPECT_EQ(bench.flash.status().outcome, FlashOutcome::LinkLost);
-    EXPECT_EQ(bench.state.RunMode, control::Mode::Idle);
+    EXPECT_EQ(bench.activity.RunMode(), control::Mode::Idle);
     EXPECT_EQ(bench.user.busy_cursors, 0);
     EXPECT_EQ(bench.user.progress_windows, 0);
   }

@@ -4,8 +4,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "base/test_user.h"
 #include "link/messages.h"
-#include "link/recording_ui.h"
 #include "link/scripted_port.h"
 #include "link/settings_in_folder.h"
 #include "simulator/simulated_target.h"
@@ -39,7 +39,7 @@ struct Bench {
   MonitorLink link{target, target};
   Monitor monitor{link};
   SettingsInFolder file;
-  RecordingUi ui;
+  base::TestUser ui;
   std::string log;
   Connector connector{monitor, file.settings, ui, [this](const std::string& line) { log += line; }};
 };
@@ -125,7 +125,7 @@ TEST(Connector, APortThatRefusesSaysSoWithItsOwnReason) {
   MonitorLink link(port, port);
   Monitor monitor(link);
   SettingsInFolder file;
-  RecordingUi ui;
+  base::TestUser ui;
   std::string log;
   Connector connector(monitor, file.settings, ui, [&](const std::string& line) { log += line; });
   file.Set("port", "com2");
@@ -160,7 +160,7 @@ TEST(Connector, AResetSendsTheCodeForResetsNotTheOneConnectedWith) {
     bench.connector.SetSessionCode(row.session);
     bench.connector.Connect();
     bench.TakeSent();
-    bench.ui.messages.clear();
+    bench.ui.TakeTexts();
     bench.connector.ResetTarget();
     EXPECT_EQ(bench.TakeSent(), BytesOf(row.sent));
     EXPECT_FALSE(bench.link.LinkError);

@@ -23,7 +23,7 @@ TEST_F(InstructionEditorTest, ReplacesTheBytesOfOneInstruction) {
   target.board().ClearHostLog();
   EXPECT_TRUE(editor.Accept("bra start ; for ever"));
   EXPECT_EQ(Commands().find("R00FF w20 wFE"), 0u);
-  EXPECT_TRUE(user.messages.empty());
+  EXPECT_TRUE(user.texts.empty());
   EXPECT_EQ(Peek(0x0100), 0x20);
   EXPECT_EQ(Peek(0x0101), 0xFE);
   EXPECT_EQ(Peek(0x0102), 0x9D);
@@ -33,8 +33,8 @@ TEST_F(InstructionEditorTest, ReplacesTheBytesOfOneInstruction) {
 TEST_F(InstructionEditorTest, SaysWhenTheMemoryDidNotTakeIt) {
   target.board().Load(0x8000, ByteList{0xA6, 0x12});
   EXPECT_TRUE(Open(0x8000).Accept("LDA #34"));
-  ASSERT_EQ(user.messages.size(), 1u);
-  EXPECT_EQ(user.messages[0].find("The memory at 008000 did not take the instruction."), 0u);
+  ASSERT_EQ(user.texts.size(), 1u);
+  EXPECT_EQ(user.texts[0].find("The memory at 008000 did not take the instruction."), 0u);
   EXPECT_EQ(Peek(0x8001), 0x12);
 }
 

@@ -54,9 +54,9 @@ class ProgramViewTest : public ViewBench {
     return BytesSent();
   }
 
-  const ProgramSources sources{monitor, debug_info, frame, breakpoints, state, user};
+  const ProgramSources sources{monitor, debug_info, frame, breakpoints, activity, user};
   ProgramViews views{sources};
-  ProgramMenu menu{views, frame, breakpoints, run, *this};
+  ProgramMenu menu{views, frame, breakpoints, run};
 };
 
 TEST_F(ProgramViewTest, ShowsAnInstructionALine) {
@@ -266,23 +266,23 @@ TEST_F(ProgramViewTest, TogglesBreakpointsUpToTheLimit) {
   EXPECT_TRUE(view.Click(0, 0, kCell));
   EXPECT_TRUE(view.Lines()[0].has_breakpoint);
   EXPECT_FALSE(view.Click(0, kLineHeight, kCell));
-  EXPECT_THAT(user.messages,
+  EXPECT_THAT(user.texts,
               ElementsAre("You can setup only 1 breakpoints\nwhen debugging code in flash"));
   EXPECT_TRUE(view.Click(0, 0, kCell));
   EXPECT_EQ(breakpoints.count(), 0);
   EXPECT_EQ(view.state().cursorLine, 0);
 
-  state.HardwareBreakMode = false;
+  UseHardware(false);
   for (base::Address a = 0; a < 100; ++a) {
     EXPECT_EQ(view.ToggleBreakpoint(0x8000 + a), Toggled::Added);
   }
   EXPECT_EQ(view.ToggleBreakpoint(0x9000), Toggled::Refused);
-  EXPECT_EQ(user.messages.back(), "You can setup only 100 breakpoints\n");
+  EXPECT_EQ(user.texts.back(), "You can setup only 100 breakpoints\n");
   // The table tells which bytes of the running program are to be restored.
-  state.WaitingForBreak = true;
+  activity.AwaitBreak();
   EXPECT_EQ(view.ToggleBreakpoint(0x8000), Toggled::Refused);
   EXPECT_EQ(user.beeps, 1);
-  state.WaitingForBreak = false;
+  activity.BreakSeen();
   EXPECT_EQ(view.ToggleBreakpoint(0x8000), Toggled::Removed);
   menu.ClearAllBreakpoints();
   EXPECT_EQ(breakpoints.count(), 0);
@@ -339,8 +339,6 @@ TEST_F(ProgramViewTest, ItsMenuMovesPcAndTheView) {
   view.Update();
   EXPECT_EQ(view.state().top, 0x0104u);
 
-  menu.RunToCursor();
-  EXPECT_THAT(commands, ElementsAre(194));
   target.board().Load(0x0104, ByteList{0x9D});
   menu.AfterEdit();
   view.Update();

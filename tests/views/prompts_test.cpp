@@ -8,7 +8,7 @@ namespace {
 
 TEST(AddressPrompt, TakesOneToSixHexadecimalDigits) {
   AddressHistory history;
-  User user;
+  base::TestUser user;
   AddressPrompt prompt(prompt_titles::kGoToAddress, history, user);
   EXPECT_EQ(prompt.InitialText(), "");
   for (const char* refused : {"", "12G4", "1234567", " 12", "0x12"}) {
@@ -27,14 +27,14 @@ TEST(AddressPrompt, RemembersTheTenNewestAddresses) {
   EXPECT_EQ(history.entries(), (std::vector<base::Address>{11, 10, 9, 8, 7, 6, 5, 4, 3, 2}));
   history.Add(4);
   EXPECT_EQ(history.entries(), (std::vector<base::Address>{4, 11, 10, 9, 8, 7, 6, 5, 3, 2}));
-  User user;
+  base::TestUser user;
   EXPECT_EQ(AddressPrompt("", history, user).InitialText(), "000004");
 }
 
 TEST(SymbolPrompt, PrefersSymbolsOfTheLoadedProgramToNumbers) {
   symbols::DebugInfo info;
   info.SymbolTable.Assign({{"MAIN", 0x8000, 0, ""}, {"BEEF", 0x1234, 0, ""}});
-  User user;
+  base::TestUser user;
   SymbolPrompt prompt(prompt_titles::kGoToSymbol, info, user);
   EXPECT_EQ(prompt.Choices(), (std::vector<std::string>{"MAIN", "BEEF"}));
   EXPECT_EQ(prompt.Accept("main"), std::nullopt);

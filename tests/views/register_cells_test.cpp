@@ -39,9 +39,9 @@ TEST_F(RegisterCellsTest, MarkWhatAStepHasChanged) {
   Program(0x0100, {0xA6, 0x12, 0x9D});
   Changed();
   EXPECT_EQ(Changed(), "......");
-  run.StepCommand(false);
+  run.StepCommand(control::Calls::Follow);
   EXPECT_EQ(Changed(), "*..*..");
-  run.StepCommand(false);
+  run.StepCommand(control::Calls::Follow);
   EXPECT_EQ(Changed(), "*.....");
 }
 
@@ -104,7 +104,7 @@ TEST_F(RegisterCellsTest, AreEditedInTheirOwnForm) {
     EXPECT_EQ(Texts()[static_cast<std::size_t>(c.cell)], c.shown);
   }
   EXPECT_EQ(user.beeps, 6);
-  EXPECT_TRUE(user.messages.empty());
+  EXPECT_TRUE(user.texts.empty());
 }
 
 TEST_F(RegisterCellsTest, OpenTheirEditorWithTheKeyThatWasTyped) {
@@ -125,7 +125,7 @@ TEST_F(RegisterCellsTest, TellWhenTheTargetDoesNotTakeAStackPointer) {
   cells.Select(1);
   target.SetFaultPlan({{simulator::FaultKind::CutLine, 0}});
   EXPECT_TRUE(cells.OpenEditor().Accept("0123"));
-  EXPECT_EQ(user.messages.size(), 1u);
+  EXPECT_EQ(user.texts.size(), 1u);
 }
 
 }  // namespace

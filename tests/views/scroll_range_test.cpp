@@ -35,7 +35,7 @@ TEST(ScrollRange, FillsTheScrollBarWhateverTheRange) {
 TEST(ScrollRange, IsChangedByItsForm) {
   base::TemporaryFolder folder;
   base::SettingsFile settings(folder.path() / "brevant.ini");
-  User user;
+  base::TestUser user;
   ProgramRangeForm form(settings, user);
   EXPECT_EQ(form.InitialText(), "007fff");
   EXPECT_EQ(form.Accept("xyz"), std::nullopt);
