@@ -70,7 +70,7 @@ link::ConnectResult Session::ShowConnecting(base::FunctionRef<link::ConnectResul
   bool refused = false;
   for (const base::Message& message : held) {
     // Said of each connection that was tried: once is enough, and not when another code fitted.
-    const bool of_the_code = message.text == link::kSecurityNotPassed.text;
+    const bool of_the_code = message.id == link::kSecurityNotPassed.id;
     if (!of_the_code) ui.ShowMessage(message);
     refused = refused || of_the_code;
   }
