@@ -6,7 +6,6 @@
 #include "base/files.h"
 #include "link/connect_form.h"
 #include "link/messages.h"
-#include "link/security_code.h"
 
 namespace brevant::gui {
 namespace {
@@ -74,7 +73,7 @@ link::ConnectResult Session::ShowConnecting(base::FunctionRef<link::ConnectResul
     if (!of_the_code) ui.ShowMessage(message);
     refused = refused || of_the_code;
   }
-  if (refused && !debugger.security_passed) {
+  if (refused && !debugger.security.passed()) {
     ui.ShowMessage(base::ToMessage(link::kSecurityNotPassed));
   }
   return result;
@@ -85,10 +84,9 @@ bool Session::Connect() {
   gate.Run([&] {
     result = ShowConnecting([this] { return debugger.Start(debugger::OtherCodes::Try); });
   });
-  const auto code = debugger.connector.session_code();
-  if (debugger.security_passed && code) {
+  if (const auto code = debugger.security.FoundByTrying()) {
     // Offered first by the connect dialog from now on, and used when connecting again.
-    link::RememberSecurityCode(settings, *code);
+    debugger.security.Remember(*code);
     notice_ = "The security code " + link::FormatSecurityCode(*code) + " fits.";
   }
   return debugger::IsConnected(result);
@@ -110,7 +108,7 @@ ConnectionState Session::Connection() const {
           .target = target_,
           .running = debugger.run_state.Busy(),
           .link_lost = debugger.monitor_link.LinkError,
-          .security_passed = debugger.security_passed};
+          .security_passed = debugger.security.passed()};
 }
 
 void Session::RefreshScreen() {

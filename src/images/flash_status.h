@@ -7,8 +7,8 @@
 #include "base/workspace.h"
 #include "control/register_frame.h"
 #include "control/run_state.h"
-#include "images/security_bytes.h"
 #include "link/monitor.h"
+#include "link/security_keeper.h"
 #include "symbols/debug_info.h"
 
 namespace brevant::images {
@@ -24,7 +24,7 @@ struct FlashSurroundings {
   base::SettingsFile& settings;
   base::UserInterface& ui;
   base::Workspace& workspace;
-  SecurityBytes& security;
+  link::SecurityKeeper& security;
 };
 
 enum class FlashOutcome {

@@ -81,7 +81,7 @@ struct Bench : base::Workspace {
     link::SecurityCode code{};
     for (base::Address i = 0; i < code.size(); ++i) code[i] = Peek(0xFFF6 + i);
     if (!link.OpenPort("COM1") || monitor.SendSecurityCode(code) != 0) return false;
-    security.Know(code);
+    security.NoteConnected(code, true);
     FollowUpReset();
     return !link.LinkError;
   }
@@ -146,7 +146,6 @@ struct Bench : base::Workspace {
   void SendCommand(int id) override {
     EXPECT_EQ(id, kResetCommand);
     ++resets;
-    if (const auto code = security.Code()) connector.SetSessionCode(code);
     connector.ResetTarget();
     FollowUpReset();
   }
@@ -157,14 +156,14 @@ struct Bench : base::Workspace {
   base::TemporaryFolder folder;
   base::SettingsFile settings{folder.path() / "brevant.ini"};
   User user;
-  link::Connector connector{monitor, settings, user, [](const std::string&) {}};
+  link::SecurityKeeper security{settings};
+  link::Connector connector{monitor, settings, security, user, [](const std::string&) {}};
   symbols::DebugInfo debug_info;
   control::RegisterFrame frame{monitor};
   control::BreakpointTable breakpoints{monitor};
   control::RunState state;
   control::RunControl run{monitor, frame, breakpoints, state, debug_info, settings, *this};
   StartAddress start;
-  SecurityBytes security;
   FlashSurroundings surroundings{monitor,  frame, state, debug_info,
                                  settings, user,  *this, security};
   FlashOperations flash{surroundings};
