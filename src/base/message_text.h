@@ -8,6 +8,8 @@
 namespace brevant::base {
 
 struct MessageText {
+  const char* id;
+  Severity severity;
   const char* text;
   const char* caption;
   Icon icon;
@@ -16,7 +18,7 @@ struct MessageText {
 
 template <typename... Args>
 Message ToMessage(const MessageText& row, const Args&... args) {
-  return {Format(row.text, args...), row.caption, row.icon, row.buttons};
+  return {row.id, row.severity, Format(row.text, args...), row.caption, row.icon, row.buttons};
 }
 
 }  // namespace brevant::base

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "base/settings_file.h"
 
+#include <algorithm>
 #include <optional>
 #include <utility>
 #include <vector>
@@ -190,16 +191,40 @@ std::string SettingsFile::ReadString(std::string_view section, std::string_view 
   return value;
 }
 
-bool SettingsFile::WriteString(std::string_view section, std::string_view key,
-                               std::string_view text) {
-  // One line is all that a value has.
-  if (text.find_first_of(std::string_view("\r\n\0", 3)) != std::string_view::npos) return false;
+bool SettingsFile::RepeatsOverride(const Change::Entry& entry) const {
+  const auto found = overrides_.find(OverrideName(entry.section, entry.key));
+  return found != overrides_.end() && found->second == entry.text;
+}
+
+bool SettingsFile::Apply(const Change& change) {
   const FileText file = ReadFile(path_);
   std::error_code error;
   if (!file.ok() && std::filesystem::exists(path_, error)) return false;
-  if (!ReplaceFile(path_, WithValue(file.text, section, key, text)).empty()) return false;
-  overrides_.erase(OverrideName(section, key));
+  std::string text = file.text;
+  for (const Change::Entry& entry : change.entries_) {
+    // One line is all that a value has.
+    if (entry.text.find_first_of(std::string_view("\r\n\0", 3)) != std::string::npos) return false;
+    if (!RepeatsOverride(entry)) text = WithValue(text, entry.section, entry.key, entry.text);
+  }
+  if (text != file.text && !ReplaceFile(path_, text).empty()) return false;
+  for (const Change::Entry& entry : change.entries_) {
+    if (!RepeatsOverride(entry)) overrides_.erase(OverrideName(entry.section, entry.key));
+  }
   return true;
+}
+
+bool SettingsFile::Holds(const Change& change) const {
+  return std::ranges::all_of(change.entries_, [this](const Change::Entry& entry) {
+    return Find(entry.section, entry.key).value_or(entry.default_text) == entry.text;
+  });
+}
+
+bool SettingsFile::WriteString(std::string_view section, std::string_view key,
+                               std::string_view text) {
+  Change change;
+  change.entries_.push_back(
+      {std::string(section), std::string(key), std::string(text), std::string()});
+  return Apply(change);
 }
 
 bool SettingsFile::WriteInteger(std::string_view section, std::string_view key, long value) {
@@ -218,12 +243,27 @@ std::string SettingsFile::String(const SettingsKey& row, int n) const {
   return ReadString(row.section, NumberedKey(row, n), row.default_text, row.buffer_size);
 }
 
+std::string SettingsFile::StringInFile(const SettingsKey& row, int n) const {
+  return SettingsFile(path_).String(row, n);
+}
+
+void SettingsFile::Change::Store(const SettingsKey& row, std::string_view text, int n) {
+  entries_.push_back({std::string(row.section), NumberedKey(row, n), std::string(text),
+                      std::string(row.default_text)});
+}
+
+void SettingsFile::Change::Store(const SettingsKey& row, long value, int n) {
+  Store(row, Format("%ld", value), n);
+}
+
 bool SettingsFile::Store(const SettingsKey& row, std::string_view text, int n) {
-  return WriteString(row.section, NumberedKey(row, n), text);
+  Change change;
+  change.Store(row, text, n);
+  return Apply(change);
 }
 
 bool SettingsFile::Store(const SettingsKey& row, long value, int n) {
-  return WriteInteger(row.section, NumberedKey(row, n), value);
+  return Store(row, Format("%ld", value), n);
 }
 
 }  // namespace brevant::base

@@ -12,7 +12,13 @@ enum class Icon { None, Information, Question, Warning, Error };
 enum class Buttons { Ok, OkCancel, YesNo };
 enum class Answer { Ok, Cancel, Yes, No };
 
+// Warning: something is amiss or at stake. Error: what was asked for has not come about; a console
+// command then fails.
+enum class Severity { Notice, Warning, Error };
+
 struct Message {
+  std::string id;  // short and stable, such as "load.file-not-found"; unique in the program
+  Severity severity = Severity::Notice;
   std::string text;
   std::string caption;
   Icon icon = Icon::None;

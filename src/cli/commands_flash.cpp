@@ -68,7 +68,7 @@ Result Compared(const images::VerifyResult& verified) {
 }
 
 Result VerifyFlash(Session& session, const images::Image& image) {
-  if (!session.debugger().security_passed) {
+  if (!session.debugger().security.passed()) {
     return Failure(ExitStatus::Security,
                    "flash cannot be read back: the security code was not accepted after the reset");
   }

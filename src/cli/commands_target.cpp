@@ -69,7 +69,7 @@ void NoteNotTaken(Session& session, base::Address address, base::Bytes written) 
 Result Info(Session& session, Arguments) {
   const std::string device = link::DeviceNames().at(
       static_cast<std::size_t>(session.settings().Integer(base::keys::kDevice) == 1));
-  const std::string security = session.debugger().security_passed ? "passed" : "not passed";
+  const std::string security = session.debugger().security.passed() ? "passed" : "not passed";
   Result result;
   result.text =
       fmt::format("device {}\nport {}\nsecurity {}\n", device, session.PortName(), security);
@@ -180,7 +180,7 @@ Result Reset(Session& session, Arguments) {
     return Failure(ExitStatus::NoAnswer, "the target does not answer after the reset");
   }
   if (session.debugger().image_gone) session.ui().Notice(debugger::Debugger::kImageGone);
-  if (!session.debugger().security_passed) {
+  if (!session.debugger().security.passed()) {
     session.ui().Notice(
         "The security code was not accepted after the reset: flash reads are not valid.");
   }

@@ -52,7 +52,7 @@ void ConsoleUi::ErrorsAreNotices() {
 base::Answer ConsoleUi::ShowMessage(const base::Message& message) {
   const std::string line = OneLine(message.text);
   if (message.buttons == base::Buttons::Ok) {
-    if (message.caption == "Error Message") {
+    if (message.severity == base::Severity::Error) {
       said_.errors.push_back(line);
     } else {
       Notice(line);

@@ -62,7 +62,7 @@ int main(int argc, char** argv) {
   } else {
     runner.File("-");
   }
-  if (runner.status() == ExitStatus::Ok && !session.debugger().security_passed &&
+  if (runner.status() == ExitStatus::Ok && !session.debugger().security.passed() &&
       !options.no_security) {
     return static_cast<int>(ExitStatus::Security);
   }

@@ -39,7 +39,7 @@ Session::Session(const Options& options, bool terminal)
                              .ui = ui_,
                              .events = *this,
                              .start_up_directory = base::WorkingDirectory()});
-  debugger_->connector.SetSessionCode(options_.security);
+  if (options_.security) debugger_->security.GiveForSession(*options_.security);
 }
 
 // Options rule this run only: they shadow the settings and are never written to the file.
@@ -48,10 +48,6 @@ void Session::ApplyOptions() {
   ports::UseForThisRun(options_.port, settings_);
   if (options_.device) settings_.Override(keys::kDevice, std::to_string(*options_.device));
   if (options_.no_security) settings_.Override(keys::kSecurityCheck, "0");
-  if (options_.security) {
-    const std::string code = link::FormatSecurityCode(*options_.security);
-    settings_.Override(keys::kRecentSecurity, code, 0);
-  }
 }
 
 Result Session::Connect() {
@@ -64,9 +60,9 @@ Result Session::Connect() {
   if (!debugger::IsConnected(connected)) return ConnectFailed(connected);
   if (debugger_->monitor.LinkError()) return ConnectFailed(link::ConnectResult::NotReady);
   const ConsoleUi::Said said = ui_.TakeSaid();
-  if (!debugger_->security_passed) {
+  if (!debugger_->security.passed()) {
     for (const std::string& notice : said.notices) ui_.Notice(notice);
-  } else if (const auto code = debugger_->connector.session_code(); code && !named) {
+  } else if (const auto code = debugger_->security.FoundByTrying()) {
     ui_.Notice(fmt::format("The security code {} fits.", link::FormatSecurityCode(*code)));
   }
   ui_.TakeSaid();

@@ -108,11 +108,12 @@ bool CommitNStepForm(const NStepForm& form, base::SettingsFile& settings, NStepS
             .into_subroutines = form.into_subroutines,
             .update_rate = form.update_rate,
             .condition = form.condition};
-  const bool subroutines = settings.Store(kNStepSubroutines, engine.into_subroutines ? 1L : 0L);
-  const bool count = settings.Store(kNStepCount, static_cast<long>(engine.count));
-  const bool rate = settings.Store(kNStepUpdateRate, static_cast<long>(engine.update_rate));
-  const bool condition = settings.Store(kNStepForever, static_cast<long>(engine.condition));
-  return subroutines && count && rate && condition;
+  base::SettingsFile::Change change;
+  change.Store(kNStepSubroutines, engine.into_subroutines ? 1L : 0L);
+  change.Store(kNStepCount, static_cast<long>(engine.count));
+  change.Store(kNStepUpdateRate, static_cast<long>(engine.update_rate));
+  change.Store(kNStepForever, static_cast<long>(engine.condition));
+  return settings.Apply(change);
 }
 
 }  // namespace brevant::control

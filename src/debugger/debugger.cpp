@@ -6,7 +6,6 @@
 #include "base/file_names.h"
 #include "base/files.h"
 #include "debugger/start_up_program.h"
-#include "link/security_code.h"
 #include "symbols/source_text.h"
 #include "symbols/symbol_file.h"
 
@@ -24,7 +23,8 @@ Debugger::Debugger(const Surroundings& surroundings)
       settings(surroundings.settings),
       monitor_link(surroundings.port, surroundings.clock),
       monitor(monitor_link),
-      connector(monitor, settings, surroundings.ui, surroundings.log),
+      security(settings),
+      connector(monitor, settings, security, surroundings.ui, surroundings.log),
       frame(monitor),
       breakpoints(monitor),
       activity(surroundings.events),
@@ -42,9 +42,8 @@ Debugger::Debugger(const Surroundings& surroundings)
 link::ConnectResult Debugger::Start(OtherCodes other_codes) {
   link::ConnectResult result = connector.Connect();
   if (!IsConnected(result)) return result;
-  const bool verify = settings.Integer(base::keys::kSecurityCheck) != 0;
   if (result == link::ConnectResult::SecurityNotPassed && other_codes == OtherCodes::Try &&
-      verify) {
+      security.Verify()) {
     if (connector.TryKnownCodes()) {
       result = link::ConnectResult::Connected;
     } else if (monitor.LinkError()) {
@@ -53,7 +52,6 @@ link::ConnectResult Debugger::Start(OtherCodes other_codes) {
       if (!IsConnected(result)) return result;
     }
   }
-  NoteSecurity(result == link::ConnectResult::Connected);
   frame.LoadResetPC();
   monitor.WriteBlock(kStartUpProgramAddress, kStartUpProgram);
   breakpoints.Clear();
@@ -69,20 +67,14 @@ link::ConnectResult Debugger::Start(OtherCodes other_codes) {
 
 link::ConnectResult Debugger::Restart() {
   debug_info.DebugInfoLoaded = false;
-  // It may be another board, whose code is the one that connecting sends.
-  connector.SetSessionCode(std::nullopt);
   const link::ConnectResult result = connector.Connect();
   if (!IsConnected(result)) return result;
-  NoteSecurity(result == link::ConnectResult::Connected);
   FollowUpReset();
   return result;
 }
 
 void Debugger::Reset() {
-  if (const auto code = security_bytes.Code()) connector.SetSessionCode(code);
   connector.ResetTarget();
-  // Looked at now: the program that runs next may use the byte for itself.
-  security_passed = connector.SecurityPassed();
   FollowUpReset();
 }
 
@@ -125,14 +117,6 @@ void Debugger::RefreshAfterStop() {
   run_control.RunToMainIfConfigured();
 }
 
-void Debugger::NoteSecurity(bool passed) {
-  security_passed = passed;
-  security_bytes.Forget();
-  if (passed && settings.Integer(base::keys::kSecurityCheck) != 0) {
-    security_bytes.Know(connector.session_code().value_or(link::RecentSecurityCode(settings, 0)));
-  }
-}
-
 void Debugger::FollowUpReset() {
   // First, since the refresh at the end may leave a run to main of its own for the timer.
   run_control.AbandonRunForReset();
@@ -157,8 +141,8 @@ void Debugger::ChooseProgramCounter() {
 }
 
 images::FlashSurroundings Debugger::FlashSurroundingsOfThis() {
-  return {monitor,          frame,          activity,           debug_info, settings,
-          surroundings_.ui, security_bytes, [this] { Reset(); }};
+  return {monitor,          frame,    activity,           debug_info, settings,
+          surroundings_.ui, security, [this] { Reset(); }};
 }
 
 control::TraceFiles Debugger::TraceFilesOfImage() {

@@ -21,11 +21,11 @@
 #include "images/flash_operations.h"
 #include "images/loader.h"
 #include "images/macro_runner.h"
-#include "images/security_bytes.h"
 #include "images/start_address.h"
 #include "link/connector.h"
 #include "link/monitor.h"
 #include "link/monitor_link.h"
+#include "link/security_keeper.h"
 #include "symbols/debug_info.h"
 
 namespace brevant::debugger {
@@ -62,6 +62,7 @@ class Debugger {
   base::SettingsFile& settings;
   link::MonitorLink monitor_link;
   link::Monitor monitor;
+  link::SecurityKeeper security;
   link::Connector connector;
   symbols::DebugInfo debug_info;
   control::RegisterFrame frame;
@@ -73,11 +74,8 @@ class Debugger {
   images::StartAddress start_address;
   images::MacroRunner macros;
   images::Loader loader;
-  images::SecurityBytes security_bytes;
   images::FlashOperations flash;
   images::FileProgrammer file_programmer;
-  // The target accepted the code at the last connect or reset; else flash reads are not valid.
-  bool security_passed = false;
   // Found at the last reset or new connection: the image loaded last is no longer in memory.
   bool image_gone = false;
   static constexpr const char* kImageGone =
@@ -109,7 +107,6 @@ class Debugger {
 
  private:
   images::FlashSurroundings FlashSurroundingsOfThis();
-  void NoteSecurity(bool passed);
   void NoteLink();
   void FollowUpReset();
   void ChooseProgramCounter();

@@ -16,8 +16,9 @@ constexpr int kTickMs = 10;
 
 bool Application::Start() {
   const Options& options = session_.options;
-  if (!options.connect && !AskForConnection(nullptr, session_.settings, session_.ui,
-                                            link::FindSerialDevices(), options.version)) {
+  if (!options.connect &&
+      !AskForConnection(nullptr, session_.settings, session_.debugger.security, session_.ui,
+                        link::FindSerialDevices(), options.version)) {
     return false;
   }
   window_ = std::make_unique<MainWindow>(session_);

@@ -4,6 +4,7 @@
 #include "gui/commands.h"
 #include "gui/file_dialogs.h"
 #include "gui/main_window.h"
+#include "gui/messages.h"
 #include "gui/session.h"
 
 namespace brevant::gui {
@@ -12,7 +13,7 @@ namespace {
 std::optional<std::string> Choose(const CommandContext& context, shell::Chooser chooser,
                                   const std::string& start) {
   return ChooseFile(
-      &context.window,
+      &context.window, context.session.ui,
       shell::PrepareChooser(chooser, start, context.session.debugger.debug_info.tool_chain,
                             base::WorkingDirectory()));
 }
@@ -47,7 +48,7 @@ void LoadImageFile(const CommandContext& context, const std::string& path) {
   Session& session = context.session;
   if (!shell::FileChooser::Accepts(path)) {
     session.ui.ShowMessage(
-        {"The path is longer than 99 characters:\n" + path, "Error Message", base::Icon::Warning});
+        base::ToMessage(messages::kPathTooLong, shell::FileChooser::kMaxPathLength, path));
     return;
   }
   // A file that cannot be loaded is not put among those that can.
@@ -82,7 +83,9 @@ void LoadChosenSymbols(const CommandContext& context) {
   Session& session = context.session;
   if (const auto path = Choose(context, shell::Chooser::SymbolFile, "")) {
     const std::string problem = session.debugger.LoadSymbols(*path);
-    if (!problem.empty()) session.ui.ShowMessage({problem, "Error Message", base::Icon::Warning});
+    if (!problem.empty()) {
+      session.ui.ShowMessage(base::ToMessage(messages::kSymbolsNotLoaded, problem));
+    }
   }
   session.debugger.RefreshAfterStop();
   session.RefreshViews();

@@ -55,8 +55,8 @@ void ReStart(const CommandContext& context) {
   Session& session = context.session;
   bool accepted = false;
   session.gate.OpenDuring([&] {
-    accepted = AskForConnection(&context.window, session.settings, session.ui,
-                                link::FindSerialDevices(), session.options.version);
+    accepted = AskForConnection(&context.window, session.settings, session.debugger.security,
+                                session.ui, link::FindSerialDevices(), session.options.version);
   });
   if (!accepted) return;
   session.Reconnect();

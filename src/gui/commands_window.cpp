@@ -7,6 +7,7 @@
 #include "gui/commands.h"
 #include "gui/edit_dialogs.h"
 #include "gui/main_window.h"
+#include "gui/messages.h"
 #include "gui/session.h"
 #include "gui/window_layout.h"
 #include "views/messages.h"
@@ -19,10 +20,8 @@ namespace {
 constexpr int kChecked = 8;
 
 void TellNotStored(Session& session) {
-  session.ui.ShowMessage({"The settings file " + session.settings.path().string() +
-                              " cannot be written.\n\nGive yourself write permission for the file "
-                              "and its folder.",
-                          "Error Message", base::Icon::Error});
+  session.ui.ShowMessage(
+      base::ToMessage(messages::kSettingsNotStored, session.settings.path().string()));
 }
 
 void ToggleFlag(const CommandContext& context, const base::SettingsKey& key, int command) {

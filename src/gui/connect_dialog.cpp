@@ -25,8 +25,9 @@ constexpr int kIconSize = 32;
 
 class ConnectDialog final : public QDialog {
  public:
-  ConnectDialog(QWidget* parent, base::SettingsFile& settings, base::UserInterface& ui,
-                const std::vector<link::SerialDevice>& found, const std::string& version);
+  ConnectDialog(QWidget* parent, base::SettingsFile& settings, link::SecurityKeeper& security,
+                base::UserInterface& ui, const std::vector<link::SerialDevice>& found,
+                const std::string& version);
 
  protected:
   // "Ok" is the way out, and only when it is meant.
@@ -46,6 +47,7 @@ class ConnectDialog final : public QDialog {
   void Accept();
 
   base::SettingsFile& settings_;
+  link::SecurityKeeper& security_;
   base::UserInterface& ui_;
   const std::vector<link::SerialDevice>& found_;
   link::ConnectForm form_;
@@ -58,14 +60,16 @@ class ConnectDialog final : public QDialog {
   QComboBox* select_ = new QComboBox;
 };
 
-ConnectDialog::ConnectDialog(QWidget* parent, base::SettingsFile& settings, base::UserInterface& ui,
+ConnectDialog::ConnectDialog(QWidget* parent, base::SettingsFile& settings,
+                             link::SecurityKeeper& security, base::UserInterface& ui,
                              const std::vector<link::SerialDevice>& found,
                              const std::string& version)
     : QDialog(parent, Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint),
       settings_(settings),
+      security_(security),
       ui_(ui),
       found_(found),
-      form_(link::OpenConnectForm(settings, found)) {
+      form_(link::OpenConnectForm(settings, security, found)) {
   setObjectName("LookHWDlg");
   setWindowTitle("Look for hardware");
   auto* const layout = new QGridLayout(this);
@@ -73,7 +77,7 @@ ConnectDialog::ConnectDialog(QWidget* parent, base::SettingsFile& settings, base
   AddFields(layout);
   ShowForm();
   connect(select_, &QComboBox::activated, this, [this] {
-    link::SelectRecentCode(form_, settings_, select_->currentIndex());
+    link::SelectRecentCode(form_, security_, select_->currentIndex());
     ShowCode();
   });
   connect(port_, &QLineEdit::textChanged, this, [this] { ShowDevicesBehindPort(); });
@@ -180,7 +184,7 @@ void ConnectDialog::ReadFields() {
 
 void ConnectDialog::Accept() {
   ReadFields();
-  if (const auto refusal = link::CommitConnectForm(form_, settings_)) {
+  if (const auto refusal = link::CommitConnectForm(form_, settings_, security_)) {
     ui_.ShowMessage(*refusal);
     return;
   }
@@ -189,9 +193,10 @@ void ConnectDialog::Accept() {
 
 }  // namespace
 
-bool AskForConnection(QWidget* parent, base::SettingsFile& settings, base::UserInterface& ui,
-                      const std::vector<link::SerialDevice>& found, const std::string& version) {
-  ConnectDialog dialog(parent, settings, ui, found, version);
+bool AskForConnection(QWidget* parent, base::SettingsFile& settings, link::SecurityKeeper& security,
+                      base::UserInterface& ui, const std::vector<link::SerialDevice>& found,
+                      const std::string& version) {
+  ConnectDialog dialog(parent, settings, security, ui, found, version);
   dialog.adjustSize();
   const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
   dialog.move(screen.center() - dialog.rect().center());

@@ -9,6 +9,7 @@
 #include "base/settings_file.h"
 #include "base/user_interface.h"
 #include "link/port_map.h"
+#include "link/security_keeper.h"
 
 class QWidget;
 
@@ -16,7 +17,8 @@ namespace brevant::gui {
 
 // True once "Ok" has been accepted and the settings are stored. False only when the window system
 // closed the dialog: it has no button for that.
-bool AskForConnection(QWidget* parent, base::SettingsFile& settings, base::UserInterface& ui,
-                      const std::vector<link::SerialDevice>& found, const std::string& version);
+bool AskForConnection(QWidget* parent, base::SettingsFile& settings, link::SecurityKeeper& security,
+                      base::UserInterface& ui, const std::vector<link::SerialDevice>& found,
+                      const std::string& version);
 
 }  // namespace brevant::gui

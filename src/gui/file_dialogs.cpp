@@ -3,8 +3,8 @@
 
 #include <QFileDialog>
 #include <QFileInfo>
-#include <QMessageBox>
 
+#include "gui/messages.h"
 #include "gui/qt_user_interface.h"
 
 namespace brevant::gui {
@@ -45,7 +45,8 @@ class Chooser final : public QFileDialog {
 
 }  // namespace
 
-std::optional<std::string> ChooseFile(QWidget* parent, const shell::FileChooser& chooser) {
+std::optional<std::string> ChooseFile(QWidget* parent, base::UserInterface& ui,
+                                      const shell::FileChooser& chooser) {
   Chooser dialog(parent, chooser);
   dialog.setObjectName("chooser");
   dialog.setAcceptMode(chooser.kind == shell::ChooserKind::Open ? QFileDialog::AcceptOpen
@@ -60,10 +61,8 @@ std::optional<std::string> ChooseFile(QWidget* parent, const shell::FileChooser&
     if (chosen.isEmpty()) break;
     std::string path = Bytes(chosen.first());
     if (shell::FileChooser::Accepts(path)) return path;
-    QMessageBox::warning(parent, "Error Message",
-                         QString("%1\nThe path is longer than %2 characters.")
-                             .arg(chosen.first())
-                             .arg(shell::FileChooser::kMaxPathLength));
+    ui.ShowMessage(
+        base::ToMessage(messages::kPathTooLong, shell::FileChooser::kMaxPathLength, path));
   }
   return std::nullopt;
 }

@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 
+#include "base/user_interface.h"
 #include "shell/file_choosers.h"
 
 class QWidget;
@@ -13,6 +14,7 @@ namespace brevant::gui {
 
 // The chosen path as the engine takes it; nothing when the dialog was cancelled. A path that the
 // chooser does not accept is told, and asked for again.
-std::optional<std::string> ChooseFile(QWidget* parent, const shell::FileChooser& chooser);
+std::optional<std::string> ChooseFile(QWidget* parent, base::UserInterface& ui,
+                                      const shell::FileChooser& chooser);
 
 }  // namespace brevant::gui

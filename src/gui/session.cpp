@@ -6,7 +6,6 @@
 #include "base/files.h"
 #include "link/connect_form.h"
 #include "link/messages.h"
-#include "link/security_code.h"
 
 namespace brevant::gui {
 namespace {
@@ -68,11 +67,11 @@ link::ConnectResult Session::ShowConnecting(base::FunctionRef<link::ConnectResul
   bool refused = false;
   for (const base::Message& message : held) {
     // Said of each connection that was tried: once is enough, and not when another code fitted.
-    const bool of_the_code = message.text == link::kSecurityNotPassed.text;
+    const bool of_the_code = message.id == link::kSecurityNotPassed.id;
     if (!of_the_code) ui.ShowMessage(message);
     refused = refused || of_the_code;
   }
-  if (refused && !debugger.security_passed) {
+  if (refused && !debugger.security.passed()) {
     ui.ShowMessage(base::ToMessage(link::kSecurityNotPassed));
   }
   return result;
@@ -84,10 +83,9 @@ bool Session::Connect() {
     result = ShowConnecting([this] { return debugger.Start(debugger::OtherCodes::Try); });
     RefreshViews();
   });
-  const auto code = debugger.connector.session_code();
-  if (debugger.security_passed && code) {
+  if (const auto code = debugger.security.FoundByTrying()) {
     // Offered first by the connect dialog from now on, and used when connecting again.
-    link::RememberSecurityCode(settings, *code);
+    debugger.security.Remember(*code);
     notice_ = "The security code " + link::FormatSecurityCode(*code) + " fits.";
   }
   return debugger::IsConnected(result);
@@ -109,7 +107,7 @@ ConnectionState Session::Connection() const {
           .target = target_,
           .running = debugger.activity.Busy(),
           .link_lost = debugger.monitor_link.LinkError,
-          .security_passed = debugger.security_passed};
+          .security_passed = debugger.security.passed()};
 }
 
 void Session::RefreshScreen() {

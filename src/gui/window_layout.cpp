@@ -99,9 +99,7 @@ void RestoreLayout(MainWindow& window, const base::SettingsFile& settings) {
 }
 
 bool StoreLayout(const MainWindow& window, base::SettingsFile& settings) {
-  const shell::Layout layout = CurrentLayout(window);
-  shell::SaveLayout(settings, layout);
-  return shell::ReadLayout(settings).frame == layout.frame;
+  return shell::SaveLayout(settings, CurrentLayout(window));
 }
 
 }  // namespace brevant::gui

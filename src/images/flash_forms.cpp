@@ -15,7 +15,9 @@ std::optional<base::Address> ParseAddress(std::string_view text) {
   return base::ParseHexExactly(text, static_cast<int>(kMaxAddressDigits));
 }
 
+// At least one.
 std::optional<std::vector<std::uint8_t>> ParseBytes(std::string_view normalised) {
+  if (normalised.empty()) return std::nullopt;
   std::vector<std::uint8_t> bytes;
   for (const std::string_view word : SplitWords(normalised)) {
     const auto byte = base::ParseHexExactly(word, kMaxByteDigits);
@@ -39,8 +41,10 @@ std::optional<AddressRange> EraseRangeForm::Commit(base::SettingsFile& settings,
     ui.Beep();
     return std::nullopt;
   }
-  settings.Store(base::keys::kEraseStart, from);
-  settings.Store(base::keys::kEraseEnd, to);
+  base::SettingsFile::Change change;
+  change.Store(base::keys::kEraseStart, from);
+  change.Store(base::keys::kEraseEnd, to);
+  settings.Apply(change);
   return AddressRange{*start, *end};
 }
 
@@ -56,18 +60,17 @@ std::optional<LocationData> ProgramLocationForm::Commit(base::SettingsFile& sett
     ui.ShowMessage(ToMessage(messages::kNotHexAddress));
     return std::nullopt;
   }
-  settings.Store(base::keys::kProgramLocationAddress, address);
+  // The address is kept also when the bytes are refused.
+  base::SettingsFile::Change change;
+  change.Store(base::keys::kProgramLocationAddress, address);
   const std::string normalised = NormaliseText(content);
-  if (normalised.empty()) {
-    ui.ShowMessage(ToMessage(messages::kNoData));
-    return std::nullopt;
-  }
   auto bytes = ParseBytes(normalised);
+  if (bytes) change.Store(base::keys::kProgramLocationBytes, normalised);
+  settings.Apply(change);
   if (!bytes) {
-    ui.ShowMessage(ToMessage(messages::kBadData));
+    ui.ShowMessage(ToMessage(normalised.empty() ? messages::kNoData : messages::kBadData));
     return std::nullopt;
   }
-  settings.Store(base::keys::kProgramLocationBytes, normalised);
   return LocationData{*start, std::move(*bytes)};
 }
 

@@ -103,7 +103,7 @@ bool FlashOperations::EraseFlashRange(base::Address start, base::Address end) {
     return false;
   }
   const ErasePlan plan = PlanErase(driver_.device(), start, end);
-  erases_security_ = Erases(plan, driver_.device(), kSecurityBytes);
+  erases_security_ = Erases(plan, driver_.device(), link::kSecurityBytes);
   driver_.MakeRoom();
   driver_.LoadEraseRangeRoutine(plan);
   with_.ui.BeginProgress(kEraseTitle, kEraseText, true);

@@ -8,8 +8,8 @@
 #include "base/user_interface.h"
 #include "control/activity.h"
 #include "control/register_frame.h"
-#include "images/security_bytes.h"
 #include "link/monitor.h"
+#include "link/security_keeper.h"
 #include "symbols/debug_info.h"
 
 namespace brevant::images {
@@ -21,7 +21,7 @@ struct FlashSurroundings {
   symbols::DebugInfo& debug_info;
   base::SettingsFile& settings;
   base::UserInterface& ui;
-  SecurityBytes& security;
+  link::SecurityKeeper& security;
   // Resets the target and follows up; it also ends what is under way.
   std::function<void()> reset_target;
 };

@@ -200,10 +200,12 @@ bool Loader::SwitchToolChain(const std::string& path) {
       ToMessage(messages::kOfferToolChain, other->path, std::string(other->row->display_name));
   if (ui_.ShowMessage(question) != base::Answer::Yes) return false;
   debug_info_.tool_chain = other->row->tool_chain;
-  settings_.Store(base::keys::kCompiler, static_cast<long>(other->row->tool_chain));
+  base::SettingsFile::Change change;
+  change.Store(base::keys::kCompiler, static_cast<long>(other->row->tool_chain));
   if (other->row->tool_chain == symbols::ToolChain::Imagecraft) {
-    settings_.Store(base::keys::kImageFormat, static_cast<long>(other->image_format));
+    change.Store(base::keys::kImageFormat, static_cast<long>(other->image_format));
   }
+  settings_.Apply(change);
   return true;
 }
 

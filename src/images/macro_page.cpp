@@ -8,15 +8,16 @@
 namespace brevant::images {
 namespace {
 
-bool StoreName(const base::SettingsKey& key, std::string_view typed, base::SettingsFile& settings,
-               base::UserInterface& ui, std::string_view start_up_directory) {
+bool StoreName(const base::SettingsKey& key, std::string_view typed,
+               base::SettingsFile::Change& change, base::UserInterface& ui,
+               std::string_view start_up_directory) {
   std::string name(typed.substr(0, MacroPage::kMaxNameLength));
   if (!name.empty()) name = QualifyMacroName(name, start_up_directory);
   if (name.empty() || !base::ReadFile(name).ok()) {
     ui.ShowMessage(ToMessage(messages::kMacroNotReadable, name));
     return false;
   }
-  settings.Store(key, name);
+  change.Store(key, name);
   return true;
 }
 
@@ -30,14 +31,15 @@ MacroPage MacroPage::Open(const base::SettingsFile& settings) {
 
 bool MacroPage::Commit(base::SettingsFile& settings, base::UserInterface& ui,
                        std::string_view start_up_directory) const {
+  base::SettingsFile::Change change;
   const long flags = (after_reset ? kMacroAfterReset : 0) + (before_load ? kMacroBeforeLoad : 0);
-  settings.Store(base::keys::kMacroFlags, flags);
-  if (before_load &&
-      !StoreName(base::keys::kLoadMacroFile, before_load_file, settings, ui, start_up_directory)) {
-    return false;
-  }
-  return !after_reset ||
-         StoreName(base::keys::kResetMacroFile, after_reset_file, settings, ui, start_up_directory);
+  change.Store(base::keys::kMacroFlags, flags);
+  const bool taken = (!before_load || StoreName(base::keys::kLoadMacroFile, before_load_file,
+                                                change, ui, start_up_directory)) &&
+                     (!after_reset || StoreName(base::keys::kResetMacroFile, after_reset_file,
+                                                change, ui, start_up_directory));
+  settings.Apply(change);
+  return taken;
 }
 
 }  // namespace brevant::images

@@ -44,21 +44,6 @@ std::optional<SecurityCode> ParseCodeFields(const std::array<std::string, 8>& fi
   return code;
 }
 
-bool StoreText(base::SettingsFile& settings, const base::SettingsKey& row,
-               const std::string& text) {
-  // What the command line says of this run is not stored because it is shown.
-  if (settings.Overridden(row) && settings.String(row) == text) return true;
-  return settings.Store(row, text) || settings.String(row) == text;
-}
-
-bool StoreNumber(base::SettingsFile& settings, const base::SettingsKey& row, int value) {
-  return settings.Store(row, static_cast<long>(value)) || settings.Integer(row) == value;
-}
-
-bool StoreCode(base::SettingsFile& settings, const SecurityCode& code) {
-  return RememberSecurityCode(settings, code) || RecentSecurityCode(settings, 0) == code;
-}
-
 }  // namespace
 
 PortChoice* ConnectForm::FindPort(std::string_view name) {
@@ -70,10 +55,10 @@ std::vector<std::string> DeviceNames() {
   return {"MC68HC908GP32", "MC68HC908QL"};
 }
 
-ConnectForm OpenConnectForm(const base::SettingsFile& settings,
+ConnectForm OpenConnectForm(const base::SettingsFile& settings, const SecurityKeeper& security,
                             const std::vector<SerialDevice>& found) {
   ConnectForm form;
-  SelectRecentCode(form, settings, 0);
+  SelectRecentCode(form, security, 0);
   form.port = settings.String(kPort);
   form.verify_security = settings.Integer(kSecurityCheck) != 0;
   for (int n = 0; n < kRecentCodes; ++n) {
@@ -87,30 +72,31 @@ ConnectForm OpenConnectForm(const base::SettingsFile& settings,
   return form;
 }
 
-void SelectRecentCode(ConnectForm& form, const base::SettingsFile& settings, int n) {
-  const SecurityCode code = RecentSecurityCode(settings, n);
+void SelectRecentCode(ConnectForm& form, const SecurityKeeper& security, int n) {
+  const SecurityCode code = security.Recent(n);
   for (std::size_t i = 0; i < code.size(); ++i) {
     form.code_fields[i] = base::Format("%02X", code[i]);
   }
 }
 
 std::optional<base::Message> CommitConnectForm(const ConnectForm& form,
-                                               base::SettingsFile& settings) {
+                                               base::SettingsFile& settings,
+                                               SecurityKeeper& security) {
   const auto code = ParseCodeFields(form.code_fields);
   if (!code) return ToMessage(kCodeNotCorrect);
-  bool stored = StoreCode(settings, *code);
+  const bool remembered = security.Remember(*code) || security.Recent(0) == *code;
 
   const std::string port = base::UpperCase(form.port);
   if (!IsLogicalPort(port)) return ToMessage(kPortNotCorrect);
-  stored = StoreText(settings, kPort, port) && stored;
-  stored = StoreNumber(settings, kSecurityCheck, form.verify_security ? 1 : 0) && stored;
-  stored = StoreNumber(settings, kDevice, form.device) && stored;
+  base::SettingsFile::Change change;
+  change.Store(kPort, port);
+  change.Store(kSecurityCheck, form.verify_security ? 1L : 0L);
+  change.Store(kDevice, static_cast<long>(form.device));
   for (int i = 0; i < kLogicalPorts; ++i) {
-    if (form.ports[i].chosen) {
-      stored = StoreDeviceBehind(PortName(i), form.ports[i].device, settings) && stored;
-    }
+    if (form.ports[i].chosen) StoreDeviceBehind(PortName(i), form.ports[i].device, change);
   }
-  if (!stored) return ToMessage(kSettingsNotStored, settings.path().string());
+  const bool stored = settings.Apply(change) || settings.Holds(change);
+  if (!remembered || !stored) return ToMessage(kSettingsNotStored, settings.path().string());
   return std::nullopt;
 }
 

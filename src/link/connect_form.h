@@ -11,7 +11,7 @@
 #include "base/user_interface.h"
 #include "link/monitor.h"
 #include "link/port_map.h"
-#include "link/security_code.h"
+#include "link/security_keeper.h"
 
 namespace brevant::link {
 
@@ -41,14 +41,15 @@ struct ConnectForm {
 std::vector<std::string> DeviceNames();  // "MC68HC908GP32", "MC68HC908QL"
 
 // The form as the dialog opens with it. An index of the settings that names no device shows as 0.
-ConnectForm OpenConnectForm(const base::SettingsFile& settings,
+ConnectForm OpenConnectForm(const base::SettingsFile& settings, const SecurityKeeper& security,
                             const std::vector<SerialDevice>& found = {});
 // Fills the code fields from entry n of the recent codes, each byte C3 when it does not parse.
-void SelectRecentCode(ConnectForm& form, const base::SettingsFile& settings, int n);
+void SelectRecentCode(ConnectForm& form, const SecurityKeeper& security, int n);
 // "Ok": stores everything and returns nothing, or returns the message to show while the dialog
-// stays open. The code list is stored before the port is looked at. A settings file that cannot be
-// written is in the way only of choices that it does not hold already.
+// stays open. The code list is stored before the port is looked at, all the rest together. A
+// settings file that cannot be written is in the way only of choices that it does not hold already.
 std::optional<base::Message> CommitConnectForm(const ConnectForm& form,
-                                               base::SettingsFile& settings);
+                                               base::SettingsFile& settings,
+                                               SecurityKeeper& security);
 
 }  // namespace brevant::link

@@ -1,9 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "link/connector.h"
 
-#include <algorithm>
 #include <utility>
-#include <vector>
 
 #include "base/file_names.h"
 #include "base/text_format.h"
@@ -25,21 +23,11 @@ constexpr std::uint32_t kTestValue = 0x5A;
 
 constexpr std::size_t kPortNameLimit = 6;
 
-std::vector<SecurityCode> KnownCodes(const base::SettingsFile& settings) {
-  std::vector<SecurityCode> codes;
-  const auto add = [&](const SecurityCode& code) {
-    if (std::ranges::find(codes, code) == codes.end()) codes.push_back(code);
-  };
-  for (int n = 0; n < kRecentCodes; ++n) add(RecentSecurityCode(settings, n));
-  add(kBlankSecurityCode);
-  return codes;
-}
-
 }  // namespace
 
-Connector::Connector(Monitor& monitor, base::SettingsFile& settings, base::UserInterface& ui,
-                     std::function<void(const std::string&)> log)
-    : monitor_(monitor), settings_(settings), ui_(ui), log_(std::move(log)) {}
+Connector::Connector(Monitor& monitor, base::SettingsFile& settings, SecurityKeeper& security,
+                     base::UserInterface& ui, std::function<void(const std::string&)> log)
+    : monitor_(monitor), settings_(settings), security_(security), ui_(ui), log_(std::move(log)) {}
 
 bool Connector::OpenConfiguredPort() {
   const std::string name = base::UpperCase(settings_.String(kPort).substr(0, kPortNameLimit));
@@ -58,10 +46,11 @@ bool Connector::OpenConfiguredPort() {
 
 ConnectResult Connector::Connect() {
   monitor_.link().LinkError = false;
+  security_.NoteConnected(std::nullopt, false);
   if (!OpenConfiguredPort()) return ConnectResult::PortUnavailable;
 
-  const bool verify = settings_.Integer(kSecurityCheck) != 0;
-  const int answer = verify ? monitor_.SendSecurityCode(RecentSecurityCode(settings_, 0)) : 0;
+  const auto code = security_.ToConnect();
+  const int answer = code ? monitor_.SendSecurityCode(*code) : 0;
   monitor_.WriteByte(kTestAddress, kTestValue);
   monitor_.ReadByte(kTestAddress);
   log_(base::Format("debug  %x  %x\n", answer, kTestValue));
@@ -69,21 +58,18 @@ ConnectResult Connector::Connect() {
     ui_.ShowMessage(ToMessage(kNotReady));
     return ConnectResult::NotReady;
   }
-  if (SecurityPassed()) return ConnectResult::Connected;
+  security_.NoteConnected(code, SecurityPassed());
+  if (security_.passed()) return ConnectResult::Connected;
   ui_.ShowMessage(ToMessage(kSecurityNotPassed));
   return ConnectResult::SecurityNotPassed;
 }
 
-SecurityCode Connector::ResetCode() const {
-  const bool named = settings_.Has(kResetSecurity.section, kResetSecurity.key);
-  if (!named && session_code_) return *session_code_;
-  return ParseSecurityCode(settings_.String(kResetSecurity)).value_or(kDefaultSecurityCode);
-}
-
 void Connector::ResetTarget() {
-  if (!monitor_.link().PulseReset()) return;
-  if (settings_.Integer(kSecurityCheck) == 0) return;
-  monitor_.SendSecurityCode(ResetCode());
+  std::optional<SecurityCode> sent;
+  if (monitor_.link().PulseReset()) sent = security_.ToReset();
+  if (sent) monitor_.SendSecurityCode(*sent);
+  // Looked at now: the program that runs next may use the byte for itself.
+  security_.NoteReset(sent, SecurityPassed());
 }
 
 bool Connector::SecurityPassed() {
@@ -93,15 +79,13 @@ bool Connector::SecurityPassed() {
 
 std::optional<SecurityCode> Connector::TryKnownCodes() {
   MonitorLink& link = monitor_.link();
-  for (const SecurityCode& code : KnownCodes(settings_)) {
+  for (const SecurityCode& code : security_.ToTry()) {
     // Each try is a new connection: the pulse takes the target's power away, so that nothing which
     // failed before it can still be believed to have happened. Only the port stays open.
     if (!link.PulseReset()) return std::nullopt;
     link.LinkError = false;
-    if (monitor_.SendSecurityCode(code) == 0 && SecurityPassed()) {
-      session_code_ = code;
-      return code;
-    }
+    security_.NoteConnected(code, monitor_.SendSecurityCode(code) == 0 && SecurityPassed());
+    if (security_.passed()) return code;
   }
   return std::nullopt;
 }

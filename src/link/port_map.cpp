@@ -42,8 +42,10 @@ std::optional<std::string> DeviceBehind(std::string_view port, const base::Setti
 }
 
 bool StoreDeviceBehind(std::string_view port, std::string_view device,
-                       base::SettingsFile& settings) {
-  return IsLogicalPort(port) && settings.Store(kPortDevice, device, NumberOf(port));
+                       base::SettingsFile::Change& change) {
+  if (!IsLogicalPort(port)) return false;
+  change.Store(kPortDevice, device, NumberOf(port));
+  return true;
 }
 
 std::string DescribeDevice(std::string_view device, const std::vector<SerialDevice>& found) {

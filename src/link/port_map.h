@@ -29,10 +29,9 @@ bool IsLogicalPort(std::string_view name);  // exactly "COM1" to "COM4"
 // found, else the simulated target. Nothing for COM2 to COM4 without an entry, and for other names.
 std::optional<std::string> DeviceBehind(std::string_view port, const base::SettingsFile& settings,
                                         const std::vector<SerialDevice>& found);
-// An empty device removes the choice. False when port is no logical port or the settings file could
-// not be written.
+// An empty device removes the choice. False when port is no logical port.
 bool StoreDeviceBehind(std::string_view port, std::string_view device,
-                       base::SettingsFile& settings);
+                       base::SettingsFile::Change& change);
 
 // One line of the list from which the device behind a port is chosen.
 struct DeviceChoice {

@@ -38,16 +38,23 @@ int ReadCount(const base::SettingsFile& settings, const base::SettingsKey& key) 
   return std::clamp(settings.Integer(key), 0, kMostWindows);
 }
 
-void StorePlace(base::SettingsFile& settings, const base::SettingsKey& key, const ChildPlace& place,
-                int n = 0) {
-  if (place) settings.Store(key, FormatWindowPlace(*place), n);
+void StorePlace(base::SettingsFile::Change& change, const base::SettingsKey& key,
+                const ChildPlace& place, int n = 0) {
+  if (place) change.Store(key, FormatWindowPlace(*place), n);
 }
 
-void StoreSingle(base::SettingsFile& settings, const base::SettingsKey& open_key,
+void StoreSingle(base::SettingsFile::Change& change, const base::SettingsKey& open_key,
                  const base::SettingsKey& place_key, const std::optional<SingleWindow>& window) {
   if (!window) return;
-  settings.Store(open_key, window->open ? 1L : 0L);
-  if (window->open) StorePlace(settings, place_key, window->place);
+  change.Store(open_key, window->open ? 1L : 0L);
+  if (window->open) StorePlace(change, place_key, window->place);
+}
+
+void StoreDataAttributes(base::SettingsFile::Change& change, const std::vector<DataWindow>& data) {
+  for (std::size_t n = 0; n < data.size(); ++n) {
+    change.Store(base::keys::kDataFirstLine, long{data[n].first_line}, static_cast<int>(n));
+    change.Store(base::keys::kDataAttribute, long{data[n].attribute}, static_cast<int>(n));
+  }
 }
 
 }  // namespace
@@ -113,29 +120,31 @@ Layout ReadLayout(const base::SettingsFile& settings) {
   return layout;
 }
 
-void SaveLayout(base::SettingsFile& settings, const Layout& layout) {
+bool SaveLayout(base::SettingsFile& settings, const Layout& layout) {
   namespace keys = base::keys;
-  if (layout.frame) settings.Store(keys::kFrameGeometry, FormatFramePlace(*layout.frame));
-  StoreSingle(settings, keys::kWatchOpen, keys::kWatchGeometry, layout.watch);
-  StoreSingle(settings, keys::kSourceOpen, keys::kSourceGeometry, layout.source);
-  StorePlace(settings, keys::kRegistersGeometry, layout.registers);
-  settings.Store(keys::kProgramWindowCount, static_cast<long>(layout.programs.size()));
+  base::SettingsFile::Change change;
+  if (layout.frame) change.Store(keys::kFrameGeometry, FormatFramePlace(*layout.frame));
+  StoreSingle(change, keys::kWatchOpen, keys::kWatchGeometry, layout.watch);
+  StoreSingle(change, keys::kSourceOpen, keys::kSourceGeometry, layout.source);
+  StorePlace(change, keys::kRegistersGeometry, layout.registers);
+  change.Store(keys::kProgramWindowCount, static_cast<long>(layout.programs.size()));
   for (std::size_t n = 0; n < layout.programs.size(); ++n) {
-    StorePlace(settings, keys::kProgramGeometry, layout.programs[n], static_cast<int>(n));
+    StorePlace(change, keys::kProgramGeometry, layout.programs[n], static_cast<int>(n));
   }
-  if (!layout.data) return;
-  settings.Store(keys::kDataWindowCount, static_cast<long>(layout.data->size()));
-  for (std::size_t n = 0; n < layout.data->size(); ++n) {
-    StorePlace(settings, keys::kDataGeometry, (*layout.data)[n].place, static_cast<int>(n));
+  if (layout.data) {
+    change.Store(keys::kDataWindowCount, static_cast<long>(layout.data->size()));
+    for (std::size_t n = 0; n < layout.data->size(); ++n) {
+      StorePlace(change, keys::kDataGeometry, (*layout.data)[n].place, static_cast<int>(n));
+    }
+    StoreDataAttributes(change, *layout.data);
   }
-  SaveDataAttributes(settings, *layout.data);
+  return settings.Apply(change);
 }
 
-void SaveDataAttributes(base::SettingsFile& settings, const std::vector<DataWindow>& data) {
-  for (std::size_t n = 0; n < data.size(); ++n) {
-    settings.Store(base::keys::kDataFirstLine, long{data[n].first_line}, static_cast<int>(n));
-    settings.Store(base::keys::kDataAttribute, long{data[n].attribute}, static_cast<int>(n));
-  }
+bool SaveDataAttributes(base::SettingsFile& settings, const std::vector<DataWindow>& data) {
+  base::SettingsFile::Change change;
+  StoreDataAttributes(change, data);
+  return settings.Apply(change);
 }
 
 }  // namespace brevant::shell

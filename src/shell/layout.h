@@ -60,9 +60,10 @@ struct Layout {
 
 // Everything that is stored, at most 100 windows of a kind.
 Layout ReadLayout(const base::SettingsFile& settings);
-void SaveLayout(base::SettingsFile& settings, const Layout& layout);
+// False when nothing could be stored.
+bool SaveLayout(base::SettingsFile& settings, const Layout& layout);
 // What is stored at every exit, even when the layout is not.
-void SaveDataAttributes(base::SettingsFile& settings, const std::vector<DataWindow>& data);
+bool SaveDataAttributes(base::SettingsFile& settings, const std::vector<DataWindow>& data);
 
 // "left,top,width,height"; further fields are ignored. Nothing unless all four are integers.
 std::optional<WindowPlace> ParseWindowPlace(std::string_view text);

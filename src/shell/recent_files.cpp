@@ -39,9 +39,11 @@ void RecentFiles::StoreAll(base::SettingsFile& settings) const {
 }
 
 void RecentFiles::StoreUpTo(base::SettingsFile& settings, int index) const {
+  base::SettingsFile::Change change;
   for (int i = 0; i <= index && i < kEntries; ++i) {
-    settings.Store(base::keys::kRecentFile, entries_[static_cast<std::size_t>(i)], i);
+    change.Store(base::keys::kRecentFile, entries_[static_cast<std::size_t>(i)], i);
   }
+  settings.Apply(change);
 }
 
 }  // namespace brevant::shell

@@ -7,7 +7,10 @@
 namespace brevant::symbols {
 
 inline constexpr base::MessageText kInconsistentFormat{
+    "symbols.inconsistent-format", base::Severity::Error,
     "File format is possibly inconsistant.  Please\nuse Config menu to configure the compiler",
     "Error Message", base::Icon::Error};
+
+inline constexpr const base::MessageText* kAllMessages[] = {&kInconsistentFormat};
 
 }  // namespace brevant::symbols

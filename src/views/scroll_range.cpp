@@ -46,7 +46,9 @@ std::optional<ScrollRange> ProgramRangeForm::Accept(std::string_view text) {
     ui_.Beep();
     return std::nullopt;
   }
-  settings_.Store(base::keys::kProgramRange, text);
+  // What holds for this run only is not stored because it was shown.
+  const bool shown = settings_.Overridden(base::keys::kProgramRange) && text == InitialText();
+  if (!shown) settings_.Store(base::keys::kProgramRange, text);
   return ProgramScrollRange(text);
 }
 

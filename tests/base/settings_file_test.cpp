@@ -125,9 +125,33 @@ TEST_F(SettingsFileTest, OverridesShadowTheFileUntilTheKeyIsStored) {
   EXPECT_EQ(settings_.ReadString("Ports", "com1", "", 99), "/dev/ttyUSB0");
   EXPECT_TRUE(settings_.Has("ports", "COM1"));
   EXPECT_EQ(Text(), "[config]\nport=COM2\n");
+  ASSERT_TRUE(settings_.Store(keys::kPort, "COM1"));
+  EXPECT_TRUE(settings_.Overridden(keys::kPort)) << "it was only shown";
+  EXPECT_EQ(Text(), "[config]\nport=COM2\n");
   ASSERT_TRUE(settings_.Store(keys::kPort, "COM4"));
   EXPECT_EQ(settings_.String(keys::kPort), "COM4");
   EXPECT_EQ(Text(), "[config]\nport=COM4\n");
+}
+
+TEST_F(SettingsFileTest, AChangeIsStoredWholeOrNotAtAll) {
+  Put("[config]\nport=COM2\n");
+  settings_.Override(keys::kDevice, "1");
+  SettingsFile::Change change;
+  change.Store(keys::kPort, "COM3");
+  change.Store(keys::kRecentFile, "/a.s19", 1);
+  change.Store(keys::kDevice, 1L);
+  EXPECT_FALSE(settings_.Holds(change));
+  EXPECT_TRUE(settings_.Apply(change));
+  EXPECT_TRUE(settings_.Holds(change));
+  const std::string stored = "[config]\nport=COM3\n\n[path]\nloadfile1=/a.s19\n";
+  EXPECT_EQ(Text(), stored);
+
+  change.Store(keys::kPort, "COM4");
+  change.Store(keys::kDevice, 0L);
+  change.Store(keys::kProgramFile, "two\nlines");
+  EXPECT_FALSE(settings_.Apply(change));
+  EXPECT_EQ(Text(), stored);
+  EXPECT_EQ(settings_.Integer(keys::kDevice), 1);
 
   SettingsFile nowhere("/nonexistent/brevant.ini");
   nowhere.Override(keys::kPort, "COM3");

@@ -32,9 +32,7 @@ class Bench {
                   .start_up_directory = folder_.string()}) {
     std::filesystem::remove_all(folder_);
     std::filesystem::create_directories(folder_);
-    const std::string blank(16, 'F');
-    settings.Override(base::keys::kRecentSecurity, blank, 0);
-    debugger.connector.SetSessionCode(link::kBlankSecurityCode);
+    debugger.security.GiveForSession(link::kBlankSecurityCode);
   }
   ~Bench() { std::filesystem::remove_all(folder_); }
   Bench(const Bench&) = delete;

@@ -15,7 +15,7 @@ constexpr std::uint8_t kEndless[] = {0x20, 0xFE};  // BRA to itself
 TEST(Debugger, StartUpLeavesItsProgramInRamAndTheFrameRead) {
   Bench bench;
   ASSERT_EQ(bench.debugger.Start(), link::ConnectResult::Connected);
-  EXPECT_TRUE(bench.debugger.security_passed);
+  EXPECT_TRUE(bench.debugger.security.passed());
   EXPECT_EQ(bench.debugger.frame.ProgramSP(), 0x00FFu);
   std::vector<std::uint8_t> ram(kStartUpProgram.size());
   bench.debugger.monitor.ReadBlockBytes(ram, kStartUpProgramAddress);
@@ -25,13 +25,12 @@ TEST(Debugger, StartUpLeavesItsProgramInRamAndTheFrameRead) {
 TEST(Debugger, TriesOtherCodesOnlyWhenAsked) {
   Bench bench;
   bench.settings.Override(base::keys::kRecentSecurity, "0011223344556677", 0);
-  bench.debugger.connector.SetSessionCode({});
   EXPECT_EQ(bench.debugger.Start(), link::ConnectResult::SecurityNotPassed);
-  EXPECT_FALSE(bench.debugger.security_passed);
+  EXPECT_FALSE(bench.debugger.security.passed());
   EXPECT_EQ(bench.debugger.Start(OtherCodes::Try), link::ConnectResult::Connected);
-  EXPECT_EQ(bench.debugger.connector.session_code(), link::kBlankSecurityCode);
+  EXPECT_EQ(bench.debugger.security.FoundByTrying(), link::kBlankSecurityCode);
   bench.debugger.Reset();
-  EXPECT_TRUE(bench.debugger.security_passed);
+  EXPECT_TRUE(bench.debugger.security.passed());
 }
 
 // The image's entry address wins over the macro's PC, which wins over the reset vector.
@@ -80,11 +79,11 @@ TEST(Debugger, ResetsSendTheCodeThatFlashHoldsNow) {
   ASSERT_EQ(debugger.Start(), link::ConnectResult::Connected);
   ASSERT_TRUE(debugger.flash.ProgramIrqVector());
   ASSERT_TRUE(bench.Settle());
-  EXPECT_TRUE(debugger.security_passed);
+  EXPECT_TRUE(debugger.security.passed());
   EXPECT_EQ(debugger.monitor.ReadWord(0xFFFA), 0xFE27u);
   ASSERT_TRUE(debugger.flash.MassEraseCommand());
   ASSERT_TRUE(bench.Settle());
-  EXPECT_TRUE(debugger.security_passed);
+  EXPECT_TRUE(debugger.security.passed());
   EXPECT_EQ(debugger.monitor.ReadWord(0xFFFA), 0xFFFFu);
 }
 
@@ -98,7 +97,7 @@ TEST(Debugger, ConnectingAgainForgetsTheCodeOfTheBoardBefore) {
   bench.settings.Override(base::keys::kRecentSecurity, "2222222222222222", 0);
   ASSERT_EQ(debugger.Restart(), link::ConnectResult::Connected);
   debugger.Reset();
-  EXPECT_TRUE(debugger.security_passed);
+  EXPECT_TRUE(debugger.security.passed());
 }
 
 // No code fits, and the last try leaves the target silent: its RAM can be used all the same.
@@ -119,7 +118,7 @@ TEST(Debugger, TriesNoCodeWhenSecurityIsNotToBeVerified) {
   Bench bench;
   bench.settings.Override(base::keys::kSecurityCheck, "0");
   bench.debugger.Start(OtherCodes::Try);
-  EXPECT_FALSE(bench.debugger.security_passed);
+  EXPECT_FALSE(bench.debugger.security.passed());
 }
 
 TEST(Debugger, AMacroDoesNotRunTheProgramToMain) {

@@ -46,7 +46,7 @@ struct Bench {
     link::SecurityCode code{};
     for (base::Address i = 0; i < code.size(); ++i) code[i] = Peek(0xFFF6 + i);
     if (!link.OpenPort("COM1") || monitor.SendSecurityCode(code) != 0) return false;
-    security.Know(code);
+    security.NoteConnected(code, true);
     FollowUpReset();
     return !link.LinkError;
   }
@@ -103,7 +103,6 @@ struct Bench {
 
   void ResetTarget() {
     ++resets;
-    if (const auto code = security.Code()) connector.SetSessionCode(code);
     connector.ResetTarget();
     FollowUpReset();
   }
@@ -115,14 +114,14 @@ struct Bench {
   base::SettingsFile settings{folder.path() / "brevant.ini"};
   base::TestUser user;
   base::EventLog events;
-  link::Connector connector{monitor, settings, user, [](const std::string&) {}};
+  link::SecurityKeeper security{settings};
+  link::Connector connector{monitor, settings, security, user, [](const std::string&) {}};
   symbols::DebugInfo debug_info;
   control::RegisterFrame frame{monitor};
   control::BreakpointTable breakpoints{monitor};
   control::Activity activity{events};
   control::RunControl run{monitor, frame, breakpoints, activity, debug_info, settings, events};
   StartAddress start;
-  SecurityBytes security;
   FlashSurroundings surroundings{monitor,  frame, activity, debug_info,
                                  settings, user,  security, [this] { ResetTarget(); }};
   FlashOperations flash{surroundings};

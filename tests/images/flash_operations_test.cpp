@@ -131,7 +131,7 @@ TEST(EraseRange, CancelResetsTheTargetAtOnce) {
   EXPECT_EQ(bench.flash.status().outcome, FlashOutcome::Cancelled);
   EXPECT_EQ(bench.resets, 1);
   EXPECT_EQ(bench.user.progress_windows, 0);
-  EXPECT_EQ(bench.security.Code(), std::nullopt) << "the erase may or may not have reached it";
+  EXPECT_EQ(bench.security.InFlash(), std::nullopt) << "the erase may or may not have reached it";
   EXPECT_TRUE(bench.connector.TryKnownCodes());
 }
 
@@ -184,7 +184,7 @@ TEST(ProgramLocations, FollowsTheSecurityCode) {
   const ByteList code{1, 2, 3, 4, 5, 6, 7, 8};
   ASSERT_TRUE(bench.flash.ProgramFlashLocations(0xFFF6, code));
   bench.TickToEnd();
-  EXPECT_EQ(bench.security.Code(), (link::SecurityCode{1, 2, 3, 4, 5, 6, 7, 8}));
+  EXPECT_EQ(bench.security.InFlash(), (link::SecurityCode{1, 2, 3, 4, 5, 6, 7, 8}));
   EXPECT_TRUE(bench.Passed());
 }
 

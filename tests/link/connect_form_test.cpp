@@ -13,14 +13,19 @@ namespace {
 using testing::Each;
 using testing::ElementsAre;
 
+ConnectForm Open(SettingsInFolder& file) {
+  return OpenConnectForm(file.settings, SecurityKeeper(file.settings));
+}
+
 std::string RefusalOf(const ConnectForm& form, base::SettingsFile& settings) {
-  const auto refusal = CommitConnectForm(form, settings);
+  SecurityKeeper security(settings);
+  const auto refusal = CommitConnectForm(form, settings, security);
   return refusal ? refusal->text : "";
 }
 
 TEST(ConnectForm, OpensWithTheSettings) {
   SettingsInFolder file;
-  ConnectForm form = OpenConnectForm(file.settings);
+  ConnectForm form = Open(file);
   EXPECT_THAT(form.code_fields, Each("C3"));
   EXPECT_EQ(form.port, "COM1");
   EXPECT_TRUE(form.verify_security);
@@ -35,16 +40,16 @@ TEST(ConnectForm, OpensWithTheSettings) {
   file.Set("port", "com3");
   file.Set("SecurityCheck", "0");
   file.Set("HC08Devices", "1");
-  form = OpenConnectForm(file.settings);
+  form = Open(file);
   EXPECT_THAT(form.code_fields, ElementsAre("01", "02", "03", "04", "05", "06", "07", "08"));
   EXPECT_EQ(form.recent_codes[1], "A1    B2    C3    D4    E5    F6    07    18    ");
   EXPECT_EQ(form.port, "com3");
   EXPECT_FALSE(form.verify_security);
   EXPECT_EQ(form.device, 1);
 
-  SelectRecentCode(form, file.settings, 1);
+  SelectRecentCode(form, SecurityKeeper(file.settings), 1);
   EXPECT_THAT(form.code_fields, ElementsAre("A1", "B2", "C3", "D4", "E5", "F6", "07", "18"));
-  SelectRecentCode(form, file.settings, 2);
+  SelectRecentCode(form, SecurityKeeper(file.settings), 2);
   EXPECT_THAT(form.code_fields, Each("C3"));
 }
 
@@ -52,7 +57,7 @@ TEST(ConnectForm, RefusesACodeFieldThatIsNoNumberAndStoresNothing) {
   for (const char* field : {"", " ", "G1", "1G", "-1", "0x"}) {
     SCOPED_TRACE(field);
     SettingsInFolder file;
-    ConnectForm form = OpenConnectForm(file.settings);
+    ConnectForm form = Open(file);
     form.code_fields[5] = field;
     EXPECT_EQ(RefusalOf(form, file.settings), "Security string not correct");
     EXPECT_FALSE(std::filesystem::exists(file.settings.path()));
@@ -63,18 +68,18 @@ TEST(ConnectForm, RefusesOtherPortsAfterTheCodeHasBeenRemembered) {
   for (const char* port : {"COM5", "COM0", "", "COM", "COM10", "LPT1"}) {
     SCOPED_TRACE(port);
     SettingsInFolder file;
-    ConnectForm form = OpenConnectForm(file.settings);
+    ConnectForm form = Open(file);
     form.code_fields.fill("fF");
     form.port = port;
     EXPECT_EQ(RefusalOf(form, file.settings), "Not a correct COM port number");
-    EXPECT_EQ(RecentSecurityCode(file.settings, 0), kBlankSecurityCode);
+    EXPECT_EQ(SecurityKeeper(file.settings).Recent(0), kBlankSecurityCode);
     EXPECT_FALSE(file.settings.Has("config", "port"));
   }
 }
 
 TEST(ConnectForm, OkStoresEveryChoice) {
   SettingsInFolder file;
-  ConnectForm form = OpenConnectForm(file.settings);
+  ConnectForm form = Open(file);
   form.code_fields = {"1", "02", "3", "4", "5", "6", "7", "aB"};
   form.port = "com2";
   form.verify_security = false;
@@ -94,7 +99,7 @@ TEST(ConnectForm, OkStoresEveryChoice) {
 TEST(ConnectForm, AnUnwritableSettingsFileIsInTheWayOnlyOfNewChoices) {
   SettingsInFolder file;
   file.MakeUnwritable();
-  ConnectForm form = OpenConnectForm(file.settings);
+  ConnectForm form = Open(file);
   EXPECT_EQ(RefusalOf(form, file.settings), "");
   form.port = "COM2";
   EXPECT_THAT(RefusalOf(form, file.settings), testing::HasSubstr("cannot be written"));

@@ -41,11 +41,18 @@ struct Bench {
   SettingsInFolder file;
   base::TestUser ui;
   std::string log;
-  Connector connector{monitor, file.settings, ui, [this](const std::string& line) { log += line; }};
+  SecurityKeeper security{file.settings};
+  Connector connector{monitor, file.settings, security, ui,
+                      [this](const std::string& line) { log += line; }};
 };
 
 std::vector<std::uint8_t> BytesOf(const SecurityCode& code) {
   return {code.begin(), code.end()};
+}
+
+std::vector<std::uint8_t> WithLookAtTheFlag(std::vector<std::uint8_t> sent) {
+  sent.insert(sent.end(), {0x4A, 0x00, 0x80});
+  return sent;
 }
 
 TEST(Connector, ConnectsWithTheNewestCodeAndExercisesTheLinkOnce) {
@@ -53,10 +60,11 @@ TEST(Connector, ConnectsWithTheNewestCodeAndExercisesTheLinkOnce) {
   bench.link.LinkError = true;
   EXPECT_EQ(bench.connector.Connect(), ConnectResult::Connected);
   std::vector<std::uint8_t> expected = BytesOf(kDefaultSecurityCode);
-  for (const int byte : {0x49, 0x01, 0x00, 0x5A, 0x4A, 0x01, 0x00, 0x4A, 0x00, 0x80}) {
+  for (const int byte : {0x49, 0x01, 0x00, 0x5A, 0x4A, 0x01, 0x00}) {
     expected.push_back(static_cast<std::uint8_t>(byte));
   }
-  EXPECT_EQ(bench.TakeSent(), expected);
+  EXPECT_EQ(bench.TakeSent(), WithLookAtTheFlag(expected));
+  EXPECT_EQ(bench.security.InFlash(), kDefaultSecurityCode);
   EXPECT_THAT(bench.ui.TakeTexts(), IsEmpty());
   EXPECT_EQ(bench.log, "debug  0  5a\n");
   EXPECT_EQ(bench.link.PortName, "COM1");
@@ -127,9 +135,13 @@ TEST(Connector, APortThatRefusesSaysSoWithItsOwnReason) {
   SettingsInFolder file;
   base::TestUser ui;
   std::string log;
-  Connector connector(monitor, file.settings, ui, [&](const std::string& line) { log += line; });
+  SecurityKeeper security(file.settings);
+  Connector connector(monitor, file.settings, security, ui,
+                      [&](const std::string& line) { log += line; });
   file.Set("port", "com2");
+  security.NoteConnected(kDefaultSecurityCode, true);
   EXPECT_EQ(connector.Connect(), ConnectResult::PortUnavailable);
+  EXPECT_FALSE(security.passed()) << "nothing was looked at";
   ASSERT_EQ(ui.messages.size(), 1u);
   EXPECT_EQ(ui.messages[0].text, "COM2 is not available. Please try another port\n\nrefused");
   EXPECT_EQ(ui.messages[0].caption, "Information");
@@ -157,12 +169,13 @@ TEST(Connector, AResetSendsTheCodeForResetsNotTheOneConnectedWith) {
     Bench bench;
     bench.file.Set("Security0", "2222222222222222");
     if (row.in_settings != nullptr) bench.file.Set("Security", row.in_settings);
-    bench.connector.SetSessionCode(row.session);
+    if (row.session) bench.security.GiveForSession(*row.session);
     bench.connector.Connect();
     bench.TakeSent();
     bench.ui.TakeTexts();
     bench.connector.ResetTarget();
-    EXPECT_EQ(bench.TakeSent(), BytesOf(row.sent));
+    EXPECT_EQ(bench.TakeSent(), WithLookAtTheFlag(BytesOf(row.sent)));
+    EXPECT_EQ(bench.security.passed(), row.sent == kDefaultSecurityCode);
     EXPECT_FALSE(bench.link.LinkError);
     EXPECT_THAT(bench.ui.TakeTexts(), IsEmpty());
   }
@@ -172,7 +185,7 @@ TEST(Connector, AResetSendsTheCodeForResetsNotTheOneConnectedWith) {
   unchecked.file.Set("SecurityCheck", "0");
   unchecked.TakeSent();
   unchecked.connector.ResetTarget();
-  EXPECT_THAT(unchecked.TakeSent(), IsEmpty());
+  EXPECT_EQ(unchecked.TakeSent(), WithLookAtTheFlag({}));
 }
 
 TEST(Connector, TriesEachKnownCodeOnceUntilOneFits) {
@@ -184,7 +197,7 @@ TEST(Connector, TriesEachKnownCodeOnceUntilOneFits) {
   EXPECT_EQ(bench.connector.Connect(), ConnectResult::SecurityNotPassed);
   bench.TakeSent();
   EXPECT_EQ(bench.connector.TryKnownCodes(), kBlankSecurityCode);
-  EXPECT_EQ(bench.connector.session_code(), kBlankSecurityCode);
+  EXPECT_EQ(bench.security.FoundByTrying(), kBlankSecurityCode);
   // Two codes of the list, the default of the two empty entries, the blank one; a look at the flag
   // after each.
   EXPECT_EQ(bench.TakeSent().size(), 4 * (8 + 3));
@@ -193,7 +206,7 @@ TEST(Connector, TriesEachKnownCodeOnceUntilOneFits) {
   bench.SetStoredCode({0, 1, 2, 3, 4, 5, 6, 7});
   EXPECT_EQ(bench.connector.TryKnownCodes(), std::nullopt);
   EXPECT_FALSE(bench.link.LinkError) << "RAM can still be used";
-  EXPECT_EQ(bench.connector.session_code(), kBlankSecurityCode);
+  EXPECT_EQ(bench.security.FoundByTrying(), std::nullopt);
 }
 
 TEST(Connector, TryingCodesGoesOnAfterAFailedTryAndEndsInErrorWithoutATarget) {

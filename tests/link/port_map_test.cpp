@@ -23,14 +23,17 @@ TEST(PortMap, TheSettingsComeFirstThenTheFirstAdapterThenTheSimulatedTarget) {
   EXPECT_EQ(DeviceBehind("COM1", file.settings, kFound), "/dev/ttyUSB0");
   EXPECT_EQ(DeviceBehind("COM1", file.settings, {kFound[0]}), kSimulator);
   EXPECT_EQ(DeviceBehind("COM2", file.settings, kFound), std::nullopt);
-  EXPECT_TRUE(StoreDeviceBehind("COM2", "/dev/ttyS0", file.settings));
-  EXPECT_TRUE(StoreDeviceBehind("COM1", kSimulator, file.settings));
+  base::SettingsFile::Change change;
+  EXPECT_TRUE(StoreDeviceBehind("COM2", "/dev/ttyS0", change));
+  EXPECT_TRUE(StoreDeviceBehind("COM1", kSimulator, change));
+  ASSERT_TRUE(file.settings.Apply(change));
   EXPECT_EQ(DeviceBehind("COM2", file.settings, kFound), "/dev/ttyS0");
   EXPECT_EQ(DeviceBehind("COM1", file.settings, kFound), kSimulator);
-  EXPECT_TRUE(StoreDeviceBehind("COM1", "", file.settings));
+  EXPECT_TRUE(StoreDeviceBehind("COM1", "", change));
+  ASSERT_TRUE(file.settings.Apply(change));
   EXPECT_EQ(DeviceBehind("COM1", file.settings, kFound), "/dev/ttyUSB0");
   for (const char* name : {"COM0", "COM5", "com1", "COM11", ""}) {
-    EXPECT_FALSE(StoreDeviceBehind(name, "x", file.settings)) << name;
+    EXPECT_FALSE(StoreDeviceBehind(name, "x", change)) << name;
     EXPECT_EQ(DeviceBehind(name, file.settings, kFound), std::nullopt) << name;
   }
 }

@@ -44,6 +44,9 @@ TEST(ScrollRange, IsChangedByItsForm) {
   EXPECT_EQ(form.Accept("c000")->end, 0xFFFFu);
   EXPECT_EQ(form.InitialText(), "00ffff");
   EXPECT_EQ(settings.String(base::keys::kProgramRange), "c000");
+  settings.Override(base::keys::kProgramRange, "8000");
+  EXPECT_TRUE(form.Accept(form.InitialText()));
+  EXPECT_EQ(settings.StringInFile(base::keys::kProgramRange), "c000") << "it was only shown";
 }
 
 }  // namespace
