@@ -47,7 +47,7 @@ Session::Session(const Options& options, bool terminal)
 // Options rule this run only: they shadow the settings and are never written to the file.
 void Session::ApplyOptions() {
   namespace keys = base::keys;
-  ports::UseForThisRun(options_.port, settings_);
+  frontend::UseForThisRun(options_.port, settings_);
   if (options_.device) settings_.Override(keys::kDevice, std::to_string(*options_.device));
   if (options_.no_security) settings_.Override(keys::kSecurityCheck, "0");
   if (options_.security) {
@@ -88,7 +88,7 @@ Result Session::ConnectFailed(link::ConnectResult result) {
 }
 
 std::string Session::PortName() const {
-  return ports_.is_simulated() ? std::string(ports::kSimulatedName) : ports_.device();
+  return ports_.is_simulated() ? std::string(frontend::kSimulatedName) : ports_.device();
 }
 
 Parsed<base::Address> Session::ResolveAddress(std::string_view word) const {

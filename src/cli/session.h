@@ -16,7 +16,7 @@
 #include "cli/result.h"
 #include "control/run_indication.h"
 #include "debugger/debugger.h"
-#include "ports/target_ports.h"
+#include "frontend/target_ports.h"
 
 namespace brevant::cli {
 
@@ -68,7 +68,7 @@ class Session final : private base::Workspace, private control::RunIndication {
   Options options_;
   base::SettingsFile settings_;
   ConsoleUi ui_;
-  ports::TargetPorts ports_;
+  frontend::TargetPorts ports_;
   std::unique_ptr<debugger::Debugger> debugger_;
 };
 

@@ -10,7 +10,7 @@
 namespace brevant::gui {
 namespace {
 
-namespace commands = shell::commands;
+namespace commands = workspace::commands;
 
 struct Row {
   int id;
@@ -66,13 +66,13 @@ constexpr std::array kRows{
 constexpr const char* kStopFirst = "The target is running: press Break (F7) first.";
 
 // Whether the command may be carried out now; the user has been told why not.
-bool Allowed(const CommandContext& context, const shell::CommandRow& command) {
-  switch (shell::Judge(command, context.window.Conditions())) {
-    case shell::Verdict::CarryOut:
+bool Allowed(const CommandContext& context, const workspace::CommandRow& command) {
+  switch (workspace::Judge(command, context.window.Conditions())) {
+    case workspace::Verdict::CarryOut:
       return true;
-    case shell::Verdict::Ignore:
+    case workspace::Verdict::Ignore:
       return false;
-    case shell::Verdict::StopFirst:
+    case workspace::Verdict::StopFirst:
       context.session.ui.Beep();
       context.window.status().ShowNotice(kStopFirst);
       return false;
@@ -98,13 +98,15 @@ void CommandDispatch::Send(int id) {
 
 void CommandDispatch::LoadFile(const std::string& path) {
   Enter([&] {
-    if (Allowed(context_, *shell::FindCommand(commands::kLoadImage))) LoadImageFile(context_, path);
+    if (Allowed(context_, *workspace::FindCommand(commands::kLoadImage)))
+      LoadImageFile(context_, path);
   });
 }
 
 void CommandDispatch::Carry(int id) {
-  const shell::CommandRow* const command = shell::FindCommand(id);
-  if (command == nullptr || !command->Has(shell::kBuilt) || !Allowed(context_, *command)) return;
+  const workspace::CommandRow* const command = workspace::FindCommand(id);
+  if (command == nullptr || !command->Has(workspace::kBuilt) || !Allowed(context_, *command))
+    return;
   if (const WindowKind* const kind = KindOpenedBy(id)) {
     context_.window.Open(*kind);
     return;

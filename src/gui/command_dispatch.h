@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Where every command arrives, whether from a menu, a button, a key or the engine itself: a table
-// from ids to what they do. Whether a command may run is said by its row in the shell.
+// from ids to what they do. Whether a command may run is said by its row in the workspace.
 #pragma once
 
 #include <string>

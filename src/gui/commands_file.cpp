@@ -9,12 +9,12 @@
 namespace brevant::gui {
 namespace {
 
-std::optional<std::string> Choose(const CommandContext& context, shell::Chooser chooser,
+std::optional<std::string> Choose(const CommandContext& context, workspace::Chooser chooser,
                                   const std::string& start) {
   return ChooseFile(
       &context.window,
-      shell::PrepareChooser(chooser, start, context.session.debugger.debug_info.tool_chain,
-                            base::WorkingDirectory()));
+      workspace::PrepareChooser(chooser, start, context.session.debugger.debug_info.tool_chain,
+                                base::WorkingDirectory()));
 }
 
 images::LoadOutcome Load(const CommandContext& context, const std::string& path) {
@@ -38,19 +38,20 @@ bool BecameCurrent(images::LoadOutcome outcome) {
 }  // namespace
 
 void LoadChosenImage(const CommandContext& context) {
-  const auto path = Choose(context, shell::Chooser::Image, context.session.recent_files.current());
+  const auto path =
+      Choose(context, workspace::Chooser::Image, context.session.recent_files.current());
   if (path) LoadImageFile(context, *path);
 }
 
 void LoadImageFile(const CommandContext& context, const std::string& path) {
   Session& session = context.session;
-  if (!shell::FileChooser::Accepts(path)) {
+  if (!workspace::FileChooser::Accepts(path)) {
     session.ui.ShowMessage(
         {"The path is longer than 99 characters:\n" + path, "Error Message", base::Icon::Warning});
     return;
   }
   // A file that cannot be loaded is not put among those that can.
-  shell::RecentFiles files = session.recent_files;
+  workspace::RecentFiles files = session.recent_files;
   files.AddChosen(path);
   if (!BecameCurrent(Load(context, files.current()))) return;
   session.recent_files = files;
@@ -70,7 +71,7 @@ void LoadRecentFile(const CommandContext& context, int index) {
 void RunChosenMacro(const CommandContext& context) {
   Session& session = context.session;
   const auto path =
-      Choose(context, shell::Chooser::MacroFile, session.debugger.macros.LastMacroFile());
+      Choose(context, workspace::Chooser::MacroFile, session.debugger.macros.LastMacroFile());
   if (!path) return;
   session.debugger.RunMacro(*path);
   session.program_views.RefreshProgramWindows();
@@ -78,7 +79,7 @@ void RunChosenMacro(const CommandContext& context) {
 
 void LoadChosenSymbols(const CommandContext& context) {
   Session& session = context.session;
-  if (const auto path = Choose(context, shell::Chooser::SymbolFile, "")) {
+  if (const auto path = Choose(context, workspace::Chooser::SymbolFile, "")) {
     const std::string problem = session.debugger.LoadSymbols(*path);
     if (!problem.empty()) session.ui.ShowMessage({problem, "Error Message", base::Icon::Warning});
   }

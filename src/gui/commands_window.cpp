@@ -35,11 +35,11 @@ void ToggleFlag(const CommandContext& context, const base::SettingsKey& key, int
 }  // namespace
 
 void ToggleRunToMain(const CommandContext& context) {
-  ToggleFlag(context, base::keys::kRunToMain, shell::commands::kRunToMain);
+  ToggleFlag(context, base::keys::kRunToMain, workspace::commands::kRunToMain);
 }
 
 void ToggleSaveOnExit(const CommandContext& context) {
-  ToggleFlag(context, base::keys::kSaveOnExit, shell::commands::kSaveOnExit);
+  ToggleFlag(context, base::keys::kSaveOnExit, workspace::commands::kSaveOnExit);
 }
 
 void SetProgramRange(const CommandContext& context) {

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
-// The desktop's file dialog for a chooser of the shell.
+// The desktop's file dialog for a chooser of the workspace.
 #pragma once
 
 #include <optional>
 #include <string>
 
-#include "shell/file_choosers.h"
+#include "workspace/file_choosers.h"
 
 class QWidget;
 
@@ -13,6 +13,6 @@ namespace brevant::gui {
 
 // The chosen path as the engine takes it; nothing when the dialog was cancelled. A path that the
 // chooser does not accept is told, and asked for again.
-std::optional<std::string> ChooseFile(QWidget* parent, const shell::FileChooser& chooser);
+std::optional<std::string> ChooseFile(QWidget* parent, const workspace::FileChooser& chooser);
 
 }  // namespace brevant::gui

@@ -38,7 +38,7 @@ Session::Session(const Options& given)
       registers(debugger.frame, ui),
       program_menu(program_views, debugger.frame, debugger.breakpoints, debugger.run_control,
                    *this) {
-  ports::UseForThisRun(options.port, settings);
+  frontend::UseForThisRun(options.port, settings);
   // Until the user has chosen a range, the flash is within sight.
   if (!settings.Has(keys::kProgramRange.section, keys::kProgramRange.key)) {
     settings.Override(keys::kProgramRange, kWholeAddressSpace);

@@ -11,16 +11,16 @@
 #include "base/workspace.h"
 #include "control/run_indication.h"
 #include "debugger/debugger.h"
+#include "frontend/target_ports.h"
 #include "gui/gate.h"
 #include "gui/options.h"
 #include "gui/qt_user_interface.h"
 #include "gui/status_text.h"
-#include "ports/target_ports.h"
-#include "shell/recent_files.h"
 #include "views/program_menu.h"
 #include "views/program_views.h"
 #include "views/prompts.h"
 #include "views/register_cells.h"
+#include "workspace/recent_files.h"
 
 namespace brevant::gui {
 
@@ -68,7 +68,7 @@ class Session final : private base::Workspace, private control::RunIndication {
 
  private:
   std::ofstream diagnostics_;  // how each attempt to connect went
-  ports::TargetPorts ports_;
+  frontend::TargetPorts ports_;
   QElapsedTimer since_repaint_;
   Screen* screen_ = nullptr;
   std::string notice_;
@@ -80,7 +80,7 @@ class Session final : private base::Workspace, private control::RunIndication {
   views::RegisterCells registers;
   views::ProgramMenu program_menu;
   views::AddressHistory addresses;
-  shell::RecentFiles recent_files;
+  workspace::RecentFiles recent_files;
 
  private:
   void RefreshViews() override;

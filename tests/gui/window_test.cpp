@@ -13,7 +13,7 @@
 namespace brevant::gui {
 namespace {
 
-namespace commands = shell::commands;
+namespace commands = workspace::commands;
 
 constexpr base::Address kScratch = 0x0100;  // in RAM
 constexpr int kTextColumn = 12;
@@ -259,10 +259,10 @@ TEST_F(Desktop, NothingStartsWhileSomethingElseIsUnderWay) {
 
 TEST_F(Desktop, OffersEveryCommandThatIsBuiltAndNoOther) {
   Start();
-  for (const shell::CommandRow& row : shell::CommandRows()) {
-    if (row.menu == shell::Menu::None) continue;
+  for (const workspace::CommandRow& row : workspace::CommandRows()) {
+    if (row.menu == workspace::Menu::None) continue;
     const bool offered = window().findChild<QAction*>(QString("command%1").arg(row.id)) != nullptr;
-    EXPECT_EQ(offered, row.Has(shell::kBuilt)) << row.id;
+    EXPECT_EQ(offered, row.Has(workspace::kBuilt)) << row.id;
   }
   EXPECT_FALSE(window().findChild<QAction*>("button345")->isEnabled());
 }

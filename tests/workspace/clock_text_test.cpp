@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
-#include "shell/clock_text.h"
+#include "workspace/clock_text.h"
 
 #include <gtest/gtest.h>
 
-namespace brevant::shell {
+namespace brevant::workspace {
 namespace {
 
 TEST(ClockText, CountsTwiceTwelveHours) {
@@ -15,4 +15,4 @@ TEST(ClockText, CountsTwiceTwelveHours) {
 }
 
 }  // namespace
-}  // namespace brevant::shell
+}  // namespace brevant::workspace

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
-#include "shell/layout.h"
+#include "workspace/layout.h"
 
 #include <gtest/gtest.h>
 
 #include "base/temporary_folder.h"
 
-namespace brevant::shell {
+namespace brevant::workspace {
 namespace {
 
 class LayoutTest : public ::testing::Test {
@@ -97,4 +97,4 @@ TEST(WindowPlaces, AreBroughtIntoTheFrame) {
 }
 
 }  // namespace
-}  // namespace brevant::shell
+}  // namespace brevant::workspace

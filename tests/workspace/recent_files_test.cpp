@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
-#include "shell/recent_files.h"
+#include "workspace/recent_files.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "base/temporary_folder.h"
 
-namespace brevant::shell {
+namespace brevant::workspace {
 namespace {
 
 using ::testing::ElementsAre;
@@ -77,4 +77,4 @@ TEST(RecentFiles, AreFewAtFirst) {
 }
 
 }  // namespace
-}  // namespace brevant::shell
+}  // namespace brevant::workspace

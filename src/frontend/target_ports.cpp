@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ports/target_ports.h"
+#include "frontend/target_ports.h"
 
 #include <utility>
 
@@ -10,7 +10,7 @@
 #include "link/port_map.h"
 #include "simulator/demo_firmware.h"
 
-namespace brevant::ports {
+namespace brevant::frontend {
 namespace {
 
 namespace keys = base::keys;
@@ -68,4 +68,4 @@ void UseForThisRun(const std::string& name, base::SettingsFile& settings) {
                     kFirstPortNumber);
 }
 
-}  // namespace brevant::ports
+}  // namespace brevant::frontend

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "shell/layout.h"
+#include "workspace/layout.h"
 
 #include <algorithm>
 #include <array>
@@ -7,7 +7,7 @@
 
 #include "base/text_format.h"
 
-namespace brevant::shell {
+namespace brevant::workspace {
 namespace {
 
 constexpr int kMostWindows = 100;
@@ -138,4 +138,4 @@ void SaveDataAttributes(base::SettingsFile& settings, const std::vector<DataWind
   }
 }
 
-}  // namespace brevant::shell
+}  // namespace brevant::workspace

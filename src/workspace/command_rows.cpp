@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
-#include "shell/command_rows.h"
+#include "workspace/command_rows.h"
 
 #include <algorithm>
 #include <array>
 
-namespace brevant::shell {
+namespace brevant::workspace {
 namespace {
 
 constexpr std::array kMenuBar{
@@ -177,4 +177,4 @@ Verdict Judge(const CommandRow& row, const CommandConditions& conditions) {
   return Verdict::CarryOut;
 }
 
-}  // namespace brevant::shell
+}  // namespace brevant::workspace

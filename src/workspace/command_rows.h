@@ -8,7 +8,7 @@
 #include <string>
 #include <string_view>
 
-namespace brevant::shell {
+namespace brevant::workspace {
 
 enum class Menu {
   None,  // sent by a shortcut, a button or another command
@@ -112,4 +112,4 @@ enum class Verdict {
 };
 Verdict Judge(const CommandRow& row, const CommandConditions& conditions);
 
-}  // namespace brevant::shell
+}  // namespace brevant::workspace

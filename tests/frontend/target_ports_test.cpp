@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
-#include "ports/target_ports.h"
+#include "frontend/target_ports.h"
 
 #include <gtest/gtest.h>
 #include <unistd.h>
 
 #include <filesystem>
 
-namespace brevant::ports {
+namespace brevant::frontend {
 namespace {
 
 namespace keys = base::keys;
@@ -58,4 +58,4 @@ TEST(TargetPorts, TheNamedPortIsUsedWithoutBeingRemembered) {
 }
 
 }  // namespace
-}  // namespace brevant::ports
+}  // namespace brevant::frontend

@@ -9,7 +9,7 @@
 
 #include "base/settings_file.h"
 
-namespace brevant::shell {
+namespace brevant::workspace {
 
 class RecentFiles {
  public:
@@ -39,4 +39,4 @@ class RecentFiles {
   std::array<std::string, kEntries> entries_;
 };
 
-}  // namespace brevant::shell
+}  // namespace brevant::workspace

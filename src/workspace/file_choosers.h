@@ -10,7 +10,7 @@
 
 #include "symbols/debug_info.h"
 
-namespace brevant::shell {
+namespace brevant::workspace {
 
 enum class Chooser {
   Image,
@@ -59,4 +59,4 @@ FileChooser PrepareChooser(Chooser chooser, std::string_view start, symbols::Too
 // apart.
 std::vector<std::string> BothCases(std::string_view pattern);
 
-}  // namespace brevant::shell
+}  // namespace brevant::workspace

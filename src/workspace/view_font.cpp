@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
-#include "shell/view_font.h"
+#include "workspace/view_font.h"
 
 #include <algorithm>
 #include <array>
 
-namespace brevant::shell {
+namespace brevant::workspace {
 namespace {
 
 struct Face {
@@ -34,4 +34,4 @@ int EncodeViewFont(const ViewFont& font) {
   return (face == kFaces.end() ? kFaces.front().code : face->code) + font.points;
 }
 
-}  // namespace brevant::shell
+}  // namespace brevant::workspace

@@ -5,7 +5,7 @@
 
 #include <string_view>
 
-namespace brevant::shell {
+namespace brevant::workspace {
 
 struct ViewFont {
   std::string_view face;  // "fixedsys", "courier" or "courier new"
@@ -18,4 +18,4 @@ ViewFont DecodeViewFont(int setting);
 // The setting of a font that DecodeViewFont can answer.
 int EncodeViewFont(const ViewFont& font);
 
-}  // namespace brevant::shell
+}  // namespace brevant::workspace

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "shell/command_rows.h"
+#include "workspace/command_rows.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -7,7 +7,7 @@
 #include <map>
 #include <set>
 
-namespace brevant::shell {
+namespace brevant::workspace {
 namespace {
 
 using ::testing::ElementsAre;
@@ -173,4 +173,4 @@ TEST(CommandRows, RepeatedCommandsAgree) {
 }
 
 }  // namespace
-}  // namespace brevant::shell
+}  // namespace brevant::workspace

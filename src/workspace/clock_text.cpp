@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
-#include "shell/clock_text.h"
+#include "workspace/clock_text.h"
 
 #include "base/text_format.h"
 
-namespace brevant::shell {
+namespace brevant::workspace {
 
 std::string ClockText(int hour, int minute, int second) {
   constexpr int kHalfDay = 12;
@@ -11,4 +11,4 @@ std::string ClockText(int hour, int minute, int second) {
   return base::Format("%2d:%02d:%02d %s", shown, minute, second, hour < kHalfDay ? "AM" : "PM");
 }
 
-}  // namespace brevant::shell
+}  // namespace brevant::workspace

@@ -11,7 +11,7 @@
 #include "link/port_router.h"
 #include "simulator/simulated_target.h"
 
-namespace brevant::ports {
+namespace brevant::frontend {
 
 // How users name the simulated board where a port is asked for.
 inline constexpr std::string_view kSimulatedName = "sim";
@@ -51,4 +51,4 @@ class TargetPorts {
 // changed. Nothing for an empty name.
 void UseForThisRun(const std::string& name, base::SettingsFile& settings);
 
-}  // namespace brevant::ports
+}  // namespace brevant::frontend

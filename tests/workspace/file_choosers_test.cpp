@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
-#include "shell/file_choosers.h"
+#include "workspace/file_choosers.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace brevant::shell {
+namespace brevant::workspace {
 namespace {
 
 using symbols::ToolChain;
@@ -65,4 +65,4 @@ TEST(FileChoosers, SpellPatternsInBothCases) {
 }
 
 }  // namespace
-}  // namespace brevant::shell
+}  // namespace brevant::workspace

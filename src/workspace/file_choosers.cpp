@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "shell/file_choosers.h"
+#include "workspace/file_choosers.h"
 
 #include <algorithm>
 #include <array>
@@ -7,7 +7,7 @@
 
 #include "base/file_names.h"
 
-namespace brevant::shell {
+namespace brevant::workspace {
 namespace {
 
 constexpr FileFilter kS19{"S19 file (*.S19)", "*.S19"};
@@ -95,4 +95,4 @@ std::vector<std::string> BothCases(std::string_view pattern) {
   return patterns;
 }
 
-}  // namespace brevant::shell
+}  // namespace brevant::workspace

@@ -10,7 +10,7 @@
 
 #include "base/settings_file.h"
 
-namespace brevant::shell {
+namespace brevant::workspace {
 
 struct WindowPlace {
   int left = 0;
@@ -77,4 +77,4 @@ WindowPlace SavedPlace(int left, int top, int right, int bottom);
 // place, unless both are known.
 ChildPlace PlaceChild(const std::optional<FramePlace>& frame, const ChildPlace& saved);
 
-}  // namespace brevant::shell
+}  // namespace brevant::workspace

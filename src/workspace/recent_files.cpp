@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
-#include "shell/recent_files.h"
+#include "workspace/recent_files.h"
 
 #include <algorithm>
 
 #include "base/file_names.h"
 
-namespace brevant::shell {
+namespace brevant::workspace {
 
 int RecentFiles::count() const {
   const auto empty = std::find(entries_.begin(), entries_.end(), "");
@@ -44,4 +44,4 @@ void RecentFiles::StoreUpTo(base::SettingsFile& settings, int index) const {
   }
 }
 
-}  // namespace brevant::shell
+}  // namespace brevant::workspace

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
-#include "shell/view_font.h"
+#include "workspace/view_font.h"
 
 #include <gtest/gtest.h>
 
-namespace brevant::shell {
+namespace brevant::workspace {
 namespace {
 
 TEST(ViewFont, IsDecodedFromItsSetting) {
@@ -22,4 +22,4 @@ TEST(ViewFont, IsDecodedFromItsSetting) {
 }
 
 }  // namespace
-}  // namespace brevant::shell
+}  // namespace brevant::workspace
