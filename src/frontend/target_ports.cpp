@@ -3,7 +3,6 @@
 
 #include <utility>
 
-#include "base/file_names.h"
 #include "images/image_reader.h"
 #include "link/native/native_serial_port.h"
 #include "link/native/serial_devices.h"
@@ -15,8 +14,6 @@ namespace {
 
 namespace keys = base::keys;
 
-constexpr const char* kFirstPort = "COM1";
-constexpr int kFirstPortNumber = 1;
 constexpr int kDemoDevice = 0;
 
 }  // namespace
@@ -53,19 +50,6 @@ void TargetPorts::MakeBoard(int device) {
   for (const images::Block& block : images::ParseImage(simulator::DemoFirmware()).image.Blocks()) {
     simulated_->board().Load(block.address, block.bytes);
   }
-}
-
-void UseForThisRun(const std::string& name, base::SettingsFile& settings) {
-  if (name.empty()) return;
-  const std::string upper = base::UpperCase(name);
-  if (link::IsLogicalPort(upper)) {
-    settings.Override(keys::kPort, upper);
-    return;
-  }
-  const bool simulated = name == kSimulatedName;
-  settings.Override(keys::kPort, kFirstPort);
-  settings.Override(keys::kPortDevice, simulated ? std::string(link::kSimulator) : name,
-                    kFirstPortNumber);
 }
 
 }  // namespace brevant::frontend

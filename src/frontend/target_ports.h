@@ -13,9 +13,6 @@
 
 namespace brevant::frontend {
 
-// How users name the simulated board where a port is asked for.
-inline constexpr std::string_view kSimulatedName = "sim";
-
 struct SimulatedBoard {
   simulator::Pace pace = simulator::Pace::Instant;
   bool demo = false;  // its flash holds the demo program, which is one for the first device
@@ -46,9 +43,5 @@ class TargetPorts {
   int simulated_device_ = 0;
   link::PortRouter router_;
 };
-
-// Makes name (COM1 to COM4, a device path or "sim") the port of this run; the settings file is not
-// changed. Nothing for an empty name.
-void UseForThisRun(const std::string& name, base::SettingsFile& settings);
 
 }  // namespace brevant::frontend

@@ -11,6 +11,8 @@
 #include "base/workspace.h"
 #include "control/run_indication.h"
 #include "debugger/debugger.h"
+#include "frontend/connection.h"
+#include "frontend/holding_ui.h"
 #include "frontend/target_ports.h"
 #include "gui/gate.h"
 #include "gui/options.h"
@@ -69,6 +71,7 @@ class Session final : private base::Workspace, private control::RunIndication {
  private:
   std::ofstream diagnostics_;  // how each attempt to connect went
   frontend::TargetPorts ports_;
+  frontend::HoldingUi engine_ui_{ui};
   QElapsedTimer since_repaint_;
   Screen* screen_ = nullptr;
   std::string notice_;
@@ -93,8 +96,9 @@ class Session final : private base::Workspace, private control::RunIndication {
 
   void RefreshScreen();
   void RepaintNowAndThen();
-  // Runs connect while the user sees that it is under way; what it says is shown afterwards.
-  link::ConnectResult ShowConnecting(base::FunctionRef<link::ConnectResult()> connect);
+  // Runs connect while the user sees that it is under way; what it says is shown afterwards. False
+  // when it has failed.
+  bool ShowConnecting(base::FunctionRef<frontend::Connection()> connect);
 };
 
 }  // namespace brevant::gui

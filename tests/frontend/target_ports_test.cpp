@@ -6,6 +6,8 @@
 
 #include <filesystem>
 
+#include "frontend/connection.h"
+
 namespace brevant::frontend {
 namespace {
 
@@ -23,7 +25,7 @@ struct Bench {
 
 TEST(TargetPorts, ConnectAgainToTheSameBoardUntilAnotherDeviceIsChosen) {
   Bench bench;
-  UseForThisRun("sim", bench.settings);
+  UseForThisRun({.port = "sim"}, bench.settings);
   TargetPorts ports(bench.settings, {.demo = true});
   EXPECT_EQ(ports.simulated(), nullptr);
   ASSERT_TRUE(ports.router().Open("COM1"));
@@ -50,7 +52,7 @@ TEST(TargetPorts, TheNamedPortIsUsedWithoutBeingRemembered) {
                         {"sim", "COM1", "simulator"},
                         {"/dev/ttyUSB7", "COM1", "/dev/ttyUSB7"}}) {
     Bench bench;
-    UseForThisRun(c.name, bench.settings);
+    UseForThisRun({.port = c.name}, bench.settings);
     EXPECT_EQ(bench.settings.String(keys::kPort), c.port);
     EXPECT_EQ(bench.settings.String(keys::kPortDevice, 1), c.device);
     EXPECT_FALSE(std::filesystem::exists(bench.path));
