@@ -1,13 +1,17 @@
 // SPDX-License-Identifier: MIT
 // Commands of the File menu.
 #include "base/files.h"
-#include "gui/commands.h"
+#include "gui/command_actions.h"
 #include "gui/file_dialogs.h"
 #include "gui/main_window.h"
 #include "gui/session.h"
+#include "workspace/command_rows.h"
+#include "workspace/file_choosers.h"
 
 namespace brevant::gui {
 namespace {
+
+namespace commands = workspace::commands;
 
 std::optional<std::string> Choose(const CommandContext& context, workspace::Chooser chooser,
                                   const std::string& start) {
@@ -35,36 +39,19 @@ bool BecameCurrent(images::LoadOutcome outcome) {
          outcome == images::LoadOutcome::LinkLost;
 }
 
-}  // namespace
-
 void LoadChosenImage(const CommandContext& context) {
   const auto path =
       Choose(context, workspace::Chooser::Image, context.session.recent_files.current());
   if (path) LoadImageFile(context, *path);
 }
 
-void LoadImageFile(const CommandContext& context, const std::string& path) {
+template <int kIndex>
+void LoadRecentFile(const CommandContext& context) {
   Session& session = context.session;
-  if (!workspace::FileChooser::Accepts(path)) {
-    session.ui.ShowMessage(
-        {"The path is longer than 99 characters:\n" + path, "Error Message", base::Icon::Warning});
-    return;
-  }
-  // A file that cannot be loaded is not put among those that can.
-  workspace::RecentFiles files = session.recent_files;
-  files.AddChosen(path);
-  if (!BecameCurrent(Load(context, files.current()))) return;
-  session.recent_files = files;
-  session.recent_files.StoreAll(session.settings);
-  context.window.menus().ShowRecentFiles(session.recent_files);
-}
-
-void LoadRecentFile(const CommandContext& context, int index) {
-  Session& session = context.session;
-  session.recent_files.MoveToFront(index);
+  session.recent_files.MoveToFront(kIndex);
   Load(context, session.recent_files.current());
-  if (index == 0) return;
-  session.recent_files.StoreUpTo(session.settings, index);
+  if (kIndex == 0) return;
+  session.recent_files.StoreUpTo(session.settings, kIndex);
   context.window.menus().ShowRecentFiles(session.recent_files);
 }
 
@@ -85,6 +72,39 @@ void LoadChosenSymbols(const CommandContext& context) {
   }
   session.debugger.RefreshAfterStop();
   session.program_views.RefreshProgramWindows();
+}
+
+constexpr CommandAction kActions[] = {
+    {commands::kLoadImage, LoadChosenImage},
+    {commands::kLoadMacro, RunChosenMacro},
+    {commands::kLoadSymbols, LoadChosenSymbols},
+    {commands::kFirstRecentFile, LoadRecentFile<0>},
+    {commands::kFirstRecentFile + 1, LoadRecentFile<1>},
+    {commands::kFirstRecentFile + 2, LoadRecentFile<2>},
+    {commands::kFirstRecentFile + 3, LoadRecentFile<3>},
+    {commands::kFirstRecentFile + 4, LoadRecentFile<4>},
+};
+
+}  // namespace
+
+void LoadImageFile(const CommandContext& context, const std::string& path) {
+  Session& session = context.session;
+  if (!workspace::FileChooser::Accepts(path)) {
+    session.ui.ShowMessage(
+        {"The path is longer than 99 characters:\n" + path, "Error Message", base::Icon::Warning});
+    return;
+  }
+  // A file that cannot be loaded is not put among those that can.
+  workspace::RecentFiles files = session.recent_files;
+  files.AddChosen(path);
+  if (!BecameCurrent(Load(context, files.current()))) return;
+  session.recent_files = files;
+  session.recent_files.StoreAll(session.settings);
+  context.window.menus().ShowRecentFiles(session.recent_files);
+}
+
+std::span<const CommandAction> FileActions() {
+  return kActions;
 }
 
 }  // namespace brevant::gui

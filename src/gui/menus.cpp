@@ -5,6 +5,7 @@
 #include <QKeySequence>
 #include <QMenuBar>
 
+#include "gui/command_actions.h"
 #include "gui/qt_user_interface.h"
 
 namespace brevant::gui {
@@ -49,7 +50,7 @@ Menus::Menus(QMenuBar& bar, std::function<void(int id)> send)
 }
 
 void Menus::AddRow(QMenu& menu, QWidget& window, const workspace::CommandRow& row) {
-  if (!row.Has(workspace::kBuilt)) return;
+  if (!IsBuilt(row.id)) return;
   if (row.Has(workspace::kSeparatorBefore)) {
     QAction* const separator = menu.addSeparator();
     if (row.id == commands::kFirstRecentFile) recent_separator_ = separator;

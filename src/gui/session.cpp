@@ -34,8 +34,7 @@ Session::Session(const Options& given)
       program_views({debugger.monitor, debugger.debug_info, debugger.frame, debugger.breakpoints,
                      debugger.run_state, ui}),
       registers(debugger.frame, ui),
-      program_menu(program_views, debugger.frame, debugger.breakpoints, debugger.run_control,
-                   *this) {
+      program_menu(program_views, debugger.frame, debugger.breakpoints, debugger.run_control) {
   frontend::UseForThisRun({.port = options.port}, settings);
   // Until the user has chosen a range, the flash is within sight.
   if (!settings.Has(keys::kProgramRange.section, keys::kProgramRange.key)) {

@@ -3,6 +3,7 @@
 
 #include <QAction>
 
+#include "gui/command_actions.h"
 #include "gui/qt_user_interface.h"
 
 namespace brevant::gui {
@@ -28,11 +29,11 @@ void ToolBar::Update(const workspace::CommandConditions& conditions) {
   for (const workspace::ToolbarButton& button : workspace::Toolbar()) {
     const workspace::CommandRow& row = *workspace::FindCommand(button.id);
     QAction* const action = actions_.at(button.id);
-    action->setEnabled(workspace::IsEnabled(row, conditions, workspace::Place::Toolbar));
+    const bool built = IsBuilt(row.id);
+    action->setEnabled(built && workspace::IsEnabled(row, conditions, workspace::Place::Toolbar));
     action->setText(Text(workspace::ToolbarText(button, conditions.running)));
     QString tip = Text(workspace::Tooltip(button, conditions.running));
-    if (!row.Has(workspace::kBuilt))
-      tip += (tip.isEmpty() ? "" : "\n") + tr("(not in this version)");
+    if (!built) tip += (tip.isEmpty() ? "" : "\n") + tr("(not in this version)");
     action->setToolTip(tip);
     // Without this one that has none would show its own text again.
     widgetForAction(action)->setToolTip(tip);

@@ -2,15 +2,6 @@
 #include "views/program_menu.h"
 
 namespace brevant::views {
-namespace {
-
-constexpr int kCommandRunToCursor = 194;
-
-}  // namespace
-
-void ProgramMenu::RunToCursor() {
-  workspace_.SendCommand(kCommandRunToCursor);
-}
 
 void ProgramMenu::RunToLabel(base::Address address) {
   run_control_.RunToAddress(address);

@@ -6,7 +6,6 @@
 #pragma once
 
 #include "base/address.h"
-#include "base/workspace.h"
 #include "control/breakpoint_table.h"
 #include "control/register_frame.h"
 #include "control/run_control.h"
@@ -18,20 +17,13 @@ namespace brevant::views {
 class ProgramMenu {
  public:
   ProgramMenu(ProgramViews& views, control::RegisterFrame& frame,
-              control::BreakpointTable& breakpoints, control::RunControl& run_control,
-              base::Workspace& workspace)
-      : views_(views),
-        frame_(frame),
-        breakpoints_(breakpoints),
-        run_control_(run_control),
-        workspace_(workspace) {}
+              control::BreakpointTable& breakpoints, control::RunControl& run_control)
+      : views_(views), frame_(frame), breakpoints_(breakpoints), run_control_(run_control) {}
 
   static bool Allowed(const ProgramViews& views, const ProgramView& view) {
     return !views.fileIoActive() && !view.Running();
   }
 
-  // Passed on as the command of that name, which knows the current code view.
-  void RunToCursor();
   // To what the symbol prompt answered.
   void RunToLabel(base::Address address);
   // After the instruction editor, whatever its answer: every view reads anew where it is.
@@ -51,7 +43,6 @@ class ProgramMenu {
   control::RegisterFrame& frame_;
   control::BreakpointTable& breakpoints_;
   control::RunControl& run_control_;
-  base::Workspace& workspace_;
 };
 
 }  // namespace brevant::views

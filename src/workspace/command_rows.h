@@ -31,12 +31,11 @@ std::span<const MenuTitle> MenuBar();
 
 enum CommandFlags : unsigned {
   kNoFlags = 0,
-  kBuilt = 1,            // this version carries it out; others are shown disabled
-  kNotDuringFileIo = 2,  // ignored while file I/O is active
-  kNotWhileRunning = 4,  // as a button or popup item disabled while the target runs
-  kCheckable = 8,
-  kSeparatorBefore = 16,
-  kNeedsMonitor = 32,  // a running target does not answer; menus and keys then say so
+  kNotDuringFileIo = 1,  // ignored while file I/O is active
+  kNotWhileRunning = 2,  // as a button or popup item disabled while the target runs
+  kCheckable = 4,
+  kSeparatorBefore = 8,
+  kNeedsMonitor = 16,  // a running target does not answer; menus and keys then say so
 };
 
 struct CommandRow {
@@ -47,7 +46,7 @@ struct CommandRow {
   unsigned flags = kNoFlags;
   std::string_view shortcut = {};
   std::string_view second_shortcut = {};  // the habits of other debuggers
-  int same_as = 0;                        // a toolbar command: the menu command that it repeats
+  int same_as = 0;                        // the command of a menu whose action it shares
 
   bool Has(CommandFlags flag) const { return (flags & flag) != 0; }
 };
@@ -100,7 +99,8 @@ struct CommandConditions {
   bool monitor_away = false;  // a program or a routine has the target
 };
 // Items of the menu bar stay enabled while the target runs, like their keys: choosing one may say
-// why it cannot be done now.
+// why it cannot be done now. Whether a
+// command is carried out at all is not asked here.
 enum class Place { MenuBar, Popup, Toolbar };
 bool IsEnabled(const CommandRow& row, const CommandConditions& conditions, Place place);
 
