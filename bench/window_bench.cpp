@@ -72,7 +72,7 @@ void TickWhileRunning(benchmark::State& state, const std::string& port) {
   Desktop desktop(port);
   if (!desktop.started) return state.SkipWithError("not connected");
   desktop.application.session().debugger.frame.WriteProgramCounter(kEndlessLoop);
-  desktop.window().Send(shell::commands::kGo);
+  desktop.window().Send(workspace::commands::kGo);
   if (!desktop.application.session().debugger.Busy()) return state.SkipWithError("not running");
   Milliseconds longest_tick{0};
   Milliseconds longest_repaint{0};

@@ -2,31 +2,20 @@
 // Instructions and breakpoints.
 #include <fmt/format.h>
 
-#include <array>
 #include <vector>
 
-#include "cli/commands.h"
+#include "cli/command_table.h"
 #include "cli/session.h"
 #include "control/messages.h"
+#include "frontend/address_names.h"
 #include "isa/assembler.h"
-#include "isa/disassembler.h"
+#include "views/code_lines.h"
 
 namespace brevant::cli {
 namespace {
 
 constexpr int kDefaultLines = 10;
 constexpr int kMostLines = 65536;
-constexpr base::Address kLastAddress = 0xFFFF;
-
-// The longest instruction has four bytes.
-isa::CurrentInstruction Fetch(link::Monitor& monitor, base::Address address) {
-  std::array<std::uint8_t, 4> bytes{};
-  monitor.ReadBlockBytes(bytes, address);
-  isa::CurrentInstruction instruction;
-  instruction.address = address;
-  std::copy(bytes.begin(), bytes.end(), instruction.bytes.begin());
-  return instruction;
-}
 
 Result ListBreakpoints(Session& session) {
   Result result;
@@ -35,7 +24,7 @@ Result ListBreakpoints(Session& session) {
   for (int n = 0; n < table.count(); ++n) {
     const base::Address address =
         table.entries().at(static_cast<std::size_t>(table.NthBreakpoint(n))).address;
-    result.text += session.Described(address) + '\n';
+    result.text += frontend::Described(address, session.debugger().debug_info) + '\n';
     result.fields["breakpoints"].push_back(fmt::format("{:04x}", address));
   }
   return result;
@@ -51,112 +40,92 @@ bool TakesSwi(link::Monitor& monitor, base::Address address) {
   return taken;
 }
 
-}  // namespace
-
-Result Disasm(Session& session, Arguments arguments) {
+Result Disassembled(Session& session, base::Address address, int count) {
   debugger::Debugger& debugger = session.debugger();
-  base::Address address = debugger.frame.PC;
-  int lines = kDefaultLines;
-  if (!arguments.empty()) {
-    const auto given = session.ResolveAddress(arguments[0]);
-    if (!given.ok()) return UsageError(given.error);
-    address = given.value;
-  }
-  if (arguments.size() > 1) {
-    const auto given = ParseCount(arguments[1], kMostLines);
-    if (!given.ok()) return UsageError(given.error);
-    lines = given.value;
-  }
   Result result;
   result.fields["lines"] = nlohmann::ordered_json::array();
-  for (; lines > 0 && address <= kLastAddress && !debugger.monitor.LinkError(); --lines) {
-    isa::CurrentInstruction instruction = Fetch(debugger.monitor, address);
-    const std::string line = isa::Disassemble(instruction, debugger.debug_info.SymbolTable);
-    result.text += line + '\n';
-    result.fields["lines"].push_back(line);
-    address += instruction.length;
+  for (const views::CodeLine& line :
+       views::ReadCodeLines(debugger.monitor, debugger.debug_info.SymbolTable, address, count)) {
+    result.text += line.text + '\n';
+    result.fields["lines"].push_back(line.text);
   }
   return result;
 }
 
-Result Asm(Session& session, Arguments arguments) {
+Result Disasm(Session& session, const ParsedArguments& arguments) {
+  return Disassembled(session, arguments.Number(0, session.debugger().frame.PC),
+                      arguments.Number(1, kDefaultLines));
+}
+
+Result Asm(Session& session, const ParsedArguments& arguments) {
   debugger::Debugger& debugger = session.debugger();
-  const auto address = session.ResolveAddress(arguments[0]);
-  if (!address.ok()) return UsageError(address.error);
-  std::string text;
-  for (const std::string& word : arguments.subspan(1)) text += (text.empty() ? "" : " ") + word;
-  const auto assembled = isa::AssembleLine(text, address.value, debugger.debug_info.SymbolTable);
+  const base::Address address = arguments.Number(0);
+  const std::string& text = arguments.Text(1);
+  const auto assembled = isa::AssembleLine(text, address, debugger.debug_info.SymbolTable);
   if (!assembled) {
     return UsageError(fmt::format(
         "\"{}\" is no instruction here: one mnemonic with hexadecimal operands or symbols", text));
   }
   const base::Bytes bytes(assembled->bytes.data(), static_cast<std::size_t>(assembled->length));
-  debugger.monitor.WriteBlock(address.value, bytes);
+  debugger.monitor.WriteBlock(address, bytes);
   std::vector<std::uint8_t> taken(bytes.size());
-  debugger.monitor.ReadBlockBytes(taken, address.value);
-  Result result =
-      Disasm(session, std::vector<std::string>{fmt::format("{:04x}", address.value), "1"});
+  debugger.monitor.ReadBlockBytes(taken, address);
+  Result result = Disassembled(session, address, 1);
   if (result.ok() && !std::ranges::equal(taken, bytes)) {
     result.status = ExitStatus::Failed;
     result.error = fmt::format(
         "the memory at {:04x} did not take the instruction: RAM can be "
         "edited, flash takes program-bytes",
-        address.value);
+        address);
   }
   return result;
 }
 
-Result Break(Session& session, Arguments arguments) {
-  if (arguments.empty()) return ListBreakpoints(session);
+Result Break(Session& session, const ParsedArguments& arguments) {
+  if (!arguments.Has(0)) return ListBreakpoints(session);
   debugger::Debugger& debugger = session.debugger();
   if (debugger.Busy()) return Failure(ExitStatus::Failed, "the target is running: stop it first");
-  const auto address = session.ResolveAddress(arguments[0]);
-  if (!address.ok()) return UsageError(address.error);
+  const base::Address address = arguments.Number(0);
   const bool hardware = debugger.breakpoints.HardwareBreakMode();
-  if (!debugger.breakpoints.Has(address.value)) {
+  if (!debugger.breakpoints.Has(address)) {
     if (const auto refusal = control::BreakpointLimit(debugger.breakpoints)) {
       session.ui().ShowMessage(*refusal);
       return Failure(ExitStatus::Failed,
                      hardware ? "delete the other one, or use mode software for code in RAM"
                               : "delete one first");
     }
-    if (!hardware && !TakesSwi(debugger.monitor, address.value)) {
+    if (!hardware && !TakesSwi(debugger.monitor, address)) {
       return Failure(
           ExitStatus::Failed,
           fmt::format("{:04x} is not RAM and cannot hold a software breakpoint: use mode hardware",
-                      address.value));
+                      address));
     }
-    debugger.breakpoints.AddBreakpoint(address.value);
+    debugger.breakpoints.AddBreakpoint(address);
   }
   Result result;
-  result.text = session.Described(address.value) + '\n';
-  result.fields = {{"address", fmt::format("{:04x}", address.value)}};
+  result.text = frontend::Described(address, debugger.debug_info) + '\n';
+  result.fields = {{"address", fmt::format("{:04x}", address)}};
   return result;
 }
 
-Result Delete(Session& session, Arguments arguments) {
+Result Delete(Session& session, const ParsedArguments& arguments) {
   control::BreakpointTable& table = session.debugger().breakpoints;
-  if (arguments[0] == "all") {
+  if (arguments.IsWord(0)) {
     table.Clear();
     return {};
   }
-  const auto address = session.ResolveAddress(arguments[0]);
-  if (!address.ok()) return UsageError(address.error);
-  if (!table.Has(address.value)) {
-    return Failure(ExitStatus::Failed,
-                   fmt::format("there is no breakpoint at {:04x}", address.value));
+  const base::Address address = arguments.Number(0);
+  if (!table.Has(address)) {
+    return Failure(ExitStatus::Failed, fmt::format("there is no breakpoint at {:04x}", address));
   }
-  table.RemoveBreakpoint(address.value);
+  table.RemoveBreakpoint(address);
   return {};
 }
 
-Result Mode(Session& session, Arguments arguments) {
+Result Mode(Session& session, const ParsedArguments& arguments) {
   control::BreakpointTable& breakpoints = session.debugger().breakpoints;
-  if (!arguments.empty()) {
-    if (arguments[0] != "hardware" && arguments[0] != "software") {
-      return UsageError("usage: mode hardware, or mode software");
-    }
-    const bool hardware = arguments[0] == "hardware";
+  if (arguments.Has(0)) {
+    const bool hardware = arguments.Text(0) == "hardware";
     breakpoints.SetBreakMode(hardware ? control::BreakMode::Hardware
                                       : control::BreakMode::Software);
     if (hardware && breakpoints.count() > 1) {
@@ -165,9 +134,27 @@ Result Mode(Session& session, Arguments arguments) {
   }
   Result result;
   const std::string name = breakpoints.HardwareBreakMode() ? "hardware" : "software";
-  result.text = arguments.empty() ? name + '\n' : "";
+  result.text = !arguments.Has(0) ? name + '\n' : "";
   result.fields = {{"mode", name}};
   return result;
+}
+
+constexpr Command kRows[] = {
+    {"disasm",
+     {Optional(Address("ADDR")), Optional(Count("LINES", kMostLines))},
+     kStopped,
+     Disasm,
+     "disassemble (default: 10 lines from PC)"},
+    {"asm", {Address("ADDR"), Rest("TEXT")}, kStopped, Asm, "assemble one instruction into memory"},
+    {"break", {Optional(Address("ADDR"))}, kAlways, Break, "set a breakpoint, or list them"},
+    {"delete", {Address("ADDR|all")}, kStopped, Delete, "delete breakpoints"},
+    {"mode", {Optional(Word("hardware|software"))}, kStopped, Mode, "kind of breakpoints"},
+};
+
+}  // namespace
+
+std::span<const Command> CodeCommands() {
+  return kRows;
 }
 
 }  // namespace brevant::cli

@@ -2,31 +2,41 @@
 // The console itself.
 #include <fmt/format.h>
 
-#include "cli/commands.h"
-#include "cli/session.h"
+#include "cli/command_table.h"
 
 namespace brevant::cli {
+namespace {
 
-Result Help(Session&, Arguments arguments) {
+Result Help(Session&, const ParsedArguments& arguments) {
   Result result;
-  if (arguments.empty()) {
+  if (!arguments.Has(0)) {
     result.text = CommandSummary();
     for (const Command& command : Commands()) result.fields["commands"].push_back(command.name);
     return result;
   }
-  const Command* command = FindCommand(arguments[0]);
-  if (command == nullptr)
-    return UsageError(fmt::format("there is no command \"{}\"", arguments[0]));
-  result.text = fmt::format("{} {}\n  {}\n", command->name, command->arguments, command->help);
-  result.fields = {
-      {"name", command->name}, {"arguments", command->arguments}, {"help", command->help}};
+  const auto command = FindCommand(arguments.Text(0));
+  if (!command) return UsageError(fmt::format("there is no command \"{}\"", arguments.Text(0)));
+  const std::string usage = Usage(command->arguments);
+  result.text = fmt::format("{} {}\n  {}\n", command->name, usage, command->help);
+  result.fields = {{"name", command->name}, {"arguments", usage}, {"help", command->help}};
   return result;
 }
 
-Result Quit(Session&, Arguments) {
+Result Quit(Session&, const ParsedArguments&) {
   Result result;
   result.quit = true;
   return result;
+}
+
+constexpr Command kRows[] = {
+    {"help", {Optional(Text("COMMAND"))}, kAlways, Help, "this list, or one command"},
+    {"quit", {}, kAlways, Quit, "leave; the target keeps its state"},
+};
+
+}  // namespace
+
+std::span<const Command> ConsoleCommands() {
+  return kRows;
 }
 
 }  // namespace brevant::cli

@@ -4,7 +4,7 @@
 
 #include <vector>
 
-#include "cli/commands.h"
+#include "cli/command_table.h"
 #include "cli/session.h"
 #include "cli/shown_progress.h"
 #include "images/flash_forms.h"
@@ -18,13 +18,14 @@ namespace {
 Result AwaitFlash(Session& session, const images::FlashStatus& status, bool started) {
   if (started) {
     const auto end = session.WaitForStop([&status] { return status.bytes_programmed; });
-    if (end == Session::WaitEnd::Interrupted || end == Session::WaitEnd::TimedOut) {
+    if (end == frontend::WaitEnd::Interrupted || end == frontend::WaitEnd::TimedOut) {
       session.debugger().Reset();
-      return Failure(end == Session::WaitEnd::TimedOut ? ExitStatus::NoAnswer : ExitStatus::Failed,
-                     fmt::format("{}; {} bytes are in flash, and the target was reset",
-                                 end == Session::WaitEnd::TimedOut ? "the flash routine did not end"
-                                                                   : "interrupted",
-                                 status.bytes_programmed));
+      return Failure(
+          end == frontend::WaitEnd::TimedOut ? ExitStatus::NoAnswer : ExitStatus::Failed,
+          fmt::format(
+              "{}; {} bytes are in flash, and the target was reset",
+              end == frontend::WaitEnd::TimedOut ? "the flash routine did not end" : "interrupted",
+              status.bytes_programmed));
     }
   }
   switch (status.outcome) {
@@ -90,32 +91,26 @@ Result Programmed(Session& session, Result result, const images::Image& image, b
   return result;
 }
 
-}  // namespace
-
-Result MassErase(Session& session, Arguments) {
+Result MassErase(Session& session, const ParsedArguments&) {
   images::FlashOperations& flash = session.debugger().flash;
   Result result = AwaitFlash(session, flash.status(), flash.MassEraseCommand());
   if (result.ok()) result.text = "erased\n";
   return result;
 }
 
-Result Erase(Session& session, Arguments arguments) {
-  const auto from = session.ResolveAddress(arguments[0]);
-  const auto to = session.ResolveAddress(arguments[1]);
-  for (const std::string* error : {&from.error, &to.error}) {
-    if (!error->empty()) return UsageError(*error);
-  }
-  if (to.value <= from.value) return UsageError("End address must be greater than start address");
+Result Erase(Session& session, const ParsedArguments& arguments) {
+  const base::Address from = arguments.Number(0);
+  const base::Address to = arguments.Number(1);
+  if (to <= from) return UsageError("End address must be greater than start address");
   images::FlashOperations& flash = session.debugger().flash;
-  Result result = AwaitFlash(session, flash.status(), flash.EraseFlashRange(from.value, to.value));
-  if (result.ok()) result.text = fmt::format("erased {:04x} to {:04x}\n", from.value, to.value);
+  Result result = AwaitFlash(session, flash.status(), flash.EraseFlashRange(from, to));
+  if (result.ok()) result.text = fmt::format("erased {:04x} to {:04x}\n", from, to);
   return result;
 }
 
-Result Program(Session& session, Arguments arguments) {
-  const bool verify = arguments.size() < 2;
-  if (!verify && arguments[1] != "noverify") return UsageError("usage: program FILE [noverify]");
-  const std::string& path = arguments[0];
+Result Program(Session& session, const ParsedArguments& arguments) {
+  const std::string& path = arguments.Text(0);
+  const bool verify = !arguments.Has(1);
   const images::ImageFile file = images::ReadImageFile(path);
   if (!file.report.ok()) {
     return Failure(ExitStatus::File,
@@ -133,33 +128,48 @@ Result Program(Session& session, Arguments arguments) {
   return Programmed(session, std::move(result), file.image, verify);
 }
 
-Result ProgramBytes(Session& session, Arguments arguments) {
-  const auto address = session.ResolveAddress(arguments[0]);
-  if (!address.ok()) return UsageError(address.error);
-  std::vector<std::uint8_t> bytes;
-  for (const std::string& word : arguments.subspan(1)) {
-    const auto byte = ParseHexNumber(word, 0xFF, "byte");
-    if (!byte.ok()) return UsageError(byte.error);
-    bytes.push_back(static_cast<std::uint8_t>(byte.value));
-  }
-  if (bytes.size() > 0x10000 - address.value) {
-    return UsageError(
-        fmt::format("{} bytes from {:04X} go beyond FFFF", bytes.size(), address.value));
-  }
+Result ProgramBytes(Session& session, const ParsedArguments& arguments) {
+  const base::Address address = arguments.Number(0);
+  const std::vector<std::uint8_t>& bytes = arguments.Bytes(1);
   images::Image image;
-  image.Put(address.value, bytes);
+  image.Put(address, bytes);
   images::FlashOperations& flash = session.debugger().flash;
-  Result result =
-      AwaitFlash(session, flash.status(), flash.ProgramFlashLocations(address.value, bytes));
+  Result result = AwaitFlash(session, flash.status(), flash.ProgramFlashLocations(address, bytes));
   return Programmed(session, std::move(result), image, true);
 }
 
-Result ProgramIrq(Session& session, Arguments) {
+Result ProgramIrq(Session& session, const ParsedArguments&) {
   images::Image image;
   image.Put(0xFFFA, std::vector<std::uint8_t>{0xFE, 0x27});
   images::FlashOperations& flash = session.debugger().flash;
   Result result = AwaitFlash(session, flash.status(), flash.ProgramIrqVector());
   return Programmed(session, std::move(result), image, true);
+}
+
+constexpr Command kRows[] = {
+    {"mass-erase", {}, kStopped, MassErase, "erase all flash"},
+    {"erase",
+     {Address("FROM"), Address("TO")},
+     kStopped,
+     Erase,
+     "erase the flash pages of a range"},
+    {"program",
+     {File("FILE"), Optional(Word("noverify"))},
+     kStopped,
+     Program,
+     "program S-records into erased flash"},
+    {"program-bytes",
+     {Address("ADDR"), Bytes("BYTE")},
+     kStopped,
+     ProgramBytes,
+     "program a few flash bytes"},
+    {"program-irq", {}, kStopped, ProgramIrq, "program the IRQ vector that lets stop work"},
+};
+
+}  // namespace
+
+std::span<const Command> FlashCommands() {
+  return kRows;
 }
 
 }  // namespace brevant::cli

@@ -3,7 +3,7 @@
 #include <fmt/format.h>
 
 #include "base/files.h"
-#include "cli/commands.h"
+#include "cli/command_table.h"
 #include "cli/session.h"
 #include "cli/shown_progress.h"
 #include "images/image_reader.h"
@@ -39,10 +39,8 @@ Result Loaded(Session& session, const std::string& path, const images::LoadResul
   return result;
 }
 
-}  // namespace
-
-Result Load(Session& session, Arguments arguments) {
-  const std::string& path = arguments[0];
+Result Load(Session& session, const ParsedArguments& arguments) {
+  const std::string& path = arguments.Text(0);
   const images::LoadResult loaded = session.debugger().loader.LoadImage(path);
   switch (loaded.outcome) {
     case images::LoadOutcome::Loaded:
@@ -61,8 +59,8 @@ Result Load(Session& session, Arguments arguments) {
   return Loaded(session, path, loaded);
 }
 
-Result Verify(Session& session, Arguments arguments) {
-  const std::string& path = arguments[0];
+Result Verify(Session& session, const ParsedArguments& arguments) {
+  const std::string& path = arguments.Text(0);
   const images::ImageFile file = images::ReadImageFile(path);
   if (!file.report.ok()) return NotRead(path, file.report.file_error);
   if (file.image.empty()) return NotRead(path, "it holds no S-record or Intel HEX data");
@@ -89,16 +87,11 @@ Result Verify(Session& session, Arguments arguments) {
   return result;
 }
 
-Result Save(Session& session, Arguments arguments) {
-  const auto from = session.ResolveAddress(arguments[0]);
-  const auto to = session.ResolveAddress(arguments[1]);
-  for (const std::string* error : {&from.error, &to.error}) {
-    if (!error->empty()) return UsageError(*error);
-  }
-  const std::string& path = arguments[2];
+Result Save(Session& session, const ParsedArguments& arguments) {
+  const std::string& path = arguments.Text(2);
   ShownProgress progress(session.ui(), "Reading");
-  const images::ReadOutResult saved =
-      images::ReadOut(session.debugger().monitor, from.value, to.value, path, progress);
+  const images::ReadOutResult saved = images::ReadOut(
+      session.debugger().monitor, arguments.Number(0), arguments.Number(1), path, progress);
   switch (saved.outcome) {
     case images::ReadOutOutcome::Saved:
       break;
@@ -118,6 +111,22 @@ Result Save(Session& session, Arguments arguments) {
   result.text = fmt::format("saved {} bytes\n", saved.bytes);
   result.fields = {{"file", path}, {"bytes", saved.bytes}};
   return result;
+}
+
+constexpr Command kRows[] = {
+    {"load", {File("FILE")}, kStopped, Load, "load an S19, SX or HEX image into the target"},
+    {"verify", {File("FILE")}, kStopped, Verify, "compare target memory with an image"},
+    {"save",
+     {Address("FROM"), Address("TO"), File("FILE")},
+     kStopped,
+     Save,
+     "read memory out to .s19, .hex or .bin"},
+};
+
+}  // namespace
+
+std::span<const Command> ImageCommands() {
+  return kRows;
 }
 
 }  // namespace brevant::cli

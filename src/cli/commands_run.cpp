@@ -2,10 +2,11 @@
 // Stepping and running.
 #include <fmt/format.h>
 
-#include "cli/commands.h"
+#include "cli/command_table.h"
 #include "cli/interrupt.h"
 #include "cli/register_line.h"
 #include "cli/session.h"
+#include "frontend/address_names.h"
 
 namespace brevant::cli {
 namespace {
@@ -45,107 +46,88 @@ Result StopNow(Session& session) {
 Result GiveUpWaiting(Session& session, std::string why, ExitStatus status) {
   const Result stopped = StopNow(session);
   why += stopped.ok() ? fmt::format("; the target was stopped at {}",
-                                    session.Described(session.debugger().frame.PC))
+                                    frontend::Described(session.debugger().frame.PC,
+                                                        session.debugger().debug_info))
                       : ". " + stopped.error;
   return Failure(status, std::move(why));
 }
 
 Result AwaitStop(Session& session) {
   switch (session.WaitForStop()) {
-    case Session::WaitEnd::Stopped:
+    case frontend::WaitEnd::Stopped:
       return StopResult(session);
-    case Session::WaitEnd::TimedOut:
+    case frontend::WaitEnd::TimedOut:
       return GiveUpWaiting(session,
                            fmt::format("no stop within {} s", session.options().timeout_seconds),
                            ExitStatus::NoAnswer);
-    case Session::WaitEnd::Interrupted:
+    case frontend::WaitEnd::Interrupted:
       return GiveUpWaiting(session, "interrupted", ExitStatus::Failed);
-    case Session::WaitEnd::LinkLost:
+    case frontend::WaitEnd::LinkLost:
       break;
   }
   return LinkLost();
 }
 
-Result StepTimes(Session& session, Arguments arguments, control::Calls calls) {
-  int steps = 1;
-  if (!arguments.empty()) {
-    const auto given = ParseCount(arguments[0], kMostSteps);
-    if (!given.ok()) return UsageError(given.error);
-    steps = given.value;
-  }
+Result StepTimes(Session& session, const ParsedArguments& arguments, control::Calls calls) {
   Result result;
-  for (; steps > 0 && result.ok(); --steps) {
+  for (std::uint32_t steps = arguments.Number(0, 1); steps > 0 && result.ok(); --steps) {
     session.debugger().run_control.StepCommand(calls);
     result = AwaitStop(session);
   }
   return result;
 }
 
-Result StartRun(Session& session, Arguments arguments) {
+Result Run(Session& session, const ParsedArguments& arguments) {
   debugger::Debugger& debugger = session.debugger();
-  if (!arguments.empty()) {
-    const auto address = session.ResolveAddress(arguments[0]);
-    if (!address.ok()) return UsageError(address.error);
-    debugger.frame.SetPC(address.value);
+  if (arguments.Has(0)) {
+    debugger.frame.SetPC(arguments.Number(0));
   }
   debugger.run_control.Go();
   return {};
 }
 
-}  // namespace
-
-Result Step(Session& session, Arguments arguments) {
+Result Step(Session& session, const ParsedArguments& arguments) {
   return StepTimes(session, arguments, control::Calls::Follow);
 }
 
-Result Over(Session& session, Arguments arguments) {
+Result Over(Session& session, const ParsedArguments& arguments) {
   return StepTimes(session, arguments, control::Calls::StepOver);
 }
 
-Result Go(Session& session, Arguments arguments) {
-  Result started = StartRun(session, arguments);
-  return started.ok() ? AwaitStop(session) : started;
-}
-
-Result Until(Session& session, Arguments arguments) {
-  const auto address = session.ResolveAddress(arguments[0]);
-  if (!address.ok()) return UsageError(address.error);
-  session.debugger().run_control.RunToAddress(address.value);
+Result Go(Session& session, const ParsedArguments& arguments) {
+  Run(session, arguments);
   return AwaitStop(session);
 }
 
-Result Run(Session& session, Arguments arguments) {
-  return StartRun(session, arguments);
+Result Until(Session& session, const ParsedArguments& arguments) {
+  session.debugger().run_control.RunToAddress(arguments.Number(0));
+  return AwaitStop(session);
 }
 
-Result Stop(Session& session, Arguments) {
+Result Stop(Session& session, const ParsedArguments&) {
   if (!session.debugger().Busy()) return StopResult(session);
   return StopNow(session);
 }
 
-Result Wait(Session& session, Arguments) {
+Result Wait(Session& session, const ParsedArguments&) {
   return AwaitStop(session);
 }
 
-Result NStep(Session& session, Arguments arguments) {
-  const auto count = ParseCount(arguments[0], control::kMaxNStepCount);
-  if (!count.ok()) return UsageError(count.error);
+Result NStep(Session& session, const ParsedArguments& arguments) {
   control::NStep& n_step = session.debugger().n_step;
-  n_step.settings.count = count.value;
+  n_step.settings.count = arguments.Number(0);
   n_step.settings.condition = control::NStepCondition::AfterCount;
   n_step.Start();
   return AwaitStop(session);
 }
 
-Result Trace(Session& session, Arguments arguments) {
-  const auto count = ParseCount(arguments[0], kMostSteps);
-  if (!count.ok()) return UsageError(count.error);
+Result Trace(Session& session, const ParsedArguments& arguments) {
   control::Trace& trace = session.debugger().trace;
-  trace.Start(count.value);
-  const Session::WaitEnd end = session.WaitForStop([&trace] { return trace.steps(); });
-  if (end == Session::WaitEnd::LinkLost) return LinkLost();
-  if (end != Session::WaitEnd::Stopped) {
-    const std::string why = end == Session::WaitEnd::Interrupted ? "interrupted" : "no step ended";
+  trace.Start(arguments.Number(0));
+  const frontend::WaitEnd end = session.WaitForStop([&trace] { return trace.steps(); });
+  if (end == frontend::WaitEnd::LinkLost) return LinkLost();
+  if (end != frontend::WaitEnd::Stopped) {
+    const std::string why = end == frontend::WaitEnd::Interrupted ? "interrupted" : "no step ended";
     trace.Stop();
     if (session.debugger().Busy()) return GiveUpWaiting(session, why, ExitStatus::NoAnswer);
     return Failure(ExitStatus::Failed, why);
@@ -154,6 +136,40 @@ Result Trace(Session& session, Arguments arguments) {
   result.text = trace.LogText();
   result.fields = {{"steps", trace.steps()}, {"log", trace.LogPath()}, {"text", trace.LogText()}};
   return result;
+}
+
+constexpr Command kRows[] = {
+    {"step",
+     {Optional(Count("N", kMostSteps))},
+     kStopped,
+     Step,
+     "run N instructions (decimal, default 1)"},
+    {"over",
+     {Optional(Count("N", kMostSteps))},
+     kStopped,
+     Over,
+     "the same, but calls count as one instruction"},
+    {"go", {Optional(Address("ADDR"))}, kStopped, Go, "run (from ADDR) and wait for the stop"},
+    {"until", {Address("ADDR")}, kStopped, Until, "run to ADDR and wait for the stop"},
+    {"run", {Optional(Address("ADDR"))}, kStopped, Run, "run (from ADDR) without waiting"},
+    {"stop", {}, kAlways, Stop, "stop the running target with a break signal"},
+    {"wait", {}, kAlways, Wait, "wait for a stop"},
+    {"nstep",
+     {Count("N", control::kMaxNStepCount)},
+     kStopped,
+     NStep,
+     "N-step until N steps are exceeded, or a breakpoint"},
+    {"trace",
+     {Count("N", kMostSteps)},
+     kStopped,
+     Trace,
+     "run N instructions, show the last 128 and write trace.txt"},
+};
+
+}  // namespace
+
+std::span<const Command> RunCommands() {
+  return kRows;
 }
 
 }  // namespace brevant::cli

@@ -3,7 +3,7 @@
 #include <fmt/format.h>
 
 #include "base/text_number.h"
-#include "cli/commands.h"
+#include "cli/command_table.h"
 #include "cli/session.h"
 #include "symbols/importers.h"
 #include "symbols/source_text.h"
@@ -16,18 +16,16 @@ std::string FileAndLine(const symbols::DebugInfo& info, const symbols::SourceLin
   return fmt::format("{}:{}", line.file < files.size() ? files[line.file] : "?", line.line);
 }
 
-}  // namespace
-
-Result Toolchain(Session& session, Arguments arguments) {
+Result Toolchain(Session& session, const ParsedArguments& arguments) {
   symbols::ToolChain& in_force = session.debugger().debug_info.tool_chain;
-  if (!arguments.empty()) {
-    const symbols::ToolChainRow* row = symbols::FindToolChainByName(arguments[0]);
+  if (arguments.Has(0)) {
+    const symbols::ToolChainRow* row = symbols::FindToolChainByName(arguments.Text(0));
     if (row == nullptr) {
       std::string names;
       for (const symbols::ToolChainRow& known : symbols::ToolChains()) {
         names += (names.empty() ? "" : ", ") + std::string(known.short_name);
       }
-      return UsageError(fmt::format("\"{}\" is no tool chain: {}", arguments[0], names));
+      return UsageError(fmt::format("\"{}\" is no tool chain: {}", arguments.Text(0), names));
     }
     in_force = row->tool_chain;
     if (!session.settings().Store(base::keys::kCompiler, static_cast<long>(in_force))) {
@@ -43,8 +41,8 @@ Result Toolchain(Session& session, Arguments arguments) {
   return result;
 }
 
-Result Symbols(Session& session, Arguments arguments) {
-  const std::string problem = session.debugger().LoadSymbols(arguments[0]);
+Result Symbols(Session& session, const ParsedArguments& arguments) {
+  const std::string problem = session.debugger().LoadSymbols(arguments.Text(0));
   if (!problem.empty()) return Failure(ExitStatus::File, problem);
   session.debugger().RefreshAfterStop();
   const std::size_t count = session.debugger().debug_info.SymbolTable.symbols().size();
@@ -54,12 +52,12 @@ Result Symbols(Session& session, Arguments arguments) {
   return result;
 }
 
-Result Lookup(Session& session, Arguments arguments) {
+Result Lookup(Session& session, const ParsedArguments& arguments) {
   const symbols::SymbolTable& table = session.debugger().debug_info.SymbolTable;
-  const std::string& word = arguments[0];
+  const std::string& word = arguments.Text(0);
   std::optional<base::Address> address = table.FindSymbolAddress(word);
   if (!address && base::IsHexField(word)) {
-    const auto number = ParseAddress(word);
+    const auto number = frontend::ParseAddress(word);
     if (!number.ok()) return UsageError(number.error);
     address = number.value;
   }
@@ -84,29 +82,25 @@ Result Lookup(Session& session, Arguments arguments) {
   return result;
 }
 
-Result Line(Session& session, Arguments arguments) {
-  const auto address = session.ResolveAddress(arguments[0]);
-  if (!address.ok()) return UsageError(address.error);
+Result Line(Session& session, const ParsedArguments& arguments) {
+  const base::Address address = arguments.Number(0);
   const debugger::Debugger& debugger = session.debugger();
-  const auto line = debugger.debug_info.LineTable.LineForAddress(address.value);
+  const auto line = debugger.debug_info.LineTable.LineForAddress(address);
   if (!line) {
-    return Failure(ExitStatus::Failed,
-                   fmt::format("no source line is known for {:04x}", address.value));
+    return Failure(ExitStatus::Failed, fmt::format("no source line is known for {:04x}", address));
   }
   const std::string place = FileAndLine(debugger.debug_info, *line);
   const std::string text =
       symbols::SourceText(debugger.debug_info, *line, debugger.loader.image_directory())
           .value_or("");
   Result result;
-  result.text =
-      fmt::format("{:04x} {}{}{}\n", address.value, place, text.empty() ? "" : ": ", text);
-  result.fields = {
-      {"address", fmt::format("{:04x}", address.value)}, {"line", place}, {"text", text}};
+  result.text = fmt::format("{:04x} {}{}{}\n", address, place, text.empty() ? "" : ": ", text);
+  result.fields = {{"address", fmt::format("{:04x}", address)}, {"line", place}, {"text", text}};
   return result;
 }
 
-Result Macro(Session& session, Arguments arguments) {
-  const std::string& name = arguments[0];
+Result Macro(Session& session, const ParsedArguments& arguments) {
+  const std::string& name = arguments.Text(0);
   if (!session.debugger().RunMacro(name)) {
     return Failure(ExitStatus::File, fmt::format("cannot read {}", name));
   }
@@ -114,6 +108,24 @@ Result Macro(Session& session, Arguments arguments) {
   result.text = fmt::format("ran {}\n", name);
   result.fields = {{"file", name}};
   return result;
+}
+
+constexpr Command kRows[] = {
+    {"toolchain",
+     {Optional(Text("NAME"))},
+     kAlways,
+     Toolchain,
+     "whose debug information a load reads (stored)"},
+    {"symbols", {File("FILE")}, kStopped, Symbols, "read a symbol file"},
+    {"lookup", {Text("NAME|ADDR")}, kAlways, Lookup, "a symbol by name or address"},
+    {"line", {Address("ADDR")}, kAlways, Line, "the source line of an address"},
+    {"macro", {File("FILE")}, kStopped, Macro, "run a macro file"},
+};
+
+}  // namespace
+
+std::span<const Command> SymbolCommands() {
+  return kRows;
 }
 
 }  // namespace brevant::cli

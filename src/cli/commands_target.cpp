@@ -7,7 +7,7 @@
 
 #include "base/file_names.h"
 #include "base/text_number.h"
-#include "cli/commands.h"
+#include "cli/command_table.h"
 #include "cli/register_line.h"
 #include "cli/session.h"
 #include "link/connect_form.h"
@@ -18,6 +18,7 @@ namespace {
 
 constexpr base::Address kMemorySize = 0x10000;
 constexpr std::uint32_t kDefaultReadCount = 0x10;
+constexpr std::uint32_t kAnyNumber = 0xFFFFFFFF;
 constexpr std::size_t kBytesPerLine = 16;
 
 // Written as the registers window writes its cells.
@@ -64,9 +65,7 @@ void NoteNotTaken(Session& session, base::Address address, base::Bytes written) 
                                   *differing.in1));
 }
 
-}  // namespace
-
-Result Info(Session& session, Arguments) {
+Result Info(Session& session, const ParsedArguments&) {
   const std::string device = link::DeviceNames().at(
       static_cast<std::size_t>(session.settings().Integer(base::keys::kDevice) == 1));
   const std::string security = session.debugger().security.passed() ? "passed" : "not passed";
@@ -77,16 +76,16 @@ Result Info(Session& session, Arguments) {
   return result;
 }
 
-Result Regs(Session& session, Arguments) {
+Result Regs(Session& session, const ParsedArguments&) {
   session.debugger().frame.ReadRegisters();
   return RegisterResult(session.debugger().frame);
 }
 
-Result Set(Session& session, Arguments arguments) {
-  const std::string name = base::UpperCase(arguments[0]);
+Result Set(Session& session, const ParsedArguments& arguments) {
+  const std::string name = base::UpperCase(arguments.Text(0));
   control::RegisterFrame& frame = session.debugger().frame;
   if (name == "SP") {
-    const auto value = ParseHexNumber(arguments[1], 0xFFFF, "stack pointer");
+    const auto value = frontend::ParseHexNumber(arguments.Text(1), 0xFFFF, "stack pointer");
     if (!value.ok()) return UsageError(value.error);
     if (!frame.SetStackPointer(value.value)) {
       return Failure(ExitStatus::Failed,
@@ -96,28 +95,26 @@ Result Set(Session& session, Arguments arguments) {
   }
   for (const RegisterRow& row : kRegisters) {
     if (row.name != name) continue;
-    const auto value = ParseHexNumber(arguments[1], row.limit, row.name);
+    const auto value = frontend::ParseHexNumber(arguments.Text(1), row.limit, row.name);
     if (!value.ok()) return UsageError(value.error);
     row.store(frame, value.value);
     return {};
   }
-  return UsageError(fmt::format("\"{}\" is no register: PC, SP, HX, A or CCR", arguments[0]));
+  return UsageError(fmt::format("\"{}\" is no register: PC, SP, HX, A or CCR", arguments.Text(0)));
 }
 
-Result Read(Session& session, Arguments arguments) {
-  const auto address = session.ResolveAddress(arguments[0]);
-  if (!address.ok()) return UsageError(address.error);
-  std::uint32_t count = std::min(kDefaultReadCount, kMemorySize - address.value);
-  if (arguments.size() > 1) {
-    const auto given = ParseHexNumber(arguments[1], kMemorySize - address.value, "count");
-    if (!given.ok()) return UsageError(given.error + ", the end of memory");
-    count = given.value;
+Result Read(Session& session, const ParsedArguments& arguments) {
+  const base::Address address = arguments.Number(0);
+  const std::uint32_t room = kMemorySize - address;
+  const std::uint32_t count = arguments.Number(1, std::min(kDefaultReadCount, room));
+  if (count > room) {
+    return UsageError(fmt::format("count {:X} is beyond {:X}, the end of memory", count, room));
   }
   std::vector<std::uint8_t> bytes(count);
-  session.debugger().monitor.ReadBlockBytes(bytes, address.value);
+  session.debugger().monitor.ReadBlockBytes(bytes, address);
   Result result;
   for (std::size_t at = 0; at < bytes.size(); at += kBytesPerLine) {
-    result.text += fmt::format("{:06x}", address.value + at);
+    result.text += fmt::format("{:06x}", address + at);
     for (std::size_t i = at; i < std::min(at + kBytesPerLine, bytes.size()); ++i) {
       result.text += fmt::format(" {:02x}", bytes[i]);
     }
@@ -125,56 +122,34 @@ Result Read(Session& session, Arguments arguments) {
   }
   std::string hex;
   for (const std::uint8_t byte : bytes) hex += fmt::format("{:02x}", byte);
-  result.fields = {{"address", fmt::format("{:04x}", address.value)}, {"bytes", hex}};
+  result.fields = {{"address", fmt::format("{:04x}", address)}, {"bytes", hex}};
   return result;
 }
 
-Result Write(Session& session, Arguments arguments) {
-  const auto address = session.ResolveAddress(arguments[0]);
-  if (!address.ok()) return UsageError(address.error);
-  std::vector<std::uint8_t> bytes;
-  for (const std::string& word : arguments.subspan(1)) {
-    const auto byte = ParseHexNumber(word, 0xFF, "byte");
-    if (!byte.ok()) return UsageError(byte.error);
-    bytes.push_back(static_cast<std::uint8_t>(byte.value));
-  }
-  if (bytes.size() > kMemorySize - address.value) {
-    return UsageError(
-        fmt::format("{} bytes from {:04X} go beyond FFFF", bytes.size(), address.value));
-  }
-  session.debugger().monitor.WriteBlock(address.value, bytes);
-  NoteNotTaken(session, address.value, bytes);
+Result Write(Session& session, const ParsedArguments& arguments) {
+  session.debugger().monitor.WriteBlock(arguments.Number(0), arguments.Bytes(1));
+  NoteNotTaken(session, arguments.Number(0), arguments.Bytes(1));
   return {};
 }
 
-Result Fill(Session& session, Arguments arguments) {
-  const auto from = session.ResolveAddress(arguments[0]);
-  const auto to = session.ResolveAddress(arguments[1]);
-  const auto word = ParseHexNumber(arguments[2], 0xFFFF, "word");
-  for (const std::string* error : {&from.error, &to.error, &word.error}) {
-    if (!error->empty()) return UsageError(*error);
-  }
+Result Fill(Session& session, const ParsedArguments& arguments) {
+  const auto word = static_cast<std::uint16_t>(arguments.Number(2));
   return RunBlockOperation(
-      session,
-      views::BlockOperation::Fill(from.value, to.value, static_cast<std::uint16_t>(word.value)));
+      session, views::BlockOperation::Fill(arguments.Number(0), arguments.Number(1), word));
 }
 
-Result Move(Session& session, Arguments arguments) {
-  const auto from = session.ResolveAddress(arguments[0]);
-  const auto to = session.ResolveAddress(arguments[1]);
-  const auto destination = session.ResolveAddress(arguments[2]);
-  for (const std::string* error : {&from.error, &to.error, &destination.error}) {
-    if (!error->empty()) return UsageError(*error);
+Result Move(Session& session, const ParsedArguments& arguments) {
+  const base::Address from = arguments.Number(0);
+  const base::Address to = arguments.Number(1);
+  const base::Address destination = arguments.Number(2);
+  const base::Address length = std::max(from, to) - std::min(from, to);
+  if (destination + length >= kMemorySize) {
+    return UsageError("the block does not fit: it would end beyond FFFF");
   }
-  const base::Address length = std::max(from.value, to.value) - std::min(from.value, to.value);
-  if (destination.value + length >= kMemorySize) {
-    return UsageError(fmt::format("the block does not fit: it would end beyond FFFF"));
-  }
-  return RunBlockOperation(session,
-                           views::BlockOperation::Move(from.value, to.value, destination.value));
+  return RunBlockOperation(session, views::BlockOperation::Move(from, to, destination));
 }
 
-Result Reset(Session& session, Arguments) {
+Result Reset(Session& session, const ParsedArguments&) {
   session.debugger().Reset();
   if (session.debugger().monitor.LinkError()) {
     return Failure(ExitStatus::NoAnswer, "the target does not answer after the reset");
@@ -185,6 +160,35 @@ Result Reset(Session& session, Arguments) {
         "The security code was not accepted after the reset: flash reads are not valid.");
   }
   return {};
+}
+
+constexpr Command kRows[] = {
+    {"info", {}, kAlways, Info, "device, port and security"},
+    {"regs", {}, kStopped, Regs, "show the registers"},
+    {"set", {Text("REG"), Text("VALUE")}, kStopped, Set, "change PC, SP, HX, A or CCR"},
+    {"read",
+     {Address("ADDR"), Optional(Hex("COUNT", kAnyNumber, "count"))},
+     kStopped,
+     Read,
+     "show memory (COUNT hex, default 10)"},
+    {"write", {Address("ADDR"), Bytes("BYTE")}, kStopped, Write, "write bytes to RAM or registers"},
+    {"fill",
+     {Address("FROM"), Address("TO"), Hex("WORD", 0xFFFF, "word")},
+     kStopped,
+     Fill,
+     "fill a block with a 16-bit word"},
+    {"move",
+     {Address("FROM"), Address("TO"), Address("DEST")},
+     kStopped,
+     Move,
+     "copy a block in 16-bit words"},
+    {"reset", {}, kAlways, Reset, "reset the target and send its security code"},
+};
+
+}  // namespace
+
+std::span<const Command> TargetCommands() {
+  return kRows;
 }
 
 }  // namespace brevant::cli

@@ -11,7 +11,12 @@
 namespace brevant::cli {
 namespace {
 
-// The messages are laid out for boxes; on a terminal they are one line.
+void PrintError(std::string_view line) {
+  fmt::print(stderr, "{}\n", line);
+}
+
+}  // namespace
+
 std::string OneLine(std::string_view text) {
   std::string line;
   for (const char c : text) {
@@ -26,12 +31,6 @@ std::string OneLine(std::string_view text) {
   return line;
 }
 
-void PrintError(std::string_view line) {
-  fmt::print(stderr, "{}\n", line);
-}
-
-}  // namespace
-
 ConsoleUi::Said ConsoleUi::TakeSaid() {
   Said said = std::move(said_);
   said_ = {};
@@ -40,7 +39,7 @@ ConsoleUi::Said ConsoleUi::TakeSaid() {
 
 void ConsoleUi::Notice(std::string_view text) {
   said_.notices.emplace_back(text);
-  if (held_ || style_.quiet || style_.json) return;
+  if (style_.quiet || style_.json) return;
   EraseProgress();
   PrintError(text);
 }

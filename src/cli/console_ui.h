@@ -32,8 +32,6 @@ class ConsoleUi final : public base::UserInterface {
 
   // A line for people, kept back when quiet.
   void Notice(std::string_view text);
-  // While on, notices are collected for TakeSaid and not shown.
-  void Hold(bool on) { held_ = on; }
   // What was said as an error does not make the command fail after all.
   void ErrorsAreNotices();
 
@@ -50,9 +48,11 @@ class ConsoleUi final : public base::UserInterface {
 
   Style style_;
   Said said_;
-  bool held_ = false;
   bool can_cancel_ = false;
   std::size_t progress_width_ = 0;
 };
+
+// The messages are laid out for boxes; on a terminal they are one line.
+std::string OneLine(std::string_view text);
 
 }  // namespace brevant::cli

@@ -63,7 +63,7 @@ int main(int argc, char** argv) {
     runner.File("-");
   }
   if (runner.status() == ExitStatus::Ok && !session.debugger().security.passed() &&
-      !options.no_security) {
+      !options.target.no_security) {
     return static_cast<int>(ExitStatus::Security);
   }
   return static_cast<int>(runner.status());

@@ -41,13 +41,13 @@ ParsedOptions ParseOptions(int argc, const char* const* argv, const std::string&
   const std::map<std::string, simulator::Pace> paces{{"instant", simulator::Pace::Instant},
                                                      {"bus", simulator::Pace::Bus},
                                                      {"wire", simulator::Pace::Wire}};
-  app.add_option("-p,--port", options.port, "COM1..COM4, a serial device, or sim")
+  app.add_option("-p,--port", options.target.port, "COM1..COM4, a serial device, or sim")
       ->type_name("NAME");
   app.add_option("-d,--device", device, "gp32 or ql")->check(CLI::IsMember({"gp32", "ql"}));
   app.add_option("-s,--security", security, "security code")
       ->type_name("16HEX")
       ->check(CLI::Validator(CheckSecurity, "", "security"));
-  app.add_flag("--no-security", options.no_security, "send no security code");
+  app.add_flag("--no-security", options.target.no_security, "send no security code");
   app.add_option("--settings", options.settings, "settings file")
       ->type_name("FILE")
       ->capture_default_str();
@@ -74,8 +74,8 @@ ParsedOptions ParseOptions(int argc, const char* const* argv, const std::string&
     parsed.leave_with = status == 0 ? 0 : static_cast<int>(ExitStatus::Usage);
     return parsed;
   }
-  if (!security.empty()) options.security = link::ParseSecurityCode(security);
-  if (!device.empty()) options.device = devices.at(device);
+  if (!security.empty()) options.target.security = link::ParseSecurityCode(security);
+  if (!device.empty()) options.target.device = devices.at(device);
   if (!pace.empty()) options.pace = paces.at(pace);
   return parsed;
 }

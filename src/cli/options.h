@@ -6,16 +6,13 @@
 #include <string>
 #include <vector>
 
-#include "link/monitor.h"
+#include "frontend/connection.h"
 #include "simulator/simulated_target.h"
 
 namespace brevant::cli {
 
 struct Options {
-  std::string port;           // COM1..COM4, a device path or "sim"; empty: settings
-  std::optional<int> device;  // 0 GP32, 1 QL; else as the settings say
-  std::optional<link::SecurityCode> security;
-  bool no_security = false;
+  frontend::TargetChoices target;
   std::string settings = "brevant.ini";
   std::optional<simulator::Pace> pace;  // default: instant for scripts, bus at the prompt
   double timeout_seconds = 10;

@@ -4,6 +4,7 @@
 #include <editline/readline.h>
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
@@ -34,16 +35,26 @@ int CallIdleHook() {
 char* CompleteName(const char* start, int state) {
   static std::size_t next = 0;
   if (state == 0) next = 0;
-  for (const auto commands = Commands(); next < commands.size();) {
+  for (const std::vector<Command> commands = Commands(); next < commands.size();) {
     const std::string_view name = commands[next++].name;
     if (name.starts_with(start)) return strdup(std::string(name).c_str());
   }
   return nullptr;
 }
 
-// Command names at the start of the line; file names, the editor's own completion, after it.
+bool TakesFile(const Command& command) {
+  return std::ranges::find(command.arguments, Kind::File, &Argument::kind) !=
+         command.arguments.end();
+}
+
+// Command names at the start of the line; after a command that takes one file names, which are the
+// editor's own completion.
 char** Complete(const char* text, int start, int) {
-  return start == 0 ? rl_completion_matches(text, CompleteName) : nullptr;
+  if (start == 0) return rl_completion_matches(text, CompleteName);
+  const std::string_view line = rl_line_buffer;
+  const auto command = FindCommand(line.substr(0, line.find(' ')));
+  rl_attempted_completion_over = command && TakesFile(*command) ? 0 : 1;
+  return nullptr;
 }
 
 std::string HistoryFile() {

@@ -3,19 +3,20 @@
 // several commands share.
 #pragma once
 
-#include <memory>
 #include <optional>
 #include <string>
 
 #include "base/events.h"
 #include "base/function_ref.h"
 #include "base/settings_file.h"
-#include "cli/command_words.h"
 #include "cli/console_ui.h"
 #include "cli/options.h"
 #include "cli/result.h"
 #include "debugger/debugger.h"
-#include "ports/target_ports.h"
+#include "frontend/connection.h"
+#include "frontend/holding_ui.h"
+#include "frontend/stop_wait.h"
+#include "frontend/target_ports.h"
 
 namespace brevant::cli {
 
@@ -30,23 +31,17 @@ class Session final : private base::Events {
   // Runs one command line.
   Result Execute(std::string_view line);
 
-  debugger::Debugger& debugger() { return *debugger_; }
+  debugger::Debugger& debugger() { return debugger_; }
   base::SettingsFile& settings() { return settings_; }
   ConsoleUi& ui() { return ui_; }
   const Options& options() const { return options_; }
   // The device behind the port, as the user would name it: "sim" or a path.
   std::string PortName() const;
 
-  // An address as the user types it: hexadecimal digits, else a symbol, else FILE:LINE.
-  Parsed<base::Address> ResolveAddress(std::string_view word) const;
-  // Hexadecimal with the name of the symbol at it, if any: "8036 _main".
-  std::string Described(base::Address address) const;
-
-  enum class WaitEnd { Stopped, TimedOut, LinkLost, Interrupted };
-  // Ticks until nothing is under way any more. The time-out starts anew whenever what progress
-  // returns changes.
-  WaitEnd WaitForStop(base::FunctionRef<long()> progress);
-  WaitEnd WaitForStop();
+  // With the time-out of the options, which starts anew whenever what progress returns changes, and
+  // with Ctrl-C.
+  frontend::WaitEnd WaitForStop(base::FunctionRef<long()> progress);
+  frontend::WaitEnd WaitForStop();
   // One step of the background while the prompt waits for input; a line to show when the target has
   // stopped.
   std::optional<std::string> Idle();
@@ -58,15 +53,15 @@ class Session final : private base::Events {
   void ActivityChanged() override {}
   void LinkChanged() override {}
 
-  void ApplyOptions();
-  Result ConnectFailed(link::ConnectResult result);
+  Result ConnectFailed(const frontend::Connection& connection) const;
   Result Run(const std::vector<std::string>& words);
 
   Options options_;
   base::SettingsFile settings_;
   ConsoleUi ui_;
-  ports::TargetPorts ports_;
-  std::unique_ptr<debugger::Debugger> debugger_;
+  frontend::TargetPorts ports_;
+  frontend::HoldingUi engine_ui_;
+  debugger::Debugger debugger_;
 };
 
 }  // namespace brevant::cli

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
-// Where every command arrives, whether from a menu, a button, a key or the engine itself: a table
-// from ids to what they do. Whether a command may run is said by its row in the shell.
+// Where every command arrives, whether from a menu, a button, a key or the engine itself. Whether
+// it may run is said by its row in the workspace, what it does by its action.
 #pragma once
 
 #include <string>
 
-#include "gui/commands.h"
+#include "gui/command_actions.h"
 
 namespace brevant::gui {
 

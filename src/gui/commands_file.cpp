@@ -1,21 +1,25 @@
 // SPDX-License-Identifier: MIT
 // Commands of the File menu.
 #include "base/files.h"
-#include "gui/commands.h"
+#include "gui/command_actions.h"
 #include "gui/file_dialogs.h"
 #include "gui/main_window.h"
 #include "gui/messages.h"
 #include "gui/session.h"
+#include "workspace/command_rows.h"
+#include "workspace/file_choosers.h"
 
 namespace brevant::gui {
 namespace {
 
-std::optional<std::string> Choose(const CommandContext& context, shell::Chooser chooser,
+namespace commands = workspace::commands;
+
+std::optional<std::string> Choose(const CommandContext& context, workspace::Chooser chooser,
                                   const std::string& start) {
   return ChooseFile(
       &context.window, context.session.ui,
-      shell::PrepareChooser(chooser, start, context.session.debugger.debug_info.tool_chain,
-                            base::WorkingDirectory()));
+      workspace::PrepareChooser(chooser, start, context.session.debugger.debug_info.tool_chain,
+                                base::WorkingDirectory()));
 }
 
 images::LoadOutcome Load(const CommandContext& context, const std::string& path) {
@@ -37,42 +41,26 @@ bool BecameCurrent(images::LoadOutcome outcome) {
          outcome == images::LoadOutcome::LinkLost;
 }
 
-}  // namespace
-
 void LoadChosenImage(const CommandContext& context) {
-  const auto path = Choose(context, shell::Chooser::Image, context.session.recent_files.current());
+  const auto path =
+      Choose(context, workspace::Chooser::Image, context.session.recent_files.current());
   if (path) LoadImageFile(context, *path);
 }
 
-void LoadImageFile(const CommandContext& context, const std::string& path) {
+template <int kIndex>
+void LoadRecentFile(const CommandContext& context) {
   Session& session = context.session;
-  if (!shell::FileChooser::Accepts(path)) {
-    session.ui.ShowMessage(
-        base::ToMessage(messages::kPathTooLong, shell::FileChooser::kMaxPathLength, path));
-    return;
-  }
-  // A file that cannot be loaded is not put among those that can.
-  shell::RecentFiles files = session.recent_files;
-  files.AddChosen(path);
-  if (!BecameCurrent(Load(context, files.current()))) return;
-  session.recent_files = files;
-  session.recent_files.StoreAll(session.settings);
-  context.window.menus().ShowRecentFiles(session.recent_files);
-}
-
-void LoadRecentFile(const CommandContext& context, int index) {
-  Session& session = context.session;
-  session.recent_files.MoveToFront(index);
+  session.recent_files.MoveToFront(kIndex);
   Load(context, session.recent_files.current());
-  if (index == 0) return;
-  session.recent_files.StoreUpTo(session.settings, index);
+  if (kIndex == 0) return;
+  session.recent_files.StoreUpTo(session.settings, kIndex);
   context.window.menus().ShowRecentFiles(session.recent_files);
 }
 
 void RunChosenMacro(const CommandContext& context) {
   Session& session = context.session;
   const auto path =
-      Choose(context, shell::Chooser::MacroFile, session.debugger.macros.LastMacroFile());
+      Choose(context, workspace::Chooser::MacroFile, session.debugger.macros.LastMacroFile());
   if (!path) return;
   session.debugger.RunMacro(*path);
   session.RefreshViews();
@@ -81,7 +69,7 @@ void RunChosenMacro(const CommandContext& context) {
 
 void LoadChosenSymbols(const CommandContext& context) {
   Session& session = context.session;
-  if (const auto path = Choose(context, shell::Chooser::SymbolFile, "")) {
+  if (const auto path = Choose(context, workspace::Chooser::SymbolFile, "")) {
     const std::string problem = session.debugger.LoadSymbols(*path);
     if (!problem.empty()) {
       session.ui.ShowMessage(base::ToMessage(messages::kSymbolsNotLoaded, problem));
@@ -90,6 +78,39 @@ void LoadChosenSymbols(const CommandContext& context) {
   session.debugger.RefreshAfterStop();
   session.RefreshViews();
   session.program_views.RefreshProgramWindows();
+}
+
+constexpr CommandAction kActions[] = {
+    {commands::kLoadImage, LoadChosenImage},
+    {commands::kLoadMacro, RunChosenMacro},
+    {commands::kLoadSymbols, LoadChosenSymbols},
+    {commands::kFirstRecentFile, LoadRecentFile<0>},
+    {commands::kFirstRecentFile + 1, LoadRecentFile<1>},
+    {commands::kFirstRecentFile + 2, LoadRecentFile<2>},
+    {commands::kFirstRecentFile + 3, LoadRecentFile<3>},
+    {commands::kFirstRecentFile + 4, LoadRecentFile<4>},
+};
+
+}  // namespace
+
+void LoadImageFile(const CommandContext& context, const std::string& path) {
+  Session& session = context.session;
+  if (!workspace::FileChooser::Accepts(path)) {
+    session.ui.ShowMessage(
+        base::ToMessage(messages::kPathTooLong, workspace::FileChooser::kMaxPathLength, path));
+    return;
+  }
+  // A file that cannot be loaded is not put among those that can.
+  workspace::RecentFiles files = session.recent_files;
+  files.AddChosen(path);
+  if (!BecameCurrent(Load(context, files.current()))) return;
+  session.recent_files = files;
+  session.recent_files.StoreAll(session.settings);
+  context.window.menus().ShowRecentFiles(session.recent_files);
+}
+
+std::span<const CommandAction> FileActions() {
+  return kActions;
 }
 
 }  // namespace brevant::gui

@@ -1,15 +1,19 @@
 // SPDX-License-Identifier: MIT
-// Commands of the popup menu of the program windows. They act on the one that was active last.
-#include "gui/commands.h"
+// Commands of the program windows and of their popup menu. They act on the one that was active
+// last.
+#include "gui/command_actions.h"
 #include "gui/edit_dialogs.h"
 #include "gui/main_window.h"
 #include "gui/session.h"
 #include "views/breakpoint_list.h"
 #include "views/instruction_editor.h"
 #include "views/messages.h"
+#include "workspace/command_rows.h"
 
 namespace brevant::gui {
 namespace {
+
+namespace commands = workspace::commands;
 
 // The view to act on; nullptr when none is open or the popup commands are refused.
 views::ProgramView* Allowed(const CommandContext& context) {
@@ -46,7 +50,13 @@ std::optional<base::Address> AskForAddress(const CommandContext& context, const 
              {.text = prompt.InitialText(), .expected = views::messages::kExpectAddress});
 }
 
-}  // namespace
+void RunToCursor(const CommandContext& context) {
+  const views::ProgramView* const view = context.session.program_views.main();
+  if (view == nullptr) return;
+  if (const auto line = view->CursorLine()) {
+    context.session.debugger.run_control.RunToCursor(line->address);
+  }
+}
 
 void PopupRunToCursor(const CommandContext& context) {
   if (Allowed(context) != nullptr) RunToCursor(context);
@@ -125,6 +135,26 @@ void ToggleBreakpoint(const CommandContext& context) {
   if (view->ToggleBreakpoint(line->address) != views::Toggled::Refused) {
     context.session.program_views.RepaintProgramWindows();
   }
+}
+
+constexpr CommandAction kActions[] = {
+    {commands::kRunToCursor, RunToCursor},
+    {commands::kPopupRunToCursor, PopupRunToCursor},
+    {commands::kPopupRunToLabel, PopupRunToLabel},
+    {commands::kPopupEdit, PopupEdit},
+    {commands::kPopupGoToBreakpoint, PopupGoToBreakpoint},
+    {commands::kPopupGoToAddress, PopupGoToAddress},
+    {commands::kPopupGoToSymbol, PopupGoToSymbol},
+    {commands::kPopupGoToPc, PopupGoToPc},
+    {commands::kPopupSetPc, PopupSetPc},
+    {commands::kPopupClearBreakpoints, PopupClearBreakpoints},
+    {commands::kToggleBreakpoint, ToggleBreakpoint},
+};
+
+}  // namespace
+
+std::span<const CommandAction> ProgramActions() {
+  return kActions;
 }
 
 }  // namespace brevant::gui

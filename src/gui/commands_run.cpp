@@ -1,13 +1,17 @@
 // SPDX-License-Identifier: MIT
 // Commands that run, stop and reset the target.
 #include "control/messages.h"
-#include "gui/commands.h"
+#include "gui/command_actions.h"
 #include "gui/connect_dialog.h"
 #include "gui/main_window.h"
 #include "gui/session.h"
 #include "link/native/serial_devices.h"
+#include "workspace/command_rows.h"
 
 namespace brevant::gui {
+namespace {
+
+namespace commands = workspace::commands;
 
 void Step(const CommandContext& context) {
   context.session.debugger.run_control.StepCommand(control::Calls::Follow);
@@ -25,22 +29,10 @@ void GoOrBreak(const CommandContext& context) {
   }
 }
 
-void RunToCursor(const CommandContext& context) {
-  const views::ProgramView* const view = context.session.program_views.main();
-  if (view == nullptr) return;
-  if (const auto line = view->CursorLine()) {
-    context.session.debugger.run_control.RunToCursor(line->address);
-  }
-}
-
-namespace {
-
 void NoteLostImage(const CommandContext& context) {
   if (!context.session.debugger.image_gone) return;
   context.window.status().ShowNotice(debugger::Debugger::kImageGone);
 }
-
-}  // namespace
 
 void Reset(const CommandContext& context) {
   Session& session = context.session;
@@ -61,6 +53,17 @@ void ReStart(const CommandContext& context) {
   if (!accepted) return;
   session.Reconnect();
   NoteLostImage(context);
+}
+
+constexpr CommandAction kActions[] = {
+    {commands::kStep, Step},   {commands::kStepOver, StepOver}, {commands::kGo, GoOrBreak},
+    {commands::kReset, Reset}, {commands::kReStart, ReStart},
+};
+
+}  // namespace
+
+std::span<const CommandAction> RunActions() {
+  return kActions;
 }
 
 }  // namespace brevant::gui

@@ -4,7 +4,7 @@
 #include <QMessageBox>
 #include <QTimer>
 
-#include "gui/commands.h"
+#include "gui/command_actions.h"
 #include "gui/edit_dialogs.h"
 #include "gui/main_window.h"
 #include "gui/messages.h"
@@ -12,9 +12,12 @@
 #include "gui/window_layout.h"
 #include "views/messages.h"
 #include "views/scroll_range.h"
+#include "workspace/command_rows.h"
 
 namespace brevant::gui {
 namespace {
+
+namespace commands = workspace::commands;
 
 // Both states of a checked menu item as the settings keep them.
 constexpr int kChecked = 8;
@@ -31,14 +34,12 @@ void ToggleFlag(const CommandContext& context, const base::SettingsKey& key, int
   context.window.menus().SetChecked(command, session.settings.Integer(key) > 0);
 }
 
-}  // namespace
-
 void ToggleRunToMain(const CommandContext& context) {
-  ToggleFlag(context, base::keys::kRunToMain, shell::commands::kRunToMain);
+  ToggleFlag(context, base::keys::kRunToMain, commands::kRunToMain);
 }
 
 void ToggleSaveOnExit(const CommandContext& context) {
-  ToggleFlag(context, base::keys::kSaveOnExit, shell::commands::kSaveOnExit);
+  ToggleFlag(context, base::keys::kSaveOnExit, commands::kSaveOnExit);
 }
 
 void SetProgramRange(const CommandContext& context) {
@@ -103,6 +104,24 @@ void About(const CommandContext& context) {
 void Exit(const CommandContext& context) {
   // Closing is refused while a command is under way, and this is one.
   QTimer::singleShot(0, &context.window, &QWidget::close);
+}
+
+constexpr CommandAction kActions[] = {
+    {commands::kRunToMain, ToggleRunToMain},
+    {commands::kProgramRange, SetProgramRange},
+    {commands::kSaveSettings, SaveSettings},
+    {commands::kSaveOnExit, ToggleSaveOnExit},
+    {commands::kTile, Tile},
+    {commands::kCascade, Cascade},
+    {commands::kArrangeIcons, ArrangeIcons},
+    {commands::kAbout, About},
+    {commands::kExit, Exit},
+};
+
+}  // namespace
+
+std::span<const CommandAction> WindowActions() {
+  return kActions;
 }
 
 }  // namespace brevant::gui

@@ -11,11 +11,11 @@ namespace brevant::gui {
 namespace {
 
 // "S19 file (*.S19) (*.S19 *.s19)": what stands in the last parentheses is the pattern.
-QStringList NameFilters(const shell::FileChooser& chooser) {
+QStringList NameFilters(const workspace::FileChooser& chooser) {
   QStringList filters;
-  for (const shell::FileFilter& filter : chooser.filters) {
+  for (const workspace::FileFilter& filter : chooser.filters) {
     QStringList patterns;
-    for (const std::string& pattern : shell::BothCases(filter.pattern)) {
+    for (const std::string& pattern : workspace::BothCases(filter.pattern)) {
       // Here "*.*" would leave out names without a dot.
       patterns << (pattern == "*.*" ? QString("*") : Text(pattern));
     }
@@ -27,8 +27,8 @@ QStringList NameFilters(const shell::FileChooser& chooser) {
 // Completes a name that was typed without its extension, unless there is a file of just that name.
 class Chooser final : public QFileDialog {
  public:
-  Chooser(QWidget* parent, const shell::FileChooser& chooser)
-      : QFileDialog(parent, shell::FileChooser::kTitle, Text(chooser.start_directory)),
+  Chooser(QWidget* parent, const workspace::FileChooser& chooser)
+      : QFileDialog(parent, workspace::FileChooser::kTitle, Text(chooser.start_directory)),
         extension_(Text(chooser.default_extension)) {}
 
  protected:
@@ -46,23 +46,23 @@ class Chooser final : public QFileDialog {
 }  // namespace
 
 std::optional<std::string> ChooseFile(QWidget* parent, base::UserInterface& ui,
-                                      const shell::FileChooser& chooser) {
+                                      const workspace::FileChooser& chooser) {
   Chooser dialog(parent, chooser);
   dialog.setObjectName("chooser");
-  dialog.setAcceptMode(chooser.kind == shell::ChooserKind::Open ? QFileDialog::AcceptOpen
-                                                                : QFileDialog::AcceptSave);
+  dialog.setAcceptMode(chooser.kind == workspace::ChooserKind::Open ? QFileDialog::AcceptOpen
+                                                                    : QFileDialog::AcceptSave);
   dialog.setFileMode(chooser.must_exist() ? QFileDialog::ExistingFile : QFileDialog::AnyFile);
   dialog.setOption(QFileDialog::DontConfirmOverwrite,
-                   chooser.kind != shell::ChooserKind::SaveConfirming);
+                   chooser.kind != workspace::ChooserKind::SaveConfirming);
   dialog.setOption(QFileDialog::HideNameFilterDetails);
   dialog.setNameFilters(NameFilters(chooser));
   while (dialog.exec() == QDialog::Accepted) {
     const QStringList chosen = dialog.selectedFiles();
     if (chosen.isEmpty()) break;
     std::string path = Bytes(chosen.first());
-    if (shell::FileChooser::Accepts(path)) return path;
+    if (workspace::FileChooser::Accepts(path)) return path;
     ui.ShowMessage(
-        base::ToMessage(messages::kPathTooLong, shell::FileChooser::kMaxPathLength, path));
+        base::ToMessage(messages::kPathTooLong, workspace::FileChooser::kMaxPathLength, path));
   }
   return std::nullopt;
 }

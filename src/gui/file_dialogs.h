@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
-// The desktop's file dialog for a chooser of the shell.
+// The desktop's file dialog for a chooser of the workspace.
 #pragma once
 
 #include <optional>
 #include <string>
 
 #include "base/user_interface.h"
-#include "shell/file_choosers.h"
+#include "workspace/file_choosers.h"
 
 class QWidget;
 
@@ -15,6 +15,6 @@ namespace brevant::gui {
 // The chosen path as the engine takes it; nothing when the dialog was cancelled. A path that the
 // chooser does not accept is told, and asked for again.
 std::optional<std::string> ChooseFile(QWidget* parent, base::UserInterface& ui,
-                                      const shell::FileChooser& chooser);
+                                      const workspace::FileChooser& chooser);
 
 }  // namespace brevant::gui

@@ -21,7 +21,7 @@ namespace brevant::gui {
 namespace {
 
 namespace keys = base::keys;
-namespace commands = shell::commands;
+namespace commands = workspace::commands;
 
 constexpr const char* kNoFile = "No File Loaded";
 constexpr const char* kChangedMeanwhile =
@@ -34,7 +34,7 @@ constexpr int kTryAgainMs = 100;
 MainWindow::MainWindow(Session& session)
     : session_(session),
       dispatch_(session, *this),
-      font_(MakeViewFont(shell::DecodeViewFont(session.settings.Integer(keys::kFont)))),
+      font_(MakeViewFont(workspace::DecodeViewFont(session.settings.Integer(keys::kFont)))),
       area_(new QMdiArea),
       status_(new StatusLine),
       menus_(*menuBar(), [this](int id) { Send(id); }),
@@ -47,7 +47,7 @@ MainWindow::MainWindow(Session& session)
   addToolBar(tool_bar_);
   area_->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
   area_->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
-  ListWindows(menus_.menu(shell::Menu::Window), *area_);
+  ListWindows(menus_.menu(workspace::Menu::Window), *area_);
   connect(area_, &QMdiArea::subWindowActivated, this, [this](QMdiSubWindow* child) {
     const auto active = std::ranges::find(windows_, child, &OpenWindow::child);
     if (active != windows_.end()) active->view->Activated();
@@ -118,14 +118,14 @@ void MainWindow::UpdateViews() {
   for (const OpenWindow& window : windows_) window.view->UpdateIfNeeded();
 }
 
-shell::CommandConditions MainWindow::Conditions() const {
+workspace::CommandConditions MainWindow::Conditions() const {
   return {.running = session_.debugger.activity.RunningShown(),
           .fileIoActive = session_.program_views.fileIoActive(),
           .monitor_away = session_.debugger.Busy()};
 }
 
 void MainWindow::Refresh() {
-  const shell::CommandConditions conditions = Conditions();
+  const workspace::CommandConditions conditions = Conditions();
   menus_.Update(conditions);
   tool_bar_->Update(conditions);
   status_->ShowConnection(session_.Connection());
@@ -172,15 +172,15 @@ void MainWindow::ReloadIfNewer() {
   if (path.empty() || session_.gate.busy() || !session_.debugger.loader.ImageIsNewer(path)) return;
   const std::pair version(path, base::ModificationTime(path));
   if (version == reloaded_) return;
-  switch (shell::Judge(*shell::FindCommand(commands::kFirstRecentFile), Conditions())) {
-    case shell::Verdict::CarryOut:
+  switch (workspace::Judge(*workspace::FindCommand(commands::kFirstRecentFile), Conditions())) {
+    case workspace::Verdict::CarryOut:
       reloaded_ = version;
       Send(commands::kFirstRecentFile);
       break;
-    case shell::Verdict::StopFirst:
+    case workspace::Verdict::StopFirst:
       status_->ShowNotice(kChangedMeanwhile);
       break;
-    case shell::Verdict::Ignore:
+    case workspace::Verdict::Ignore:
       break;
   }
 }

@@ -48,7 +48,7 @@ class MainWindow final : public QMainWindow, private Screen {
   // Everything that depends on the engine's state is shown anew; nothing is read.
   void Refresh() override;
   // As seen by menus, buttons and the dispatch.
-  shell::CommandConditions Conditions() const;
+  workspace::CommandConditions Conditions() const;
   // Gives the inner area its final size before the frame is shown.
   void LayOutNow();
 

@@ -7,8 +7,8 @@
 #include <functional>
 #include <map>
 
-#include "shell/command_rows.h"
-#include "shell/recent_files.h"
+#include "workspace/command_rows.h"
+#include "workspace/recent_files.h"
 
 class QAction;
 class QMenuBar;
@@ -22,17 +22,17 @@ class Menus {
 
   QMenu* popup() { return &popup_; }
   // One that has items.
-  QMenu& menu(shell::Menu menu) const { return *menus_.at(menu); }
-  void Update(const shell::CommandConditions& conditions);
+  QMenu& menu(workspace::Menu menu) const { return *menus_.at(menu); }
+  void Update(const workspace::CommandConditions& conditions);
   void SetChecked(int id, bool checked);
-  void ShowRecentFiles(const shell::RecentFiles& files);
+  void ShowRecentFiles(const workspace::RecentFiles& files);
 
  private:
-  void AddRow(QMenu& menu, QWidget& window, const shell::CommandRow& row);
+  void AddRow(QMenu& menu, QWidget& window, const workspace::CommandRow& row);
 
   std::function<void(int)> send_;
   QMenu popup_;
-  std::map<shell::Menu, QMenu*> menus_;
+  std::map<workspace::Menu, QMenu*> menus_;
   std::map<int, QAction*> actions_;
   QAction* recent_separator_ = nullptr;
 };

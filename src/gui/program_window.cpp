@@ -14,7 +14,7 @@
 #include <optional>
 
 #include "gui/qt_user_interface.h"
-#include "shell/command_rows.h"
+#include "workspace/command_rows.h"
 
 namespace brevant::gui {
 namespace {
@@ -135,7 +135,7 @@ void ProgramWindow::mousePressEvent(QMouseEvent* event) {
 }
 
 void ProgramWindow::mouseDoubleClickEvent(QMouseEvent* event) {
-  if (event->button() == Qt::LeftButton) links_.send_command(shell::commands::kPopupEdit);
+  if (event->button() == Qt::LeftButton) links_.send_command(workspace::commands::kPopupEdit);
 }
 
 void ProgramWindow::contextMenuEvent(QContextMenuEvent* event) {
@@ -153,7 +153,7 @@ void ProgramWindow::keyPressEvent(QKeyEvent* event) {
     return;
   }
   if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
-    links_.send_command(shell::commands::kPopupEdit);
+    links_.send_command(workspace::commands::kPopupEdit);
     return;
   }
   const auto* const key =

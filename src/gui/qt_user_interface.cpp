@@ -3,7 +3,6 @@
 
 #include <QApplication>
 #include <QMessageBox>
-#include <utility>
 
 namespace brevant::gui {
 namespace {
@@ -63,16 +62,7 @@ QWidget* QtUserInterface::parent() const {
   return window_ != nullptr && window_->isVisible() ? window_ : nullptr;
 }
 
-std::vector<base::Message> QtUserInterface::TakeHeld() {
-  holding_ = false;
-  return std::exchange(held_, {});
-}
-
 base::Answer QtUserInterface::ShowMessage(const base::Message& message) {
-  if (holding_ && message.buttons == base::Buttons::Ok) {
-    held_.push_back(message);
-    return base::Answer::Ok;
-  }
   QMessageBox box(IconOf(message.icon), Text(message.caption), Text(message.text),
                   ButtonsOf(message.buttons), parent());
   box.setObjectName("message");

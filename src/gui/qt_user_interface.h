@@ -4,7 +4,6 @@
 
 #include <functional>
 #include <memory>
-#include <vector>
 
 #include "base/user_interface.h"
 #include "gui/progress_dialog.h"
@@ -18,10 +17,6 @@ class QtUserInterface final : public base::UserInterface {
   // The window whose title is set and that dialogs belong to. Borrowed; none at first.
   void SetWindow(QWidget* window) { window_ = window; }
   QWidget* parent() const;
-
-  // Messages that only inform are kept back from now on; TakeHeld returns them and ends it.
-  void Hold() { holding_ = true; }
-  std::vector<base::Message> TakeHeld();
 
   // Shown at once, for an operation that will not report.
   void ShowWaiting(std::string_view title, std::string_view text);
@@ -37,8 +32,6 @@ class QtUserInterface final : public base::UserInterface {
  private:
   QWidget* window_ = nullptr;
   std::unique_ptr<ProgressDialog> progress_;
-  bool holding_ = false;
-  std::vector<base::Message> held_;
 };
 
 // Engine texts are bytes; what is not UTF-8 shows as replacement characters.

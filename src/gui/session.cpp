@@ -5,7 +5,6 @@
 
 #include "base/files.h"
 #include "link/connect_form.h"
-#include "link/messages.h"
 
 namespace brevant::gui {
 namespace {
@@ -27,7 +26,7 @@ Session::Session(const Options& given)
       debugger({.port = ports_.router(),
                 .clock = ports_.router(),
                 .settings = settings,
-                .ui = ui,
+                .ui = engine_ui_,
                 .events = *this,
                 .start_up_directory = base::WorkingDirectory(),
                 .log = [this](const std::string& line) { diagnostics_ << line << std::flush; }}),
@@ -35,7 +34,7 @@ Session::Session(const Options& given)
                      debugger.activity, ui}),
       registers(debugger.frame, ui),
       program_menu(program_views, debugger.frame, debugger.breakpoints, debugger.run_control) {
-  ports::UseForThisRun(options.port, settings);
+  frontend::UseForThisRun({.port = options.port}, settings);
   // Until the user has chosen a range, the flash is within sight.
   if (!settings.Has(keys::kProgramRange.section, keys::kProgramRange.key)) {
     settings.Override(keys::kProgramRange, kWholeAddressSpace);
@@ -55,44 +54,31 @@ void Session::RepaintNowAndThen() {
   since_repaint_.start();
 }
 
-link::ConnectResult Session::ShowConnecting(base::FunctionRef<link::ConnectResult()> connect) {
+bool Session::ShowConnecting(base::FunctionRef<frontend::Connection()> connect) {
   const auto names = link::DeviceNames();
   const int last = static_cast<int>(names.size()) - 1;
   target_ = names[static_cast<std::size_t>(std::clamp(settings.Integer(keys::kDevice), 0, last))];
   ui.ShowWaiting("Look for hardware", "Connecting to the target...");
-  ui.Hold();
-  const link::ConnectResult result = connect();
-  const auto held = ui.TakeHeld();
+  const frontend::Connection connection = connect();
   ui.EndProgress();
-  bool refused = false;
-  for (const base::Message& message : held) {
-    // Said of each connection that was tried: once is enough, and not when another code fitted.
-    const bool of_the_code = message.id == link::kSecurityNotPassed.id;
-    if (!of_the_code) ui.ShowMessage(message);
-    refused = refused || of_the_code;
-  }
-  if (refused && !debugger.security.passed()) {
-    ui.ShowMessage(base::ToMessage(link::kSecurityNotPassed));
-  }
-  return result;
+  for (const base::Message& message : connection.said) ui.ShowMessage(message);
+  if (connection.found) notice_ = frontend::FitText(*connection.found);
+  return connection.ok();
 }
 
 bool Session::Connect() {
-  link::ConnectResult result = link::ConnectResult::NotReady;
+  bool connected = false;
   gate.Run([&] {
-    result = ShowConnecting([this] { return debugger.Start(debugger::OtherCodes::Try); });
+    connected = ShowConnecting([this] {
+      return frontend::Connect(debugger, engine_ui_, frontend::KnownCodes::TryAndRemember);
+    });
     RefreshViews();
   });
-  if (const auto code = debugger.security.FoundByTrying()) {
-    // Offered first by the connect dialog from now on, and used when connecting again.
-    debugger.security.Remember(*code);
-    notice_ = "The security code " + link::FormatSecurityCode(*code) + " fits.";
-  }
-  return debugger::IsConnected(result);
+  return connected;
 }
 
 void Session::Reconnect() {
-  ShowConnecting([this] { return debugger.Restart(); });
+  ShowConnecting([this] { return frontend::ConnectAgain(debugger, engine_ui_); });
   program_views.RefreshProgramWindows();
 }
 

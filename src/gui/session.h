@@ -10,16 +10,18 @@
 #include "base/events.h"
 #include "base/settings_file.h"
 #include "debugger/debugger.h"
+#include "frontend/connection.h"
+#include "frontend/holding_ui.h"
+#include "frontend/target_ports.h"
 #include "gui/gate.h"
 #include "gui/options.h"
 #include "gui/qt_user_interface.h"
 #include "gui/status_text.h"
-#include "ports/target_ports.h"
-#include "shell/recent_files.h"
 #include "views/program_menu.h"
 #include "views/program_views.h"
 #include "views/prompts.h"
 #include "views/register_cells.h"
+#include "workspace/recent_files.h"
 
 namespace brevant::gui {
 
@@ -67,7 +69,8 @@ class Session final : private base::Events {
 
  private:
   std::ofstream diagnostics_;  // how each attempt to connect went
-  ports::TargetPorts ports_;
+  frontend::TargetPorts ports_;
+  frontend::HoldingUi engine_ui_{ui};
   QElapsedTimer since_repaint_;
   Screen* screen_ = nullptr;
   std::string notice_;
@@ -79,7 +82,7 @@ class Session final : private base::Events {
   views::RegisterCells registers;
   views::ProgramMenu program_menu;
   views::AddressHistory addresses;
-  shell::RecentFiles recent_files;
+  workspace::RecentFiles recent_files;
 
  private:
   void Started() override {}
@@ -89,8 +92,9 @@ class Session final : private base::Events {
 
   void RefreshScreen();
   void RepaintNowAndThen();
-  // Runs connect while the user sees that it is under way; what it says is shown afterwards.
-  link::ConnectResult ShowConnecting(base::FunctionRef<link::ConnectResult()> connect);
+  // Runs connect while the user sees that it is under way; what it says is shown afterwards. False
+  // when it has failed.
+  bool ShowConnecting(base::FunctionRef<frontend::Connection()> connect);
 };
 
 }  // namespace brevant::gui

@@ -5,7 +5,7 @@
 #include <QTime>
 
 #include "gui/qt_user_interface.h"
-#include "shell/clock_text.h"
+#include "workspace/clock_text.h"
 
 namespace brevant::gui {
 
@@ -36,7 +36,7 @@ void StatusLine::ShowNotice(const std::string& text) {
 
 void StatusLine::UpdateClock() {
   const QTime now = QTime::currentTime();
-  const QString text = Text(shell::ClockText(now.hour(), now.minute(), now.second()));
+  const QString text = Text(workspace::ClockText(now.hour(), now.minute(), now.second()));
   if (clock_->text() != text) clock_->setText(text);
 }
 

@@ -22,7 +22,7 @@ const QColor kRedOnDark(255, 112, 112);
 
 }  // namespace
 
-QFont MakeViewFont(const shell::ViewFont& font) {
+QFont MakeViewFont(const workspace::ViewFont& font) {
   const QString family = Text(font.face);
   QFont made = QFontDatabase::systemFont(QFontDatabase::FixedFont);
   for (const QString& known : QFontDatabase::families()) {

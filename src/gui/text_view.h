@@ -6,8 +6,8 @@
 #include <QAbstractScrollArea>
 #include <QColor>
 
-#include "shell/view_font.h"
 #include "views/program_view.h"
+#include "workspace/view_font.h"
 
 namespace brevant::gui {
 
@@ -17,7 +17,7 @@ struct TextColours {
 };
 
 // The named family when it is there, else the desktop's fixed-pitch font.
-QFont MakeViewFont(const shell::ViewFont& font);
+QFont MakeViewFont(const workspace::ViewFont& font);
 
 class TextView : public QAbstractScrollArea {
  public:

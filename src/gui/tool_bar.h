@@ -7,7 +7,7 @@
 #include <functional>
 #include <map>
 
-#include "shell/command_rows.h"
+#include "workspace/command_rows.h"
 
 namespace brevant::gui {
 
@@ -15,7 +15,7 @@ class ToolBar final : public QToolBar {
  public:
   explicit ToolBar(const std::function<void(int id)>& send);
 
-  void Update(const shell::CommandConditions& conditions);
+  void Update(const workspace::CommandConditions& conditions);
 
  private:
   std::map<int, QAction*> actions_;

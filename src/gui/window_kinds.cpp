@@ -8,7 +8,7 @@
 #include "gui/program_window.h"
 #include "gui/registers_window.h"
 #include "gui/session.h"
-#include "shell/command_rows.h"
+#include "workspace/command_rows.h"
 
 namespace brevant::gui {
 namespace {
@@ -23,7 +23,7 @@ TextView* MakeProgram(Session& session, const FrameLinks& links, const QFont& fo
 
 constexpr std::array kKinds{
     WindowKind{"Regs", RegsIcon, ChildWindow::Kind::Permanent, 0, MakeRegisters},
-    WindowKind{"Program", ProgIcon, ChildWindow::Kind::Closable, shell::commands::kOpenProgram,
+    WindowKind{"Program", ProgIcon, ChildWindow::Kind::Closable, workspace::commands::kOpenProgram,
                MakeProgram},
 };
 

@@ -17,16 +17,16 @@ constexpr int kGap = 4;
 constexpr int kTitleBarAllowance = 44;  // title bar and borders of a child
 constexpr int kLeastProgramHeight = 200;
 
-shell::ChildPlace PlaceOf(const QMdiSubWindow& child) {
+workspace::ChildPlace PlaceOf(const QMdiSubWindow& child) {
   if (child.isMinimized() || child.isMaximized()) return std::nullopt;
   const QRect at = child.geometry();
-  return shell::SavedPlace(at.x(), at.y(), at.x() + at.width(), at.y() + at.height());
+  return workspace::SavedPlace(at.x(), at.y(), at.x() + at.width(), at.y() + at.height());
 }
 
 int SizeStateOf(const QWidget& window) {
-  if (window.isMinimized()) return static_cast<int>(shell::SizeState::Minimized);
-  return static_cast<int>(window.isMaximized() ? shell::SizeState::Maximized
-                                               : shell::SizeState::Restored);
+  if (window.isMinimized()) return static_cast<int>(workspace::SizeState::Minimized);
+  return static_cast<int>(window.isMaximized() ? workspace::SizeState::Maximized
+                                               : workspace::SizeState::Restored);
 }
 
 // A place on a screen that is no longer there would leave nothing to be seen.
@@ -37,22 +37,22 @@ bool OnAScreen(const QRect& place) {
   });
 }
 
-void PlaceFrame(MainWindow& window, const std::optional<shell::FramePlace>& frame) {
+void PlaceFrame(MainWindow& window, const std::optional<workspace::FramePlace>& frame) {
   if (!frame) {
     const QSize screen = QGuiApplication::primaryScreen()->availableSize();
     window.resize(kDefaultFrame.boundedTo(screen - kDesktopMargin));
     return;
   }
-  const shell::WindowPlace& place = frame->place;
+  const workspace::WindowPlace& place = frame->place;
   const QRect at(place.left, place.top, std::max(place.width, 1), std::max(place.height, 1));
   if (OnAScreen(at)) window.move(at.topLeft());
   window.resize(at.size());
-  if (frame->state == static_cast<int>(shell::SizeState::Maximized)) {
+  if (frame->state == static_cast<int>(workspace::SizeState::Maximized)) {
     window.setWindowState(Qt::WindowMaximized);
   }
 }
 
-void PlaceChildAt(QMdiSubWindow& child, const shell::ChildPlace& place) {
+void PlaceChildAt(QMdiSubWindow& child, const workspace::ChildPlace& place) {
   if (place) child.setGeometry(place->left, place->top, place->width, place->height);
 }
 
@@ -72,8 +72,8 @@ void PlaceByDefault(MainWindow& window, bool opens_program) {
 
 }  // namespace
 
-shell::Layout CurrentLayout(const MainWindow& window) {
-  shell::Layout layout;
+workspace::Layout CurrentLayout(const MainWindow& window) {
+  workspace::Layout layout;
   const QPoint at = window.pos();
   layout.frame = {{at.x(), at.y(), window.width(), window.height()}, SizeStateOf(window)};
   layout.registers = PlaceOf(*window.Children(kRegistersKind).front());
@@ -84,7 +84,7 @@ shell::Layout CurrentLayout(const MainWindow& window) {
 }
 
 void RestoreLayout(MainWindow& window, const base::SettingsFile& settings) {
-  const shell::Layout layout = shell::ReadLayout(settings);
+  const workspace::Layout layout = workspace::ReadLayout(settings);
   PlaceFrame(window, layout.frame);
   // The area for children gets its size only now.
   window.ensurePolished();
@@ -92,14 +92,14 @@ void RestoreLayout(MainWindow& window, const base::SettingsFile& settings) {
   const auto& count = base::keys::kProgramWindowCount;
   PlaceByDefault(window, !settings.Has(count.section, count.key));
   PlaceChildAt(*window.Children(kRegistersKind).front(),
-               shell::PlaceChild(layout.frame, layout.registers));
-  for (const shell::ChildPlace& place : layout.programs) {
-    PlaceChildAt(window.Open(kProgramKind), shell::PlaceChild(layout.frame, place));
+               workspace::PlaceChild(layout.frame, layout.registers));
+  for (const workspace::ChildPlace& place : layout.programs) {
+    PlaceChildAt(window.Open(kProgramKind), workspace::PlaceChild(layout.frame, place));
   }
 }
 
 bool StoreLayout(const MainWindow& window, base::SettingsFile& settings) {
-  return shell::SaveLayout(settings, CurrentLayout(window));
+  return workspace::SaveLayout(settings, CurrentLayout(window));
 }
 
 }  // namespace brevant::gui

@@ -4,14 +4,14 @@
 #pragma once
 
 #include "base/settings_file.h"
-#include "shell/layout.h"
+#include "workspace/layout.h"
 
 namespace brevant::gui {
 
 class MainWindow;
 
 // As the windows stand now.
-shell::Layout CurrentLayout(const MainWindow& window);
+workspace::Layout CurrentLayout(const MainWindow& window);
 // Moves the frame and opens all windows. With no layout stored yet: the registers above one program
 // window.
 void RestoreLayout(MainWindow& window, const base::SettingsFile& settings);

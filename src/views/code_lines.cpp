@@ -12,6 +12,7 @@
 namespace brevant::views {
 namespace {
 
+constexpr base::Address kLastAddress = 0xFFFF;
 constexpr base::Address kShownAddressBits = 0xFFFFF;
 
 constexpr int kLongestInstruction = 4;
@@ -44,6 +45,19 @@ CodeLine LineAt(base::Address& address, std::span<const std::uint8_t> bytes,
 }
 
 }  // namespace
+
+std::vector<CodeLine> ReadCodeLines(link::Monitor& monitor, const isa::SymbolNames& symbols,
+                                    base::Address address, int count) {
+  std::vector<CodeLine> lines;
+  CodeBytes bytes(monitor);
+  for (int to_come = count - 1; to_come >= 0 && address <= kLastAddress; --to_come) {
+    const int run = kLongestInstruction + Ahead(to_come);
+    const auto read = bytes.From(address, kLongestInstruction, run);
+    if (monitor.LinkError()) break;
+    lines.push_back(LineAt(address, read, symbols));
+  }
+  return lines;
+}
 
 CodeLine ReadCodeLine(link::Monitor& monitor, const isa::SymbolNames& symbols,
                       base::Address& address) {

@@ -77,6 +77,10 @@ class CodeLines {
   base::Address bottom_ = 0;
 };
 
+// Up to count lines of instructions from the address on: fewer at the end of the address space and
+// when the link is lost. Costs what CodeLines does.
+std::vector<CodeLine> ReadCodeLines(link::Monitor& monitor, const isa::SymbolNames& symbols,
+                                    base::Address address, int count);
 // One line for the instruction at the address; address moves on to the next one. Reads 4 bytes.
 CodeLine ReadCodeLine(link::Monitor& monitor, const isa::SymbolNames& symbols,
                       base::Address& address);

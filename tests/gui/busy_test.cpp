@@ -12,7 +12,7 @@
 namespace brevant::gui {
 namespace {
 
-namespace commands = shell::commands;
+namespace commands = workspace::commands;
 
 // What one line costs in bytes of the host: an address, then a command for every two bytes.
 constexpr std::size_t kForwardCost = 3 + 2;

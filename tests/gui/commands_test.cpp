@@ -18,7 +18,7 @@
 namespace brevant::gui {
 namespace {
 
-namespace commands = shell::commands;
+namespace commands = workspace::commands;
 
 constexpr base::Address kDemoMain = 0x0100;  // of examples/demo.s19
 constexpr int kTextColumn = 12;
@@ -233,7 +233,7 @@ TEST_F(Commands, ArrangesWindowsAndFindsThemInTheWindowMenu) {
   EXPECT_EQ(programs[0]->geometry().bottomLeft(), window().area().viewport()->rect().bottomLeft());
 
   window().area().setActiveSubWindow(programs[1]);
-  QMenu& menu = window().menus().menu(shell::Menu::Window);
+  QMenu& menu = window().menus().menu(workspace::Menu::Window);
   menu.popup({0, 0});
   QStringList marked;
   for (const QAction* item : menu.actions()) {

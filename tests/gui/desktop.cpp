@@ -85,7 +85,7 @@ void Desktop::ChooseInDialog(const std::string& path) {
 void Desktop::Reconnect() {
   session().simulated()->SetFaultPlan({});
   OnDialog("LookHWDlg", [](QDialog& dialog) { Push(dialog, "ok"); });
-  window().Send(shell::commands::kReStart);
+  window().Send(workspace::commands::kReStart);
   QTest::qWait(30);
   EXPECT_EQ(Status(), "COM1 simulated MC68HC908GP32: stopped");
 }

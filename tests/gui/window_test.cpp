@@ -7,13 +7,15 @@
 #include <QMdiArea>
 #include <QMessageBox>
 #include <fstream>
+#include <set>
 
+#include "gui/command_actions.h"
 #include "gui/desktop.h"
 
 namespace brevant::gui {
 namespace {
 
-namespace commands = shell::commands;
+namespace commands = workspace::commands;
 
 constexpr base::Address kScratch = 0x0100;  // in RAM
 constexpr int kTextColumn = 12;
@@ -259,12 +261,20 @@ TEST_F(Desktop, NothingStartsWhileSomethingElseIsUnderWay) {
 
 TEST_F(Desktop, OffersEveryCommandThatIsBuiltAndNoOther) {
   Start();
-  for (const shell::CommandRow& row : shell::CommandRows()) {
-    if (row.menu == shell::Menu::None) continue;
+  for (const workspace::CommandRow& row : workspace::CommandRows()) {
+    if (row.menu == workspace::Menu::None) continue;
     const bool offered = window().findChild<QAction*>(QString("command%1").arg(row.id)) != nullptr;
-    EXPECT_EQ(offered, row.Has(shell::kBuilt)) << row.id;
+    EXPECT_EQ(offered, IsBuilt(row.id)) << row.id;
+  }
+  std::set<int> acted;
+  for (const auto group : {FileActions(), RunActions(), ProgramActions(), WindowActions()}) {
+    for (const CommandAction& action : group) {
+      EXPECT_NE(workspace::FindCommand(action.id), nullptr) << action.id;
+      EXPECT_TRUE(acted.insert(action.id).second) << action.id;
+    }
   }
   EXPECT_FALSE(window().findChild<QAction*>("button345")->isEnabled());
+  EXPECT_TRUE(window().findChild<QAction*>("button341")->isEnabled()) << "does what Step does";
 }
 
 }  // namespace

@@ -1,0 +1,24 @@
+// SPDX-License-Identifier: MIT
+// Waiting until nothing is under way any more. Rests on the engine's tick.
+#pragma once
+
+#include <chrono>
+
+#include "base/function_ref.h"
+#include "debugger/debugger.h"
+
+namespace brevant::frontend {
+
+enum class WaitEnd { Stopped, TimedOut, LinkLost, Interrupted };
+
+// What ends a wait early, asked every 10 ms.
+struct WaitLimits {
+  std::chrono::milliseconds time_out;
+  // It starts anew whenever what progress returns changes.
+  base::FunctionRef<long()> progress;
+  base::FunctionRef<bool()> interrupted;
+};
+// Ticks meanwhile. The target is left as it is, running if it was not found stopped.
+WaitEnd WaitForStop(debugger::Debugger& debugger, const WaitLimits& limits);
+
+}  // namespace brevant::frontend

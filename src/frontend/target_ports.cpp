@@ -1,0 +1,55 @@
+// SPDX-License-Identifier: MIT
+#include "frontend/target_ports.h"
+
+#include <utility>
+
+#include "images/image_reader.h"
+#include "link/native/native_serial_port.h"
+#include "link/native/serial_devices.h"
+#include "link/port_map.h"
+#include "simulator/demo_firmware.h"
+
+namespace brevant::frontend {
+namespace {
+
+namespace keys = base::keys;
+
+constexpr int kDemoDevice = 0;
+
+}  // namespace
+
+TargetPorts::TargetPorts(const base::SettingsFile& settings, SimulatedBoard board,
+                         std::function<void()> between_transfers)
+    : settings_(settings),
+      board_(board),
+      router_(
+          [this](const std::string& name) {
+            return link::IsLogicalPort(name)
+                       ? link::DeviceBehind(name, settings_, link::FindSerialDevices())
+                       : name;
+          },
+          [this](const std::string& device) { return Backend(device); },
+          std::move(between_transfers)) {}
+
+bool TargetPorts::is_simulated() const {
+  return device() == link::kSimulator;
+}
+
+link::PortBackend TargetPorts::Backend(const std::string& device) {
+  if (device != link::kSimulator) return link::MakeNativeBackend();
+  const int chosen = settings_.Integer(keys::kDevice);
+  if (!simulated_ || simulated_device_ != chosen) MakeBoard(chosen);
+  return {simulated_, simulated_.get(), simulated_.get()};
+}
+
+void TargetPorts::MakeBoard(int device) {
+  simulated_device_ = device;
+  simulated_ =
+      std::make_shared<simulator::SimulatedTarget>(simulator::DeviceByIndex(device), board_.pace);
+  if (!board_.demo || device != kDemoDevice) return;
+  for (const images::Block& block : images::ParseImage(simulator::DemoFirmware()).image.Blocks()) {
+    simulated_->board().Load(block.address, block.bytes);
+  }
+}
+
+}  // namespace brevant::frontend

@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: MIT
+// What the commands of the windows do: each collects what it needs from the user and hands it to
+// the engine. All run inside the gate. The table of a group stands at the end of its
+// commands_*.cpp, below the functions that it names.
+#pragma once
+
+#include <span>
+#include <string>
+
+namespace brevant::gui {
+
+class MainWindow;
+class Session;
+
+struct CommandContext {
+  Session& session;
+  MainWindow& window;
+};
+
+struct CommandAction {
+  int id;  // of a command row
+  void (*run)(const CommandContext&);
+};
+
+std::span<const CommandAction> FileActions();
+std::span<const CommandAction> RunActions();
+std::span<const CommandAction> ProgramActions();
+std::span<const CommandAction> WindowActions();
+
+// The one of the command, or of the command whose action it shares. nullptr when there is none.
+const CommandAction* FindAction(int id);
+// This version carries the command out: it has an action or opens a kind of window.
+bool IsBuilt(int id);
+
+// A path as if it had been chosen for loading.
+void LoadImageFile(const CommandContext& context, const std::string& path);
+
+}  // namespace brevant::gui

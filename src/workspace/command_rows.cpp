@@ -1,0 +1,179 @@
+// SPDX-License-Identifier: MIT
+#include "workspace/command_rows.h"
+
+#include <algorithm>
+#include <iterator>
+
+namespace brevant::workspace {
+namespace {
+
+using namespace commands;
+
+constexpr MenuTitle kMenuBar[] = {
+    {Menu::File, "&File"},      {Menu::Edit, "&Edit"},   {Menu::Configure, "&Configure"},
+    {Menu::FileIo, "File&I/O"}, {Menu::Debug, "De&bug"}, {Menu::Window, "&Window"},
+    {Menu::Help, "&Help"},
+};
+
+constexpr unsigned kUsesTarget = kNotDuringFileIo | kNeedsMonitor;
+constexpr unsigned kPopup = kUsesTarget | kNotWhileRunning;
+
+constexpr CommandRow kRows[] = {
+    // File
+    {kLoadImage, Menu::File, "&Load S19 or Hex", "Open a S19 file", kUsesTarget},
+    {kLoadMacro, Menu::File, "Load and execute &Macro", "Load a macro file", kUsesTarget},
+    {kLoadSymbols, Menu::File, "&Load symbol", "Load a symbol table", kUsesTarget},
+    {kExit, Menu::File, "E&xit", "Exit the program", kSeparatorBefore},
+    {kFirstRecentFile, Menu::File, "", "First most recently loaded file",
+     kUsesTarget | kSeparatorBefore},
+    {kFirstRecentFile + 1, Menu::File, "", "Second most recently loaded file", kUsesTarget},
+    {kFirstRecentFile + 2, Menu::File, "", "Third most recently loaded file", kUsesTarget},
+    {kFirstRecentFile + 3, Menu::File, "", "Fourth most recently loaded file", kUsesTarget},
+    {kFirstRecentFile + 4, Menu::File, "", "Fifth most recently loaded file", kUsesTarget},
+    // Edit
+    {kCopyToClipboard, Menu::Edit, "C&opy to Clipboard",
+     "Copy the contents of  a block memory into clipboard", kNotDuringFileIo},
+    {kPasteFromClipboard, Menu::Edit, "&Paste from Clipboard",
+     "Paste the contents in clipboard into MCU memory", kNotDuringFileIo},
+    // Configure
+    {kConfigure, Menu::Configure, "Configure", "Configure debugger setting"},
+    {kRunToMain, Menu::Configure, "Run to main", "Run to label _MAIN when C source level debugging",
+     kNotDuringFileIo | kCheckable},
+    {kSymbolTableStart, Menu::None, "", "Configure symbol table start string"},
+    {kProgramRange, Menu::Configure, "Program window scroll range",
+     "Set the program window scroll range", kNotDuringFileIo},
+    {kDataRange, Menu::Configure, "Data window scroll range", "", kNotDuringFileIo},
+    {kSaveSettings, Menu::Configure, "&Save Setting", "Save the current setting", kSeparatorBefore},
+    {kSaveOnExit, Menu::Configure, "Save on &Exit", "Save setting when the progrm exits",
+     kNotDuringFileIo | kCheckable},
+    // File I/O
+    {kFileIoStart, Menu::FileIo, "&Start", "Start the file I/O process"},
+    {kFileIoStop, Menu::FileIo, "S&top", "Stop the file I/O process"},
+    {kFileIoIn, Menu::FileIo, "&InFile", "Set up an input file name for file I/O",
+     kSeparatorBefore},
+    {kFileIoOut, Menu::FileIo, "&OutFile", "Set up an output file name for file I/O"},
+    // Debug
+    {kStep, Menu::Debug, "&Step", "Run one step", kUsesTarget, "F5", "F11"},
+    {kStepOver, Menu::Debug, "Step&Over", "Run one step, but do not go into subroutine",
+     kUsesTarget, "F6", "F10"},
+    {kNStep, Menu::Debug, "N Step", "Run N steps", kNotDuringFileIo | kCheckable},
+    {kGo, Menu::Debug, "&Go", "Run or stop running MCU", kNoFlags, "F7"},
+    {kRunToCursor, Menu::Debug, "Run to Cursor", "Run to current cursor position", kNeedsMonitor,
+     "F8", "Ctrl+F10"},
+    {kProgramFlash, Menu::Debug, "&Program flash EEPROM", "Program flash EEPROM",
+     kNotDuringFileIo | kSeparatorBefore},
+    {kEraseFlash, Menu::Debug, "&Erase flash EEPROM", "Erase flash EEPROM", kNotDuringFileIo},
+    {kMassErase, Menu::Debug, "&Mass erase flash EEPROM", "",
+     kNotDuringFileIo | kNotWhileRunning | kNeedsMonitor},
+    {kProgramIrqVector, Menu::Debug, "Program &IRQ vector", "", kNotDuringFileIo},
+    {kProgramLocations, Menu::Debug, "Program &locations", "", kNotDuringFileIo},
+    // Window
+    {kOpenProgram, Menu::Window, "&Program", "Open a new program window", kNotDuringFileIo,
+     "Alt+P"},
+    {kOpenData, Menu::Window, "&Data", "Open a new data window", kNotDuringFileIo, "Alt+D"},
+    {kOpenWatch, Menu::Window, "&Watch", "Open a watch window", kNotDuringFileIo},
+    {kOpenSource, Menu::Window, "&Source", "Open a surce window", kNotDuringFileIo},
+    {kTile, Menu::Window, "&Tile", "Tile windows", kNotDuringFileIo | kSeparatorBefore, "Shift+F4"},
+    {kCascade, Menu::Window, "&Cascade", "Cascade windows", kNotDuringFileIo, "Shift+F5"},
+    {kArrangeIcons, Menu::Window, "Arrange &Icons", "Arrange window icons", kNotDuringFileIo},
+    // Help
+    {kHelpContents, Menu::Help, "Contents", "Content help"},
+    {kHelpSearch, Menu::Help, "Search for help", "Search for help"},
+    {kHelpOnHelp, Menu::None, "", ""},
+    {kAbout, Menu::Help, "&About Brevant", "Show the name and version of this program",
+     kSeparatorBefore},
+    // Popup menu of the program views
+    {kPopupRunToCursor, Menu::ProgramPopup, "Run to cursor",
+     "Run to current cursor position in program window", kPopup},
+    {kPopupRunToLabel, Menu::ProgramPopup, "Run to label", "Run to a label in the symbol table",
+     kPopup},
+    {kPopupEdit, Menu::ProgramPopup, "Edit", "Edit an assembly instruction", kPopup},
+    {kPopupGoToBreakpoint, Menu::ProgramPopup, "Go to Break Point",
+     "Go to a breakpoint in the breakpoint list", kPopup},
+    {kPopupGoToAddress, Menu::ProgramPopup, "Go to Address", "Go to an address in program window",
+     kPopup, "", "Ctrl+G"},
+    {kPopupGoToSymbol, Menu::ProgramPopup, "Go to Symbol",
+     "Go to a symbol in symbol list in program window", kPopup},
+    {kPopupGoToPc, Menu::ProgramPopup, "Go to PC", "Go to PC position in program window", kPopup},
+    {kPopupSetPc, Menu::ProgramPopup, "PC=Addr at Cursor",
+     "Set PC to the address at the cursor position", kPopup},
+    {kPopupClearBreakpoints, Menu::ProgramPopup, "Clear All BKPT", "Clear all breakpoints", kPopup},
+    {kToggleBreakpoint, Menu::ProgramPopup, "Toggle breakpoint",
+     "Set or clear a breakpoint at the cursor position", kNotDuringFileIo, "", "F9"},
+    // Shortcut of the source window
+    {kFindNext, Menu::None, "", "Find the next string in source window", kNoFlags, "F3"},
+    // Toolbar
+    {kReset, Menu::None, "", "Reset the MCU", kNoFlags, "", "Ctrl+R"},
+    {kToolbarStep, Menu::None, "", "Run MCU one step", kUsesTarget | kNotWhileRunning, "", "",
+     kStep},
+    {kToolbarNStep, Menu::None, "", "Run MCU N steps", kNotWhileRunning},
+    {kToolbarStepOver, Menu::None, "", "Run MCU one step, but do not go into subroutine",
+     kUsesTarget | kNotWhileRunning, "", "", kStepOver},
+    {kToolbarGo, Menu::None, "", "Ready to run MCU", kNoFlags, "", "", kGo},
+    {kToolbarTrace, Menu::None, "", "Trace the execution of MCU",
+     kNotDuringFileIo | kNotWhileRunning},
+    {kRunMacro, Menu::None, "", "Load a macro file", kUsesTarget, "", "", kLoadMacro},
+    {kToolbarRunToCursor, Menu::None, "", "Run to current cursor position",
+     kNeedsMonitor | kNotWhileRunning, "", "", kRunToCursor},
+    {kReStart, Menu::None, "", "", kNoFlags, "", "Ctrl+Shift+R"},
+};
+
+constexpr ToolbarButton kToolbar[] = {
+    {kReStart, "ReStart", ""},
+    {kReset, "Reset", "Reset the MCU"},
+    {kToolbarStep, "Step  F5", "Run MCU one step"},
+    {kToolbarNStep, "N Step", "Run MCU N steps"},
+    {kToolbarStepOver, "StepOver  F6", "Run MCU one step, but do not go into subroutine"},
+    {kToolbarGo, "Go  F7", "Ready to run MCU"},
+    {kToolbarTrace, "Trace", "Trace the execution of MCU"},
+    {kToolbarRunToCursor, "RunToCur", "Run to current cursor position"},
+    {kMassErase, "MassErase", "Erase the whole flash EEPROM"},
+    {kProgramFlash, "ProgFlash", ""},
+};
+
+constexpr std::string_view kGoIsRunning = "MCU is running, click this button to stop";
+
+}  // namespace
+
+std::span<const MenuTitle> MenuBar() {
+  return kMenuBar;
+}
+std::span<const CommandRow> CommandRows() {
+  return kRows;
+}
+std::span<const ToolbarButton> Toolbar() {
+  return kToolbar;
+}
+
+const CommandRow* FindCommand(int id) {
+  const auto* const row = std::ranges::find(kRows, id, &CommandRow::id);
+  return row == std::end(kRows) ? nullptr : row;
+}
+
+std::string MenuText(const CommandRow& row, bool running) {
+  std::string text(row.id == kGo && running ? "&Break" : row.text);
+  if (!row.shortcut.empty()) text.append("\t").append(row.shortcut);
+  return text;
+}
+
+std::string ToolbarText(const ToolbarButton& button, bool running) {
+  return std::string(button.id == kToolbarGo && running ? "Break  F7" : button.text);
+}
+
+std::string_view Tooltip(const ToolbarButton& button, bool running) {
+  return button.id == kToolbarGo && running ? kGoIsRunning : button.tooltip;
+}
+
+bool IsEnabled(const CommandRow& row, const CommandConditions& conditions, Place place) {
+  const bool runs_in_the_way =
+      place != Place::MenuBar && conditions.running && row.Has(kNotWhileRunning);
+  return Judge(row, conditions) != Verdict::Ignore && !runs_in_the_way;
+}
+
+Verdict Judge(const CommandRow& row, const CommandConditions& conditions) {
+  if (conditions.fileIoActive && row.Has(kNotDuringFileIo)) return Verdict::Ignore;
+  if (conditions.monitor_away && row.Has(kNeedsMonitor)) return Verdict::StopFirst;
+  return Verdict::CarryOut;
+}
+
+}  // namespace brevant::workspace

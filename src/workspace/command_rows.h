@@ -1,0 +1,115 @@
+// SPDX-License-Identifier: MIT
+// Every command of the windows as a row: menus, toolbar, shortcuts, status-bar help and what is
+// refused when are derived from here. The ids are those that engine code sends and help topics
+// bear.
+#pragma once
+
+#include <span>
+#include <string>
+#include <string_view>
+
+namespace brevant::workspace {
+
+enum class Menu {
+  None,  // sent by a shortcut, a button or another command
+  File,
+  Edit,
+  Configure,
+  FileIo,
+  Debug,
+  Window,
+  Help,
+  ProgramPopup,  // of a program view
+};
+
+// The menu bar in its order.
+struct MenuTitle {
+  Menu menu;
+  std::string_view text;
+};
+std::span<const MenuTitle> MenuBar();
+
+enum CommandFlags : unsigned {
+  kNoFlags = 0,
+  kNotDuringFileIo = 1,  // ignored while file I/O is active
+  kNotWhileRunning = 2,  // as a button or popup item disabled while the target runs
+  kCheckable = 4,
+  kSeparatorBefore = 8,
+  kNeedsMonitor = 16,  // a running target does not answer; menus and keys then say so
+};
+
+struct CommandRow {
+  int id;
+  Menu menu;
+  std::string_view text;  // of the menu item; '&' before its key
+  std::string_view help;  // in the status bar; may be empty
+  unsigned flags = kNoFlags;
+  std::string_view shortcut = {};
+  std::string_view second_shortcut = {};  // the habits of other debuggers
+  int same_as = 0;                        // the command of a menu whose action it shares
+
+  bool Has(CommandFlags flag) const { return (flags & flag) != 0; }
+};
+
+namespace commands {
+inline constexpr int kLoadImage = 140, kLoadMacro = 141, kLoadSymbols = 142, kExit = 143;
+inline constexpr int kFirstRecentFile = 144, kLastRecentFile = 148;
+inline constexpr int kCopyToClipboard = 160, kPasteFromClipboard = 161;
+inline constexpr int kConfigure = 170, kRunToMain = 171, kSymbolTableStart = 172;
+inline constexpr int kProgramRange = 173, kDataRange = 40011;
+inline constexpr int kSaveSettings = 174, kSaveOnExit = 175;
+inline constexpr int kFileIoStart = 180, kFileIoStop = 181, kFileIoIn = 182, kFileIoOut = 183;
+inline constexpr int kStep = 190, kStepOver = 191, kNStep = 192, kGo = 193, kRunToCursor = 194;
+inline constexpr int kProgramFlash = 196, kEraseFlash = 197, kMassErase = 40014;
+inline constexpr int kProgramIrqVector = 40015, kProgramLocations = 40016;
+inline constexpr int kOpenProgram = 220, kOpenData = 221, kOpenWatch = 222, kOpenSource = 223;
+inline constexpr int kTile = 224, kCascade = 225, kArrangeIcons = 226;
+inline constexpr int kHelpContents = 240, kHelpSearch = 241, kHelpOnHelp = 242, kAbout = 243;
+inline constexpr int kPopupRunToCursor = 260, kPopupRunToLabel = 261, kPopupEdit = 262;
+inline constexpr int kPopupGoToBreakpoint = 263, kPopupGoToAddress = 264, kPopupGoToSymbol = 265;
+inline constexpr int kPopupGoToPc = 266, kPopupSetPc = 267, kPopupClearBreakpoints = 268;
+inline constexpr int kFindNext = 324;
+inline constexpr int kReset = 340, kToolbarStep = 341, kToolbarNStep = 342;
+inline constexpr int kToolbarStepOver = 343, kToolbarGo = 344, kToolbarTrace = 345;
+inline constexpr int kRunMacro = 346, kToolbarRunToCursor = 347, kReStart = 348;
+inline constexpr int kToggleBreakpoint = 41000;
+}  // namespace commands
+
+// In menu order.
+std::span<const CommandRow> CommandRows();
+// nullptr for an id that is no command.
+const CommandRow* FindCommand(int id);
+// The menu item's text and, behind a tab, its shortcut. "Go" reads "Break" while running.
+std::string MenuText(const CommandRow& row, bool running);
+
+struct ToolbarButton {
+  int id;
+  std::string_view text;
+  std::string_view tooltip;  // may be empty
+};
+// In their order.
+std::span<const ToolbarButton> Toolbar();
+std::string ToolbarText(const ToolbarButton& button, bool running);
+std::string_view Tooltip(const ToolbarButton& button, bool running);
+
+// What decides whether a command may be carried out.
+struct CommandConditions {
+  bool running = false;  // the Go button reads "Break"
+  bool fileIoActive = false;
+  bool monitor_away = false;  // a program or a routine has the target
+};
+// Items of the menu bar stay enabled while the target runs, like their keys: choosing one may say
+// why it cannot be done now. Whether a
+// command is carried out at all is not asked here.
+enum class Place { MenuBar, Popup, Toolbar };
+bool IsEnabled(const CommandRow& row, const CommandConditions& conditions, Place place);
+
+// For the dispatch, however the command arrives.
+enum class Verdict {
+  CarryOut,
+  Ignore,     // file I/O has the target
+  StopFirst,  // the user is told to
+};
+Verdict Judge(const CommandRow& row, const CommandConditions& conditions);
+
+}  // namespace brevant::workspace

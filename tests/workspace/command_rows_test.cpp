@@ -1,0 +1,155 @@
+// SPDX-License-Identifier: MIT
+#include "workspace/command_rows.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cctype>
+#include <map>
+#include <set>
+
+namespace brevant::workspace {
+namespace {
+
+using ::testing::ElementsAre;
+
+using Ids = std::set<int>;
+
+// The ids of ranges, both ends included.
+Ids Ranges(std::initializer_list<std::pair<int, int>> ranges) {
+  Ids ids;
+  for (const auto& [first, last] : ranges) {
+    for (int id = first; id <= last; ++id) ids.insert(id);
+  }
+  return ids;
+}
+
+Ids Judged(Verdict verdict, const CommandConditions& conditions) {
+  Ids ids;
+  for (const CommandRow& row : CommandRows()) {
+    if (Judge(row, conditions) == verdict) ids.insert(row.id);
+  }
+  return ids;
+}
+
+TEST(CommandRows, HoldEveryIdOnce) {
+  Ids ids;
+  for (const CommandRow& row : CommandRows()) EXPECT_TRUE(ids.insert(row.id).second) << row.id;
+  EXPECT_EQ(ids, Ranges({{140, 148},
+                         {160, 161},
+                         {170, 175},
+                         {180, 183},
+                         {190, 194},
+                         {196, 197},
+                         {220, 226},
+                         {240, 243},
+                         {260, 268},
+                         {324, 324},
+                         {340, 348},
+                         {40011, 40011},
+                         {40014, 40016},
+                         {41000, 41000}}));
+}
+
+TEST(CommandRows, AreRefusedWhereFileIoOrAMissingMonitorForbidsThem) {
+  EXPECT_EQ(Judged(Verdict::Ignore, {.fileIoActive = true}), Ranges({{140, 142},
+                                                                     {144, 148},
+                                                                     {160, 161},
+                                                                     {171, 171},
+                                                                     {173, 173},
+                                                                     {175, 175},
+                                                                     {190, 192},
+                                                                     {196, 197},
+                                                                     {220, 226},
+                                                                     {260, 268},
+                                                                     {341, 341},
+                                                                     {343, 343},
+                                                                     {345, 346},
+                                                                     {40011, 40011},
+                                                                     {40014, 40016},
+                                                                     {41000, 41000}}));
+  EXPECT_EQ(Judged(Verdict::StopFirst, {.monitor_away = true}), Ranges({{140, 142},
+                                                                        {144, 148},
+                                                                        {190, 191},
+                                                                        {194, 194},
+                                                                        {260, 268},
+                                                                        {341, 341},
+                                                                        {343, 343},
+                                                                        {346, 347},
+                                                                        {40014, 40014}}));
+}
+
+TEST(CommandRows, OfTheToolbarLeaveResetAndStopWhileRunning) {
+  std::string usable;
+  for (const ToolbarButton& button : Toolbar()) {
+    const CommandRow* const row = FindCommand(button.id);
+    ASSERT_NE(row, nullptr) << button.id;
+    if (!row->Has(kNotWhileRunning)) usable.append(ToolbarText(button, true)).append("; ");
+    const CommandConditions running{.running = true};
+    EXPECT_EQ(IsEnabled(*row, running, Place::Toolbar), !row->Has(kNotWhileRunning));
+    EXPECT_TRUE(IsEnabled(*row, running, Place::MenuBar));
+  }
+  EXPECT_EQ(usable, "ReStart; Reset; Break  F7; ProgFlash; ");
+}
+
+TEST(CommandRows, ShortcutsAreUniqueAndTheGivenOnesComeFirst) {
+  std::map<std::string, int> shortcuts;
+  for (const CommandRow& row : CommandRows()) {
+    for (const auto shortcut : {row.shortcut, row.second_shortcut}) {
+      if (!shortcut.empty()) {
+        EXPECT_TRUE(shortcuts.emplace(shortcut, row.id).second) << shortcut;
+      }
+    }
+  }
+  const std::map<std::string, int> given{{"F3", 324},    {"Shift+F4", 224}, {"Shift+F5", 225},
+                                         {"Alt+P", 220}, {"Alt+D", 221},    {"F5", 190},
+                                         {"F6", 191},    {"F7", 193},       {"F8", 194}};
+  for (const auto& [shortcut, id] : given) {
+    EXPECT_EQ(shortcuts[shortcut], id) << shortcut;
+    EXPECT_EQ(FindCommand(id)->shortcut, shortcut);
+  }
+  // Alt and a menu's letter opens it, so no command can have that.
+  for (const MenuTitle& title : MenuBar()) {
+    const char key = title.text[title.text.find('&') + 1];
+    EXPECT_FALSE(shortcuts.contains(std::string("Alt+") + static_cast<char>(std::toupper(key))))
+        << title.text;
+  }
+}
+
+TEST(CommandRows, ReadAsTheyAreShown) {
+  const CommandRow& go = *FindCommand(commands::kGo);
+  EXPECT_EQ(MenuText(go, false), "&Go\tF7");
+  EXPECT_EQ(MenuText(go, true), "&Break\tF7");
+  EXPECT_EQ(MenuText(*FindCommand(commands::kExit), false), "E&xit");
+  EXPECT_EQ(FindCommand(175)->help, "Save setting when the progrm exits");
+  EXPECT_EQ(FindCommand(40015)->help, "");
+  EXPECT_EQ(FindCommand(149), nullptr);
+  // Every menu item says what it does, save the five that never had a text.
+  for (const CommandRow& row : CommandRows()) {
+    EXPECT_TRUE(row.menu == Menu::None || row.id > 40000 || !row.help.empty()) << row.id;
+  }
+
+  std::vector<std::string> bar;
+  for (const MenuTitle& title : MenuBar()) bar.emplace_back(title.text);
+  EXPECT_THAT(
+      bar, ElementsAre("&File", "&Edit", "&Configure", "File&I/O", "De&bug", "&Window", "&Help"));
+
+  const ToolbarButton& button = Toolbar()[5];
+  EXPECT_EQ(Tooltip(button, false), "Ready to run MCU");
+  EXPECT_EQ(Tooltip(button, true), "MCU is running, click this button to stop");
+}
+
+// A toolbar command and the menu command that it repeats must not differ in when they work, but for
+// the button that is disabled where the menu item says why.
+TEST(CommandRows, RepeatedCommandsAgree) {
+  for (const CommandRow& row : CommandRows()) {
+    if (row.same_as == 0) continue;
+    const CommandRow* const original = FindCommand(row.same_as);
+    ASSERT_NE(original, nullptr) << row.id;
+    const auto works = [](const CommandRow& r) { return r.flags & ~unsigned{kNotWhileRunning}; };
+    EXPECT_EQ(works(row), works(*original)) << row.id;
+  }
+}
+
+}  // namespace
+}  // namespace brevant::workspace
