@@ -13,7 +13,7 @@ namespace brevant::cli {
 
 struct Options {
   std::string port;           // COM1..COM4, a device path or "sim"; empty: settings
-  std::optional<int> device;  // 0 GP32, 1 QL; else as the settings say
+  std::optional<int> device;  // its settings number; else as the settings say
   std::optional<link::SecurityCode> security;
   bool no_security = false;
   std::string settings = "brevant.ini";

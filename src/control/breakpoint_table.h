@@ -15,10 +15,6 @@ inline constexpr int kMaxBreakpoints = 100;
 inline constexpr int kNoBreakpoint = kMaxBreakpoints;
 inline constexpr std::uint8_t kSwiOpcode = 0x83;
 
-// Break module registers.
-inline constexpr base::Address kBRKH = 0xFE09;
-inline constexpr base::Address kBRKSCR = 0xFE0B;
-
 struct Breakpoint {
   bool in_use = false;
   std::uint8_t saved = 0;  // the code byte under the SWI

@@ -4,6 +4,7 @@
 #include "base/file_names.h"
 #include "base/files.h"
 #include "debugger/start_up_program.h"
+#include "devices/hc08.h"
 #include "link/security_code.h"
 #include "symbols/source_text.h"
 #include "symbols/symbol_file.h"
@@ -11,7 +12,6 @@
 namespace brevant::debugger {
 namespace {
 
-constexpr base::Address kResetVector = 0xFFFE;
 constexpr base::Address kErasedVector = 0xFFFF;
 
 }  // namespace
@@ -159,7 +159,7 @@ void Debugger::ChooseProgramCounter() {
   if (const auto known = start_address.AfterReset()) {
     start = *known;
   } else {
-    start = monitor.ReadWord(kResetVector);
+    start = monitor.ReadWord(devices::kResetVector);
     if (start == kErasedVector) return;
   }
   frame.PC = start;

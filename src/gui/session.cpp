@@ -1,10 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "gui/session.h"
 
-#include <algorithm>
-
 #include "base/files.h"
-#include "link/connect_form.h"
+#include "devices/device.h"
 #include "link/messages.h"
 #include "link/security_code.h"
 
@@ -59,9 +57,7 @@ void Session::RepaintNowAndThen() {
 }
 
 link::ConnectResult Session::ShowConnecting(base::FunctionRef<link::ConnectResult()> connect) {
-  const auto names = link::DeviceNames();
-  const int last = static_cast<int>(names.size()) - 1;
-  target_ = names[static_cast<std::size_t>(std::clamp(settings.Integer(keys::kDevice), 0, last))];
+  target_ = devices::BySettingsNumber(settings.Integer(keys::kDevice)).name;
   ui.ShowWaiting("Look for hardware", "Connecting to the target...");
   ui.Hold();
   const link::ConnectResult result = connect();

@@ -4,13 +4,17 @@
 #include <algorithm>
 #include <array>
 
+#include "devices/hc08.h"
+
 namespace brevant::images {
 namespace {
 
 using control::Mode;
 
-constexpr base::Address kIrqVector = 0xFFFA;
-constexpr std::array<std::uint8_t, 2> kIrqVectorContent{0xFE, 0x27};
+using devices::kIrqVector;
+
+constexpr std::array kIrqVectorContent{base::HighByte(devices::kIrqStopRoutine),
+                                       base::LowByte(devices::kIrqStopRoutine)};
 constexpr base::Address kLastAddress = 0xFFFF;
 
 constexpr const char* kEraseTitle = "Erase flash EEPROM";
@@ -104,8 +108,8 @@ bool FlashOperations::EraseFlashRange(base::Address start, base::Address end) {
     with_.ui.ShowMessage(ToMessage(messages::kEndNotAboveStart));
     return false;
   }
-  const ErasePlan plan = PlanErase(driver_.device(), start, end);
-  erases_security_ = Erases(plan, driver_.device(), kSecurityBytes);
+  const ErasePlan plan = PlanErase(driver_.flash(), start, end);
+  erases_security_ = Erases(plan, driver_.flash(), devices::kSecurityCode);
   driver_.MakeRoom();
   driver_.LoadEraseRangeRoutine(plan);
   with_.ui.BeginProgress(kEraseTitle, kEraseText, true);
