@@ -2,11 +2,13 @@
 // Erasing and programming flash.
 #include <fmt/format.h>
 
+#include <array>
 #include <vector>
 
 #include "cli/command_table.h"
 #include "cli/session.h"
 #include "cli/shown_progress.h"
+#include "devices/hc08.h"
 #include "images/flash_forms.h"
 #include "images/image_reader.h"
 #include "images/verify.h"
@@ -140,7 +142,8 @@ Result ProgramBytes(Session& session, const ParsedArguments& arguments) {
 
 Result ProgramIrq(Session& session, const ParsedArguments&) {
   images::Image image;
-  image.Put(0xFFFA, std::vector<std::uint8_t>{0xFE, 0x27});
+  image.Put(devices::kIrqVector, std::array{base::HighByte(devices::kIrqStopRoutine),
+                                            base::LowByte(devices::kIrqStopRoutine)});
   images::FlashOperations& flash = session.debugger().flash;
   Result result = AwaitFlash(session, flash.status(), flash.ProgramIrqVector());
   return Programmed(session, std::move(result), image, true);

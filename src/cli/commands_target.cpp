@@ -10,7 +10,7 @@
 #include "cli/command_table.h"
 #include "cli/register_line.h"
 #include "cli/session.h"
-#include "link/connect_form.h"
+#include "devices/device.h"
 #include "views/block_operation.h"
 
 namespace brevant::cli {
@@ -66,8 +66,8 @@ void NoteNotTaken(Session& session, base::Address address, base::Bytes written) 
 }
 
 Result Info(Session& session, const ParsedArguments&) {
-  const std::string device = link::DeviceNames().at(
-      static_cast<std::size_t>(session.settings().Integer(base::keys::kDevice) == 1));
+  const std::string_view device =
+      devices::BySettingsNumber(session.settings().Integer(base::keys::kDevice)).name;
   const std::string security = session.debugger().security.passed() ? "passed" : "not passed";
   Result result;
   result.text =

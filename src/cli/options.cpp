@@ -1,11 +1,15 @@
 // SPDX-License-Identifier: MIT
 #include "cli/options.h"
 
+#include <fmt/ranges.h>
+
 #include <CLI/CLI.hpp>
 #include <map>
+#include <vector>
 
 #include "cli/command_table.h"
 #include "cli/exit_status.h"
+#include "devices/device.h"
 #include "link/security_code.h"
 
 namespace brevant::cli {
@@ -20,6 +24,12 @@ std::string Footer() {
          "Exit status: 0 all went well, 1 a command failed, 2 usage, 3 file or format, 4 port,\n"
          "5 no answer or time-out, 6 security, 7 verify found a difference, 8 refused for want of "
          "--yes.";
+}
+
+std::vector<std::string> DeviceOptions() {
+  std::vector<std::string> names;
+  for (const devices::Device& device : devices::All()) names.emplace_back(device.option);
+  return names;
 }
 
 std::string CheckSecurity(const std::string& text) {
@@ -37,13 +47,14 @@ ParsedOptions ParseOptions(int argc, const char* const* argv, const std::string&
   std::string security;
   std::string device;
   std::string pace;
-  const std::map<std::string, int> devices{{"gp32", 0}, {"ql", 1}};
   const std::map<std::string, simulator::Pace> paces{{"instant", simulator::Pace::Instant},
                                                      {"bus", simulator::Pace::Bus},
                                                      {"wire", simulator::Pace::Wire}};
   app.add_option("-p,--port", options.target.port, "COM1..COM4, a serial device, or sim")
       ->type_name("NAME");
-  app.add_option("-d,--device", device, "gp32 or ql")->check(CLI::IsMember({"gp32", "ql"}));
+  const std::vector<std::string> devices = DeviceOptions();
+  app.add_option("-d,--device", device, fmt::format("{}", fmt::join(devices, " or ")))
+      ->check(CLI::IsMember(devices));
   app.add_option("-s,--security", security, "security code")
       ->type_name("16HEX")
       ->check(CLI::Validator(CheckSecurity, "", "security"));
@@ -75,7 +86,9 @@ ParsedOptions ParseOptions(int argc, const char* const* argv, const std::string&
     return parsed;
   }
   if (!security.empty()) options.target.security = link::ParseSecurityCode(security);
-  if (!device.empty()) options.target.device = devices.at(device);
+  if (const devices::Device* row = devices::ByOption(device)) {
+    options.target.device = row->settings_number;
+  }
   if (!pace.empty()) options.pace = paces.at(pace);
   return parsed;
 }

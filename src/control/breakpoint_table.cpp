@@ -3,13 +3,9 @@
 
 #include <algorithm>
 
+#include "devices/hc08.h"
+
 namespace brevant::control {
-
-namespace {
-
-constexpr std::uint32_t kBreakEnable = 0x80;  // BRKE of BRKSCR
-
-}  // namespace
 
 int BreakpointTable::FindBreakpoint(base::Address address) const {
   const auto found = std::find_if(entries_.begin(), entries_.end(), [address](const auto& entry) {
@@ -68,13 +64,13 @@ void BreakpointTable::RemoveBreakpoints() {
 }
 
 void BreakpointTable::ArmBreakModule(base::Address address) {
-  monitor_.WriteWord(kBRKH, address);
-  monitor_.WriteByte(kBRKSCR, kBreakEnable);
+  monitor_.WriteWord(devices::kBRKH, address);
+  monitor_.WriteByte(devices::kBRKSCR, devices::kBreakEnable);
   armed_ = address;
 }
 
 void BreakpointTable::DisarmBreakModule() {
-  monitor_.WriteByte(kBRKSCR, 0);
+  monitor_.WriteByte(devices::kBRKSCR, 0);
 }
 
 void BreakpointTable::PlantStep(int slot, base::Address address) {

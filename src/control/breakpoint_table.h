@@ -16,10 +16,6 @@ inline constexpr int kMaxBreakpoints = 100;
 inline constexpr int kNoBreakpoint = kMaxBreakpoints;
 inline constexpr std::uint8_t kSwiOpcode = 0x83;
 
-// Break module registers.
-inline constexpr base::Address kBRKH = 0xFE09;
-inline constexpr base::Address kBRKSCR = 0xFE0B;
-
 enum class BreakMode {
   Software,  // any number of SWI bytes, in RAM only
   Hardware,  // the break module: one breakpoint, in flash too

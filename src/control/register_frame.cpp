@@ -4,6 +4,7 @@
 #include <array>
 
 #include "base/text_number.h"
+#include "devices/hc08.h"
 
 namespace brevant::control {
 
@@ -24,7 +25,6 @@ constexpr Address kInterrupted = 6, kInterruptedSP = 10;
 constexpr Address kBorrowedRam = 0x0080;
 constexpr int kBorrowedBytes = 6;
 constexpr int kStackPointerPolls = 40;
-constexpr Address kResetVector = 0xFFFE;
 constexpr std::uint32_t kErasedWord = 0xFFFF;
 
 }  // namespace
@@ -125,7 +125,7 @@ bool RegisterFrame::SetStackPointer(Address value) {
 
 void RegisterFrame::LoadResetPC() {
   const Address base = monitor_.ReadStackPointer();
-  const std::uint32_t vector = monitor_.ReadWord(kResetVector);
+  const std::uint32_t vector = monitor_.ReadWord(devices::kResetVector);
   if (monitor_.LinkError()) return;
   SP = base;
   if (vector == kErasedWord) return;

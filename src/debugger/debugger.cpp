@@ -6,13 +6,13 @@
 #include "base/file_names.h"
 #include "base/files.h"
 #include "debugger/start_up_program.h"
+#include "devices/hc08.h"
 #include "symbols/source_text.h"
 #include "symbols/symbol_file.h"
 
 namespace brevant::debugger {
 namespace {
 
-constexpr base::Address kResetVector = 0xFFFE;
 constexpr base::Address kErasedVector = 0xFFFF;
 
 }  // namespace
@@ -134,7 +134,7 @@ void Debugger::ChooseProgramCounter() {
   if (const auto known = start_address.AfterReset()) {
     start = *known;
   } else {
-    start = monitor.ReadWord(kResetVector);
+    start = monitor.ReadWord(devices::kResetVector);
     if (start == kErasedVector) return;
   }
   frame.SetPC(start);

@@ -14,6 +14,7 @@
 #include <QSignalBlocker>
 #include <array>
 
+#include "devices/device.h"
 #include "gui/icons.h"
 #include "gui/qt_user_interface.h"
 #include "link/connect_form.h"
@@ -105,7 +106,7 @@ void ConnectDialog::AddFields(QGridLayout* layout) {
     layout->addWidget(made, row, 0);
   };
   devices_->setObjectName("devices");
-  for (const std::string& name : link::DeviceNames()) devices_->addItem(Text(name));
+  for (const devices::Device& device : devices::All()) devices_->addItem(Text(device.name));
   label(1, "&Devices", devices_);
   layout->addWidget(devices_, 1, 1, 1, 2);
 

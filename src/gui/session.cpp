@@ -1,10 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "gui/session.h"
 
-#include <algorithm>
-
 #include "base/files.h"
-#include "link/connect_form.h"
+#include "devices/device.h"
 
 namespace brevant::gui {
 namespace {
@@ -55,9 +53,7 @@ void Session::RepaintNowAndThen() {
 }
 
 bool Session::ShowConnecting(base::FunctionRef<frontend::Connection()> connect) {
-  const auto names = link::DeviceNames();
-  const int last = static_cast<int>(names.size()) - 1;
-  target_ = names[static_cast<std::size_t>(std::clamp(settings.Integer(keys::kDevice), 0, last))];
+  target_ = devices::BySettingsNumber(settings.Integer(keys::kDevice)).name;
   ui.ShowWaiting("Look for hardware", "Connecting to the target...");
   const frontend::Connection connection = connect();
   ui.EndProgress();

@@ -1,11 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "images/flash_driver.h"
 
+#include "devices/hc08.h"
+
 namespace brevant::images {
 namespace {
-
-constexpr base::Address kConfig1 = 0x001F;
-constexpr std::uint8_t kCopDisable = 0x01;
 
 // The registers that the monitor stacks, and the stack that it uses itself below them.
 constexpr base::Address kFrameSize = 6;
@@ -14,8 +13,8 @@ constexpr base::Address kLastUsed = kBlockData + kBlockSize - 1;
 
 }  // namespace
 
-const FlashDevice& FlashDriver::device() const {
-  return FlashDeviceByIndex(settings_.Integer(base::keys::kDevice));
+const devices::FlashGeometry& FlashDriver::flash() const {
+  return devices::BySettingsNumber(settings_.Integer(base::keys::kDevice)).flash;
 }
 
 void FlashDriver::MakeRoom() {
@@ -35,24 +34,24 @@ void FlashDriver::PointAtRoutine() {
 }
 
 void FlashDriver::DisableCop() {
-  monitor_.WriteByte(kConfig1, kCopDisable);
+  monitor_.WriteByte(devices::kConfig1, devices::kCopDisable);
 }
 
 void FlashDriver::LoadProgrammingRoutine() {
-  Download(ProgrammingRoutine(device()));
+  Download(ProgrammingRoutine(flash()));
   PointAtRoutine();
   DisableCop();
 }
 
 void FlashDriver::LoadMassEraseRoutine() {
   frame_.SP = monitor_.ReadStackPointer();
-  Download(MassEraseRoutine(device()));
+  Download(MassEraseRoutine(flash()));
   frame_.WriteProgramCounter(kRoutine);
 }
 
 void FlashDriver::LoadEraseRangeRoutine(const ErasePlan& plan) {
   monitor_.WriteBlock(kEraseParameters, plan.parameters);
-  Download(EraseRangeRoutine(device()));
+  Download(EraseRangeRoutine(flash()));
 }
 
 void FlashDriver::WriteBlockData(base::Bytes bytes) {

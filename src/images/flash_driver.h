@@ -6,6 +6,7 @@
 #include "base/address.h"
 #include "base/settings_file.h"
 #include "control/register_frame.h"
+#include "devices/device.h"
 #include "images/flash_plan.h"
 #include "images/flash_routines.h"
 #include "link/monitor.h"
@@ -18,8 +19,8 @@ class FlashDriver {
               const base::SettingsFile& settings)
       : monitor_(monitor), frame_(frame), settings_(settings) {}
 
-  // The one of setting "HC08Devices".
-  const FlashDevice& device() const;
+  // Of the device of setting "HC08Devices".
+  const devices::FlashGeometry& flash() const;
 
   // Moves a program's stack out of the RAM that the routines use: the monitor works below the frame
   // and would overwrite parameters and data while they are being sent. A stack as after a reset

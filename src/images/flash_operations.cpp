@@ -4,11 +4,15 @@
 #include <algorithm>
 #include <array>
 
+#include "devices/hc08.h"
+
 namespace brevant::images {
 namespace {
 
-constexpr base::Address kIrqVector = 0xFFFA;
-constexpr std::array<std::uint8_t, 2> kIrqVectorContent{0xFE, 0x27};
+using devices::kIrqVector;
+
+constexpr std::array kIrqVectorContent{base::HighByte(devices::kIrqStopRoutine),
+                                       base::LowByte(devices::kIrqStopRoutine)};
 constexpr base::Address kLastAddress = 0xFFFF;
 
 constexpr const char* kEraseTitle = "Erase flash EEPROM";
@@ -102,8 +106,8 @@ bool FlashOperations::EraseFlashRange(base::Address start, base::Address end) {
     with_.ui.ShowMessage(ToMessage(messages::kEndNotAboveStart));
     return false;
   }
-  const ErasePlan plan = PlanErase(driver_.device(), start, end);
-  erases_security_ = Erases(plan, driver_.device(), link::kSecurityBytes);
+  const ErasePlan plan = PlanErase(driver_.flash(), start, end);
+  erases_security_ = Erases(plan, driver_.flash(), devices::kSecurityCode);
   driver_.MakeRoom();
   driver_.LoadEraseRangeRoutine(plan);
   with_.ui.BeginProgress(kEraseTitle, kEraseText, true);

@@ -25,7 +25,7 @@ class FlashOperations final : public control::Operation {
   // Asks first.
   bool MassEraseCommand();
   bool MassEraseFlash();
-  // $FE27, the monitor's stop-on-IRQ handler, at $FFFA.
+  // The monitor's stop-on-IRQ routine into the IRQ vector.
   bool ProgramIrqVector();
   // Any number of bytes. More than kBlockSize go in several blocks, one after the other.
   bool ProgramFlashLocations(base::Address address, base::Bytes bytes);

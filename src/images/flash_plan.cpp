@@ -10,19 +10,19 @@ constexpr int kMaxPages = 256;
 
 }  // namespace
 
-ErasePlan PlanErase(const FlashDevice& device, base::Address start, base::Address end) {
-  const base::Address mask = device.page_mask();
+ErasePlan PlanErase(const devices::FlashGeometry& flash, base::Address start, base::Address end) {
+  const base::Address mask = flash.page_mask();
   ErasePlan plan;
   plan.first_page = start & ~mask;
-  const std::uint8_t count = base::LowByte((end - plan.first_page + mask) >> device.page_shift);
+  const std::uint8_t count = base::LowByte((end - plan.first_page + mask) >> flash.page_shift);
   plan.pages = count == 0 ? kMaxPages : count;
   plan.parameters = {base::HighByte(plan.first_page), base::LowByte(plan.first_page + mask), count};
   return plan;
 }
 
-bool Erases(const ErasePlan& plan, const FlashDevice& device, base::Address address) {
+bool Erases(const ErasePlan& plan, const devices::FlashGeometry& flash, base::Address address) {
   const base::Address offset = base::Low16(address - plan.first_page);
-  return static_cast<int>(offset >> device.page_shift) < plan.pages;
+  return static_cast<int>(offset >> flash.page_shift) < plan.pages;
 }
 
 std::array<std::uint8_t, 8> BlockParameters(base::Address address, std::size_t count) {

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "base/address.h"
+#include "devices/device.h"
 #include "images/flash_routines.h"
 
 namespace brevant::images {
@@ -21,9 +22,9 @@ struct ErasePlan {
 // For a range whose end lies above its start, both 16 bits. A range of more than 256 pages wraps
 // around modulo 256, and an end that is the first byte of a page does not get that page erased: the
 // routine's page counter has eight bits, and these are the rules its users know.
-ErasePlan PlanErase(const FlashDevice& device, base::Address start, base::Address end);
+ErasePlan PlanErase(const devices::FlashGeometry& flash, base::Address start, base::Address end);
 // The page that holds the address is among those erased.
-bool Erases(const ErasePlan& plan, const FlashDevice& device, base::Address address);
+bool Erases(const ErasePlan& plan, const devices::FlashGeometry& flash, base::Address address);
 
 // For kBlockParameters: where to program and where to verify, then as below.
 std::array<std::uint8_t, 8> BlockParameters(base::Address address, std::size_t count);

@@ -7,9 +7,6 @@
 namespace brevant::images {
 namespace {
 
-constexpr FlashDevice kGp32{"MC68HC908GP32", 0xFF7E, 7, 0x40};
-constexpr FlashDevice kQl{"MC68HC908QL", 0xFFBE, 6, 0x20};
-
 constexpr std::uint8_t kAix = 0xAF;
 
 constexpr std::array<std::uint8_t, 64> kMassErase{
@@ -54,22 +51,18 @@ class Patched {
 
 }  // namespace
 
-const FlashDevice& FlashDeviceByIndex(int index) {
-  return index == 1 ? kQl : kGp32;
+std::vector<std::uint8_t> MassEraseRoutine(const devices::FlashGeometry& flash) {
+  return Patched(kMassErase).Word(kMassEraseFlbpr, flash.flbpr).Take();
 }
 
-std::vector<std::uint8_t> MassEraseRoutine(const FlashDevice& device) {
-  return Patched(kMassErase).Word(kMassEraseFlbpr, device.flbpr).Take();
+std::vector<std::uint8_t> ProgrammingRoutine(const devices::FlashGeometry& flash) {
+  return Patched(kProgramming).Word(kProgrammingFlbpr, flash.flbpr).Take();
 }
 
-std::vector<std::uint8_t> ProgrammingRoutine(const FlashDevice& device) {
-  return Patched(kProgramming).Word(kProgrammingFlbpr, device.flbpr).Take();
-}
-
-std::vector<std::uint8_t> EraseRangeRoutine(const FlashDevice& device) {
-  const std::uint32_t step = base::Word(kAix, device.page_step);
+std::vector<std::uint8_t> EraseRangeRoutine(const devices::FlashGeometry& flash) {
+  const std::uint32_t step = base::Word(kAix, flash.aix_step());
   return Patched(kEraseRange)
-      .Word(kEraseRangeFlbpr, device.flbpr)
+      .Word(kEraseRangeFlbpr, flash.flbpr)
       .Word(kEraseRangeSteps, step)
       .Word(kEraseRangeSteps + 2, step)
       .Take();

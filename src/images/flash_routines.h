@@ -5,25 +5,12 @@
 #pragma once
 
 #include <cstdint>
-#include <string_view>
 #include <vector>
 
 #include "base/address.h"
+#include "devices/device.h"
 
 namespace brevant::images {
-
-struct FlashDevice {
-  std::string_view name;
-  base::Address flbpr;     // flash block protect register, which each sequence has to read
-  int page_shift;          // log2 of the erase page's size
-  std::uint8_t page_step;  // two AIX of this step to the next page
-
-  constexpr base::Address page_size() const { return base::Address{1} << page_shift; }
-  constexpr base::Address page_mask() const { return page_size() - 1; }
-};
-
-// By value of setting "HC08Devices": 1 MC68HC908QL, any other MC68HC908GP32.
-const FlashDevice& FlashDeviceByIndex(int index);
 
 // Target RAM.
 inline constexpr base::Address kRoutine = 0x0080;
@@ -36,8 +23,8 @@ inline constexpr base::Address kRoutineStack = 0x00FF;
 
 inline constexpr std::size_t kBlockSize = 16;
 
-std::vector<std::uint8_t> MassEraseRoutine(const FlashDevice& device);
-std::vector<std::uint8_t> ProgrammingRoutine(const FlashDevice& device);
-std::vector<std::uint8_t> EraseRangeRoutine(const FlashDevice& device);
+std::vector<std::uint8_t> MassEraseRoutine(const devices::FlashGeometry& flash);
+std::vector<std::uint8_t> ProgrammingRoutine(const devices::FlashGeometry& flash);
+std::vector<std::uint8_t> EraseRangeRoutine(const devices::FlashGeometry& flash);
 
 }  // namespace brevant::images

@@ -8,12 +8,12 @@
 
 #include "base/file_names.h"
 #include "base/files.h"
+#include "devices/hc08.h"
 #include "images/messages.h"
 
 namespace brevant::images {
 namespace {
 
-constexpr base::Address kResetVector = 0xFFFE;
 constexpr std::string_view kLoadingTitle = "Loading File...";
 constexpr std::string_view kWatchExtension = "cfg";
 
@@ -163,7 +163,7 @@ symbols::ImportResult Loader::Import(const std::string& path) {
   request.image_directory = image_directory_;
   request.image_format = settings_.Integer(base::keys::kImageFormat);
   request.write_reset_vector = [this](std::uint16_t value) {
-    monitor_.WriteWord(kResetVector, value);
+    monitor_.WriteWord(devices::kResetVector, value);
   };
   return symbols::ImportCompanion(request, debug_info_);
 }

@@ -4,6 +4,7 @@
 #include "base/file_names.h"
 #include "base/text_format.h"
 #include "base/text_number.h"
+#include "devices/device.h"
 #include "link/messages.h"
 
 namespace brevant::link {
@@ -51,10 +52,6 @@ PortChoice* ConnectForm::FindPort(std::string_view name) {
   return IsLogicalPort(upper) ? &ports[upper.back() - '1'] : nullptr;
 }
 
-std::vector<std::string> DeviceNames() {
-  return {"MC68HC908GP32", "MC68HC908QL"};
-}
-
 ConnectForm OpenConnectForm(const base::SettingsFile& settings, const SecurityKeeper& security,
                             const std::vector<SerialDevice>& found) {
   ConnectForm form;
@@ -64,8 +61,7 @@ ConnectForm OpenConnectForm(const base::SettingsFile& settings, const SecurityKe
   for (int n = 0; n < kRecentCodes; ++n) {
     form.recent_codes[n] = ListText(settings.String(kRecentSecurity, n));
   }
-  const int device = settings.Integer(kDevice);
-  form.device = device > 0 && device < static_cast<int>(DeviceNames().size()) ? device : 0;
+  form.device = devices::BySettingsNumber(settings.Integer(kDevice)).settings_number;
   for (int i = 0; i < kLogicalPorts; ++i) {
     form.ports[i].device = DeviceBehind(PortName(i), settings, found).value_or("");
   }

@@ -31,16 +31,14 @@ struct ConnectForm {
   std::string port;
   bool verify_security = true;
   std::array<std::string, kRecentCodes> recent_codes;  // as the "Select" list shows them
-  int device = 0;                                      // index into DeviceNames()
+  int device = 0;                                      // a device's settings number
   std::array<PortChoice, kLogicalPorts> ports;         // 0 is COM1
 
   // The choice for a port as typed ("com2"); nullptr when there is no such port.
   PortChoice* FindPort(std::string_view name);
 };
 
-std::vector<std::string> DeviceNames();  // "MC68HC908GP32", "MC68HC908QL"
-
-// The form as the dialog opens with it. An index of the settings that names no device shows as 0.
+// The form as the dialog opens with it.
 ConnectForm OpenConnectForm(const base::SettingsFile& settings, const SecurityKeeper& security,
                             const std::vector<SerialDevice>& found = {});
 // Fills the code fields from entry n of the recent codes, each byte C3 when it does not parse.

@@ -5,6 +5,7 @@
 
 #include "base/file_names.h"
 #include "base/text_format.h"
+#include "devices/hc08.h"
 #include "link/messages.h"
 #include "link/port_map.h"
 
@@ -14,9 +15,6 @@ namespace {
 
 using namespace base::keys;
 
-// The monitor's verdict on the code, in a RAM byte that the host can read in either case.
-constexpr base::Address kSecurityStatus = 0x0080;
-constexpr std::uint8_t kSecurityPassedBit = 0x40;
 // Exercises the link and its echo check once before anything depends on it.
 constexpr base::Address kTestAddress = 0x0100;
 constexpr std::uint32_t kTestValue = 0x5A;
@@ -73,8 +71,8 @@ void Connector::ResetTarget() {
 }
 
 bool Connector::SecurityPassed() {
-  const std::uint8_t status = monitor_.ReadByte(kSecurityStatus);
-  return !monitor_.LinkError() && (status & kSecurityPassedBit) != 0;
+  const std::uint8_t status = monitor_.ReadByte(devices::kSecurityStatus);
+  return !monitor_.LinkError() && (status & devices::kSecurityPassed) != 0;
 }
 
 std::optional<SecurityCode> Connector::TryKnownCodes() {

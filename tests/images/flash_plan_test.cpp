@@ -29,7 +29,7 @@ TEST(ErasePlan, CountsPagesAsTheRoutineDoes) {
       {1, 0xBF00, 0xFFFF, 0xBF00, 4, {0xBF, 0x3F, 0x04}},
   };
   for (const Case& c : cases) {
-    const ErasePlan plan = PlanErase(FlashDeviceByIndex(c.device), c.start, c.end);
+    const ErasePlan plan = PlanErase(devices::BySettingsNumber(c.device).flash, c.start, c.end);
     EXPECT_EQ(plan.first_page, c.first_page) << c.start;
     EXPECT_EQ(plan.pages, c.pages) << c.start;
     EXPECT_EQ(plan.parameters, c.parameters) << c.start;
@@ -37,7 +37,7 @@ TEST(ErasePlan, CountsPagesAsTheRoutineDoes) {
 }
 
 TEST(ErasePlan, KnowsWhichAddressesItReaches) {
-  const FlashDevice& device = FlashDeviceByIndex(0);
+  const devices::FlashGeometry& device = devices::BySettingsNumber(0).flash;
   const ErasePlan plan = PlanErase(device, 0x8080, 0x8180);
   EXPECT_FALSE(Erases(plan, device, 0x807F));
   EXPECT_TRUE(Erases(plan, device, 0x8080));
