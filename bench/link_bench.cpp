@@ -130,13 +130,14 @@ bool Read(Bench& bench) {
 }
 
 bool Step(Bench& bench) {
-  control::RegisterFrame frame(bench.monitor);
-  control::BreakpointTable breakpoints(bench.monitor);
+  memory::Memory memory(bench.monitor);
+  control::RegisterFrame frame(memory, bench.link);
+  control::BreakpointTable breakpoints(memory);
   NoEvents events;
   control::Activity activity(events);
   const symbols::DebugInfo debug_info;
   const base::SettingsFile settings(std::filesystem::path{});
-  control::RunControl run(bench.monitor, frame, breakpoints, activity, debug_info, settings,
+  control::RunControl run(bench.link, memory, frame, breakpoints, activity, debug_info, settings,
                           events);
   bench.monitor.WriteBlock(0x0100, std::vector<std::uint8_t>{0x4C, 0x9D, 0x20, 0xFC});
   bench.monitor.WriteWord(0x00FE, 0x0100);

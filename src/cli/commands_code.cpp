@@ -30,22 +30,12 @@ Result ListBreakpoints(Session& session) {
   return result;
 }
 
-// A software breakpoint in memory that does not take the SWI would be silently missed.
-bool TakesSwi(link::Monitor& monitor, base::Address address) {
-  const std::uint8_t saved = monitor.ReadByte(address);
-  if (saved == control::kSwiOpcode) return true;
-  monitor.WriteByte(address, control::kSwiOpcode);
-  const bool taken = monitor.ReadByte(address) == control::kSwiOpcode;
-  monitor.WriteByte(address, saved);
-  return taken;
-}
-
 Result Disassembled(Session& session, base::Address address, int count) {
   debugger::Debugger& debugger = session.debugger();
   Result result;
   result.fields["lines"] = nlohmann::ordered_json::array();
   for (const views::CodeLine& line :
-       views::ReadCodeLines(debugger.monitor, debugger.debug_info.SymbolTable, address, count)) {
+       views::ReadCodeLines(debugger.memory, debugger.debug_info.SymbolTable, address, count)) {
     result.text += line.text + '\n';
     result.fields["lines"].push_back(line.text);
   }
@@ -67,11 +57,9 @@ Result Asm(Session& session, const ParsedArguments& arguments) {
         "\"{}\" is no instruction here: one mnemonic with hexadecimal operands or symbols", text));
   }
   const base::Bytes bytes(assembled->bytes.data(), static_cast<std::size_t>(assembled->length));
-  debugger.monitor.WriteBlock(address, bytes);
-  std::vector<std::uint8_t> taken(bytes.size());
-  debugger.monitor.ReadBlockBytes(taken, address);
+  const auto refused = debugger.memory.WriteAndLook(address, bytes);
   Result result = Disassembled(session, address, 1);
-  if (result.ok() && !std::ranges::equal(taken, bytes)) {
+  if (result.ok() && refused) {
     result.status = ExitStatus::Failed;
     result.error = fmt::format(
         "the memory at {:04x} did not take the instruction: RAM can be "
@@ -94,7 +82,7 @@ Result Break(Session& session, const ParsedArguments& arguments) {
                      hardware ? "delete the other one, or use mode software for code in RAM"
                               : "delete one first");
     }
-    if (!hardware && !TakesSwi(debugger.monitor, address)) {
+    if (!hardware && !debugger.breakpoints.TakesSwi(address)) {
       return Failure(
           ExitStatus::Failed,
           fmt::format("{:04x} is not RAM and cannot hold a software breakpoint: use mode hardware",

@@ -40,8 +40,8 @@ constexpr RegisterRow kRegisters[] = {
 Result RunBlockOperation(Session& session, views::BlockOperation operation) {
   session.ui().BeginProgress(operation.Title(), operation.ProgressText(), true);
   bool wanted = true;
-  while (wanted && operation.Step(session.debugger().monitor)) {
-    if (session.debugger().monitor.LinkError()) break;
+  while (wanted && operation.Step(session.debugger().memory)) {
+    if (session.debugger().memory.LinkError()) break;
     wanted = session.ui().UpdateProgress(operation.ProgressText(), operation.words_done(),
                                          operation.words_total());
   }
@@ -55,14 +55,11 @@ Result RunBlockOperation(Session& session, views::BlockOperation operation) {
 }
 
 // No failure: a register may well read differently from what was written.
-void NoteNotTaken(Session& session, base::Address address, base::Bytes written) {
-  std::vector<std::uint8_t> found(written.size());
-  session.debugger().monitor.ReadBlockBytes(found, address);
-  const auto differing = std::ranges::mismatch(written, found);
-  if (session.debugger().monitor.LinkError() || differing.in1 == written.end()) return;
+void WriteAndTell(Session& session, base::Address address, base::Bytes bytes) {
+  const auto refused = session.debugger().memory.WriteAndLook(address, bytes);
+  if (!refused) return;
   session.ui().Notice(fmt::format("{:04x} holds {:02x} and not {:02x}: flash takes program-bytes.",
-                                  address + (differing.in1 - written.begin()), *differing.in2,
-                                  *differing.in1));
+                                  refused->address, refused->found, refused->expected));
 }
 
 Result Info(Session& session, const ParsedArguments&) {
@@ -111,7 +108,7 @@ Result Read(Session& session, const ParsedArguments& arguments) {
     return UsageError(fmt::format("count {:X} is beyond {:X}, the end of memory", count, room));
   }
   std::vector<std::uint8_t> bytes(count);
-  session.debugger().monitor.ReadBlockBytes(bytes, address);
+  session.debugger().memory.AskBytes(bytes, address);
   Result result;
   for (std::size_t at = 0; at < bytes.size(); at += kBytesPerLine) {
     result.text += fmt::format("{:06x}", address + at);
@@ -127,8 +124,7 @@ Result Read(Session& session, const ParsedArguments& arguments) {
 }
 
 Result Write(Session& session, const ParsedArguments& arguments) {
-  session.debugger().monitor.WriteBlock(arguments.Number(0), arguments.Bytes(1));
-  NoteNotTaken(session, arguments.Number(0), arguments.Bytes(1));
+  WriteAndTell(session, arguments.Number(0), arguments.Bytes(1));
   return {};
 }
 
@@ -151,7 +147,7 @@ Result Move(Session& session, const ParsedArguments& arguments) {
 
 Result Reset(Session& session, const ParsedArguments&) {
   session.debugger().Reset();
-  if (session.debugger().monitor.LinkError()) {
+  if (session.debugger().memory.LinkError()) {
     return Failure(ExitStatus::NoAnswer, "the target does not answer after the reset");
   }
   if (session.debugger().image_gone) session.ui().Notice(debugger::Debugger::kImageGone);

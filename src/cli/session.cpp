@@ -42,7 +42,7 @@ Result Session::Connect() {
   const auto connection = frontend::Connect(
       debugger_, engine_ui_,
       options_.target.NamesCode() ? frontend::KnownCodes::Leave : frontend::KnownCodes::Try);
-  if (!connection.ok() || debugger_.monitor.LinkError()) return ConnectFailed(connection);
+  if (!connection.ok() || debugger_.memory.LinkError()) return ConnectFailed(connection);
   for (const base::Message& message : connection.said) ui_.Notice(OneLine(message.text));
   if (connection.found) ui_.Notice(frontend::FitText(*connection.found));
   ui_.TakeSaid();
@@ -110,7 +110,7 @@ Result Session::Run(const std::vector<std::string>& words) {
     return Failure(ExitStatus::Failed, "the target is running: stop it or wait first");
   }
   Result result = command->run(*this, arguments.value);
-  if (result.ok() && debugger_.monitor.LinkError()) {
+  if (result.ok() && debugger_.memory.LinkError()) {
     return LinkLost();
   }
   return result;

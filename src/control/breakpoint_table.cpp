@@ -44,6 +44,14 @@ void BreakpointTable::Clear() {
   ++generation_;
 }
 
+bool BreakpointTable::TakesSwi(base::Address address) {
+  const std::uint8_t saved = memory_.ReadByte(address);
+  if (saved == kSwiOpcode) return true;
+  const bool taken = !memory_.WriteAndLook(address, std::array{kSwiOpcode});
+  memory_.WriteByte(address, saved);
+  return taken;
+}
+
 void BreakpointTable::InsertBreakpoints() {
   armed_.reset();
   if (count_ < 1) return;
@@ -64,13 +72,13 @@ void BreakpointTable::RemoveBreakpoints() {
 }
 
 void BreakpointTable::ArmBreakModule(base::Address address) {
-  monitor_.WriteWord(devices::kBRKH, address);
-  monitor_.WriteByte(devices::kBRKSCR, devices::kBreakEnable);
+  memory_.WriteWord(devices::kBRKH, address);
+  memory_.WriteByte(devices::kBRKSCR, devices::kBreakEnable);
   armed_ = address;
 }
 
 void BreakpointTable::DisarmBreakModule() {
-  monitor_.WriteByte(devices::kBRKSCR, 0);
+  memory_.WriteByte(devices::kBRKSCR, 0);
 }
 
 void BreakpointTable::PlantStep(int slot, base::Address address) {
@@ -81,7 +89,7 @@ void BreakpointTable::PlantStep(int slot, base::Address address) {
 void BreakpointTable::ClearStepBreakpoints() {
   for (Breakpoint& slot : step_) {
     if (slot.in_use) Restore(slot);
-    if (monitor_.LinkError()) return;
+    if (memory_.LinkError()) return;
     slot.in_use = false;
   }
 }
@@ -92,16 +100,16 @@ bool BreakpointTable::StepPlantedAt(base::Address address) const {
 }
 
 bool BreakpointTable::Plant(Breakpoint& breakpoint) {
-  const std::uint8_t code = monitor_.ReadByte(breakpoint.address);
-  if (monitor_.LinkError()) return false;
+  const std::uint8_t code = memory_.ReadByte(breakpoint.address);
+  if (memory_.LinkError()) return false;
   breakpoint.saved = code;
-  monitor_.WriteByte(breakpoint.address, kSwiOpcode);
+  memory_.WriteByte(breakpoint.address, kSwiOpcode);
   return true;
 }
 
 void BreakpointTable::Restore(const Breakpoint& breakpoint) {
-  if (monitor_.ReadByte(breakpoint.address) != kSwiOpcode) return;
-  monitor_.WriteByte(breakpoint.address, breakpoint.saved);
+  if (memory_.AskByte(breakpoint.address) != kSwiOpcode) return;
+  memory_.WriteByte(breakpoint.address, breakpoint.saved);
 }
 
 }  // namespace brevant::control

@@ -8,7 +8,7 @@
 #include <optional>
 
 #include "base/address.h"
-#include "link/monitor.h"
+#include "memory/memory.h"
 
 namespace brevant::control {
 
@@ -29,7 +29,7 @@ struct Breakpoint {
 
 class BreakpointTable {
  public:
-  explicit BreakpointTable(link::Monitor& monitor) : monitor_(monitor) {}
+  explicit BreakpointTable(memory::Memory& memory) : memory_(memory) {}
 
   const std::array<Breakpoint, kMaxBreakpoints>& entries() const { return entries_; }
   int count() const { return count_; }
@@ -51,6 +51,9 @@ class BreakpointTable {
   bool HardwareBreakMode() const { return mode_ == BreakMode::Hardware; }
   void SetBreakMode(BreakMode mode) { mode_ = mode; }
 
+  // Whether the memory there can hold an SWI: tried, and put back. In other memory a software
+  // breakpoint would be silently missed.
+  bool TakesSwi(base::Address address);
   // Arms the break module with the first entry in use (hardware), or plants an SWI at every entry.
   void InsertBreakpoints();
   // Restores planted bytes. In hardware mode nothing was planted and nothing is touched.
@@ -76,7 +79,7 @@ class BreakpointTable {
   bool Plant(Breakpoint& breakpoint);
   // Only a byte that is still the SWI is replaced: the program may have been loaded anew.
   void Restore(const Breakpoint& breakpoint);
-  link::Monitor& monitor_;
+  memory::Memory& memory_;
   std::array<Breakpoint, kMaxBreakpoints> entries_{};
   std::array<Breakpoint, 2> step_{};
   int count_ = 0;

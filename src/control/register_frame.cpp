@@ -17,6 +17,7 @@ using base::LowByte;
 
 // Offsets of the stacked bytes from the frame base.
 constexpr Address kH = 0, kCCR = 1, kA = 2, kX = 3, kPC = 4;
+constexpr int kFrameBytes = 6;
 // READSP answers one above the monitor's own stack pointer; five bytes of the frame lie above it.
 constexpr Address kProgramSP = 5;
 // When a break signal stops a program, its interrupt frame lies above the monitor's own frame.
@@ -30,17 +31,15 @@ constexpr std::uint32_t kErasedWord = 0xFFFF;
 }  // namespace
 
 bool RegisterFrame::ReadRegisters() {
-  const Address base = monitor_.ReadStackPointer();
-  monitor_.ReadByte(Low16(base - 1));
-  const std::uint32_t h_ccr = monitor_.ReadNext();
-  const std::uint32_t a_x = monitor_.ReadNext();
-  const std::uint32_t pc = monitor_.ReadNext();
-  if (monitor_.LinkError()) return false;
+  const Address base = memory_.ReadStackPointer();
+  std::array<std::uint8_t, kFrameBytes> frame{};
+  memory_.AskChecked(frame, base);
+  if (memory_.LinkError()) return false;
   SP = base;
-  CCR = LowByte(h_ccr);
-  HX = base::Word(HighByte(h_ccr), LowByte(a_x));
-  A = HighByte(a_x);
-  PC = pc;
+  CCR = frame[kCCR];
+  HX = base::Word(frame[kH], frame[kX]);
+  A = frame[kA];
+  PC = base::Word(frame[kPC], frame[kPC + 1]);
   ++generation_;
   return true;
 }
@@ -52,81 +51,78 @@ void RegisterFrame::SetPC(Address value) {
 }
 
 void RegisterFrame::WriteProgramCounter(Address value) {
-  monitor_.WriteByte(Low16(SP + kPC), HighByte(value));
-  monitor_.WriteByte(Low16(SP + kPC + 1), LowByte(value));
+  memory_.WriteByte(Low16(SP + kPC), HighByte(value));
+  memory_.WriteByte(Low16(SP + kPC + 1), LowByte(value));
 }
 
 Address RegisterFrame::ReadFramePC() {
-  monitor_.ReadByte(Low16(SP + kPC - 1));
-  return monitor_.ReadNext();
+  std::array<std::uint8_t, 2> pc{};
+  memory_.AskChecked(pc, SP + kPC);
+  return base::Word(pc[0], pc[1]);
 }
 
 void RegisterFrame::WriteHX(std::uint32_t value) {
   HX = Low16(value);
   ++generation_;
-  monitor_.WriteByte(Low16(SP + kH), HighByte(HX));
-  monitor_.WriteByte(Low16(SP + kX), LowByte(HX));
+  memory_.WriteByte(Low16(SP + kH), HighByte(HX));
+  memory_.WriteByte(Low16(SP + kX), LowByte(HX));
 }
 
 void RegisterFrame::WriteA(std::uint32_t value) {
   A = LowByte(value);
   ++generation_;
-  monitor_.WriteByte(Low16(SP + kA), A);
+  memory_.WriteByte(Low16(SP + kA), A);
 }
 
 void RegisterFrame::WriteCCR(std::uint32_t value) {
   CCR = LowByte(value);
   ++generation_;
-  monitor_.WriteByte(Low16(SP + kCCR), CCR);
+  memory_.WriteByte(Low16(SP + kCCR), CCR);
 }
 
 bool RegisterFrame::SetStackPointer(Address value) {
   std::array<std::uint8_t, kBorrowedBytes> saved{};
-  monitor_.ReadByte(kBorrowedRam - 1);
-  for (int i = 0; i < kBorrowedBytes; i += 2) {
-    const std::uint32_t word = monitor_.ReadNext();
-    saved[i] = HighByte(word);
-    saved[i + 1] = LowByte(word);
-  }
+  memory_.AskChecked(saved, kBorrowedRam);
   const Address operand = Low16(value + 1);
   // LDHX #value+1; TXS; SWI
   const std::array<std::uint8_t, 5> program{0x45, HighByte(operand), LowByte(operand), 0x94, 0x83};
-  monitor_.WriteBlock(kBorrowedRam, program);
+  memory_.WriteBytes(kBorrowedRam, program);
   WriteProgramCounter(kBorrowedRam);
-  monitor_.RunTarget();
-  if (monitor_.LinkError()) return false;
+  // What the SWI stacks is all that the program writes.
+  memory_.RunTarget(std::array{memory::Range{Low16(value - kProgramSP), kFrameBytes}});
+  if (memory_.LinkError()) return false;
 
   bool stopped = false;
   for (int i = 0; i < kStackPointerPolls && !stopped; ++i) {
-    stopped = monitor_.link().PollBreak() == 0;
-    if (!stopped) monitor_.link().WaitMs(1);
+    stopped = link_.PollBreak() == 0;
+    if (!stopped) link_.WaitMs(1);
   }
   if (!stopped) {
     // The break byte alone may have been lost. A target that is not in its monitor does not answer
     // this; that is no failure of the link, and a reset must still get through.
-    monitor_.ReadStackPointer();
-    if (monitor_.LinkError()) {
-      monitor_.link().LinkError = false;
+    memory_.ReadStackPointer();
+    if (memory_.LinkError()) {
+      link_.LinkError = false;
       return false;
     }
   }
 
-  monitor_.WriteBlock(kBorrowedRam, saved);
-  monitor_.WriteWord(Low16(SP + kPC), PC);
-  const Address base = monitor_.ReadStackPointer();
-  if (monitor_.LinkError()) return false;
+  memory_.WriteBytes(kBorrowedRam, saved);
+  memory_.WriteWord(Low16(SP + kPC), PC);
+  const Address base = memory_.ReadStackPointer();
+  if (memory_.LinkError()) return false;
   SP = base;
   ++generation_;
-  const std::array<std::uint8_t, 6> registers{HighByte(HX), LowByte(CCR), LowByte(A),
-                                              LowByte(HX),  HighByte(PC), LowByte(PC)};
-  monitor_.WriteBlock(SP, registers);
-  return !monitor_.LinkError() && SP == Low16(value - kProgramSP);
+  const std::array<std::uint8_t, kFrameBytes> registers{HighByte(HX), LowByte(CCR), LowByte(A),
+                                                        LowByte(HX),  HighByte(PC), LowByte(PC)};
+  memory_.WriteBytes(SP, registers);
+  return !memory_.LinkError() && SP == Low16(value - kProgramSP);
 }
 
 void RegisterFrame::LoadResetPC() {
-  const Address base = monitor_.ReadStackPointer();
-  const std::uint32_t vector = monitor_.ReadWord(devices::kResetVector);
-  if (monitor_.LinkError()) return;
+  const Address base = memory_.ReadStackPointer();
+  const std::uint32_t vector = memory_.ReadWord(devices::kResetVector);
+  if (memory_.LinkError()) return;
   SP = base;
   if (vector == kErasedWord) return;
   SetPC(vector);
@@ -159,20 +155,20 @@ bool RegisterFrame::Edit(Register which, std::string_view text) {
 }
 
 Recovery RegisterFrame::RecoverInterrupted() {
-  const Address base = monitor_.ReadStackPointer();
-  const std::uint8_t h = monitor_.ReadByte(Low16(base));
-  const std::uint8_t ccr = monitor_.ReadByte(Low16(base + kInterrupted));
-  const std::uint32_t a_x = monitor_.ReadNext();
-  const std::uint32_t pc = monitor_.ReadNext();
-  if (monitor_.LinkError()) return Recovery::Failed;
+  const Address base = memory_.ReadStackPointer();
+  const std::uint8_t h = memory_.AskByte(base);
+  std::array<std::uint8_t, 5> stacked{};  // CCR, A, X, PC
+  memory_.AskChecked(stacked, base + kInterrupted);
+  if (memory_.LinkError()) return Recovery::Failed;
+  const std::uint8_t ccr = stacked[0];
   // No CPU stacks anything else: the two unused bits are ones, and an interrupt is only taken while
   // I is clear.
   if ((ccr & (kCcrUnused | kCcrI)) != kCcrUnused) return Recovery::StoppedByItself;
   SP = base;
   CCR = ccr;
-  HX = base::Word(h, LowByte(a_x));
-  A = HighByte(a_x);
-  PC = pc;
+  A = stacked[1];
+  HX = base::Word(h, stacked[2]);
+  PC = base::Word(stacked[3], stacked[4]);
   ++generation_;
   return SetStackPointer(Low16(SP + kInterruptedSP)) ? Recovery::Interrupted : Recovery::Failed;
 }

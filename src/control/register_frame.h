@@ -9,7 +9,8 @@
 #include <string_view>
 
 #include "base/address.h"
-#include "link/monitor.h"
+#include "link/monitor_link.h"
+#include "memory/memory.h"
 
 namespace brevant::control {
 
@@ -27,7 +28,7 @@ enum class Recovery {
 
 class RegisterFrame {
  public:
-  explicit RegisterFrame(link::Monitor& monitor) : monitor_(monitor) {}
+  RegisterFrame(memory::Memory& memory, link::MonitorLink& link) : memory_(memory), link_(link) {}
 
   // 16 bits each, except A and CCR (8). SP is the frame base that READSP answers; the program's own
   // stack pointer is SP + 5.
@@ -67,7 +68,8 @@ class RegisterFrame {
   Recovery RecoverInterrupted();
 
  private:
-  link::Monitor& monitor_;
+  memory::Memory& memory_;
+  link::MonitorLink& link_;
   long generation_ = 0;
 };
 

@@ -22,10 +22,12 @@ constexpr int kFallThroughSlot = 0, kBranchSlot = 1;
 
 }  // namespace
 
-RunControl::RunControl(link::Monitor& monitor, RegisterFrame& frame, BreakpointTable& breakpoints,
-                       Activity& activity, const symbols::DebugInfo& debug_info,
-                       const base::SettingsFile& settings, base::Events& events)
-    : monitor_(monitor),
+RunControl::RunControl(link::MonitorLink& link, memory::Memory& memory, RegisterFrame& frame,
+                       BreakpointTable& breakpoints, Activity& activity,
+                       const symbols::DebugInfo& debug_info, const base::SettingsFile& settings,
+                       base::Events& events)
+    : link_(link),
+      memory_(memory),
       frame_(frame),
       breakpoints_(breakpoints),
       activity_(activity),
@@ -60,30 +62,27 @@ std::optional<base::Stop> RunControl::SingleStep(Calls calls) {
   step_start_ = frame_.PC;
   FetchInstruction();
   ArmStep(calls);
-  monitor_.RunTarget();
-  if (monitor_.LinkError()) return std::nullopt;
-  monitor_.link().WaitMs(kStepWaitMs);
+  // It may meet an interrupt, whose handler writes RAM. Flash is not programmed in so short a time.
+  memory_.RunTarget(memory_.Ram());
+  if (link_.LinkError) return std::nullopt;
+  link_.WaitMs(kStepWaitMs);
   if (!HasStopped(PollWait::TimeOut)) return std::nullopt;
   return FinishStop();
 }
 
 const FetchedInstruction& RunControl::FetchInstruction() {
-  constexpr int kFirstRead = 3;
   instruction_.address = frame_.PC;
   auto& bytes = instruction_.code.bytes;
-  for (int i = 0; i < kFirstRead; ++i) bytes[i] = monitor_.ReadByte(Low16(frame_.PC + i));
+  memory_.ReadChecked(bytes, frame_.PC);
   instruction_.code.length = isa::InstructionLength(bytes[0], bytes[1]);
-  if (instruction_.code.length > kFirstRead) {
-    bytes[kFirstRead] = monitor_.ReadByte(Low16(frame_.PC + kFirstRead));
-  }
   return instruction_;
 }
 
 void RunControl::ArmStep(Calls calls) {
   const isa::StepRegisters registers{
       .pc = frame_.PC, .sp = frame_.ProgramSP(), .hx = frame_.HX, .a = frame_.A, .ccr = frame_.CCR};
-  const auto read_byte = [this](Address address) { return monitor_.ReadByte(address); };
-  const auto read_word = [this](Address address) { return monitor_.ReadWord(address); };
+  const auto read_byte = [this](Address address) { return memory_.ReadByte(address); };
+  const auto read_word = [this](Address address) { return memory_.ReadWord(address); };
   const isa::TargetMemory memory{read_byte, read_word};
   const bool step_over = calls == Calls::StepOver;
   step_start_ = Low16(frame_.PC + instruction_.code.length);
@@ -158,32 +157,32 @@ void RunControl::Go() {
 void RunControl::StartRunning() {
   frame_.WriteCCR(frame_.CCR & ~kCcrI);
   breakpoints_.InsertBreakpoints();
-  monitor_.RunTarget();
+  memory_.RunTarget();
   // A run ends repeated stepping and tracing.
   activity_.BeginRun();
 }
 
 base::Stop RunControl::Stop() {
-  if (monitor_.LinkError()) return NoStop(base::StopReason::LinkLost);
+  if (link_.LinkError) return NoStop(base::StopReason::LinkLost);
   // For 11 bit times after its echo a break cancels RUN instead of reaching the program.
-  monitor_.link().WaitMs(kSettleMs);
+  link_.WaitMs(kSettleMs);
   // Since the last tick it may have stopped by itself; a break signal would then reach the monitor
   // instead of the program.
   if (activity_.WaitingForBreak() && HasStopped(PollWait::None)) return StopBesideTimer();
 
-  if (!monitor_.link().SendBreak()) {
-    return NoStop(monitor_.link().PortError().empty() ? base::StopReason::Refused
-                                                      : base::StopReason::LinkLost);
+  if (!link_.SendBreak()) {
+    return NoStop(link_.PortError().empty() ? base::StopReason::Refused
+                                            : base::StopReason::LinkLost);
   }
   // A program that stopped by itself just before leaves the monitor's echo of the break on its way.
-  monitor_.link().WaitMs(kSettleMs);
-  monitor_.link().DiscardInput();
+  link_.WaitMs(kSettleMs);
+  link_.DiscardInput();
   breakpoints_.DisarmBreakModule();
   const Recovery recovery = frame_.RecoverInterrupted();
   if (recovery == Recovery::StoppedByItself) return StopBesideTimer();
   if (activity_.RunMode() == Mode::Running) breakpoints_.RemoveBreakpoints();
   if (activity_.StepPending()) breakpoints_.ClearStepBreakpoints();
-  if (monitor_.LinkError()) return NoStop(base::StopReason::LinkLost);
+  if (link_.LinkError) return NoStop(base::StopReason::LinkLost);
   activity_.End();
   Report(NoStop(recovery == Recovery::Interrupted ? base::StopReason::UserBreak
                                                   : base::StopReason::NotRecovered));
@@ -198,7 +197,7 @@ base::Stop RunControl::StopBesideTimer() {
   if (mode == Mode::NStepping || mode == Mode::Tracing) activity_.AbandonOperation();
   const long before = stops_;
   Complete();
-  if (monitor_.LinkError()) return NoStop(base::StopReason::LinkLost);
+  if (link_.LinkError) return NoStop(base::StopReason::LinkLost);
   return stops_ > before ? *last_stop_ : NoStop(base::StopReason::UserBreak);
 }
 
@@ -215,9 +214,9 @@ void RunControl::RunToAddress(Address address) {
   if (!MayStart()) return;
   activity_.BeginStep(Calls::Follow);
   ArmPlace(address);
-  monitor_.RunTarget();
-  if (!monitor_.LinkError()) {
-    monitor_.link().WaitMs(kRunToAddressWaitMs);
+  memory_.RunTarget();
+  if (!link_.LinkError) {
+    link_.WaitMs(kRunToAddressWaitMs);
     if (HasStopped(PollWait::TimeOut)) {
       if (auto stop = FinishStop()) {
         activity_.EndStep();
@@ -256,7 +255,7 @@ void RunControl::RunToMainIfConfigured() {
 void RunControl::CompleteOnTimer() {
   if (activity_.WaitingForBreak() && HasStopped(PollWait::None)) activity_.BreakSeen();
   Operation* const operation = activity_.CurrentOperation();
-  if (monitor_.LinkError()) {
+  if (link_.LinkError) {
     if (operation != nullptr) operation->LinkLost();
   } else if (activity_.WaitingForBreak()) {
     activity_.ShowRunning();
@@ -299,7 +298,7 @@ void RunControl::AbandonRunForReset() {
 }
 
 bool RunControl::HasStopped(PollWait wait) {
-  return monitor_.link().PollBreak(wait) == 0;
+  return link_.PollBreak(wait) == 0;
 }
 
 }  // namespace brevant::control

@@ -16,7 +16,8 @@
 #include "control/breakpoint_table.h"
 #include "control/register_frame.h"
 #include "isa/next_pc.h"
-#include "link/monitor.h"
+#include "link/monitor_link.h"
+#include "memory/memory.h"
 #include "symbols/debug_info.h"
 
 namespace brevant::control {
@@ -35,8 +36,8 @@ struct FetchedInstruction {
 
 class RunControl {
  public:
-  RunControl(link::Monitor& monitor, RegisterFrame& frame, BreakpointTable& breakpoints,
-             Activity& activity, const symbols::DebugInfo& debug_info,
+  RunControl(link::MonitorLink& link, memory::Memory& memory, RegisterFrame& frame,
+             BreakpointTable& breakpoints, Activity& activity, const symbols::DebugInfo& debug_info,
              const base::SettingsFile& settings, base::Events& events);
 
   // True while the source window has the focus and shows the program; the front end says so.
@@ -76,18 +77,18 @@ class RunControl {
   // How many have been reported.
   long stops() const { return stops_; }
 
-  bool LinkLost() const { return monitor_.LinkError(); }
+  bool LinkLost() const { return link_.LinkError; }
   // PC when the last step or run began; after a step's analysis the address behind its instruction.
   base::Address step_start() const { return step_start_; }
   // What the last step executed.
   const FetchedInstruction& last_instruction() const { return instruction_; }
-  // Reads the instruction at PC: three bytes, and a fourth when it has one.
+  // Reads the instruction at PC.
   const FetchedInstruction& FetchInstruction();
 
  private:
   bool HasStopped(link::PollWait wait);
   // While the program runs or the link is lost there is no monitor to ask.
-  bool MayStart() const { return !activity_.WaitingForBreak() && !monitor_.LinkError(); }
+  bool MayStart() const { return !activity_.WaitingForBreak() && !link_.LinkError; }
   // One instruction. Nothing when the target has not stopped within the short wait (2 ms and a
   // poll): its completion is left to the timer.
   std::optional<base::Stop> SingleStep(Calls calls);
@@ -108,7 +109,8 @@ class RunControl {
   // What is known when no stop can be told.
   base::Stop NoStop(base::StopReason reason) const { return {reason, frame_.PC, {}}; }
 
-  link::Monitor& monitor_;
+  link::MonitorLink& link_;
+  memory::Memory& memory_;
   RegisterFrame& frame_;
   BreakpointTable& breakpoints_;
   Activity& activity_;

@@ -6,6 +6,7 @@
 #include "base/file_names.h"
 #include "base/files.h"
 #include "debugger/start_up_program.h"
+#include "devices/device.h"
 #include "devices/hc08.h"
 #include "symbols/source_text.h"
 #include "symbols/symbol_file.h"
@@ -23,12 +24,14 @@ Debugger::Debugger(const Surroundings& surroundings)
       settings(surroundings.settings),
       monitor_link(surroundings.port, surroundings.clock),
       monitor(monitor_link),
+      memory(monitor),
       security(settings),
       connector(monitor, settings, security, surroundings.ui, surroundings.log),
-      frame(monitor),
-      breakpoints(monitor),
+      frame(memory, monitor_link),
+      breakpoints(memory),
       activity(surroundings.events),
-      run_control(monitor, frame, breakpoints, activity, debug_info, settings, surroundings.events),
+      run_control(monitor_link, memory, frame, breakpoints, activity, debug_info, settings,
+                  surroundings.events),
       n_step(run_control, activity, frame, breakpoints, debug_info),
       trace(run_control, activity, frame, breakpoints, debug_info, surroundings.ui,
             TraceFilesOfImage()),
@@ -52,8 +55,9 @@ link::ConnectResult Debugger::Start(OtherCodes other_codes) {
       if (!IsConnected(result)) return result;
     }
   }
+  memory.UseDevice(devices::BySettingsNumber(settings.Integer(base::keys::kDevice)));
   frame.LoadResetPC();
-  monitor.WriteBlock(kStartUpProgramAddress, kStartUpProgram);
+  memory.WriteBytes(kStartUpProgramAddress, kStartUpProgram);
   breakpoints.Clear();
   debug_info.tool_chain = static_cast<symbols::ToolChain>(settings.Integer(base::keys::kCompiler));
   breakpoints.SetBreakMode(settings.Integer(base::keys::kHardwareBreak) != 0
@@ -119,8 +123,9 @@ void Debugger::RefreshAfterStop() {
 
 void Debugger::FollowUpReset() {
   // First, since the refresh at the end may leave a run to main of its own for the timer.
+  memory.UseDevice(devices::BySettingsNumber(settings.Integer(base::keys::kDevice)));
   run_control.AbandonRunForReset();
-  frame.SP = monitor.ReadStackPointer();
+  frame.SP = memory.ReadStackPointer();
   macros.RunResetMacro();
   ChooseProgramCounter();
   image_gone = loader.ImageIsGone();
@@ -134,7 +139,7 @@ void Debugger::ChooseProgramCounter() {
   if (const auto known = start_address.AfterReset()) {
     start = *known;
   } else {
-    start = monitor.ReadWord(devices::kResetVector);
+    start = memory.ReadWord(devices::kResetVector);
     if (start == kErasedVector) return;
   }
   frame.SetPC(start);

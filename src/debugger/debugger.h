@@ -26,6 +26,7 @@
 #include "link/monitor.h"
 #include "link/monitor_link.h"
 #include "link/security_keeper.h"
+#include "memory/memory.h"
 #include "symbols/debug_info.h"
 
 namespace brevant::debugger {
@@ -62,6 +63,7 @@ class Debugger {
   base::SettingsFile& settings;
   link::MonitorLink monitor_link;
   link::Monitor monitor;
+  memory::Memory memory;
   link::SecurityKeeper security;
   link::Connector connector;
   symbols::DebugInfo debug_info;

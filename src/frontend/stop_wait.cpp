@@ -15,7 +15,7 @@ WaitEnd WaitForStop(debugger::Debugger& debugger, const WaitLimits& limits) {
   std::int64_t deadline = deadline_from_now();
   long reached = limits.progress();
   while (debugger.Busy()) {
-    if (debugger.monitor.LinkError()) return WaitEnd::LinkLost;
+    if (debugger.memory.LinkError()) return WaitEnd::LinkLost;
     if (limits.interrupted()) return WaitEnd::Interrupted;
     if (const long now = limits.progress(); now != reached) {
       reached = now;
@@ -25,7 +25,7 @@ WaitEnd WaitForStop(debugger::Debugger& debugger, const WaitLimits& limits) {
     debugger.clock.Sleep(kTick);
     debugger.Tick();
   }
-  return debugger.monitor.LinkError() ? WaitEnd::LinkLost : WaitEnd::Stopped;
+  return debugger.memory.LinkError() ? WaitEnd::LinkLost : WaitEnd::Stopped;
 }
 
 }  // namespace brevant::frontend

@@ -74,7 +74,7 @@ void PopupEdit(const CommandContext& context) {
   const auto line = view != nullptr ? view->CursorLine() : std::nullopt;
   if (!line) return;
   Session& session = context.session;
-  views::InstructionEditor editor(*line, session.debugger.monitor,
+  views::InstructionEditor editor(*line, session.debugger.memory,
                                   session.debugger.debug_info.SymbolTable, session.ui);
   const EditRequest request{.title = editor.Title(),
                             .text = editor.initial_text(),
@@ -89,7 +89,7 @@ void PopupGoToBreakpoint(const CommandContext& context) {
   views::ProgramView* const view = Allowed(context);
   if (view == nullptr) return;
   Session& session = context.session;
-  views::BreakpointList list(session.debugger.monitor, session.debugger.breakpoints,
+  views::BreakpointList list(session.debugger.memory, session.debugger.breakpoints,
                              session.debugger.debug_info, session.debugger.ImageDirectory(),
                              session.ui);
   const auto address = ShowBreakpointList(&context.window, context.window.view_font(), list);

@@ -28,7 +28,7 @@ Session::Session(const Options& given)
                 .events = *this,
                 .start_up_directory = base::WorkingDirectory(),
                 .log = [this](const std::string& line) { diagnostics_ << line << std::flush; }}),
-      program_views({debugger.monitor, debugger.debug_info, debugger.frame, debugger.breakpoints,
+      program_views({debugger.memory, debugger.debug_info, debugger.frame, debugger.breakpoints,
                      debugger.activity, ui}),
       registers(debugger.frame, ui),
       program_menu(program_views, debugger.frame, debugger.breakpoints, debugger.run_control) {

@@ -4,6 +4,8 @@
 #include <algorithm>
 #include <string>
 
+#include "devices/hc08.h"
+
 namespace brevant::link {
 namespace {
 
@@ -13,7 +15,7 @@ constexpr std::uint8_t kBlank = 0xFF;
 
 // Where in the code the i-th byte from an address on stands; 8 or more when outside.
 std::size_t PlaceOf(base::Address address, std::size_t i) {
-  return base::Low16(address + static_cast<base::Address>(i) - kSecurityBytes);
+  return base::Low16(address + static_cast<base::Address>(i) - devices::kSecurityCode);
 }
 
 }  // namespace
@@ -77,7 +79,7 @@ void SecurityKeeper::NoteConnected(const std::optional<SecurityCode>& sent, bool
   passed_ = passed;
   accepted_ = passed ? sent : std::nullopt;
   Forget();
-  if (accepted_) Programmed(kSecurityBytes, *accepted_);
+  if (accepted_) Programmed(devices::kSecurityCode, *accepted_);
 }
 
 void SecurityKeeper::NoteReset(const std::optional<SecurityCode>& sent, bool passed) {

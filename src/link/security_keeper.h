@@ -16,7 +16,6 @@
 
 namespace brevant::link {
 
-inline constexpr base::Address kSecurityBytes = 0xFFF6;
 inline constexpr int kRecentCodes = 5;
 
 class SecurityKeeper {

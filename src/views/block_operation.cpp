@@ -41,27 +41,27 @@ BlockOperation BlockOperation::Move(base::Address from, base::Address to,
   return operation;
 }
 
-bool BlockOperation::Step(link::Monitor& monitor) {
+bool BlockOperation::Step(memory::Memory& memory) {
   for (int i = 0; i < kSliceWords && done_ < total_; ++i) {
-    WriteWord(monitor);
+    WriteWord(memory);
     ++done_;
   }
   return !finished();
 }
 
-void BlockOperation::WriteWord(link::Monitor& monitor) {
+void BlockOperation::WriteWord(memory::Memory& memory) {
   switch (kind_) {
     case Kind::Fill:
-      monitor.WriteWord(from_, value_);
+      memory.WriteWord(from_, value_);
       from_ += kWord;
       break;
     case Kind::MoveForwards:
-      monitor.WriteWord(destination_, monitor.ReadWord(from_));
+      memory.WriteWord(destination_, memory.ReadWord(from_));
       from_ += kWord;
       destination_ += kWord;
       break;
     case Kind::MoveBackwards:
-      monitor.WriteWord(destination_, monitor.ReadWord(to_));
+      memory.WriteWord(destination_, memory.ReadWord(to_));
       to_ -= kWord;
       destination_ -= kWord;
       break;

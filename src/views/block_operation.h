@@ -1,14 +1,13 @@
 // SPDX-License-Identifier: MIT
 // Filling and moving a block of target memory in 16-bit words at even addresses, a slice at a time,
-// so that whoever runs it can show progress and stop between slices. Rests on the monitor's word
-// access.
+// so that whoever runs it can show progress and stop between slices. Rests on the door to memory.
 #pragma once
 
 #include <cstdint>
 #include <string>
 
 #include "base/address.h"
-#include "link/monitor.h"
+#include "memory/memory.h"
 
 namespace brevant::views {
 
@@ -21,7 +20,7 @@ class BlockOperation {
   static BlockOperation Move(base::Address from, base::Address to, base::Address destination);
 
   // One slice: at most 16 words. False once the last word has been written.
-  bool Step(link::Monitor& monitor);
+  bool Step(memory::Memory& memory);
 
   bool finished() const { return done_ >= total_; }
   std::string Title() const;         // "Fill memory" or "Move memory"
@@ -33,7 +32,7 @@ class BlockOperation {
   enum class Kind { Fill, MoveForwards, MoveBackwards };
 
   BlockOperation(Kind kind, base::Address from, base::Address to);
-  void WriteWord(link::Monitor& monitor);
+  void WriteWord(memory::Memory& memory);
 
   Kind kind_;
   base::Address from_;

@@ -27,7 +27,7 @@ std::optional<std::string> SourceLineText(const symbols::DebugInfo& debug_info,
 
 }  // namespace
 
-BreakpointList::BreakpointList(link::Monitor& monitor, control::BreakpointTable& breakpoints,
+BreakpointList::BreakpointList(memory::Memory& memory, control::BreakpointTable& breakpoints,
                                const symbols::DebugInfo& debug_info,
                                const std::string& image_directory, base::UserInterface& ui)
     : breakpoints_(breakpoints), ui_(ui) {
@@ -38,7 +38,7 @@ BreakpointList::BreakpointList(link::Monitor& monitor, control::BreakpointTable&
       continue;
     }
     base::Address address = entry.address;
-    lines_.push_back(ReadCodeLine(monitor, debug_info.SymbolTable, address).text);
+    lines_.push_back(ReadCodeLine(memory, debug_info.SymbolTable, address).text);
   }
 }
 

@@ -10,7 +10,7 @@
 #include "base/address.h"
 #include "base/user_interface.h"
 #include "control/breakpoint_table.h"
-#include "link/monitor.h"
+#include "memory/memory.h"
 #include "symbols/debug_info.h"
 
 namespace brevant::views {
@@ -28,7 +28,7 @@ class BreakpointList {
 
   // Reads 4 bytes for each line that shows an instruction. Source files are looked for in the
   // image's folder first.
-  BreakpointList(link::Monitor& monitor, control::BreakpointTable& breakpoints,
+  BreakpointList(memory::Memory& memory, control::BreakpointTable& breakpoints,
                  const symbols::DebugInfo& debug_info, const std::string& image_directory,
                  base::UserInterface& ui);
 

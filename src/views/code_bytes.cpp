@@ -48,7 +48,7 @@ bool CodeBytes::Touches(Address address) const {
 
 std::vector<std::uint8_t> CodeBytes::Read(Address from, Address to) {
   std::vector<std::uint8_t> read(to - from);
-  monitor_.ReadBlockBytes(read, from);
+  memory_.ReadBytes(read, from);
   return read;
 }
 

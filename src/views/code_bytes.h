@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The bytes that one run over several lines of code needs, each read from the target once. Lines
 // overlap (4 bytes are looked at for an instruction of two), and at 9600 baud every transfer costs,
-// so bytes are fetched in runs, ahead of their use. Rests on the monitor's block reads.
+// so bytes are fetched in runs, ahead of their use. Rests on the door to memory.
 //
 // Made for one run and dropped after it: nothing that was read is shown again later.
 #pragma once
@@ -11,13 +11,13 @@
 #include <vector>
 
 #include "base/address.h"
-#include "link/monitor.h"
+#include "memory/memory.h"
 
 namespace brevant::views {
 
 class CodeBytes {
  public:
-  explicit CodeBytes(link::Monitor& monitor) : monitor_(monitor) {}
+  explicit CodeBytes(memory::Memory& memory) : memory_(memory) {}
 
   // count bytes from the address on. When some of them have to be read, the run goes on to `ahead`
   // bytes from the address, as far as the address space reaches. The result holds until the next
@@ -33,7 +33,7 @@ class CodeBytes {
   std::vector<std::uint8_t> Read(base::Address from, base::Address to);
   base::Address end() const { return start_ + static_cast<base::Address>(bytes_.size()); }
 
-  link::Monitor& monitor_;
+  memory::Memory& memory_;
   base::Address start_ = 0;
   std::vector<std::uint8_t> bytes_;  // from start_ on
 };

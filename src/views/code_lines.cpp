@@ -46,22 +46,22 @@ CodeLine LineAt(base::Address& address, std::span<const std::uint8_t> bytes,
 
 }  // namespace
 
-std::vector<CodeLine> ReadCodeLines(link::Monitor& monitor, const isa::SymbolNames& symbols,
+std::vector<CodeLine> ReadCodeLines(memory::Memory& memory, const isa::SymbolNames& symbols,
                                     base::Address address, int count) {
   std::vector<CodeLine> lines;
-  CodeBytes bytes(monitor);
+  CodeBytes bytes(memory);
   for (int to_come = count - 1; to_come >= 0 && address <= kLastAddress; --to_come) {
     const int run = kLongestInstruction + Ahead(to_come);
     const auto read = bytes.From(address, kLongestInstruction, run);
-    if (monitor.LinkError()) break;
+    if (memory.LinkError()) break;
     lines.push_back(LineAt(address, read, symbols));
   }
   return lines;
 }
 
-CodeLine ReadCodeLine(link::Monitor& monitor, const isa::SymbolNames& symbols,
+CodeLine ReadCodeLine(memory::Memory& memory, const isa::SymbolNames& symbols,
                       base::Address& address) {
-  CodeBytes bytes(monitor);
+  CodeBytes bytes(memory);
   return LineAt(address, bytes.From(address, kLongestInstruction, kLongestInstruction), symbols);
 }
 
@@ -70,7 +70,7 @@ CodeLine CodeLines::FillLineForward(CodeBytes& bytes, base::Address& address, in
     const int run = kLongestInstruction + Ahead(lines_to_come);
     const auto read = bytes.From(address, kLongestInstruction, run);
     // What a lost link leaves in the buffer is no code.
-    if (!monitor_.LinkError()) return LineAt(address, read, symbols_);
+    if (!memory_.LinkError()) return LineAt(address, read, symbols_);
   }
   CodeLine line;
   line.address = address;
@@ -115,7 +115,7 @@ void CodeLines::Resize(int count) {
     bottom_ = lines_[wanted].address;
     lines_.resize(wanted);
   }
-  for (CodeBytes bytes(monitor_); lines_.size() < wanted;) {
+  for (CodeBytes bytes(memory_); lines_.size() < wanted;) {
     const auto to_come = static_cast<int>(wanted - lines_.size()) - 1;
     lines_.push_back(FillLineForward(bytes, bottom_, to_come));
   }
@@ -147,7 +147,7 @@ void CodeLines::RecomputeLines(ScrollCode code, int position, const ScrollRange&
 
 void CodeLines::LineUp() {
   if (top() == 0) return;
-  CodeBytes bytes(monitor_);
+  CodeBytes bytes(memory_);
   CodeLine line = FillLineBackward(bytes, lines_.front(), 0);
   bottom_ = lines_.back().address;
   std::rotate(lines_.begin(), lines_.end() - 1, lines_.end());
@@ -156,7 +156,7 @@ void CodeLines::LineUp() {
 
 void CodeLines::LineDown(const ScrollRange& range) {
   if (top() >= range.LastTop()) return;
-  CodeBytes bytes(monitor_);
+  CodeBytes bytes(memory_);
   CodeLine line = FillLineForward(bytes, bottom_, 0);
   std::rotate(lines_.begin(), lines_.begin() + 1, lines_.end());
   lines_.back() = std::move(line);
@@ -164,7 +164,7 @@ void CodeLines::LineDown(const ScrollRange& range) {
 
 void CodeLines::PageUp() {
   if (top() == 0) return;
-  CodeBytes bytes(monitor_);
+  CodeBytes bytes(memory_);
   std::vector<CodeLine> upwards{lines_.front()};
   while (upwards.back().address != 0 && upwards.size() <= lines_.size()) {
     const auto to_come = static_cast<int>(lines_.size() - upwards.size());

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The lines of code that one program view holds: each an instruction read from the target and
-// disassembled. Moving by a line keeps the others and reads one. Rests on the monitor's block reads
+// disassembled. Moving by a line keeps the others and reads one. Rests on the door to memory
 // and the disassembler.
 //
 // Cost on the wire: at most 4 bytes a line forwards and 24 bytes a line backwards, as for a single
@@ -15,7 +15,7 @@
 #include "base/address.h"
 #include "isa/disassembler.h"
 #include "isa/symbol_names.h"
-#include "link/monitor.h"
+#include "memory/memory.h"
 #include "views/code_bytes.h"
 #include "views/scroll_range.h"
 
@@ -40,8 +40,8 @@ struct CodeLine {
 
 class CodeLines {
  public:
-  CodeLines(link::Monitor& monitor, const isa::SymbolNames& symbols)
-      : monitor_(monitor), symbols_(symbols) {}
+  CodeLines(memory::Memory& memory, const isa::SymbolNames& symbols)
+      : memory_(memory), symbols_(symbols) {}
 
   const std::vector<CodeLine>& lines() const { return lines_; }
   base::Address top() const { return lines_.empty() ? 0 : lines_.front().address; }
@@ -70,7 +70,7 @@ class CodeLines {
   void PageUp();
   int count() const { return static_cast<int>(lines_.size()); }
 
-  link::Monitor& monitor_;
+  memory::Memory& memory_;
   const isa::SymbolNames& symbols_;
   bool reads_target_ = true;
   std::vector<CodeLine> lines_;
@@ -79,10 +79,10 @@ class CodeLines {
 
 // Up to count lines of instructions from the address on: fewer at the end of the address space and
 // when the link is lost. Costs what CodeLines does.
-std::vector<CodeLine> ReadCodeLines(link::Monitor& monitor, const isa::SymbolNames& symbols,
+std::vector<CodeLine> ReadCodeLines(memory::Memory& memory, const isa::SymbolNames& symbols,
                                     base::Address address, int count);
 // One line for the instruction at the address; address moves on to the next one. Reads 4 bytes.
-CodeLine ReadCodeLine(link::Monitor& monitor, const isa::SymbolNames& symbols,
+CodeLine ReadCodeLine(memory::Memory& memory, const isa::SymbolNames& symbols,
                       base::Address& address);
 
 }  // namespace brevant::views

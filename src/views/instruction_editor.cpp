@@ -10,11 +10,11 @@
 
 namespace brevant::views {
 
-InstructionEditor::InstructionEditor(const CodeLine& line, link::Monitor& monitor,
+InstructionEditor::InstructionEditor(const CodeLine& line, memory::Memory& memory,
                                      const isa::SymbolNames& symbols, base::UserInterface& ui)
     : address_(line.address),
       initial_text_(isa::EditableText(line.text)),
-      monitor_(monitor),
+      memory_(memory),
       symbols_(symbols),
       ui_(ui) {}
 
@@ -30,11 +30,7 @@ bool InstructionEditor::Accept(std::string_view text) {
   }
   const std::span bytes(instruction->bytes);
   const auto written = bytes.first(static_cast<std::size_t>(instruction->length));
-  monitor_.WriteBlock(address_, written);
-  std::array<std::uint8_t, 4> taken{};
-  monitor_.ReadBlockBytes(std::span(taken).first(written.size()), address_);
-  if (!monitor_.LinkError() &&
-      !std::ranges::equal(written, std::span(taken).first(written.size()))) {
+  if (memory_.WriteAndLook(address_, written)) {
     ui_.ShowMessage(base::ToMessage(messages::kInstructionNotTaken, address_));
   }
   return true;

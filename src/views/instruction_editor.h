@@ -9,7 +9,7 @@
 
 #include "base/user_interface.h"
 #include "isa/symbol_names.h"
-#include "link/monitor.h"
+#include "memory/memory.h"
 #include "views/code_lines.h"
 
 namespace brevant::views {
@@ -19,7 +19,7 @@ class InstructionEditor {
   static constexpr int kMaxLength = 79;
 
   // The line under the cursor of a program view.
-  InstructionEditor(const CodeLine& line, link::Monitor& monitor, const isa::SymbolNames& symbols,
+  InstructionEditor(const CodeLine& line, memory::Memory& memory, const isa::SymbolNames& symbols,
                     base::UserInterface& ui);
 
   std::string Title() const;
@@ -32,7 +32,7 @@ class InstructionEditor {
  private:
   base::Address address_;
   std::string initial_text_;
-  link::Monitor& monitor_;
+  memory::Memory& memory_;
   const isa::SymbolNames& symbols_;
   base::UserInterface& ui_;
 };

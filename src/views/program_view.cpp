@@ -27,7 +27,7 @@ ProgramView::ProgramView(const ProgramSources& sources, const ProgramConditions&
                          base::Address first)
     : sources_(sources),
       conditions_(conditions),
-      lines_(sources.monitor, sources.debug_info.SymbolTable) {
+      lines_(sources.memory, sources.debug_info.SymbolTable) {
   state_.top = first;
 }
 
@@ -86,7 +86,7 @@ void ProgramView::Redraw() {
 void ProgramView::Update() {
   // During file I/O nothing is read from the target. With the link lost nothing could be: what was
   // read last stays, and requests wait for a new connection.
-  if (!conditions_.fileIoActive && (Running() || sources_.monitor.LinkError())) return;
+  if (!conditions_.fileIoActive && (Running() || sources_.memory.LinkError())) return;
   lines_.SetReadsTarget(!conditions_.fileIoActive);
   if (redraw_ || lines_.lines().empty()) {
     Redraw();

@@ -18,7 +18,7 @@
 #include "control/activity.h"
 #include "control/breakpoint_table.h"
 #include "control/register_frame.h"
-#include "link/monitor.h"
+#include "memory/memory.h"
 #include "symbols/debug_info.h"
 #include "views/code_lines.h"
 #include "views/scroll_range.h"
@@ -27,7 +27,7 @@ namespace brevant::views {
 
 // What a program view shows and asks; borrowed.
 struct ProgramSources {
-  link::Monitor& monitor;
+  memory::Memory& memory;
   const symbols::DebugInfo& debug_info;
   const control::RegisterFrame& frame;
   control::BreakpointTable& breakpoints;

@@ -33,18 +33,18 @@ TEST_F(BreakpointTableTest, RefusesTheSecondInHardwareAndTheHundredFirstInSoftwa
 }
 
 TEST_F(BreakpointTableTest, PutsBackOnlyWhatIsStillItsOwn) {
-  target.board().Load(0x0150, ByteList{0xA6, 0x12, 0x9D});
+  Load(0x0150, ByteList{0xA6, 0x12, 0x9D});
   breakpoints.AddBreakpoint(0x0152);
   breakpoints.AddBreakpoint(0x0150);
   UseHardware(false);
   breakpoints.InsertBreakpoints();
   EXPECT_EQ(Peek(0x0150), kSwiOpcode);
-  target.board().Load(0x0150, ByteList{0xA7});  // the program was loaded anew there
+  Load(0x0150, ByteList{0xA7});  // the program was loaded anew there
   target.board().ClearHostLog();
   breakpoints.RemoveBreakpoints();
   EXPECT_EQ(Commands(), "R0152 W0152=9D R0150");
   // In hardware mode no code is touched: this SWI is the program's.
-  target.board().Load(0x0150, ByteList{0x83});
+  Load(0x0150, ByteList{0x83});
   breakpoints.RemoveBreakpoint(0x0152);
   UseHardware(true);
   breakpoints.InsertBreakpoints();
@@ -54,7 +54,7 @@ TEST_F(BreakpointTableTest, PutsBackOnlyWhatIsStillItsOwn) {
 }
 
 TEST_F(BreakpointTableTest, TwoStepSlotsAtOneAddressEndWithTheCodeByte) {
-  target.board().Load(0x0150, ByteList{0x9D});
+  Load(0x0150, ByteList{0x9D});
   breakpoints.PlantStep(1, 0x0150);
   breakpoints.PlantStep(0, 0x10150);
   EXPECT_EQ(Peek(0x0150), 0x83);

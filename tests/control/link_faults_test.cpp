@@ -63,7 +63,7 @@ TEST_F(LinkFaultsTest, FreezeWhateverIsUnderWayUntilAConnectionStartsAfresh) {
       const ByteList left = Code();
       target.SetFaultPlan({});
       Connect();
-      target.board().Load(0x0150, left);  // as on a board whose RAM outlives a reset
+      Load(0x0150, left);  // as on a board whose RAM outlives a reset
       run.AbandonRunForReset();
       // What other faults do to the bytes on the wire cannot be known.
       if (kind == FaultKind::CutLine) {

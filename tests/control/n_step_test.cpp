@@ -91,8 +91,8 @@ TEST_F(NStepTest, StepsOverCallsAndWaitsForTheOnesThatTakeLong) {
   n_step.settings.into_subroutines = false;
   n_step.settings.count = 3;
   // BSR to a loop of about 160 ms, then NOPs.
-  target.board().Load(0x0150, ByteList{0xAD, 0x20});
-  target.board().Load(0x0172, ByteList{0x45, 0, 0, 0xAF, 0xFF, 0x65, 0, 0, 0x26, 0xF9, 0x81});
+  Load(0x0150, ByteList{0xAD, 0x20});
+  Load(0x0172, ByteList{0x45, 0, 0, 0xAF, 0xFF, 0x65, 0, 0, 0x26, 0xF9, 0x81});
   n_step.Start();
   EXPECT_TRUE(activity.StepPending());
   TickUntilIdle();

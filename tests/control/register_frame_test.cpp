@@ -10,7 +10,7 @@ class RegisterFrameTest : public Bench {};
 
 TEST_F(RegisterFrameTest, ReadsTheFrameWithFiveCommands) {
   const ByteList stacked{0x12, 0x6B, 0xA5, 0x34, 0x01, 0x23};
-  target.board().Load(0x00FA, stacked);
+  Load(0x00FA, stacked);
   target.board().ClearHostLog();
   ASSERT_TRUE(frame.ReadRegisters());
   EXPECT_EQ(Commands(), "SP R00F9 r r r");
@@ -25,7 +25,7 @@ TEST_F(RegisterFrameTest, ReadsTheFrameWithFiveCommands) {
 
 TEST_F(RegisterFrameTest, MovesTheStackAndKeepsEveryOtherRegisterAndTheBorrowedRam) {
   const ByteList borrowed{1, 2, 3, 4, 5, 6};
-  target.board().Load(0x0080, borrowed);
+  Load(0x0080, borrowed);
   SetPC(0x0150);
   frame.WriteHX(0xBEEF);
   frame.WriteA(0x5A);
@@ -50,7 +50,7 @@ TEST_F(RegisterFrameTest, MovesTheStackAndKeepsEveryOtherRegisterAndTheBorrowedR
 }
 
 TEST_F(RegisterFrameTest, SetsTheStackEvenWhenItsBreakByteIsLost) {
-  target.board().Load(0x0080, ByteList{1, 2, 3, 4, 5, 6});
+  Load(0x0080, ByteList{1, 2, 3, 4, 5, 6});
   // Host bytes up to RUN: 3 + 3 reads, 3 + 5 * 2 for the program, 2 * 4 for the PC, then RUN.
   target.SetFaultPlan({{.kind = simulator::FaultKind::LoseReply, .at_host_byte = 27}});
   EXPECT_TRUE(frame.SetStackPointer(0x023F));
@@ -71,7 +71,7 @@ TEST_F(RegisterFrameTest, TakesThePcFromTheResetVectorUnlessItIsErased) {
   SetPC(0x0150);
   frame.LoadResetPC();
   EXPECT_EQ(frame.PC, 0x0150u);
-  target.board().Load(0xFFFE, ByteList{0x80, 0x02});
+  Load(0xFFFE, ByteList{0x80, 0x02});
   frame.LoadResetPC();
   EXPECT_EQ(frame.PC, 0x8002u);
   EXPECT_EQ(frame.ReadFramePC(), 0x8002u);

@@ -34,16 +34,16 @@ TEST_F(RunControlTest, StepsAndRunsToAnAddressWithExactlyTheseCommands) {
   breakpoints.AddBreakpoint(0x0151);  // stays out of all this
   for (const Row& row : {
            Row{true, branch, step,
-               "R0150 R0151 R0152 RFE08 w01 w52 WFE0B=80 RUN SP R00F9 r r r WFE0B=00", 0x0152,
+               "R014F r r RFE08 w01 w52 WFE0B=80 RUN SP R00F9 r r r WFE0B=00", 0x0152,
                "step"},
            Row{true,
                {0x9E, 0xD6, 0x00, 0x01},
                step,
-               "R0150 R0151 R0152 R0153 RFE08 w01 w54 WFE0B=80 RUN SP R00F9 r r r WFE0B=00",
+               "R014F r r RFE08 w01 w54 WFE0B=80 RUN SP R00F9 r r r WFE0B=00",
                0x0154,
                "step"},
            Row{false, branch, step,
-               "R0150 R0151 R0152 R0156 W0156=83 R0152 W0152=83 RUN SP R00F9 r r r WFE0B=00 "
+               "R014F r r R0156 W0156=83 W0152=83 RUN SP R00F9 r r r WFE0B=00 "
                "W00FE=01 W00FF=52 R0152 W0152=9D R0156 W0156=4C",
                0x0152, "step"},
            Row{true, nops, run_to, "RFE08 w01 w53 WFE0B=80 RUN SP R00F9 r r r WFE0B=00", 0x0153,
@@ -94,7 +94,7 @@ TEST_F(RunControlTest, StepsOverLibraryRoutinesCalledThroughHXInSoftwareMode) {
   UseHardware(false);
   debug_info.tool_chain = symbols::ToolChain::Imagecraft;
   Program(0x0150, {0xFD, kNOP});
-  target.board().Load(0x0160, ByteList{0x81});
+  Load(0x0160, ByteList{0x81});
   frame.WriteHX(0x0160);
   run.StepCommand(Calls::Follow);
   EXPECT_EQ(frame.PC, 0x0160u);
@@ -168,7 +168,7 @@ TEST_F(RunControlTest, StopRebuildsTheFrameOfTheInterruptedProgram) {
   for (const bool hardware : {true, false}) {
     UseHardware(hardware);
     breakpoints.AddBreakpoint(0x0170);
-    target.board().Load(0x0170, ByteList{kNOP});
+    Load(0x0170, ByteList{kNOP});
     RunEndlessLoop();
     Tick(3);
     target.board().ClearHostLog();
@@ -190,8 +190,8 @@ TEST_F(RunControlTest, StopRebuildsTheFrameOfTheInterruptedProgram) {
 
 TEST_F(RunControlTest, AnUnansweredStopLeavesEverythingAsItWas) {
   // The program has a handler of its own at the IRQ vector.
-  target.board().Load(0xFFFA, ByteList{0x01, 0x70});
-  target.board().Load(0x0170, ByteList{0x80});
+  Load(0xFFFA, ByteList{0x01, 0x70});
+  Load(0x0170, ByteList{0x80});
   RunEndlessLoop();
   Tick(2);
   EXPECT_EQ(run.Stop().reason, base::StopReason::Refused);
@@ -208,7 +208,7 @@ TEST_F(RunControlTest, AnUnansweredStopLeavesEverythingAsItWas) {
 TEST_F(RunControlTest, AStopAtTheMomentOfABreakpointHitTakesTheBreakpointsStop) {
   PointIrqVectorToMonitor();
   breakpoints.AddBreakpoint(0x0170);
-  target.board().Load(0x0100, ByteList(16, 0));
+  Load(0x0100, ByteList(16, 0));
   for (const bool hardware : {true, false}) {
     // The delay ends before the signal, three times while the line is held, and after that.
     for (const int delay : {0x10, 0x48, 0x60, 0x80, 0xFF}) {
@@ -217,7 +217,7 @@ TEST_F(RunControlTest, AStopAtTheMomentOfABreakpointHitTakesTheBreakpointsStop) 
       // SEI; LDHX #0; AIX #1; CPHX #delay:00; BNE; JMP $0170
       Program(0x0150, {0x9B, 0x45, 0, 0, 0xAF, 1, 0x65, base::LowByte(delay), 0, 0x26, 0xF9, 0xCC,
                        0x01, 0x70});
-      target.board().Load(0x0170, ByteList{kNOP, kNOP});
+      Load(0x0170, ByteList{kNOP, kNOP});
       run.Go();
       target.Sleep(std::chrono::milliseconds(50));  // no tick looks for the break byte
       EXPECT_EQ(run.Stop().reason, base::StopReason::Breakpoint);
@@ -289,11 +289,11 @@ TEST_F(RunControlTest, HandsTheTickToTheOperationOnceTheBreakByteHasCome) {
 TEST_F(RunControlTest, AResetWhileRunningRestoresTheCodeAndTheStoppedState) {
   UseHardware(false);
   breakpoints.AddBreakpoint(0x0170);
-  target.board().Load(0x0170, ByteList{0x4C});
+  Load(0x0170, ByteList{0x4C});
   RunEndlessLoop();
   Tick(2);
   Connect();
-  target.board().Load(0x0170, ByteList{kSwiOpcode});  // as after a reset that keeps RAM
+  Load(0x0170, ByteList{kSwiOpcode});  // as after a reset that keeps RAM
   run.AbandonRunForReset();
   EXPECT_EQ(Peek(0x0170), 0x4C);
   Tick(2);

@@ -81,9 +81,9 @@ class RandomInstruction : public SteppingTest {
     // What RTS and RTI find.
     for (base::Address a : {1, 4}) ram[kStack + a - 0x40] = 0x01;
     for (base::Address a : {2, 5}) ram[kStack + a - 0x40] = base::LowByte(Random(0x80, 0xA0));
-    target.board().Load(0x0040, ram);
+    Load(0x0040, ram);
     ASSERT_TRUE(frame.SetStackPointer(kStack));
-    target.board().Load(kCode, code);
+    Load(kCode, code);
     SetPC(kCode);
     frame.WriteHX(kX + Random(0, 2));
     frame.WriteA(Random(0, 2));

@@ -64,7 +64,7 @@ TEST_F(TraceTest, EndsRightAfterTheInstructionAtABreakpoint) {
 TEST_F(TraceTest, AStepThatComesBackLateIsRecordedWhenItDoes) {
   WakeAfterALongTime();
   Program(0x0150, ByteList(0x20, 0x9D));
-  target.board().Load(0x0151, ByteList{0x8F});
+  Load(0x0151, ByteList{0x8F});
   trace.Command();
   Tick();
   EXPECT_TRUE(activity.StepPending());

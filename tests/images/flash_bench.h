@@ -110,6 +110,7 @@ struct Bench {
   simulator::SimulatedTarget target;
   link::MonitorLink link{target, target};
   link::Monitor monitor{link};
+  memory::Memory memory{monitor};
   base::TemporaryFolder folder;
   base::SettingsFile settings{folder.path() / "brevant.ini"};
   base::TestUser user;
@@ -117,10 +118,10 @@ struct Bench {
   link::SecurityKeeper security{settings};
   link::Connector connector{monitor, settings, security, user, [](const std::string&) {}};
   symbols::DebugInfo debug_info;
-  control::RegisterFrame frame{monitor};
-  control::BreakpointTable breakpoints{monitor};
+  control::RegisterFrame frame{memory, link};
+  control::BreakpointTable breakpoints{memory};
   control::Activity activity{events};
-  control::RunControl run{monitor, frame, breakpoints, activity, debug_info, settings, events};
+  control::RunControl run{link, memory, frame, breakpoints, activity, debug_info, settings, events};
   StartAddress start;
   FlashSurroundings surroundings{monitor,  frame, activity, debug_info,
                                  settings, user,  security, [this] { ResetTarget(); }};

@@ -11,13 +11,13 @@ class BlockOperationTest : public ViewBench {
   void SetUp() override {
     // A background that tells each byte from its neighbours.
     for (base::Address a = kRam; a < kRamEnd; ++a) {
-      target.board().Load(a, ByteList{Background(a)});
+      Load(a, ByteList{Background(a)});
     }
   }
   static std::uint8_t Background(base::Address a) { return base::LowByte(a * 7 + 1); }
   int Run(BlockOperation operation) {
     int slices = 1;
-    while (operation.Step(monitor)) ++slices;
+    while (operation.Step(memory)) ++slices;
     return slices;
   }
   static constexpr base::Address kRam = 0x0100;
@@ -59,12 +59,12 @@ TEST_F(BlockOperationTest, MovesOverlappingBlocksAsTheyWere) {
 
 TEST_F(BlockOperationTest, ABlockFromAddressZeroEndsThere) {
   // The first words are ports: what arrives is what they read as.
-  target.board().Load(0x0040, ByteList{0xAA, 0x55});
+  Load(0x0040, ByteList{0xAA, 0x55});
   BlockOperation move = BlockOperation::Move(0x0000, 0x0041, 0x0100);
   EXPECT_EQ(move.words_total(), 0x21);
-  EXPECT_TRUE(move.Step(monitor));
-  EXPECT_TRUE(move.Step(monitor));
-  EXPECT_FALSE(move.Step(monitor));
+  EXPECT_TRUE(move.Step(memory));
+  EXPECT_TRUE(move.Step(memory));
+  EXPECT_FALSE(move.Step(memory));
   EXPECT_EQ(Peek(0x0140), 0xAA);
   EXPECT_EQ(Peek(0x0142), Background(0x0142));
 }
@@ -73,7 +73,7 @@ TEST_F(BlockOperationTest, StopsBetweenSlicesAndTellsHowFarItIs) {
   BlockOperation fill = BlockOperation::Fill(0x0100, 0x01FF, 0x1234);
   EXPECT_EQ(fill.Title(), "Fill memory");
   EXPECT_EQ(fill.ProgressText(), "\nFilling Memory at 000100");
-  EXPECT_TRUE(fill.Step(monitor));
+  EXPECT_TRUE(fill.Step(memory));
   EXPECT_EQ(fill.ProgressText(), "\nFilling Memory at 000120");
   EXPECT_EQ(fill.words_done(), 16);
   EXPECT_EQ(Peek(0x011F), 0x34);

@@ -11,7 +11,7 @@ using ::testing::ElementsAre;
 
 class BreakpointListTest : public ViewBench {
  protected:
-  BreakpointList Open() { return {monitor, breakpoints, debug_info, folder.path().string(), user}; }
+  BreakpointList Open() { return {memory, breakpoints, debug_info, folder.path().string(), user}; }
 };
 
 TEST_F(BreakpointListTest, ShowsTheSourceLineOrElseTheInstruction) {
@@ -20,7 +20,7 @@ TEST_F(BreakpointListTest, ShowsTheSourceLineOrElseTheInstruction) {
   debug_info.LineTable.Assign(
       {{0x0100, 2, 0}, {0x0102, 4, 0}, {0x0104, 9, 0}, {0x0106, 1, 1}, {0x0108, 3, 0}},
       {"main.c", "absent.c"});
-  target.board().Load(0x0100, ByteList{0xA6, 0x12, 0xA6, 0x34, 0xA6, 0x56, 0xA6, 0x78, 0x9D, 0x81});
+  Load(0x0100, ByteList{0xA6, 0x12, 0xA6, 0x34, 0xA6, 0x56, 0xA6, 0x78, 0x9D, 0x81});
   for (const base::Address a : {0x0109, 0x0108, 0x0106, 0x0104, 0x0102, 0x0100}) {
     breakpoints.AddBreakpoint(a);
   }

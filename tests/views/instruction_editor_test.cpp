@@ -9,13 +9,13 @@ namespace {
 class InstructionEditorTest : public ViewBench {
  protected:
   InstructionEditor Open(base::Address address) {
-    const CodeLine line = ReadCodeLine(monitor, debug_info.SymbolTable, address);
-    return {line, monitor, debug_info.SymbolTable, user};
+    const CodeLine line = ReadCodeLine(memory, debug_info.SymbolTable, address);
+    return {line, memory, debug_info.SymbolTable, user};
   }
 };
 
 TEST_F(InstructionEditorTest, ReplacesTheBytesOfOneInstruction) {
-  target.board().Load(0x0100, ByteList{0xA6, 0x12, 0x9D, 0x9D, 0x9D});
+  Load(0x0100, ByteList{0xA6, 0x12, 0x9D, 0x9D, 0x9D});
   debug_info.SymbolTable.Assign({{"START", 0x0100, 0, ""}});
   InstructionEditor editor = Open(0x0100);
   EXPECT_EQ(editor.Title(), "Edit at 000100");
@@ -31,7 +31,7 @@ TEST_F(InstructionEditorTest, ReplacesTheBytesOfOneInstruction) {
 }
 
 TEST_F(InstructionEditorTest, SaysWhenTheMemoryDidNotTakeIt) {
-  target.board().Load(0x8000, ByteList{0xA6, 0x12});
+  Load(0x8000, ByteList{0xA6, 0x12});
   EXPECT_TRUE(Open(0x8000).Accept("LDA #34"));
   ASSERT_EQ(user.texts.size(), 1u);
   EXPECT_EQ(user.texts[0].find("The memory at 008000 did not take the instruction."), 0u);

@@ -29,7 +29,7 @@ const Addresses kStarts{0x0100, 0x0103, 0x0104, 0x0106, 0x0108, 0x010A, 0x010C, 
 
 class ProgramViewTest : public ViewBench {
  protected:
-  ProgramViewTest() { target.board().Load(0x0100, kCode); }
+  ProgramViewTest() { Load(0x0100, kCode); }
 
   ProgramView& Open(base::Address first, int lines) {
     ProgramView& view = views.Open(first);
@@ -54,7 +54,7 @@ class ProgramViewTest : public ViewBench {
     return BytesSent();
   }
 
-  const ProgramSources sources{monitor, debug_info, frame, breakpoints, activity, user};
+  const ProgramSources sources{memory, debug_info, frame, breakpoints, activity, user};
   ProgramViews views{sources};
   ProgramMenu menu{views, frame, breakpoints, run};
 };
@@ -101,14 +101,14 @@ TEST_F(ProgramViewTest, ScrollsBackwardsFromInstructionToInstruction) {
     view.Update();
     ASSERT_EQ(view.state().top, kStarts[i - 1]) << std::hex << kStarts[i];
     base::Address next = kStarts[i - 1];
-    EXPECT_EQ(view.Lines()[0].text, ReadCodeLine(monitor, debug_info.SymbolTable, next).text);
+    EXPECT_EQ(view.Lines()[0].text, ReadCodeLine(memory, debug_info.SymbolTable, next).text);
   }
 }
 
 TEST_F(ProgramViewTest, ReadsOverlappingBytesOnce) {
   constexpr int kLines = 60;
   views.SetRange(ProgramScrollRange("FFFF"));
-  target.board().Load(0x8000, ByteList(0x200, 0x9D));  // NOPs
+  Load(0x8000, ByteList(0x200, 0x9D));  // NOPs
   ProgramView& view = Open(0x8100, kLines);
   // An address and a command for every two bytes, of which there are 1 a line, 3 behind the last
   // one, and up to a run of 32 in vain.
@@ -118,7 +118,7 @@ TEST_F(ProgramViewTest, ReadsOverlappingBytesOnce) {
   EXPECT_EQ(view.state().top, 0x8100u);
   EXPECT_EQ(view.Lines().back().address, 0x8100u + kLines - 1);
   // Up to the end of the address space and no further.
-  target.board().Load(0xFFF0, ByteList(0x10, 0x9D));
+  Load(0xFFF0, ByteList(0x10, 0x9D));
   view.GoToAddress(0xFFF8);
   BytesSent();
   view.Update();
@@ -175,7 +175,7 @@ TEST_F(ProgramViewTest, CarriesOutTheLastRequestOnly) {
   EXPECT_EQ(invalidated, 5);
   EXPECT_EQ(Of(view), Starts(1, 4));
   // But memory that has changed is read all the same.
-  target.board().Load(0x0106, ByteList{0x9D, 0x9D});
+  Load(0x0106, ByteList{0x9D, 0x9D});
   view.RequestRedraw();
   view.Scroll(ScrollCode::LineDown);
   view.Update();
@@ -191,7 +191,7 @@ TEST_F(ProgramViewTest, EachKeepsItsOwnLines) {
   EXPECT_EQ(Of(second), Starts(13, 4));
   second.MoveCursor(2);
   EXPECT_EQ(first.state().cursorLine, 0);
-  target.board().Load(0x0103, ByteList{0x9D});
+  Load(0x0103, ByteList{0x9D});
   views.RefreshProgramWindows();
   first.Update();
   EXPECT_EQ(first.Lines()[0].text, "000103 9d \tNOP");
@@ -234,7 +234,7 @@ TEST_F(ProgramViewTest, PcIsFollowedThroughARefreshThatMovesIt) {
   ProgramView& view = Open(0x0100, 3);
   SetPC(0x0104);
   // The program loaded anew has shorter instructions: its third line is at 0102.
-  target.board().Load(0x0100, ByteList{0x9D, 0x9D, 0x9D, 0x9D, 0x9D, 0x9D});
+  Load(0x0100, ByteList{0x9D, 0x9D, 0x9D, 0x9D, 0x9D, 0x9D});
   views.RefreshProgramWindows();
   views.ShowPc();
   view.Update();
@@ -339,7 +339,7 @@ TEST_F(ProgramViewTest, ItsMenuMovesPcAndTheView) {
   view.Update();
   EXPECT_EQ(view.state().top, 0x0104u);
 
-  target.board().Load(0x0104, ByteList{0x9D});
+  Load(0x0104, ByteList{0x9D});
   menu.AfterEdit();
   view.Update();
   EXPECT_EQ(view.state().top, 0x0104u);

@@ -1,0 +1,211 @@
+// SPDX-License-Identifier: MIT
+#include "memory/memory.h"
+
+#include <algorithm>
+#include <array>
+
+namespace brevant::memory {
+
+namespace {
+
+using base::Address;
+using base::Low16;
+using devices::MemoryKind;
+
+// More than any version of the monitor uses below the frame while it serves a command.
+constexpr Address kMonitorStack = 32;
+// A READ costs as many host bytes as three IREADs: reading so many kept bytes again is cheaper than
+// a second stretch.
+constexpr std::size_t kWorthBridging = 6;
+
+}  // namespace
+
+Memory::Memory(link::Monitor& monitor)
+    : monitor_(monitor),
+      device_(&devices::BySettingsNumber(0)),
+      bytes_(kSpace),
+      written_(kSpace >> kLineShift, 1),
+      changed_(kSpace >> kLineShift, 1) {}
+
+void Memory::UseDevice(const devices::Device& device) {
+  device_ = &device;
+  DropAll();
+}
+
+MemoryKind Memory::KindOf(Address address) const {
+  return devices::KindOf(*device_, Low16(address));
+}
+
+bool Memory::Keepable(Address address) const {
+  const MemoryKind kind = KindOf(address);
+  if (kind == MemoryKind::Nothing || kind == MemoryKind::Registers) return false;
+  return address >= frame_base_ || frame_base_ - address > kMonitorStack;
+}
+
+void Memory::Keep(Address address, base::Bytes bytes) {
+  if (LinkError()) return;
+  for (std::size_t i = 0; i < bytes.size(); ++i) {
+    const Address at = Low16(address + static_cast<Address>(i));
+    bytes_[at] = bytes[i];
+    kept_[at] = Keepable(at);
+  }
+}
+
+std::uint8_t Memory::ReadByte(Address address) {
+  return kept_[Low16(address)] ? bytes_[Low16(address)] : AskByte(address);
+}
+
+std::uint8_t Memory::AskByte(Address address) {
+  const std::uint8_t byte = monitor_.ReadByte(Low16(address));
+  Keep(address, base::Bytes(&byte, 1));
+  return byte;
+}
+
+std::uint32_t Memory::ReadWord(Address address) {
+  std::array<std::uint8_t, 2> bytes{};
+  ReadChecked(bytes, address);
+  return base::Word(bytes[0], bytes[1]);
+}
+
+void Memory::AskChecked(std::span<std::uint8_t> destination, Address address) {
+  const bool odd = destination.size() % 2 != 0;
+  const std::uint8_t first = monitor_.ReadByte(Low16(odd ? address : address - 1));
+  if (odd) destination[0] = first;
+  for (std::size_t i = odd ? 1 : 0; i < destination.size(); i += 2) {
+    const std::uint32_t word = monitor_.ReadNext();
+    destination[i] = base::HighByte(word);
+    destination[i + 1] = base::LowByte(word);
+  }
+  Keep(address, destination);
+}
+
+void Memory::ReadChecked(std::span<std::uint8_t> destination, Address address) {
+  for (std::size_t i = 0; i < destination.size(); ++i) {
+    const Address at = Low16(address + static_cast<Address>(i));
+    if (!kept_[at]) return AskChecked(destination, address);
+    destination[i] = bytes_[at];
+  }
+}
+
+void Memory::AskBytes(std::span<std::uint8_t> destination, Address address) {
+  monitor_.ReadBlockBytes(destination, Low16(address));
+  Keep(address, destination);
+}
+
+void Memory::ReadBytes(std::span<std::uint8_t> destination, Address address) {
+  const auto kept = [&](std::size_t i) { return kept_[Low16(address + static_cast<Address>(i))]; };
+  const std::size_t size = destination.size();
+  for (std::size_t i = 0; i < size && !LinkError();) {
+    if (kept(i)) {
+      destination[i] = bytes_[Low16(address + static_cast<Address>(i))];
+      ++i;
+      continue;
+    }
+    std::size_t end = i + 1;
+    for (std::size_t next = end; next < size && next - end <= kWorthBridging; ++next) {
+      if (!kept(next)) end = next + 1;
+    }
+    AskBytes(destination.subspan(i, end - i), address + static_cast<Address>(i));
+    i = end;
+  }
+}
+
+void Memory::NoteWritten(Address address, base::Bytes bytes) {
+  ++generation_;
+  for (std::size_t i = 0; i < bytes.size(); ++i) {
+    const Address at = Low16(address + static_cast<Address>(i));
+    // Only RAM can be taken at its word; what else has become of it is for a read to tell.
+    kept_[at] = KindOf(at) == MemoryKind::Ram && Keepable(at) && !LinkError();
+    bytes_[at] = bytes[i];
+    written_[at >> kLineShift] = changed_[at >> kLineShift] = generation_;
+  }
+}
+
+void Memory::WriteByte(Address address, std::uint32_t data) {
+  monitor_.WriteByte(Low16(address), data);
+  const std::uint8_t byte = base::LowByte(data);
+  NoteWritten(address, base::Bytes(&byte, 1));
+}
+
+void Memory::WriteWord(Address address, std::uint32_t value) {
+  WriteBytes(address, std::array{base::HighByte(value), base::LowByte(value)});
+}
+
+void Memory::WriteBytes(Address address, base::Bytes bytes) {
+  monitor_.WriteBlock(Low16(address), bytes);
+  NoteWritten(address, bytes);
+}
+
+std::optional<Difference> Memory::WriteAndLook(Address address, base::Bytes bytes) {
+  WriteBytes(address, bytes);
+  std::vector<std::uint8_t> found(bytes.size());
+  AskBytes(found, address);
+  if (LinkError()) return std::nullopt;
+  const auto [expected, differing] = std::ranges::mismatch(bytes, found);
+  if (expected == bytes.end()) return std::nullopt;
+  const auto offset = static_cast<Address>(expected - bytes.begin());
+  return Difference{Low16(address + offset), *expected, *differing};
+}
+
+Address Memory::ReadStackPointer() {
+  const Address base = monitor_.ReadStackPointer();
+  if (LinkError()) return base;
+  frame_base_ = base;
+  const Address first = base - std::min(base, kMonitorStack);
+  for (Address at = first; at < base; ++at) kept_[at] = false;
+  return base;
+}
+
+void Memory::RunTarget() {
+  DropAll();
+  monitor_.RunTarget();
+}
+
+void Memory::RunTarget(std::span<const Range> touched) {
+  ++generation_;
+  for (const Range& range : touched) Drop(range);
+  monitor_.RunTarget();
+}
+
+std::vector<Range> Memory::Ram() const {
+  std::vector<Range> ranges;
+  for (const devices::MemoryRange& range : device_->memory) {
+    if (range.kind == MemoryKind::Ram) {
+      ranges.push_back({range.first, range.last - range.first + 1});
+    }
+  }
+  return ranges;
+}
+
+void Memory::Drop(const Range& range) {
+  for (Address i = 0; i < range.count; ++i) {
+    const Address at = Low16(range.first + i);
+    kept_[at] = false;
+    changed_[at >> kLineShift] = generation_;
+  }
+}
+
+void Memory::DropAll() {
+  ++generation_;
+  kept_.reset();
+  std::ranges::fill(changed_, generation_);
+}
+
+long Memory::WrittenAt(Address first, Address count) const {
+  return Latest(written_, first, count);
+}
+
+long Memory::ChangedAt(Address first, Address count) const {
+  return Latest(changed_, first, count);
+}
+
+long Memory::Latest(const std::vector<long>& lines, Address first, Address count) {
+  long latest = 0;
+  for (Address line = first >> kLineShift; count > 0 && line <= (first + count - 1) >> kLineShift;
+       ++line) {
+    latest = std::max(latest, lines[line % lines.size()]);
+  }
+  return latest;
+}
+
+}  // namespace brevant::memory
