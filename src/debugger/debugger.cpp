@@ -166,7 +166,7 @@ void Debugger::ChooseProgramCounter() {
   frame.WriteProgramCounter(start);
 }
 
-images::FlashSurroundings Debugger::FlashSurroundingsOfThis() {
+flash::FlashSurroundings Debugger::FlashSurroundingsOfThis() {
   return {monitor,
           frame,
           run_state,

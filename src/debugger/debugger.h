@@ -18,15 +18,15 @@
 #include "control/run_indication.h"
 #include "control/run_state.h"
 #include "control/trace.h"
-#include "images/file_programmer.h"
-#include "images/flash_operations.h"
-#include "images/loader.h"
-#include "images/macro_runner.h"
-#include "images/security_bytes.h"
-#include "images/start_address.h"
+#include "flash/file_programmer.h"
+#include "flash/flash_operations.h"
+#include "flash/security_bytes.h"
 #include "link/connector.h"
 #include "link/monitor.h"
 #include "link/monitor_link.h"
+#include "load/loader.h"
+#include "load/macro_runner.h"
+#include "load/start_address.h"
 #include "symbols/debug_info.h"
 
 namespace brevant::debugger {
@@ -72,12 +72,12 @@ class Debugger {
   control::RunControl run_control;
   control::NStep n_step;
   control::Trace trace;
-  images::StartAddress start_address;
-  images::MacroRunner macros;
-  images::Loader loader;
-  images::SecurityBytes security_bytes;
-  images::FlashOperations flash;
-  images::FileProgrammer file_programmer;
+  load::StartAddress start_address;
+  load::MacroRunner macros;
+  load::Loader loader;
+  flash::SecurityBytes security_bytes;
+  flash::FlashOperations flash;
+  flash::FileProgrammer file_programmer;
   // The target accepted the code at the last connect or reset; else flash reads are not valid.
   bool security_passed = false;
   // Found at the last reset or new connection: the image loaded last is no longer in memory.
@@ -115,7 +115,7 @@ class Debugger {
   void RefreshAfterStop();
 
  private:
-  images::FlashSurroundings FlashSurroundingsOfThis();
+  flash::FlashSurroundings FlashSurroundingsOfThis();
   void NoteSecurity(bool passed);
   // Registers read and views repainted.
   void Refresh();

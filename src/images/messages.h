@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What loading, macros and flash commands tell the user: one row a message.
+// What is said of image files, whoever reads them.
 #pragma once
 
 #include "base/message_text.h"
@@ -11,81 +11,9 @@ using base::ToMessage;
 
 namespace messages {
 
-using base::Buttons;
-using base::Icon;
-
-inline constexpr const char* kError = "Error Message";
-inline constexpr const char* kInformation = "Information";
-inline constexpr const char* kForYourInformation = "For your information";
-
-// Loading.
-inline constexpr MessageText kFileNotFound{"File %s is not found", kError, Icon::Error};
-inline constexpr MessageText kUseImageFormat{"Use only S19 or HEX format", kError, Icon::Error};
-inline constexpr MessageText kImageNotReadable{"Can not open file %s\n%s", kError, Icon::Error};
 inline constexpr MessageText kRecordsSkipped{
     "%ld malformed records of\n%s\nwere skipped. The first is in line %ld: %s.",
-    kForYourInformation, Icon::Warning};
-inline constexpr MessageText kBeyondAddressSpace{
-    "%ld bytes of\n%s\nlie above address FFFF and were written at the low 16 bits of their\n"
-    "addresses. Please check that the file was made for this target.",
-    kForYourInformation, Icon::Warning};
-inline constexpr MessageText kNotArrived{
-    "%04x holds %02x and not the image's %02x.\n"
-    "Loading writes RAM only; flash has to be programmed.",
-    kForYourInformation, Icon::Information};
-inline constexpr MessageText kLinkLostWhileLoading{
-    "The target does not answer: %s is not or not completely loaded.\n"
-    "Check the cable and the power, press ReStart to connect again, then load the file again.",
-    kInformation, Icon::Warning};
-inline constexpr MessageText kOfferToolChain{
-    "The file beside the image comes from another tool chain than the configured one:\n%s\n\n"
-    "Configure the debugger for %s and read it?",
-    kForYourInformation, Icon::Question, Buttons::YesNo};
-
-// Macros.
-inline constexpr MessageText kMacroNotFound{
-    "Macro file not found. Please check the configure\n"
-    "menu to make sure the file selected is correct",
-    kError, Icon::Error};
-inline constexpr MessageText kMacroNotReadable{"   Can not open %s file", kError, Icon::Error};
-
-// Flash: questions and refusals.
-inline constexpr MessageText kConfirmMassErase{"Do you really want to mass erase flash EEPROM",
-                                               kInformation, Icon::Question, Buttons::YesNo};
-inline constexpr MessageText kConfirmErase{"It is going to erase flash EEPROM, please confirm.",
-                                           kForYourInformation, Icon::Question, Buttons::OkCancel};
-inline constexpr MessageText kEndNotAboveStart{"End address must be greater than start address",
-                                               kForYourInformation, Icon::Information,
-                                               Buttons::OkCancel};
-inline constexpr MessageText kNotHexAddress{"Not a correct HEX address", kInformation,
-                                            Icon::Information};
-inline constexpr MessageText kNoData{"No data to program", kInformation, Icon::Information};
-inline constexpr MessageText kBadData{
-    "The string should be maximum of two HEX digits seperated by a space", kInformation,
-    Icon::Information};
-inline constexpr MessageText kProgramFileNotAccessible{"Can not access the file you select", kError,
-                                                       Icon::Error};
-inline constexpr MessageText kProgramFileNotOpened{"Can not open file %s", kError, Icon::Error};
-
-// Flash: what went wrong on the target.
-inline constexpr MessageText kMassEraseFailed{"Error in mass-erasing flash. Check the reset switch",
-                                              kInformation, Icon::Warning};
-inline constexpr MessageText kIrqVectorFailed{
-    "Error in programming IRQ vector. Check the reset switch", kInformation, Icon::Warning};
-inline constexpr MessageText kLocationFailed{
-    "Error in programmingflash location. Check the reset switch", kInformation, Icon::Warning};
-inline constexpr MessageText kEraseFailed{"Error in erasing flash. Check the reset switch",
-                                          kInformation, Icon::Warning};
-inline constexpr MessageText kProgramFailed{"Error in programming flash. Check the reset switch",
-                                            kInformation, Icon::Warning};
-inline constexpr MessageText kNotBlank{"Flash EEPROM not blank or an error found in programming",
-                                       kForYourInformation, Icon::Information};
-inline constexpr MessageText kLinkLostWhileProgramming{
-    "The target stopped answering while its flash was being programmed.\n\n"
-    "%ld of %ld bytes are programmed and verified. The bytes from %04x on are in doubt.\n\n"
-    "Check the cable and the power, press ReStart to connect again, erase the flash and program\n"
-    "the file again: no byte may be programmed twice without an erase in between.",
-    kInformation, Icon::Warning};
+    "For your information", base::Icon::Warning};
 
 }  // namespace messages
 }  // namespace brevant::images

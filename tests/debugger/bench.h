@@ -11,7 +11,7 @@
 
 #include "debugger/command_ids.h"
 #include "debugger/debugger.h"
-#include "images/image_reader.h"
+#include "images/image_file.h"
 #include "simulator/simulated_target.h"
 
 namespace brevant::debugger {
@@ -51,7 +51,7 @@ class Bench : public base::UserInterface, public base::Workspace, public control
     return false;
   }
   void PutFlash(const std::string& path) {
-    for (const images::Block& block : images::ReadImageFile(path).image.Blocks()) {
+    for (const images::Block& block : images::ReadImageFile(path).ToImage().Blocks()) {
       target.board().Load(block.address, block.bytes);
     }
   }

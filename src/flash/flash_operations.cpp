@@ -1,0 +1,206 @@
+// SPDX-License-Identifier: MIT
+#include "flash/flash_operations.h"
+
+#include <algorithm>
+#include <array>
+
+#include "devices/hc08.h"
+
+namespace brevant::flash {
+namespace {
+
+using control::Mode;
+
+using devices::kIrqVector;
+
+constexpr std::array kIrqVectorContent{base::HighByte(devices::kIrqStopRoutine),
+                                       base::LowByte(devices::kIrqStopRoutine)};
+constexpr base::Address kLastAddress = 0xFFFF;
+
+constexpr const char* kEraseTitle = "Erase flash EEPROM";
+constexpr const char* kEraseText = "Erasing flash EEPROM, please wait...  ";
+
+}  // namespace
+
+FlashOperations::FlashOperations(const FlashSurroundings& surroundings)
+    : with_(surroundings),
+      driver_(surroundings.monitor, surroundings.frame, surroundings.settings) {}
+
+void FlashOperations::Begin(bool busy_cursor) {
+  with_.debug_info.DebugInfoLoaded = false;
+  status_ = {};
+  bytes_.clear();
+  erases_security_ = false;
+  busy_cursor_ = busy_cursor;
+  if (busy_cursor_) with_.ui.SetBusyCursor(true);
+}
+
+bool FlashOperations::Run(Mode mode, const MessageText& failure) {
+  mode_ = mode;
+  failure_ = &failure;
+  Doubt();
+  with_.monitor.RunTarget();
+  if (with_.monitor.LinkError()) {
+    FailByLink();
+    return false;
+  }
+  status_.outcome = FlashOutcome::Running;
+  with_.state.WaitingForBreak = true;
+  with_.state.RunMode = mode;
+  return true;
+}
+
+bool FlashOperations::MassEraseCommand() {
+  if (with_.ui.ShowMessage(ToMessage(messages::kConfirmMassErase)) != base::Answer::Yes) {
+    status_ = {FlashOutcome::Refused, 0, 0};
+    return false;
+  }
+  return MassEraseFlash();
+}
+
+bool FlashOperations::MassEraseFlash() {
+  Begin(true);
+  erases_security_ = true;
+  driver_.MakeRoom();
+  driver_.LoadMassEraseRoutine();
+  return Run(Mode::MassErase, messages::kMassEraseFailed);
+}
+
+void FlashOperations::PlanLocations(base::Address address, base::Bytes bytes) {
+  address_ = address;
+  bytes_.assign(bytes.begin(), bytes.end());
+  status_.bytes_total = static_cast<long>(bytes.size());
+}
+
+bool FlashOperations::ProgramIrqVector() {
+  Begin(true);
+  PlanLocations(kIrqVector, kIrqVectorContent);
+  driver_.MakeRoom();
+  driver_.LoadProgrammingRoutine();
+  driver_.WriteBlockParameters(kIrqVector, kIrqVectorContent.size());
+  driver_.DisableCop();
+  driver_.WriteBlockData(kIrqVectorContent);
+  return Run(Mode::FlashShort, messages::kIrqVectorFailed);
+}
+
+bool FlashOperations::ProgramFlashLocations(base::Address address, base::Bytes bytes) {
+  if (bytes.empty() || address > kLastAddress) {
+    const auto& why = bytes.empty() ? messages::kNoData : messages::kNotHexAddress;
+    with_.ui.ShowMessage(ToMessage(why));
+    status_ = {FlashOutcome::Refused, 0, 0};
+    return false;
+  }
+  Begin(true);
+  PlanLocations(address, bytes);
+  driver_.MakeRoom();
+  driver_.WriteBlockData(CurrentBlock());
+  driver_.LoadProgrammingRoutine();
+  driver_.WriteBlockParameters(address, CurrentBlock().size());
+  return Run(Mode::FlashShort, messages::kLocationFailed);
+}
+
+bool FlashOperations::EraseFlashRange(base::Address start, base::Address end) {
+  with_.state.RunMode = Mode::Idle;
+  Begin(false);
+  status_.outcome = FlashOutcome::Refused;
+  if (with_.ui.ShowMessage(ToMessage(messages::kConfirmErase)) != base::Answer::Ok) return false;
+  if (end <= start || end > kLastAddress) {
+    with_.ui.ShowMessage(ToMessage(messages::kEndNotAboveStart));
+    return false;
+  }
+  const ErasePlan plan = PlanErase(driver_.flash(), start, end);
+  erases_security_ = Erases(plan, driver_.flash(), devices::kSecurityCode);
+  driver_.MakeRoom();
+  driver_.LoadEraseRangeRoutine(plan);
+  with_.ui.BeginProgress(kEraseTitle, kEraseText, true);
+  progress_shown_ = true;
+  driver_.PointAtRoutine();
+  return Run(Mode::EraseRange, messages::kEraseFailed);
+}
+
+base::Address FlashOperations::CurrentAddress() const {
+  return base::Low16(address_ + static_cast<base::Address>(status_.bytes_programmed));
+}
+
+base::Bytes FlashOperations::CurrentBlock() const {
+  const auto rest = base::Bytes(bytes_).subspan(static_cast<std::size_t>(status_.bytes_programmed));
+  return rest.first(std::min(rest.size(), kBlockSize));
+}
+
+void FlashOperations::Doubt() {
+  if (erases_security_) with_.security.Forget();
+  with_.security.Doubt(CurrentAddress(), CurrentBlock().size());
+}
+
+void FlashOperations::Advance() {
+  if (!running()) return;
+  if (mode_ == Mode::FlashShort) {
+    CompleteBlock();
+    return;
+  }
+  if (erases_security_) with_.security.Erased();
+  End(FlashOutcome::Done);
+  with_.workspace.SendCommand(kResetCommand);
+}
+
+void FlashOperations::CompleteBlock() {
+  const bool failed = driver_.VerifyFailed();
+  if (with_.monitor.LinkError()) {
+    FailByLink();
+    return;
+  }
+  if (!failed) {
+    with_.security.Programmed(CurrentAddress(), CurrentBlock());
+    status_.bytes_programmed += static_cast<long>(CurrentBlock().size());
+  }
+  if (!failed && status_.bytes_programmed < status_.bytes_total) {
+    SendBlock();
+    return;
+  }
+  End(failed ? FlashOutcome::VerifyFailed : FlashOutcome::Done);
+  if (failed) with_.ui.ShowMessage(ToMessage(messages::kNotBlank));
+  with_.workspace.SendCommand(kResetCommand);
+}
+
+void FlashOperations::SendBlock() {
+  driver_.WriteBlockData(CurrentBlock());
+  driver_.WriteBlockParameters(CurrentAddress(), CurrentBlock().size());
+  driver_.PointAtRoutine();
+  Run(mode_, *failure_);
+}
+
+void FlashOperations::FailByLink() {
+  with_.state.WaitingForBreak = false;
+  End(FlashOutcome::LinkLost);
+  with_.ui.ShowMessage(ToMessage(*failure_));
+}
+
+void FlashOperations::End(FlashOutcome outcome) {
+  status_.outcome = outcome;
+  if (busy_cursor_) with_.ui.SetBusyCursor(false);
+  if (progress_shown_) with_.ui.EndProgress();
+  busy_cursor_ = progress_shown_ = false;
+}
+
+void FlashOperations::Cancel() {
+  if (!running()) return;
+  End(FlashOutcome::Cancelled);
+  with_.workspace.SendCommand(kResetCommand);
+}
+
+void FlashOperations::Abandon() {
+  if (running()) End(FlashOutcome::Cancelled);
+}
+
+void FlashOperations::Tick() {
+  if (!running()) return;
+  if (with_.state.RunMode != mode_) {
+    Abandon();
+  } else if (with_.monitor.LinkError()) {
+    FailByLink();
+  } else if (progress_shown_ && !with_.ui.UpdateProgress(kEraseText, 0, 0)) {
+    Cancel();
+  }
+}
+
+}  // namespace brevant::flash

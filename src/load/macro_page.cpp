@@ -1,0 +1,43 @@
+// SPDX-License-Identifier: MIT
+#include "load/macro_page.h"
+
+#include "base/files.h"
+#include "load/macro_runner.h"
+#include "load/messages.h"
+
+namespace brevant::load {
+namespace {
+
+bool StoreName(const base::SettingsKey& key, std::string_view typed, base::SettingsFile& settings,
+               base::UserInterface& ui, std::string_view start_up_directory) {
+  std::string name(typed.substr(0, MacroPage::kMaxNameLength));
+  if (!name.empty()) name = QualifyMacroName(name, start_up_directory);
+  if (name.empty() || !base::ReadFile(name).ok()) {
+    ui.ShowMessage(ToMessage(messages::kMacroNotReadable, name));
+    return false;
+  }
+  settings.Store(key, name);
+  return true;
+}
+
+}  // namespace
+
+MacroPage MacroPage::Open(const base::SettingsFile& settings) {
+  const int flags = settings.Integer(base::keys::kMacroFlags);
+  return {(flags & kMacroBeforeLoad) != 0, settings.String(base::keys::kLoadMacroFile),
+          (flags & kMacroAfterReset) != 0, settings.String(base::keys::kResetMacroFile)};
+}
+
+bool MacroPage::Commit(base::SettingsFile& settings, base::UserInterface& ui,
+                       std::string_view start_up_directory) const {
+  const long flags = (after_reset ? kMacroAfterReset : 0) + (before_load ? kMacroBeforeLoad : 0);
+  settings.Store(base::keys::kMacroFlags, flags);
+  if (before_load &&
+      !StoreName(base::keys::kLoadMacroFile, before_load_file, settings, ui, start_up_directory)) {
+    return false;
+  }
+  return !after_reset ||
+         StoreName(base::keys::kResetMacroFile, after_reset_file, settings, ui, start_up_directory);
+}
+
+}  // namespace brevant::load

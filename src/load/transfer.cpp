@@ -1,0 +1,26 @@
+// SPDX-License-Identifier: MIT
+#include "load/transfer.h"
+
+namespace brevant::load {
+
+bool Transfer(const images::ImageFile& file, link::Monitor& monitor, control::RegisterFrame& frame,
+              StartAddress& start, Progress progress) {
+  start.EntryFromImage = false;
+  long done = 0;
+  for (const images::ImageRecord& record : file.records) {
+    const base::Address address = base::Low16(record.address);
+    if (record.kind == images::ImageRecord::Kind::Entry) {
+      frame.PC = address;
+      frame.WriteProgramCounter(address);
+      start.LoadEntryAddress = address;
+      start.EntryFromImage = true;
+      continue;
+    }
+    if (!progress(done, file.report.bytes)) return false;
+    monitor.WriteBlock(address, record.bytes);
+    done += static_cast<long>(record.bytes.size());
+  }
+  return true;
+}
+
+}  // namespace brevant::load
