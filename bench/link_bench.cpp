@@ -13,10 +13,10 @@
 
 #include "control/run_control.h"
 #include "images/image.h"
-#include "images/verify.h"
 #include "link/monitor.h"
 #include "link/native/native_serial_port.h"
 #include "link/security_code.h"
+#include "load/verify.h"
 #include "scenario/target_process.h"
 
 namespace {
@@ -153,8 +153,8 @@ bool Step(Bench& bench) {
 bool Verify(Bench& bench) {
   images::Image image;
   image.Put(0x8000, std::vector<std::uint8_t>(512, 0xFF));
-  const auto result = images::Verify(bench.monitor, image, [](long, long) { return true; });
-  return result.outcome == images::VerifyOutcome::Equal && result.compared == 512;
+  const auto result = load::Verify(bench.monitor, image, [](long, long) { return true; });
+  return result.outcome == load::VerifyOutcome::Equal && result.compared == 512;
 }
 
 struct Row {

@@ -9,15 +9,15 @@
 #include "cli/session.h"
 #include "cli/shown_progress.h"
 #include "devices/hc08.h"
-#include "images/flash_forms.h"
-#include "images/image_reader.h"
-#include "images/verify.h"
+#include "flash/flash_forms.h"
+#include "images/image_file.h"
+#include "load/verify.h"
 
 namespace brevant::cli {
 namespace {
 
 // The end of a flash operation, whichever engine has carried it out.
-Result AwaitFlash(Session& session, const images::FlashStatus& status, bool started) {
+Result AwaitFlash(Session& session, const flash::FlashStatus& status, bool started) {
   if (started) {
     const auto end = session.WaitForStop([&status] { return status.bytes_programmed; });
     if (end == frontend::WaitEnd::Interrupted || end == frontend::WaitEnd::TimedOut) {
@@ -31,17 +31,17 @@ Result AwaitFlash(Session& session, const images::FlashStatus& status, bool star
     }
   }
   switch (status.outcome) {
-    case images::FlashOutcome::Done:
+    case flash::FlashOutcome::Done:
       return {};
-    case images::FlashOutcome::VerifyFailed:
+    case flash::FlashOutcome::VerifyFailed:
       return Failure(ExitStatus::VerifyDiffers, "");
-    case images::FlashOutcome::LinkLost:
+    case flash::FlashOutcome::LinkLost:
       return LinkLost();
-    case images::FlashOutcome::Cancelled:
+    case flash::FlashOutcome::Cancelled:
       return Failure(ExitStatus::Failed, "cancelled");
-    case images::FlashOutcome::None:
-    case images::FlashOutcome::Running:
-    case images::FlashOutcome::Refused:
+    case flash::FlashOutcome::None:
+    case flash::FlashOutcome::Running:
+    case flash::FlashOutcome::Refused:
       break;
   }
   return Failure(ExitStatus::Failed, "nothing was done");
@@ -54,13 +54,13 @@ std::string_view Diagnosis(std::uint8_t expected, std::uint8_t found) {
   return "bits were left unprogrammed";
 }
 
-Result Compared(const images::VerifyResult& verified) {
-  if (verified.outcome == images::VerifyOutcome::LinkLost) return LinkLost();
-  if (verified.outcome == images::VerifyOutcome::Cancelled) {
+Result Compared(const load::VerifyResult& verified) {
+  if (verified.outcome == load::VerifyOutcome::LinkLost) return LinkLost();
+  if (verified.outcome == load::VerifyOutcome::Cancelled) {
     return Failure(ExitStatus::Failed, "interrupted while verifying");
   }
   if (!verified.first) return {};
-  const images::Difference& first = *verified.first;
+  const load::Difference& first = *verified.first;
   Result result = Failure(
       ExitStatus::VerifyDiffers,
       fmt::format("{} of {} bytes differ, the first at {:04x}: expected {:02x}, found {:02x}: {}",
@@ -76,7 +76,7 @@ Result VerifyFlash(Session& session, const images::Image& image) {
                    "flash cannot be read back: the security code was not accepted after the reset");
   }
   ShownProgress progress(session.ui(), "Verifying");
-  return Compared(images::Verify(session.debugger().monitor, image, progress));
+  return Compared(load::Verify(session.debugger().memory, image, progress));
 }
 
 Result Programmed(Session& session, Result result, const images::Image& image, bool verify) {
@@ -94,7 +94,7 @@ Result Programmed(Session& session, Result result, const images::Image& image, b
 }
 
 Result MassErase(Session& session, const ParsedArguments&) {
-  images::FlashOperations& flash = session.debugger().flash;
+  flash::FlashOperations& flash = session.debugger().flash;
   Result result = AwaitFlash(session, flash.status(), flash.MassEraseCommand());
   if (result.ok()) result.text = "erased\n";
   return result;
@@ -104,7 +104,7 @@ Result Erase(Session& session, const ParsedArguments& arguments) {
   const base::Address from = arguments.Number(0);
   const base::Address to = arguments.Number(1);
   if (to <= from) return UsageError("End address must be greater than start address");
-  images::FlashOperations& flash = session.debugger().flash;
+  flash::FlashOperations& flash = session.debugger().flash;
   Result result = AwaitFlash(session, flash.status(), flash.EraseFlashRange(from, to));
   if (result.ok()) result.text = fmt::format("erased {:04x} to {:04x}\n", from, to);
   return result;
@@ -118,16 +118,17 @@ Result Program(Session& session, const ParsedArguments& arguments) {
     return Failure(ExitStatus::File,
                    fmt::format("cannot read {}: {}", path, file.report.file_error));
   }
-  if (file.image.empty()) {
+  const images::Image image = file.ToImage();
+  if (image.empty()) {
     return Failure(ExitStatus::File, fmt::format("{} holds no S-record data", path));
   }
-  images::FileProgrammer& programmer = session.debugger().file_programmer;
+  flash::FileProgrammer& programmer = session.debugger().file_programmer;
   Result result = AwaitFlash(session, programmer.status(), programmer.ProgramFlashFile(path));
   if (result.ok() && programmer.status().bytes_programmed == 0) {
     return Failure(ExitStatus::File,
                    fmt::format("nothing was programmed: {} begins with no S-record", path));
   }
-  return Programmed(session, std::move(result), file.image, verify);
+  return Programmed(session, std::move(result), image, verify);
 }
 
 Result ProgramBytes(Session& session, const ParsedArguments& arguments) {
@@ -135,7 +136,7 @@ Result ProgramBytes(Session& session, const ParsedArguments& arguments) {
   const std::vector<std::uint8_t>& bytes = arguments.Bytes(1);
   images::Image image;
   image.Put(address, bytes);
-  images::FlashOperations& flash = session.debugger().flash;
+  flash::FlashOperations& flash = session.debugger().flash;
   Result result = AwaitFlash(session, flash.status(), flash.ProgramFlashLocations(address, bytes));
   return Programmed(session, std::move(result), image, true);
 }
@@ -144,7 +145,7 @@ Result ProgramIrq(Session& session, const ParsedArguments&) {
   images::Image image;
   image.Put(devices::kIrqVector, std::array{base::HighByte(devices::kIrqStopRoutine),
                                             base::LowByte(devices::kIrqStopRoutine)});
-  images::FlashOperations& flash = session.debugger().flash;
+  flash::FlashOperations& flash = session.debugger().flash;
   Result result = AwaitFlash(session, flash.status(), flash.ProgramIrqVector());
   return Programmed(session, std::move(result), image, true);
 }

@@ -6,9 +6,9 @@
 #include "cli/command_table.h"
 #include "cli/session.h"
 #include "cli/shown_progress.h"
-#include "images/image_reader.h"
-#include "images/read_out.h"
-#include "images/verify.h"
+#include "images/image_file.h"
+#include "load/read_out.h"
+#include "load/verify.h"
 
 namespace brevant::cli {
 namespace {
@@ -23,7 +23,7 @@ void NoteSkipped(Session& session, const images::ReadReport& report) {
                                   report.skipped, report.first_skipped_line));
 }
 
-Result Loaded(Session& session, const std::string& path, const images::LoadResult& loaded) {
+Result Loaded(Session& session, const std::string& path, const load::LoadResult& loaded) {
   Result result;
   result.text = fmt::format("loaded {}\n", path);
   result.fields = {{"file", path}, {"bytes", loaded.report.bytes}};
@@ -41,19 +41,19 @@ Result Loaded(Session& session, const std::string& path, const images::LoadResul
 
 Result Load(Session& session, const ParsedArguments& arguments) {
   const std::string& path = arguments.Text(0);
-  const images::LoadResult loaded = session.debugger().loader.LoadImage(path);
+  const load::LoadResult loaded = session.debugger().loader.LoadImage(path);
   switch (loaded.outcome) {
-    case images::LoadOutcome::Loaded:
+    case load::LoadOutcome::Loaded:
       // The program is in the target; that its debug information could not be read is no failure.
       session.ui().ErrorsAreNotices();
       break;
-    case images::LoadOutcome::NotFound:
-    case images::LoadOutcome::WrongFormat:
-    case images::LoadOutcome::NotReadable:
+    case load::LoadOutcome::NotFound:
+    case load::LoadOutcome::WrongFormat:
+    case load::LoadOutcome::NotReadable:
       return Failure(ExitStatus::File, fmt::format("{} was not loaded", path));
-    case images::LoadOutcome::Cancelled:
+    case load::LoadOutcome::Cancelled:
       return Failure(ExitStatus::Failed, "interrupted; what was written so far stays");
-    case images::LoadOutcome::LinkLost:
+    case load::LoadOutcome::LinkLost:
       return LinkLost();
   }
   return Loaded(session, path, loaded);
@@ -63,19 +63,19 @@ Result Verify(Session& session, const ParsedArguments& arguments) {
   const std::string& path = arguments.Text(0);
   const images::ImageFile file = images::ReadImageFile(path);
   if (!file.report.ok()) return NotRead(path, file.report.file_error);
-  if (file.image.empty()) return NotRead(path, "it holds no S-record or Intel HEX data");
+  const images::Image image = file.ToImage();
+  if (image.empty()) return NotRead(path, "it holds no S-record or Intel HEX data");
   NoteSkipped(session, file.report);
   ShownProgress progress(session.ui(), "Verifying");
-  const images::VerifyResult verified =
-      images::Verify(session.debugger().monitor, file.image, progress);
-  if (verified.outcome == images::VerifyOutcome::LinkLost) return LinkLost();
-  if (verified.outcome == images::VerifyOutcome::Cancelled) {
+  const load::VerifyResult verified = load::Verify(session.debugger().memory, image, progress);
+  if (verified.outcome == load::VerifyOutcome::LinkLost) return LinkLost();
+  if (verified.outcome == load::VerifyOutcome::Cancelled) {
     return Failure(ExitStatus::Failed, "interrupted");
   }
   Result result;
   result.fields = {{"compared", verified.compared}, {"different", verified.different}};
-  if (verified.outcome == images::VerifyOutcome::Different) {
-    const images::Difference& first = *verified.first;
+  if (verified.outcome == load::VerifyOutcome::Different) {
+    const load::Difference& first = *verified.first;
     result.status = ExitStatus::VerifyDiffers;
     result.text = fmt::format("{:04x}: expected {:02x}, found {:02x}\n", first.address,
                               first.expected, first.found);
@@ -90,21 +90,21 @@ Result Verify(Session& session, const ParsedArguments& arguments) {
 Result Save(Session& session, const ParsedArguments& arguments) {
   const std::string& path = arguments.Text(2);
   ShownProgress progress(session.ui(), "Reading");
-  const images::ReadOutResult saved = images::ReadOut(
-      session.debugger().monitor, arguments.Number(0), arguments.Number(1), path, progress);
+  const load::ReadOutResult saved = load::ReadOut(session.debugger().memory, arguments.Number(0),
+                                                  arguments.Number(1), path, progress);
   switch (saved.outcome) {
-    case images::ReadOutOutcome::Saved:
+    case load::ReadOutOutcome::Saved:
       break;
-    case images::ReadOutOutcome::UnknownFormat:
+    case load::ReadOutOutcome::UnknownFormat:
       return Failure(ExitStatus::File,
                      fmt::format("{} has none of the extensions .s19, .sx, .hex and .bin", path));
-    case images::ReadOutOutcome::BadRange:
+    case load::ReadOutOutcome::BadRange:
       return UsageError("the second address is below the first");
-    case images::ReadOutOutcome::Cancelled:
+    case load::ReadOutOutcome::Cancelled:
       return Failure(ExitStatus::Failed, "interrupted; no file was written");
-    case images::ReadOutOutcome::LinkLost:
+    case load::ReadOutOutcome::LinkLost:
       return LinkLost();
-    case images::ReadOutOutcome::NotWritten:
+    case load::ReadOutOutcome::NotWritten:
       return Failure(ExitStatus::File, fmt::format("cannot write {}: {}", path, saved.error));
   }
   Result result;

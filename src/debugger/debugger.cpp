@@ -35,9 +35,9 @@ Debugger::Debugger(const Surroundings& surroundings)
       n_step(run_control, activity, frame, breakpoints, debug_info),
       trace(run_control, activity, frame, breakpoints, debug_info, surroundings.ui,
             TraceFilesOfImage()),
-      macros(monitor, frame, start_address, settings, surroundings.ui,
+      macros(memory, frame, start_address, settings, surroundings.ui,
              surroundings.start_up_directory),
-      loader(monitor, frame, breakpoints, debug_info, start_address, macros, settings,
+      loader(memory, frame, breakpoints, debug_info, start_address, macros, settings,
              surroundings.ui, {.refresh_after_stop = [this] { RefreshAfterStop(); }}),
       flash(FlashSurroundingsOfThis()),
       file_programmer(FlashSurroundingsOfThis()) {}
@@ -145,9 +145,9 @@ void Debugger::ChooseProgramCounter() {
   frame.SetPC(start);
 }
 
-images::FlashSurroundings Debugger::FlashSurroundingsOfThis() {
-  return {monitor,          frame,    activity,           debug_info, settings,
-          surroundings_.ui, security, [this] { Reset(); }};
+flash::FlashSurroundings Debugger::FlashSurroundingsOfThis() {
+  return {memory,   monitor_link,     frame,    activity,           debug_info,
+          settings, surroundings_.ui, security, [this] { Reset(); }};
 }
 
 control::TraceFiles Debugger::TraceFilesOfImage() {

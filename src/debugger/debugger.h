@@ -17,15 +17,15 @@
 #include "control/register_frame.h"
 #include "control/run_control.h"
 #include "control/trace.h"
-#include "images/file_programmer.h"
-#include "images/flash_operations.h"
-#include "images/loader.h"
-#include "images/macro_runner.h"
-#include "images/start_address.h"
+#include "flash/file_programmer.h"
+#include "flash/flash_operations.h"
 #include "link/connector.h"
 #include "link/monitor.h"
 #include "link/monitor_link.h"
 #include "link/security_keeper.h"
+#include "load/loader.h"
+#include "load/macro_runner.h"
+#include "load/start_address.h"
 #include "memory/memory.h"
 #include "symbols/debug_info.h"
 
@@ -73,11 +73,11 @@ class Debugger {
   control::RunControl run_control;
   control::NStep n_step;
   control::Trace trace;
-  images::StartAddress start_address;
-  images::MacroRunner macros;
-  images::Loader loader;
-  images::FlashOperations flash;
-  images::FileProgrammer file_programmer;
+  load::StartAddress start_address;
+  load::MacroRunner macros;
+  load::Loader loader;
+  flash::FlashOperations flash;
+  flash::FileProgrammer file_programmer;
   // Found at the last reset or new connection: the image loaded last is no longer in memory.
   bool image_gone = false;
   static constexpr const char* kImageGone =
@@ -108,7 +108,7 @@ class Debugger {
   void RefreshAfterStop();
 
  private:
-  images::FlashSurroundings FlashSurroundingsOfThis();
+  flash::FlashSurroundings FlashSurroundingsOfThis();
   void NoteLink();
   void FollowUpReset();
   void ChooseProgramCounter();

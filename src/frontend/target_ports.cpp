@@ -3,7 +3,7 @@
 
 #include <utility>
 
-#include "images/image_reader.h"
+#include "images/image_file.h"
 #include "link/native/native_serial_port.h"
 #include "link/native/serial_devices.h"
 #include "link/port_map.h"
@@ -47,8 +47,8 @@ void TargetPorts::MakeBoard(int device) {
   simulated_ =
       std::make_shared<simulator::SimulatedTarget>(simulator::DeviceByIndex(device), board_.pace);
   if (!board_.demo || device != kDemoDevice) return;
-  for (const images::Block& block : images::ParseImage(simulator::DemoFirmware()).image.Blocks()) {
-    simulated_->board().Load(block.address, block.bytes);
+  for (const auto& record : images::ParseSRecords(simulator::DemoFirmware()).records) {
+    simulated_->board().Load(record.address, record.bytes);
   }
 }
 

@@ -22,23 +22,22 @@ std::optional<std::string> Choose(const CommandContext& context, workspace::Choo
                                 base::WorkingDirectory()));
 }
 
-images::LoadOutcome Load(const CommandContext& context, const std::string& path) {
+load::LoadOutcome Load(const CommandContext& context, const std::string& path) {
   Session& session = context.session;
-  const images::LoadResult result = session.debugger.loader.LoadImage(path);
+  const load::LoadResult result = session.debugger.loader.LoadImage(path);
   session.RefreshViews();
   // Also after a part of it: lines may show what was there before.
   session.program_views.RefreshProgramWindows();
-  if (result.outcome == images::LoadOutcome::Loaded &&
-      session.debugger.debug_info.DebugInfoLoaded) {
+  if (result.outcome == load::LoadOutcome::Loaded && session.debugger.debug_info.DebugInfoLoaded) {
     context.window.status().ShowNotice(result.debug_info_detail);
   }
   return result.outcome;
 }
 
 // Whether at least a part of the image came into the target, and its name into the title.
-bool BecameCurrent(images::LoadOutcome outcome) {
-  return outcome == images::LoadOutcome::Loaded || outcome == images::LoadOutcome::Cancelled ||
-         outcome == images::LoadOutcome::LinkLost;
+bool BecameCurrent(load::LoadOutcome outcome) {
+  return outcome == load::LoadOutcome::Loaded || outcome == load::LoadOutcome::Cancelled ||
+         outcome == load::LoadOutcome::LinkLost;
 }
 
 void LoadChosenImage(const CommandContext& context) {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What loading, macros and flash commands tell the user: one row a message.
+// What is said of image files, whoever reads them.
 #pragma once
 
 #include "base/message_text.h"
@@ -11,139 +11,12 @@ using base::ToMessage;
 
 namespace messages {
 
-using base::Buttons;
-using base::Icon;
-using base::Severity;
-
-inline constexpr const char* kError = "Error Message";
-inline constexpr const char* kInformation = "Information";
-inline constexpr const char* kForYourInformation = "For your information";
-
-// Loading.
-inline constexpr MessageText kFileNotFound{"load.file-not-found", Severity::Error,
-                                           "File %s is not found", kError, Icon::Error};
-inline constexpr MessageText kUseImageFormat{"load.use-image-format", Severity::Error,
-                                             "Use only S19 or HEX format", kError, Icon::Error};
-inline constexpr MessageText kImageNotReadable{"load.image-not-readable", Severity::Error,
-                                               "Can not open file %s\n%s", kError, Icon::Error};
 inline constexpr MessageText kRecordsSkipped{
-    "load.records-skipped", Severity::Warning,
+    "load.records-skipped", base::Severity::Warning,
     "%ld malformed records of\n%s\nwere skipped. The first is in line %ld: %s.",
-    kForYourInformation, Icon::Warning};
-inline constexpr MessageText kBeyondAddressSpace{
-    "load.beyond-address-space", Severity::Warning,
-    "%ld bytes of\n%s\nlie above address FFFF and were written at the low 16 bits of their\n"
-    "addresses. Please check that the file was made for this target.",
-    kForYourInformation, Icon::Warning};
-inline constexpr MessageText kNotArrived{"load.not-arrived", Severity::Notice,
-                                         "%04x holds %02x and not the image's %02x.\n"
-                                         "Loading writes RAM only; flash has to be programmed.",
-                                         kForYourInformation, Icon::Information};
-inline constexpr MessageText kLinkLostWhileLoading{
-    "load.link-lost", Severity::Warning,
-    "The target does not answer: %s is not or not completely loaded.\n"
-    "Check the cable and the power, press ReStart to connect again, then load the file again.",
-    kInformation, Icon::Warning};
-inline constexpr MessageText kOfferToolChain{
-    "load.offer-tool-chain",
-    Severity::Notice,
-    "The file beside the image comes from another tool chain than the configured one:\n%s\n\n"
-    "Configure the debugger for %s and read it?",
-    kForYourInformation,
-    Icon::Question,
-    Buttons::YesNo};
+    "For your information", base::Icon::Warning};
 
-// Macros.
-inline constexpr MessageText kMacroNotFound{"macro.not-found", Severity::Error,
-                                            "Macro file not found. Please check the configure\n"
-                                            "menu to make sure the file selected is correct",
-                                            kError, Icon::Error};
-inline constexpr MessageText kMacroNotReadable{"macro.not-readable", Severity::Error,
-                                               "   Can not open %s file", kError, Icon::Error};
-
-// Flash: questions and refusals.
-inline constexpr MessageText kConfirmMassErase{"flash.confirm-mass-erase",
-                                               Severity::Warning,
-                                               "Do you really want to mass erase flash EEPROM",
-                                               kInformation,
-                                               Icon::Question,
-                                               Buttons::YesNo};
-inline constexpr MessageText kConfirmErase{
-    "flash.confirm-erase", Severity::Warning, "It is going to erase flash EEPROM, please confirm.",
-    kForYourInformation,   Icon::Question,    Buttons::OkCancel};
-inline constexpr MessageText kEndNotAboveStart{"flash.end-not-above-start",
-                                               Severity::Notice,
-                                               "End address must be greater than start address",
-                                               kForYourInformation,
-                                               Icon::Information,
-                                               Buttons::OkCancel};
-inline constexpr MessageText kNotHexAddress{"flash.not-hex-address", Severity::Notice,
-                                            "Not a correct HEX address", kInformation,
-                                            Icon::Information};
-inline constexpr MessageText kNoData{"flash.no-data", Severity::Notice, "No data to program",
-                                     kInformation, Icon::Information};
-inline constexpr MessageText kBadData{
-    "flash.bad-data", Severity::Notice,
-    "The string should be maximum of two HEX digits seperated by a space", kInformation,
-    Icon::Information};
-inline constexpr MessageText kProgramFileNotAccessible{"flash.file-not-accessible", Severity::Error,
-                                                       "Can not access the file you select", kError,
-                                                       Icon::Error};
-inline constexpr MessageText kProgramFileNotOpened{"flash.file-not-opened", Severity::Error,
-                                                   "Can not open file %s", kError, Icon::Error};
-
-// Flash: what went wrong on the target.
-inline constexpr MessageText kMassEraseFailed{"flash.mass-erase-failed", Severity::Warning,
-                                              "Error in mass-erasing flash. Check the reset switch",
-                                              kInformation, Icon::Warning};
-inline constexpr MessageText kIrqVectorFailed{
-    "flash.irq-vector-failed", Severity::Warning,
-    "Error in programming IRQ vector. Check the reset switch", kInformation, Icon::Warning};
-inline constexpr MessageText kLocationFailed{
-    "flash.location-failed", Severity::Warning,
-    "Error in programmingflash location. Check the reset switch", kInformation, Icon::Warning};
-inline constexpr MessageText kEraseFailed{"flash.erase-failed", Severity::Warning,
-                                          "Error in erasing flash. Check the reset switch",
-                                          kInformation, Icon::Warning};
-inline constexpr MessageText kProgramFailed{"flash.program-failed", Severity::Warning,
-                                            "Error in programming flash. Check the reset switch",
-                                            kInformation, Icon::Warning};
-inline constexpr MessageText kNotBlank{"flash.not-blank", Severity::Warning,
-                                       "Flash EEPROM not blank or an error found in programming",
-                                       kForYourInformation, Icon::Information};
-inline constexpr MessageText kLinkLostWhileProgramming{
-    "flash.link-lost", Severity::Warning,
-    "The target stopped answering while its flash was being programmed.\n\n"
-    "%ld of %ld bytes are programmed and verified. The bytes from %04x on are in doubt.\n\n"
-    "Check the cable and the power, press ReStart to connect again, erase the flash and program\n"
-    "the file again: no byte may be programmed twice without an erase in between.",
-    kInformation, Icon::Warning};
-
-inline constexpr const MessageText* kAll[] = {&kFileNotFound,
-                                              &kUseImageFormat,
-                                              &kImageNotReadable,
-                                              &kRecordsSkipped,
-                                              &kBeyondAddressSpace,
-                                              &kNotArrived,
-                                              &kLinkLostWhileLoading,
-                                              &kOfferToolChain,
-                                              &kMacroNotFound,
-                                              &kMacroNotReadable,
-                                              &kConfirmMassErase,
-                                              &kConfirmErase,
-                                              &kEndNotAboveStart,
-                                              &kNotHexAddress,
-                                              &kNoData,
-                                              &kBadData,
-                                              &kProgramFileNotAccessible,
-                                              &kProgramFileNotOpened,
-                                              &kMassEraseFailed,
-                                              &kIrqVectorFailed,
-                                              &kLocationFailed,
-                                              &kEraseFailed,
-                                              &kProgramFailed,
-                                              &kNotBlank,
-                                              &kLinkLostWhileProgramming};
+inline constexpr const MessageText* kAll[] = {&kRecordsSkipped};
 
 }  // namespace messages
 }  // namespace brevant::images

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // One Motorola S-record: S, a type digit, the count of bytes that follow, an address of 2 to 4
-// bytes, data, checksum. Checksums are neither required to be right nor looked at.
+// bytes, data, checksum. A record is valid whatever its checksum.
 #pragma once
 
 #include <cstdint>
@@ -14,17 +14,18 @@
 namespace brevant::images {
 
 enum class SRecordKind {
-  Header,      // S0
-  Data,        // S1, S2, S3
-  Entry,       // S9, whatever its mark
-  EndOfImage,  // any other type, or no S-record at all: reading ends here
+  Header,    // S0
+  Data,      // S1, S2, S3
+  Entry,     // S9, whatever its mark
+  End,       // any other type: reading ends here
+  NoRecord,  // and here too
 };
 
 struct SRecord {
-  SRecordKind kind = SRecordKind::EndOfImage;
-  bool lower_case_mark = false;
+  SRecordKind kind = SRecordKind::NoRecord;
   base::Address address = 0;  // as wide as the record gives it; of Entry 16 bits
   std::vector<std::uint8_t> data;
+  bool checksum_right = false;  // of Data and Entry
 };
 
 std::variant<SRecord, RecordFault> ParseSRecord(const RecordToken& token);

@@ -12,15 +12,16 @@
 #include <string>
 #include <system_error>
 
-#include "base/files.h"
+#include "images/image_file.h"
 #include "simulator/demo_firmware.h"
 #include "target/board_server.h"
+#include "target/firmware.h"
 #include "target/pseudo_terminal.h"
-#include "target/srecord_file.h"
 
 namespace {
 
 namespace fs = std::filesystem;
+namespace images = brevant::images;
 using brevant::simulator::Board;
 
 enum ExitStatus { kOk = 0, kUsage = 2, kFile = 3, kPort = 4 };
@@ -49,25 +50,24 @@ void AddOptions(CLI::App& app, Options& options) {
   app.add_option("--link", options.link, "symbolic link to make to the device, removed at the end");
 }
 
-bool LoadRecords(std::string_view text, const std::string& name, Board& board) {
-  const brevant::target::SRecords records = brevant::target::ParseSRecords(text);
-  if (!records.error.empty()) {
-    std::cerr << "brevant-target: " << name << ": " << records.error << '\n';
+bool LoadRecords(const images::ImageFile& file, const std::string& name, Board& board) {
+  const std::string error = brevant::target::WhatIsWrong(file);
+  if (!error.empty()) {
+    std::cerr << "brevant-target: " << name << ": " << error << '\n';
     return false;
   }
-  for (const auto& segment : records.segments) board.Load(segment.address, segment.bytes);
+  for (const images::ImageRecord& record : file.records) board.Load(record.address, record.bytes);
   return true;
 }
 
 bool FillFlash(const Options& options, Board& board) {
-  if (options.demo) return LoadRecords(brevant::simulator::DemoFirmware(), "demo program", board);
-  if (options.flash.empty()) return true;
-  const brevant::base::FileText file = brevant::base::ReadFile(options.flash);
-  if (!file.ok()) {
-    std::cerr << "brevant-target: " << options.flash << ": " << file.error << '\n';
-    return false;
+  if (options.demo) {
+    const std::string_view text = brevant::simulator::DemoFirmware();
+    return LoadRecords(images::ParseSRecords(text), "demo program", board);
   }
-  return LoadRecords(file.text, options.flash, board);
+  if (options.flash.empty()) return true;
+  return LoadRecords(images::ReadImageFile(options.flash, images::ParseSRecords), options.flash,
+                     board);
 }
 
 // A symbolic link to the device for as long as the object lives. An older link is replaced;

@@ -33,9 +33,8 @@ TEST_F(RunControlTest, StepsAndRunsToAnAddressWithExactlyTheseCommands) {
   const ByteList branch{0x27, 0x04, kNOP, kNOP, kNOP, kNOP, 0x4C}, nops(8, kNOP);
   breakpoints.AddBreakpoint(0x0151);  // stays out of all this
   for (const Row& row : {
-           Row{true, branch, step,
-               "R014F r r RFE08 w01 w52 WFE0B=80 RUN SP R00F9 r r r WFE0B=00", 0x0152,
-               "step"},
+           Row{true, branch, step, "R014F r r RFE08 w01 w52 WFE0B=80 RUN SP R00F9 r r r WFE0B=00",
+               0x0152, "step"},
            Row{true,
                {0x9E, 0xD6, 0x00, 0x01},
                step,

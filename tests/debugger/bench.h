@@ -12,7 +12,7 @@
 #include "base/event_log.h"
 #include "base/test_user.h"
 #include "debugger/debugger.h"
-#include "images/image_reader.h"
+#include "images/image_file.h"
 #include "simulator/simulated_target.h"
 
 namespace brevant::debugger {
@@ -49,7 +49,7 @@ class Bench {
     return false;
   }
   void PutFlash(const std::string& path) {
-    for (const images::Block& block : images::ReadImageFile(path).image.Blocks()) {
+    for (const images::Block& block : images::ReadImageFile(path).ToImage().Blocks()) {
       target.board().Load(block.address, block.bytes);
     }
   }

@@ -60,9 +60,9 @@ TEST_P(Programs, LeaveBehindWhatCSaysWhenDebuggedInFlash) {
 
   ASSERT_TRUE(debugger.file_programmer.ProgramFlashFile(image));
   ASSERT_TRUE(bench.Settle());
-  ASSERT_EQ(debugger.file_programmer.status().outcome, images::FlashOutcome::Done);
+  ASSERT_EQ(debugger.file_programmer.status().outcome, flash::FlashOutcome::Done);
   ASSERT_TRUE(debugger.security.passed()) << "the code that was programmed opens the monitor again";
-  ASSERT_EQ(debugger.loader.LoadImage(image).outcome, images::LoadOutcome::Loaded);
+  ASSERT_EQ(debugger.loader.LoadImage(image).outcome, load::LoadOutcome::Loaded);
   ASSERT_TRUE(debugger.debug_info.DebugInfoLoaded);
 
   bench.settings.Override(base::keys::kRunToMain, "8");

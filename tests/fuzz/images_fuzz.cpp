@@ -3,16 +3,16 @@
 #include <cstdlib>
 #include <string_view>
 
-#include "images/image_reader.h"
-#include "images/macro_script.h"
+#include "images/image_file.h"
+#include "load/macro_script.h"
 
 using namespace brevant::images;
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const std::string_view text(reinterpret_cast<const char*>(data), size);
-  for (const Block& block : ParseImage(text).image.Blocks()) {
+  for (const Block& block : ParseImage(text).ToImage().Blocks()) {
     if (block.address + block.bytes.size() > 0x10000) std::abort();
   }
-  ParseMacroLine(text);
+  brevant::load::ParseMacroLine(text);
   return 0;
 }

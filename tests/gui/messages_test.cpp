@@ -10,8 +10,10 @@
 #include <string>
 
 #include "control/messages.h"
+#include "flash/messages.h"
 #include "images/messages.h"
 #include "link/messages.h"
+#include "load/messages.h"
 #include "symbols/messages.h"
 #include "views/messages.h"
 
@@ -23,7 +25,8 @@ TEST(Messages, HaveIdsOfTheirOwnAndTheCaptionOfTheirSeverity) {
   std::set<std::string> ids;
   for (const Rows rows :
        {Rows(link::kAllMessages), Rows(symbols::kAllMessages), Rows(control::messages::kAll),
-        Rows(images::messages::kAll), Rows(views::messages::kAll), Rows(gui::messages::kAll)}) {
+        Rows(images::messages::kAll), Rows(load::messages::kAll), Rows(flash::messages::kAll),
+        Rows(views::messages::kAll), Rows(gui::messages::kAll)}) {
     for (const base::MessageText* row : rows) {
       EXPECT_THAT(row->id, testing::MatchesRegex("[a-z]+\\.[a-z-]+"));
       EXPECT_TRUE(ids.insert(row->id).second) << row->id << " is there twice";

@@ -3,10 +3,12 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <numeric>
+#include <string>
 #include <vector>
 
-#include "images/image_reader.h"
+#include "images/image_file.h"
 
 namespace brevant::images {
 namespace {
@@ -26,10 +28,12 @@ TEST(ImageWriter, WhatItWritesReadsBackTheSame) {
   for (const base::Address first : {0x8001u, 0xFFF5u}) {
     Image expected;
     expected.Put(first, bytes);
-    const ImageFile s_records = ParseImage(SRecordText(first, bytes));
-    EXPECT_EQ(s_records.image, expected);
-    EXPECT_EQ(s_records.report.entry, std::nullopt);
-    EXPECT_EQ(ParseImage(IntelHexText(first, bytes)).image, expected);
+    for (const std::string& text : {SRecordText(first, bytes), IntelHexText(first, bytes)}) {
+      const ImageFile file = ParseImage(text);
+      EXPECT_EQ(file.ToImage(), expected);
+      EXPECT_EQ(file.report.entry, std::nullopt);
+      EXPECT_TRUE(std::ranges::all_of(file.records, &ImageRecord::checksum_right));
+    }
   }
 }
 

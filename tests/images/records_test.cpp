@@ -36,16 +36,17 @@ std::string MeaningOfS(const std::string& text) {
   const auto parsed = ParseSRecord(Token(text));
   if (const auto* fault = std::get_if<RecordFault>(&parsed)) return std::string(Describe(*fault));
   const auto& record = std::get<SRecord>(parsed);
-  const std::string mark = record.lower_case_mark ? "s" : "S";
   switch (record.kind) {
     case SRecordKind::Header:
       return "header";
     case SRecordKind::Data:
-      return mark + " data at " + std::to_string(record.address) + Text(record.data);
+      return "data at " + std::to_string(record.address) + Text(record.data);
     case SRecordKind::Entry:
       return "entry " + std::to_string(record.address);
-    case SRecordKind::EndOfImage:
+    case SRecordKind::End:
       return "end";
+    case SRecordKind::NoRecord:
+      return "no record";
   }
   return "";
 }
@@ -59,6 +60,8 @@ std::string MeaningOfHex(const std::string& text) {
       return "data at " + std::to_string(record.address) + Text(record.data);
     case HexRecordKind::EndOfFile:
       return "end";
+    case HexRecordKind::NoRecord:
+      return "no record";
     case HexRecordKind::Base:
       return "base " + std::to_string(record.address);
     case HexRecordKind::Other:
@@ -71,21 +74,21 @@ TEST(SRecord, MeansWhatItsFieldsSay) {
   const std::vector<Case> cases = {
       {"S00600004844521B", "header"},
       {"S0", "header"},
-      {"S1060100A1b2C300", "S data at 256 A1 B2 C3"},
-      {"s1060100A1b2C300", "s data at 256 A1 B2 C3"},
-      {"S1030100FB", "S data at 256"},
-      {"S1060100A1B2C300trailing", "S data at 256 A1 B2 C3"},
-      {"S205018000AA00", "S data at 98304 AA"},
-      {"S30601000080AA00", "S data at 16777344 AA"},
+      {"S1060100A1b2C300", "data at 256 A1 B2 C3"},
+      {"s1060100A1b2C300", "data at 256 A1 B2 C3"},
+      {"S1030100FB", "data at 256"},
+      {"S1060100A1B2C300trailing", "data at 256 A1 B2 C3"},
+      {"S205018000AA00", "data at 98304 AA"},
+      {"S30601000080AA00", "data at 16777344 AA"},
       {"S90380007C", "entry 32768"},
       {"s9ZZ8000", "entry 32768"},
       {"x9038000", "entry 32768"},
       {"S5030001FB", "end"},
       {"S70500008000", "end"},
       {"SF030000", "end"},
-      {":00000001FF", "end"},
-      {"x9", "end"},
-      {"Q", "end"},
+      {":00000001FF", "no record"},
+      {"x9", "no record"},
+      {"Q", "no record"},
       {"S", "fewer characters than the count says"},
       {"S1", "fewer characters than the count says"},
       {"S1060100A1B2C3", "fewer characters than the count says"},
@@ -97,9 +100,9 @@ TEST(SRecord, MeansWhatItsFieldsSay) {
       {"S1060100A1-2C300", "a field is not hexadecimal"},
       {"S903zzzz7C", "a field is not hexadecimal"},
       {"S1020100", "the count is too small for the address and the checksum"},
-      {"S30501000080AA", "S data at 16777344"},
+      {"S30501000080AA", "data at 16777344"},
       {"S1" + std::string(254, '0'), "longer than 255 characters"},
-      {"Q1" + std::string(254, '0'), "end"},
+      {"Q1" + std::string(254, '0'), "no record"},
   };
   for (const Case& c : cases) EXPECT_EQ(MeaningOfS(c.token), c.meaning) << c.token;
 }
@@ -110,7 +113,7 @@ TEST(HexRecord, MeansWhatItsFieldsSay) {
       {":03fffe0002337aAA", "data at 65534 02 33 7A"},
       {":0000000000", "data at 0"},
       {":00000001FF", "end"},
-      {"S1060100A1B2C300", "end"},
+      {"S1060100A1B2C300", "no record"},
       {":020000021200EA", "base 73728"},
       {":020000040001F9", "base 65536"},
       {":0400000300003800C1", "other"},

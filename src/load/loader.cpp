@@ -1,0 +1,221 @@
+// SPDX-License-Identifier: MIT
+#include "load/loader.h"
+
+#include <algorithm>
+#include <array>
+#include <optional>
+#include <utility>
+
+#include "base/file_names.h"
+#include "base/files.h"
+#include "devices/hc08.h"
+#include "load/messages.h"
+#include "load/transfer.h"
+
+namespace brevant::load {
+namespace {
+
+constexpr std::string_view kLoadingTitle = "Loading File...";
+constexpr std::string_view kWatchExtension = "cfg";
+
+// How an extension is read; the Motorola assembler names its S-record files "hex".
+struct ExtensionRow {
+  std::string_view extension;
+  images::ImageParser parse;
+  images::ImageParser parse_of_motorola;
+};
+constexpr std::array<ExtensionRow, 3> kExtensions{
+    {{"s19", images::ParseSRecords, images::ParseSRecords},
+     {"hex", images::ParseIntelHex, images::ParseSRecords},
+     {"sx", images::ParseSRecords, images::ParseSRecords}}};
+
+const ExtensionRow* FindExtension(std::string_view path) {
+  const std::string extension = base::ExtensionOf(path);
+  for (const ExtensionRow& row : kExtensions) {
+    if (base::EqualIgnoringCase(row.extension, extension)) return &row;
+  }
+  return nullptr;
+}
+
+bool IsCCompiler(symbols::ToolChain tool_chain) {
+  return tool_chain == symbols::ToolChain::Imagecraft || tool_chain == symbols::ToolChain::Sdcc;
+}
+
+std::string TimeText(long long time) {
+  return base::Format("%ld", static_cast<long>(time));
+}
+
+template <typename Step, typename... Args>
+void Do(const Step& step, const Args&... args) {
+  if (step) step(args...);
+}
+
+}  // namespace
+
+Loader::Loader(memory::Memory& memory, control::RegisterFrame& frame,
+               control::BreakpointTable& breakpoints, symbols::DebugInfo& debug_info,
+               StartAddress& start, MacroRunner& macros, base::SettingsFile& settings,
+               base::UserInterface& ui, LoadSteps steps)
+    : memory_(memory),
+      frame_(frame),
+      breakpoints_(breakpoints),
+      debug_info_(debug_info),
+      start_(start),
+      macros_(macros),
+      settings_(settings),
+      ui_(ui),
+      steps_(std::move(steps)) {}
+
+LoadResult Loader::LoadImage(const std::string& path) {
+  if (!base::ModificationTime(path)) {
+    ui_.ShowMessage(ToMessage(messages::kFileNotFound, path));
+    return {LoadOutcome::NotFound, {}, {}};
+  }
+  macros_.RunBeforeLoadMacro();
+  const ExtensionRow* row = FindExtension(path);
+  if (!row) {
+    ui_.ShowMessage(ToMessage(messages::kUseImageFormat));
+    return {LoadOutcome::WrongFormat, {}, {}};
+  }
+  const bool motorola = debug_info_.tool_chain == symbols::ToolChain::MotorolaAssembler;
+  const images::ImageFile file =
+      images::ReadImageFile(path, motorola ? row->parse_of_motorola : row->parse);
+  LoadResult result;
+  result.report = file.report;
+  if (!result.report.ok()) {
+    result.outcome = LoadOutcome::NotReadable;
+    ui_.ShowMessage(ToMessage(messages::kImageNotReadable, path, result.report.file_error));
+    return result;
+  }
+  image_directory_ = base::DirectoryOf(path);
+  arrived_.clear();
+  const bool complete = TransferWithProgress(path, file);
+  TellAbout(path, result.report, complete);
+  if (complete) TellWhatDidNotArrive(file);
+  if (memory_.LinkError()) result.outcome = LoadOutcome::LinkLost;
+  if (!complete) {
+    // The tables describe the image before this one, whose bytes are partly gone.
+    result.outcome = LoadOutcome::Cancelled;
+    debug_info_.DebugInfoLoaded = false;
+  } else {
+    result.debug_info_detail = ImportDebugInfo(path);
+    IgnoreEntryOfSdcc(result.report);
+    Do(steps_.load_watch_configuration, symbols::CompanionPath(path, kWatchExtension));
+  }
+  ui_.SetTitle(path);
+  breakpoints_.Clear();
+  Do(steps_.refresh_after_stop);
+  StampImage(path);
+  return result;
+}
+
+bool Loader::TransferWithProgress(const std::string& path, const images::ImageFile& file) {
+  ui_.SetTitle(kLoadingTitle);
+  ui_.BeginProgress(kLoadingTitle, path, true);
+  const auto progress = [&](long done, long total) {
+    return ui_.UpdateProgress(path, done, total);
+  };
+  const bool complete = Transfer(file, memory_, frame_, start_, progress);
+  ui_.EndProgress();
+  return complete;
+}
+
+void Loader::TellAbout(const std::string& path, const images::ReadReport& report, bool complete) {
+  if (const auto skipped = report.SkippedMessage(path)) ui_.ShowMessage(*skipped);
+  if (report.records == 0 && !report.entry) {
+    ui_.ShowMessage(ToMessage(messages::kNothingLoaded, path));
+  }
+  if (complete && report.beyond_16_bits > 0) {
+    ui_.ShowMessage(ToMessage(messages::kBeyondAddressSpace, report.beyond_16_bits, path));
+  }
+  if (memory_.LinkError()) ui_.ShowMessage(ToMessage(messages::kLinkLostWhileLoading, path));
+}
+
+// Flash ignores what a load writes; the user would otherwise debug whatever stands there.
+void Loader::TellWhatDidNotArrive(const images::ImageFile& file) {
+  std::optional<base::Message> message;
+  for (const images::Block& block : file.ToImage().Blocks()) {
+    const std::uint8_t wanted = block.bytes.front();
+    const std::uint8_t found = memory_.AskByte(block.address);
+    if (memory_.LinkError()) return;
+    if (found == wanted) {
+      arrived_[block.address] = wanted;
+    } else if (!message) {
+      message = ToMessage(messages::kNotArrived, block.address, found, wanted);
+    }
+  }
+  if (message) ui_.ShowMessage(*message);
+}
+
+bool Loader::ImageIsGone() {
+  // A program may well have changed some of it.
+  return !arrived_.empty() && std::ranges::all_of(arrived_, [this](const auto& sample) {
+    return memory_.AskByte(sample.first) != sample.second && !memory_.LinkError();
+  });
+}
+
+symbols::ImportResult Loader::Import(const std::string& path) {
+  symbols::ImportRequest request;
+  request.image_path = path;
+  request.image_directory = image_directory_;
+  request.image_format = settings_.Integer(base::keys::kImageFormat);
+  request.write_reset_vector = [this](std::uint16_t value) {
+    memory_.WriteWord(devices::kResetVector, value);
+  };
+  return symbols::ImportCompanion(request, debug_info_);
+}
+
+std::string Loader::ImportDebugInfo(const std::string& path) {
+  const symbols::ToolChainRow* row = symbols::FindToolChain(debug_info_.tool_chain);
+  symbols::ImportResult result;
+  if (row && !row->companions.empty()) {
+    result = Import(path);
+    if (result.message) ui_.ShowMessage(*result.message);
+    if (!result.loaded && SwitchToolChain(path)) {
+      result = Import(path);
+      if (result.message) ui_.ShowMessage(*result.message);
+    }
+  }
+  if (IsCCompiler(debug_info_.tool_chain)) Do(steps_.reset_source_view);
+  return result.detail;
+}
+
+// The end record of SDCC's linker always says 0000, where no program can be: the program starts at
+// its reset vector.
+void Loader::IgnoreEntryOfSdcc(images::ReadReport& report) {
+  if (debug_info_.tool_chain != symbols::ToolChain::Sdcc || report.entry != base::Address{0})
+    return;
+  report.entry.reset();
+  start_.EntryFromImage = false;
+  frame_.LoadResetPC();
+}
+
+bool Loader::SwitchToolChain(const std::string& path) {
+  const auto other = symbols::FindOtherToolChain(path, debug_info_.tool_chain);
+  if (!other) return false;
+  const auto question =
+      ToMessage(messages::kOfferToolChain, other->path, std::string(other->row->display_name));
+  if (ui_.ShowMessage(question) != base::Answer::Yes) return false;
+  debug_info_.tool_chain = other->row->tool_chain;
+  base::SettingsFile::Change change;
+  change.Store(base::keys::kCompiler, static_cast<long>(other->row->tool_chain));
+  if (other->row->tool_chain == symbols::ToolChain::Imagecraft) {
+    change.Store(base::keys::kImageFormat, static_cast<long>(other->image_format));
+  }
+  settings_.Apply(change);
+  return true;
+}
+
+bool Loader::ImageIsNewer(const std::string& path) const {
+  const auto time = base::ModificationTime(path);
+  const std::string stamp = settings_.String(base::keys::kTimeStamp);
+  return time && !stamp.empty() && TimeText(*time) > stamp;
+}
+
+void Loader::StampImage(const std::string& path) {
+  if (const auto time = base::ModificationTime(path)) {
+    settings_.Store(base::keys::kTimeStamp, TimeText(*time));
+  }
+}
+
+}  // namespace brevant::load

@@ -1,0 +1,99 @@
+// SPDX-License-Identifier: MIT
+#include "load/macro_runner.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <system_error>
+
+#include "base/file_names.h"
+#include "base/files.h"
+#include "load/macro_script.h"
+#include "load/messages.h"
+
+namespace brevant::load {
+namespace {
+
+constexpr std::string_view kDefaultMacro = "brevant.mac";
+constexpr std::string_view kDefaultOnDemand = "ferrodex.mac";
+constexpr std::string_view kDefaultResetMacro = "RESET.MAC";
+
+}  // namespace
+
+std::string QualifyMacroName(std::string_view name, std::string_view start_up_directory) {
+  const bool has_folder =
+      !base::DirectoryOf(name).empty() || std::filesystem::path(name).is_absolute();
+  return has_folder ? std::string(name) : base::JoinPath(start_up_directory, name);
+}
+
+MacroRunner::MacroRunner(memory::Memory& memory, control::RegisterFrame& frame, StartAddress& start,
+                         base::SettingsFile& settings, base::UserInterface& ui,
+                         std::string start_up_directory)
+    : memory_(memory),
+      frame_(frame),
+      start_(start),
+      settings_(settings),
+      ui_(ui),
+      start_up_directory_(std::move(start_up_directory)) {}
+
+bool MacroRunner::RunMacroFile(std::string& name) {
+  start_.PcFromMacro = false;
+  if (name.empty()) name = base::JoinPath(base::WorkingDirectory(), kDefaultMacro);
+  const base::FileText file = base::ReadFile(name);
+  if (!file.ok()) {
+    ui_.ShowMessage(ToMessage(messages::kMacroNotFound));
+    return false;
+  }
+  std::string_view text = file.text;
+  while (!text.empty()) {
+    const std::size_t end = std::min(text.find('\n'), text.size());
+    Carry(text.substr(0, end));
+    text.remove_prefix(std::min(end + 1, text.size()));
+  }
+  return true;
+}
+
+void MacroRunner::Carry(std::string_view line) {
+  const auto command = ParseMacroLine(line);
+  if (!command) return;
+  switch (command->action) {
+    case MacroAction::SetPc:
+      frame_.SetPC(command->address);
+      start_.PcFromMacro = true;
+      start_.MacroPc = command->address;
+      break;
+    case MacroAction::WriteByte:
+      memory_.WriteByte(command->address, command->value);
+      break;
+    case MacroAction::WriteWord:
+      memory_.WriteWord(command->address, command->value);
+      break;
+  }
+}
+
+bool MacroRunner::RunOnDemand(std::string name) {
+  if (!RunMacroFile(name)) return false;
+  settings_.Store(base::keys::kMacroFile, name);
+  return true;
+}
+
+std::string MacroRunner::LastMacroFile() const {
+  const auto& key = base::keys::kMacroFile;
+  if (settings_.Has(key.section, key.key)) return settings_.String(key);
+  return base::JoinPath(start_up_directory_, kDefaultOnDemand);
+}
+
+void MacroRunner::RunBeforeLoadMacro() {
+  if (!(settings_.Integer(base::keys::kMacroFlags) & kMacroBeforeLoad)) return;
+  std::string name = settings_.String(base::keys::kLoadMacroFile);
+  RunMacroFile(name);
+}
+
+void MacroRunner::RunResetMacro() {
+  if (!(settings_.Integer(base::keys::kMacroFlags) & kMacroAfterReset)) return;
+  std::string name = settings_.String(base::keys::kResetMacroFile);
+  name = QualifyMacroName(name.empty() ? kDefaultResetMacro : name, start_up_directory_);
+  settings_.Store(base::keys::kResetMacroFile, name);
+  RunMacroFile(name);
+}
+
+}  // namespace brevant::load

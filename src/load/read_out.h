@@ -1,0 +1,33 @@
+// SPDX-License-Identifier: MIT
+// Saves a stretch of target memory as a file.
+#pragma once
+
+#include <string>
+
+#include "base/address.h"
+#include "load/progress.h"
+#include "memory/memory.h"
+
+namespace brevant::load {
+
+enum class ReadOutOutcome {
+  Saved,
+  UnknownFormat,  // the extension is none of s19, sx, hex and bin
+  BadRange,       // an address above $FFFF, or the last below the first
+  Cancelled,
+  LinkLost,
+  NotWritten,  // see error
+};
+
+struct ReadOutResult {
+  ReadOutOutcome outcome = ReadOutOutcome::Saved;
+  long bytes = 0;     // in the file
+  std::string error;  // why the file could not be written, in the system's words
+};
+
+// From first to last inclusive. The file is replaced in one step once everything has been read;
+// unless the result is Saved, what stood there before stands there still.
+ReadOutResult ReadOut(memory::Memory& memory, base::Address first, base::Address last,
+                      const std::string& path, Progress progress);
+
+}  // namespace brevant::load

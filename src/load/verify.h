@@ -1,0 +1,34 @@
+// SPDX-License-Identifier: MIT
+// Compares the target's memory with an image.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+
+#include "base/address.h"
+#include "images/image.h"
+#include "load/progress.h"
+#include "memory/memory.h"
+
+namespace brevant::load {
+
+struct Difference {
+  base::Address address = 0;
+  std::uint8_t expected = 0;
+  std::uint8_t found = 0;
+};
+
+enum class VerifyOutcome { Equal, Different, Cancelled, LinkLost };
+
+struct VerifyResult {
+  VerifyOutcome outcome = VerifyOutcome::Equal;
+  long compared = 0;
+  long different = 0;
+  std::optional<Difference> first;  // in ascending addresses
+};
+
+// Reads everything that the image holds and nothing else. What was read when the link failed is not
+// compared.
+VerifyResult Verify(memory::Memory& memory, const images::Image& image, Progress progress);
+
+}  // namespace brevant::load
