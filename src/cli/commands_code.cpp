@@ -19,13 +19,10 @@ constexpr int kMostLines = 65536;
 constexpr base::Address kLastAddress = 0xFFFF;
 
 // The longest instruction has four bytes.
-isa::CurrentInstruction Fetch(link::Monitor& monitor, base::Address address) {
+isa::Instruction Fetch(link::Monitor& monitor, base::Address address) {
   std::array<std::uint8_t, 4> bytes{};
   monitor.ReadBlockBytes(bytes, address);
-  isa::CurrentInstruction instruction;
-  instruction.address = address;
-  std::copy(bytes.begin(), bytes.end(), instruction.bytes.begin());
-  return instruction;
+  return isa::InstructionAt(address, bytes);
 }
 
 Result ListBreakpoints(Session& session) {
@@ -70,11 +67,11 @@ Result Disasm(Session& session, Arguments arguments) {
   Result result;
   result.fields["lines"] = nlohmann::ordered_json::array();
   for (; lines > 0 && address <= kLastAddress && !debugger.monitor.LinkError(); --lines) {
-    isa::CurrentInstruction instruction = Fetch(debugger.monitor, address);
+    const isa::Instruction instruction = Fetch(debugger.monitor, address);
     const std::string line = isa::Disassemble(instruction, debugger.debug_info.SymbolTable);
     result.text += line + '\n';
     result.fields["lines"].push_back(line);
-    address += instruction.length;
+    address = instruction.end();
   }
   return result;
 }
@@ -90,7 +87,7 @@ Result Asm(Session& session, Arguments arguments) {
     return UsageError(fmt::format(
         "\"{}\" is no instruction here: one mnemonic with hexadecimal operands or symbols", text));
   }
-  const base::Bytes bytes(assembled->bytes.data(), static_cast<std::size_t>(assembled->length));
+  const base::Bytes bytes = assembled->code();
   debugger.monitor.WriteBlock(address.value, bytes);
   std::vector<std::uint8_t> taken(bytes.size());
   debugger.monitor.ReadBlockBytes(taken, address.value);

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "base/events.h"
+#include "isa/next_pc.h"
 
 namespace brevant::control {
 
@@ -24,8 +25,7 @@ class Operation {
 
 enum class Mode { Idle, Running, NStepping, Tracing, Operation };
 
-// Whether a step goes into the subroutine that its instruction calls.
-enum class Calls { Follow, StepOver };
+using isa::Calls;
 
 // What the timer completes once the break byte has arrived.
 enum class Pending {

@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "control/run_control.h"
 
+#include <array>
 #include <utility>
 
 #include "base/text_number.h"
-#include "isa/instruction_table.h"
+#include "isa/next_pc.h"
 #include "symbols/library_names.h"
 
 namespace brevant::control {
@@ -67,37 +68,34 @@ std::optional<base::Stop> RunControl::SingleStep(Calls calls) {
   return FinishStop();
 }
 
-const FetchedInstruction& RunControl::FetchInstruction() {
+const isa::Instruction& RunControl::FetchInstruction() {
   constexpr int kFirstRead = 3;
-  instruction_.address = frame_.PC;
-  auto& bytes = instruction_.code.bytes;
+  std::array<std::uint8_t, kFirstRead> bytes{};
   for (int i = 0; i < kFirstRead; ++i) bytes[i] = monitor_.ReadByte(Low16(frame_.PC + i));
-  instruction_.code.length = isa::InstructionLength(bytes[0], bytes[1]);
-  if (instruction_.code.length > kFirstRead) {
-    bytes[kFirstRead] = monitor_.ReadByte(Low16(frame_.PC + kFirstRead));
+  instruction_ = isa::InstructionAt(frame_.PC, bytes);
+  if (instruction_.length() > kFirstRead) {
+    instruction_.bytes[kFirstRead] = monitor_.ReadByte(Low16(frame_.PC + kFirstRead));
   }
   return instruction_;
 }
 
 void RunControl::ArmStep(Calls calls) {
   const isa::StepRegisters registers{
-      .pc = frame_.PC, .sp = frame_.ProgramSP(), .hx = frame_.HX, .a = frame_.A, .ccr = frame_.CCR};
+      .sp = frame_.ProgramSP(), .hx = frame_.HX, .a = frame_.A, .ccr = frame_.CCR};
   const auto read_byte = [this](Address address) { return monitor_.ReadByte(address); };
   const auto read_word = [this](Address address) { return monitor_.ReadWord(address); };
   const isa::TargetMemory memory{read_byte, read_word};
-  const bool step_over = calls == Calls::StepOver;
-  step_start_ = Low16(frame_.PC + instruction_.code.length);
+  step_start_ = Low16(instruction_.end());
 
   if (breakpoints_.HardwareBreakMode()) {
-    breakpoints_.ArmBreakModule(
-        isa::PredictNextPC(registers, instruction_.code, step_over, memory));
+    breakpoints_.ArmBreakModule(isa::PredictNextPC(registers, instruction_, calls, memory));
     return;
   }
   const auto is_library_call = [this](Address address) {
     return symbols::IsLibraryCall(address, debug_info_);
   };
   const isa::BranchAnalysis branch =
-      isa::AnalyseBranch(registers, instruction_.code, step_over, memory, is_library_call);
+      isa::AnalyseBranch(registers, instruction_, calls, memory, is_library_call);
   if (branch.kind != isa::BranchKind::None) breakpoints_.PlantStep(kBranchSlot, branch.target);
   breakpoints_.PlantStep(kFallThroughSlot, step_start_);
 }
@@ -122,8 +120,8 @@ base::StopReason RunControl::ReasonOfStep(Address pc) const {
   if (!expected) return base::StopReason::OwnSwi;
   if (place_) return base::StopReason::PlaceReached;
   // What was executed may have been one, whose next address is as expected.
-  return instruction_.code.bytes[0] == kSwiOpcode ? base::StopReason::OwnSwi
-                                                  : base::StopReason::StepDone;
+  return instruction_.bytes[0] == kSwiOpcode ? base::StopReason::OwnSwi
+                                             : base::StopReason::StepDone;
 }
 
 void RunControl::CompletePendingStep() {

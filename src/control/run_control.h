@@ -15,7 +15,7 @@
 #include "control/activity.h"
 #include "control/breakpoint_table.h"
 #include "control/register_frame.h"
-#include "isa/next_pc.h"
+#include "isa/instruction.h"
 #include "link/monitor.h"
 #include "symbols/debug_info.h"
 
@@ -25,12 +25,6 @@ namespace brevant::control {
 enum class StepSource {
   User,
   Repeated,  // a step on the way to a C statement
-};
-
-// The instruction that a step executes, as it was read from the target.
-struct FetchedInstruction {
-  base::Address address = 0;
-  isa::StepInstruction code;
 };
 
 class RunControl {
@@ -80,9 +74,9 @@ class RunControl {
   // PC when the last step or run began; after a step's analysis the address behind its instruction.
   base::Address step_start() const { return step_start_; }
   // What the last step executed.
-  const FetchedInstruction& last_instruction() const { return instruction_; }
+  const isa::Instruction& last_instruction() const { return instruction_; }
   // Reads the instruction at PC: three bytes, and a fourth when it has one.
-  const FetchedInstruction& FetchInstruction();
+  const isa::Instruction& FetchInstruction();
 
  private:
   bool HasStopped(link::PollWait wait);
@@ -117,7 +111,7 @@ class RunControl {
   base::Events& events_;
   bool source_view_current_ = false;
   base::Address step_start_ = 0;
-  FetchedInstruction instruction_;
+  isa::Instruction instruction_;
   // The run to an address under way; nothing for a step.
   std::optional<base::Address> place_;
   std::optional<base::Stop> last_stop_;

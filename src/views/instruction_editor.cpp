@@ -28,8 +28,7 @@ bool InstructionEditor::Accept(std::string_view text) {
     ui_.Beep();
     return false;
   }
-  const std::span bytes(instruction->bytes);
-  const auto written = bytes.first(static_cast<std::size_t>(instruction->length));
+  const base::Bytes written = instruction->code();
   monitor_.WriteBlock(address_, written);
   std::array<std::uint8_t, 4> taken{};
   monitor_.ReadBlockBytes(std::span(taken).first(written.size()), address_);
