@@ -43,11 +43,10 @@ void Brevant(benchmark::State& state) {
   std::int64_t lines = 0;
   for (auto _ : state) {
     for (std::size_t at = 0; at + 4 <= program.size(); ++lines) {
-      isa::CurrentInstruction instruction;
-      instruction.address = static_cast<base::Address>(0x1000 + at);
-      for (std::size_t i = 0; i < 4; ++i) instruction.bytes[i] = program[at + i];
+      const isa::Instruction instruction = isa::InstructionAt(
+          static_cast<base::Address>(0x1000 + at), base::Bytes(program).subspan(at, 4));
       benchmark::DoNotOptimize(isa::Disassemble(instruction, symbols));
-      at += instruction.length;
+      at += instruction.code().size();
     }
   }
   state.SetItemsProcessed(lines);

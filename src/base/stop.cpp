@@ -15,13 +15,13 @@ struct Row {
 };
 constexpr std::array<Row, 9> kRows{{
     {StopReason::Breakpoint, "breakpoint", "breakpoint at %04x"},
-    {StopReason::StepDone, "step", "stepped to %04x"},
+    {StopReason::StepDone, "step", "step done at %04x"},
     {StopReason::PlaceReached, "place", "reached %04x"},
     {StopReason::OwnSwi, "swi", "SWI of the program before %04x"},
-    {StopReason::UserBreak, "break", "stopped at %04x"},
+    {StopReason::UserBreak, "break", "user's break at %04x"},
     {StopReason::Reset, "reset", "reset, PC at %04x"},
     {StopReason::LinkLost, "link-lost", "link lost"},
-    {StopReason::NotRecovered, "not-recovered", "stopped with a damaged stack at %04x"},
+    {StopReason::NotRecovered, "not-recovered", "damaged stack, PC at %04x"},
     {StopReason::Refused, "refused", "the program does not answer the break signal"},
 }};
 

@@ -56,8 +56,7 @@ Result Asm(Session& session, const ParsedArguments& arguments) {
     return UsageError(fmt::format(
         "\"{}\" is no instruction here: one mnemonic with hexadecimal operands or symbols", text));
   }
-  const base::Bytes bytes(assembled->bytes.data(), static_cast<std::size_t>(assembled->length));
-  const auto refused = debugger.memory.WriteAndLook(address, bytes);
+  const auto refused = debugger.memory.WriteAndLook(address, assembled->code());
   Result result = Disassembled(session, address, 1);
   if (result.ok() && refused) {
     result.status = ExitStatus::Failed;

@@ -75,6 +75,12 @@ void Activity::EndOperation() {
   events_.ActivityChanged();
 }
 
+void Activity::SetFileIo(bool active) {
+  if (std::exchange(file_io_active_, active) == active) return;
+  ++file_io_changes_;
+  events_.ActivityChanged();
+}
+
 void Activity::End() {
   const bool told = Busy() || running_shown_;
   pending_ = Pending::Nothing;

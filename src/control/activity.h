@@ -4,6 +4,7 @@
 #pragma once
 
 #include "base/events.h"
+#include "isa/next_pc.h"
 
 namespace brevant::control {
 
@@ -24,8 +25,7 @@ class Operation {
 
 enum class Mode { Idle, Running, NStepping, Tracing, Operation };
 
-// Whether a step goes into the subroutine that its instruction calls.
-enum class Calls { Follow, StepOver };
+using isa::Calls;
 
 // What the timer completes once the break byte has arrived.
 enum class Pending {
@@ -52,6 +52,10 @@ class Activity {
   bool RunningShown() const { return running_shown_; }
   // Something is under way that a later tick, a stop or a reset will end.
   bool Busy() const { return mode_ != Mode::Idle || waiting_ || StepPending(); }
+  // File I/O has the target: nothing else may talk to it.
+  bool FileIoActive() const { return file_io_active_; }
+  // Moves whenever that changes.
+  long file_io_changes() const { return file_io_changes_; }
   // Who carries the present mode on; nullptr when idle or running.
   Operation* CurrentOperation() const { return operation_; }
 
@@ -79,6 +83,7 @@ class Activity {
   void AbandonOperation();
   // Idle.
   void End();
+  void SetFileIo(bool active);
 
  private:
   void LeaveMode();
@@ -89,6 +94,8 @@ class Activity {
   Calls calls_ = Calls::Follow;
   bool waiting_ = false;
   bool running_shown_ = false;
+  bool file_io_active_ = false;
+  long file_io_changes_ = 0;
   Operation* operation_ = nullptr;
 };
 

@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "control/run_control.h"
 
+#include <algorithm>
+#include <array>
 #include <utility>
 
 #include "base/text_number.h"
-#include "isa/instruction_table.h"
+#include "isa/next_pc.h"
 #include "symbols/library_names.h"
 
 namespace brevant::control {
@@ -19,6 +21,9 @@ constexpr int kStepWaitMs = 2;
 constexpr int kRunToAddressWaitMs = 20;
 constexpr int kSettleMs = 2;
 constexpr int kFallThroughSlot = 0, kBranchSlot = 1;
+constexpr std::uint8_t kCalls[] = {0xAD, 0xBD, 0xCD, 0xDD, 0xED, 0xFD};  // BSR, JSR
+// RTI, TAP, STOP, WAIT, CLI: behind them interrupts may be let in.
+constexpr std::uint8_t kUnmasking[] = {0x80, 0x84, 0x8E, 0x8F, 0x9A};
 
 }  // namespace
 
@@ -62,41 +67,61 @@ std::optional<base::Stop> RunControl::SingleStep(Calls calls) {
   step_start_ = frame_.PC;
   FetchInstruction();
   ArmStep(calls);
-  // It may meet an interrupt, whose handler writes RAM. Flash is not programmed in so short a time.
-  memory_.RunTarget(memory_.Ram());
+  LetStepRun(calls);
   if (link_.LinkError) return std::nullopt;
   link_.WaitMs(kStepWaitMs);
-  if (!HasStopped(PollWait::TimeOut)) return std::nullopt;
-  return FinishStop();
+  if (HasStopped(PollWait::TimeOut)) return FinishStop();
+  // Whatever keeps it busy for so long may have written anything.
+  memory_.DropAll();
+  return std::nullopt;
 }
 
-const FetchedInstruction& RunControl::FetchInstruction() {
-  instruction_.address = frame_.PC;
-  auto& bytes = instruction_.code.bytes;
+void RunControl::LetStepRun(Calls calls) {
+  const std::uint8_t opcode = instruction_.bytes[0];
+  const bool call = std::ranges::find(kCalls, opcode) != std::end(kCalls);
+  // In software mode a call to a library routine is stepped over too.
+  if (call && (calls == Calls::StepOver || !breakpoints_.HardwareBreakMode())) {
+    memory_.RunTarget();
+    return;
+  }
+  const bool unmasks = std::ranges::find(kUnmasking, opcode) != std::end(kUnmasking);
+  if ((frame_.CCR & kCcrI) == 0 || unmasks) {
+    // An interrupt may come in between, whose handler writes RAM. Nobody programs flash in so short
+    // a time.
+    memory_.RunTarget(memory_.Ram());
+    return;
+  }
+  const isa::StepEffects effects = isa::PredictEffects(Registers(), instruction_);
+  memory_.RunTarget(std::array{memory::Range{effects.first, static_cast<Address>(effects.count)}});
+}
+
+isa::StepRegisters RunControl::Registers() const {
+  return {.sp = frame_.ProgramSP(), .hx = frame_.HX, .a = frame_.A, .ccr = frame_.CCR};
+}
+
+const isa::Instruction& RunControl::FetchInstruction() {
+  std::array<std::uint8_t, 4> bytes{};
   memory_.ReadChecked(bytes, frame_.PC);
-  instruction_.code.length = isa::InstructionLength(bytes[0], bytes[1]);
+  instruction_ = isa::InstructionAt(frame_.PC, bytes);
   return instruction_;
 }
 
 void RunControl::ArmStep(Calls calls) {
-  const isa::StepRegisters registers{
-      .pc = frame_.PC, .sp = frame_.ProgramSP(), .hx = frame_.HX, .a = frame_.A, .ccr = frame_.CCR};
+  const isa::StepRegisters registers = Registers();
   const auto read_byte = [this](Address address) { return memory_.ReadByte(address); };
   const auto read_word = [this](Address address) { return memory_.ReadWord(address); };
   const isa::TargetMemory memory{read_byte, read_word};
-  const bool step_over = calls == Calls::StepOver;
-  step_start_ = Low16(frame_.PC + instruction_.code.length);
+  step_start_ = Low16(instruction_.end());
 
   if (breakpoints_.HardwareBreakMode()) {
-    breakpoints_.ArmBreakModule(
-        isa::PredictNextPC(registers, instruction_.code, step_over, memory));
+    breakpoints_.ArmBreakModule(isa::PredictNextPC(registers, instruction_, calls, memory));
     return;
   }
   const auto is_library_call = [this](Address address) {
     return symbols::IsLibraryCall(address, debug_info_);
   };
   const isa::BranchAnalysis branch =
-      isa::AnalyseBranch(registers, instruction_.code, step_over, memory, is_library_call);
+      isa::AnalyseBranch(registers, instruction_, calls, memory, is_library_call);
   if (branch.kind != isa::BranchKind::None) breakpoints_.PlantStep(kBranchSlot, branch.target);
   breakpoints_.PlantStep(kFallThroughSlot, step_start_);
 }
@@ -121,8 +146,8 @@ base::StopReason RunControl::ReasonOfStep(Address pc) const {
   if (!expected) return base::StopReason::OwnSwi;
   if (place_) return base::StopReason::PlaceReached;
   // What was executed may have been one, whose next address is as expected.
-  return instruction_.code.bytes[0] == kSwiOpcode ? base::StopReason::OwnSwi
-                                                  : base::StopReason::StepDone;
+  return instruction_.bytes[0] == kSwiOpcode ? base::StopReason::OwnSwi
+                                             : base::StopReason::StepDone;
 }
 
 void RunControl::CompletePendingStep() {

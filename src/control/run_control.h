@@ -15,7 +15,8 @@
 #include "control/activity.h"
 #include "control/breakpoint_table.h"
 #include "control/register_frame.h"
-#include "isa/next_pc.h"
+#include "isa/instruction.h"
+#include "isa/step_effects.h"
 #include "link/monitor_link.h"
 #include "memory/memory.h"
 #include "symbols/debug_info.h"
@@ -26,12 +27,6 @@ namespace brevant::control {
 enum class StepSource {
   User,
   Repeated,  // a step on the way to a C statement
-};
-
-// The instruction that a step executes, as it was read from the target.
-struct FetchedInstruction {
-  base::Address address = 0;
-  isa::StepInstruction code;
 };
 
 class RunControl {
@@ -81,9 +76,9 @@ class RunControl {
   // PC when the last step or run began; after a step's analysis the address behind its instruction.
   base::Address step_start() const { return step_start_; }
   // What the last step executed.
-  const FetchedInstruction& last_instruction() const { return instruction_; }
+  const isa::Instruction& last_instruction() const { return instruction_; }
   // Reads the instruction at PC.
-  const FetchedInstruction& FetchInstruction();
+  const isa::Instruction& FetchInstruction();
 
  private:
   bool HasStopped(link::PollWait wait);
@@ -97,6 +92,9 @@ class RunControl {
   // disarmed.
   std::optional<base::Stop> FinishStop();
   void ArmStep(Calls calls);
+  // RUN, with no more of what is kept of the memory dropped than the step may change.
+  void LetStepRun(Calls calls);
+  isa::StepRegisters Registers() const;
   void ArmPlace(base::Address address);
   // Why a step or a run to an address has ended there.
   base::StopReason ReasonOfStep(base::Address pc) const;
@@ -119,7 +117,7 @@ class RunControl {
   base::Events& events_;
   bool source_view_current_ = false;
   base::Address step_start_ = 0;
-  FetchedInstruction instruction_;
+  isa::Instruction instruction_;
   // The run to an address under way; nothing for a step.
   std::optional<base::Address> place_;
   std::optional<base::Stop> last_stop_;

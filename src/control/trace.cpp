@@ -57,7 +57,7 @@ void Trace::Advance() {
       return;
     }
     if (activity_.RunMode() != Mode::Tracing || run_.LinkLost()) return;
-    open_record_.emplace().address = frame_.PC;
+    open_record_.emplace().instruction.address = frame_.PC;
     run_.StepCommand(Calls::Follow);
     if (activity_.StepPending()) return;
     FinishRecord();
@@ -66,7 +66,8 @@ void Trace::Advance() {
 
 std::optional<base::StopReason> Trace::EndReached() const {
   const TraceRecord* last = ring_.Last();
-  if (last != nullptr && breakpoints_.Has(last->address)) return base::StopReason::Breakpoint;
+  if (last != nullptr && breakpoints_.Has(last->instruction.address))
+    return base::StopReason::Breakpoint;
   if (limit_ > 0 && steps_ >= limit_) return base::StopReason::StepDone;
   return std::nullopt;
 }
@@ -78,8 +79,9 @@ void Trace::Abandon() {
 void Trace::FinishRecord() {
   if (!open_record_) return;
   TraceRecord& record = *open_record_;
-  const FetchedInstruction& stepped = run_.last_instruction();
-  record.code = (stepped.address == record.address ? stepped : run_.FetchInstruction()).code;
+  const isa::Instruction& stepped = run_.last_instruction();
+  const bool is_its = stepped.address == record.instruction.address;
+  record.instruction = is_its ? stepped : run_.FetchInstruction();
   record.PC = frame_.PC;
   record.SP = frame_.SP;
   record.HX = frame_.HX;

@@ -13,15 +13,13 @@ namespace {
 
 std::string InstructionLine(const TraceRecord& record, const isa::SymbolNames& symbols,
                             SourceTextAt source_text) {
-  if (const auto text = source_text(record.address)) {
+  const base::Address address = record.instruction.address;
+  if (const auto text = source_text(address)) {
     // A line end in the text would break the count of lines.
     const auto end = std::min<std::size_t>(text->find_first_of("\r\n"), kMaxTraceSourceText);
-    return base::Format("%05x: %s", record.address, text->substr(0, end));
+    return base::Format("%05x: %s", address, text->substr(0, end));
   }
-  isa::CurrentInstruction instruction;
-  instruction.address = record.address;
-  std::copy(record.code.bytes.begin(), record.code.bytes.end(), instruction.bytes.begin());
-  return isa::Disassemble(instruction, symbols);
+  return isa::Disassemble(record.instruction, symbols);
 }
 
 std::string RegisterLine(const TraceRecord& record) {

@@ -9,16 +9,14 @@
 
 #include "base/address.h"
 #include "base/function_ref.h"
-#include "isa/next_pc.h"
+#include "isa/instruction.h"
 #include "isa/symbol_names.h"
 
 namespace brevant::control {
 
-// One step: the instruction at address, and the registers after it. SP is the frame base, as in
-// RegisterFrame.
+// One step: its instruction, and the registers after it. SP is the frame base, as in RegisterFrame.
 struct TraceRecord {
-  base::Address address = 0;
-  isa::StepInstruction code;
+  isa::Instruction instruction;
   base::Address PC = 0, SP = 0;
   std::uint32_t HX = 0, A = 0, CCR = 0;
 };

@@ -105,6 +105,15 @@ void Debugger::NoteLink() {
   if (std::exchange(link_lost_, lost) != lost) surroundings_.events.LinkChanged();
 }
 
+base::Generations Debugger::generations() const {
+  return {.memory = memory.generation(),
+          .registers = frame.generation(),
+          .marks = breakpoints.generation(),
+          .stops = run_control.stops() + refreshes_,
+          .settings = activity.file_io_changes(),
+          .symbols = debug_info.SymbolTable.generation() + debug_info.LineTable.generation()};
+}
+
 std::string Debugger::ImageDirectory() const {
   const std::string& loaded = loader.image_directory();
   return loaded.empty() ? base::DirectoryOf(settings.String(base::keys::kRecentFile, 0)) : loaded;
@@ -113,11 +122,13 @@ std::string Debugger::ImageDirectory() const {
 bool Debugger::RunMacro(const std::string& path) {
   if (!macros.RunOnDemand(path)) return false;
   frame.ReadRegisters();
+  ++refreshes_;
   return true;
 }
 
 void Debugger::RefreshAfterStop() {
   frame.ReadRegisters();
+  ++refreshes_;
   run_control.RunToMainIfConfigured();
 }
 

@@ -8,6 +8,7 @@
 
 #include "base/clock.h"
 #include "base/events.h"
+#include "base/generations.h"
 #include "base/serial_port.h"
 #include "base/settings_file.h"
 #include "base/user_interface.h"
@@ -100,6 +101,11 @@ class Debugger {
   // The folder of the image loaded last, in this run or the one before; may be empty.
   std::string ImageDirectory() const;
 
+  // What views compare with; settings are the front end's to count.
+  base::Generations generations() const;
+  // The target is stopped and the link stands: views may read.
+  bool MonitorListens() const { return !activity.WaitingForBreak() && !memory.LinkError(); }
+
   // To be called every 10 ms while no command is under way.
   void Tick();
   // Something is under way that Tick will complete.
@@ -114,6 +120,7 @@ class Debugger {
   void ChooseProgramCounter();
   control::TraceFiles TraceFilesOfImage();
   bool link_lost_ = false;  // as told last
+  long refreshes_ = 0;      // that were no stop of a program
 };
 
 inline bool IsConnected(link::ConnectResult result) {

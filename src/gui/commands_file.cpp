@@ -25,9 +25,6 @@ std::optional<std::string> Choose(const CommandContext& context, workspace::Choo
 load::LoadOutcome Load(const CommandContext& context, const std::string& path) {
   Session& session = context.session;
   const load::LoadResult result = session.debugger.loader.LoadImage(path);
-  session.RefreshViews();
-  // Also after a part of it: lines may show what was there before.
-  session.program_views.RefreshProgramWindows();
   if (result.outcome == load::LoadOutcome::Loaded && session.debugger.debug_info.DebugInfoLoaded) {
     context.window.status().ShowNotice(result.debug_info_detail);
   }
@@ -62,8 +59,6 @@ void RunChosenMacro(const CommandContext& context) {
       Choose(context, workspace::Chooser::MacroFile, session.debugger.macros.LastMacroFile());
   if (!path) return;
   session.debugger.RunMacro(*path);
-  session.RefreshViews();
-  session.program_views.RefreshProgramWindows();
 }
 
 void LoadChosenSymbols(const CommandContext& context) {
@@ -75,8 +70,6 @@ void LoadChosenSymbols(const CommandContext& context) {
     }
   }
   session.debugger.RefreshAfterStop();
-  session.RefreshViews();
-  session.program_views.RefreshProgramWindows();
 }
 
 constexpr CommandAction kActions[] = {

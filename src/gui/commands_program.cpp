@@ -17,9 +17,9 @@ namespace commands = workspace::commands;
 
 // The view to act on; nullptr when none is open or the popup commands are refused.
 views::ProgramView* Allowed(const CommandContext& context) {
-  const views::ProgramViews& views = context.session.program_views;
-  views::ProgramView* const view = views.main();
-  return view != nullptr && views::ProgramMenu::Allowed(views, *view) ? view : nullptr;
+  views::ProgramView* const view = context.session.program_views.main();
+  const bool allowed = !context.session.debugger.activity.FileIoActive();
+  return view != nullptr && allowed && !view->Running() ? view : nullptr;
 }
 
 // What the prompt accepts; nothing when it was cancelled.
@@ -65,7 +65,7 @@ void PopupRunToCursor(const CommandContext& context) {
 void PopupRunToLabel(const CommandContext& context) {
   if (Allowed(context) == nullptr) return;
   if (const auto address = AskForSymbol(context, views::prompt_titles::kRunTo)) {
-    context.session.program_menu.RunToLabel(*address);
+    context.session.debugger.run_control.RunToAddress(*address);
   }
 }
 
@@ -82,7 +82,6 @@ void PopupEdit(const CommandContext& context) {
                             .max_length = views::InstructionEditor::kMaxLength};
   AskForText(&context.window, context.window.view_font(), request,
              [&](std::string_view text) { return editor.Accept(text); });
-  session.program_menu.AfterEdit();
 }
 
 void PopupGoToBreakpoint(const CommandContext& context) {
@@ -93,7 +92,7 @@ void PopupGoToBreakpoint(const CommandContext& context) {
                              session.debugger.debug_info, session.debugger.ImageDirectory(),
                              session.ui);
   const auto address = ShowBreakpointList(&context.window, context.window.view_font(), list);
-  session.program_menu.AfterBreakpointList(*view, list.result(), address.value_or(0));
+  if (address) view->GoToAddress(*address);
 }
 
 void PopupGoToAddress(const CommandContext& context) {
@@ -114,27 +113,25 @@ void PopupGoToSymbol(const CommandContext& context) {
 
 void PopupGoToPc(const CommandContext& context) {
   if (views::ProgramView* const view = Allowed(context)) {
-    context.session.program_menu.GoToPc(*view);
+    view->GoToAddress(context.session.debugger.frame.PC);
   }
 }
 
 void PopupSetPc(const CommandContext& context) {
   if (const views::ProgramView* const view = Allowed(context)) {
-    context.session.program_menu.SetPcToCursor(*view);
+    if (const auto line = view->CursorLine()) context.session.debugger.frame.SetPC(line->address);
   }
 }
 
 void PopupClearBreakpoints(const CommandContext& context) {
-  if (Allowed(context) != nullptr) context.session.program_menu.ClearAllBreakpoints();
+  if (Allowed(context) != nullptr) context.session.debugger.breakpoints.Clear();
 }
 
 void ToggleBreakpoint(const CommandContext& context) {
   views::ProgramView* const view = context.session.program_views.main();
   const auto line = view != nullptr ? view->CursorLine() : std::nullopt;
-  if (!line || context.session.program_views.fileIoActive()) return;
-  if (view->ToggleBreakpoint(line->address) != views::Toggled::Refused) {
-    context.session.program_views.RepaintProgramWindows();
-  }
+  if (!line || context.session.debugger.activity.FileIoActive()) return;
+  view->ToggleBreakpoint(line->address);
 }
 
 constexpr CommandAction kActions[] = {

@@ -39,7 +39,6 @@ void Reset(const CommandContext& context) {
   session.ui.SetBusyCursor(true);
   session.debugger.Reset();
   session.ui.SetBusyCursor(false);
-  session.program_views.RefreshProgramWindows();
   NoteLostImage(context);
 }
 

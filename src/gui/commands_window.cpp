@@ -73,6 +73,10 @@ void Cascade(const CommandContext& context) {
   context.window.area().cascadeSubWindows();
 }
 
+void Refresh(const CommandContext& context) {
+  context.window.RefreshActive();
+}
+
 void ArrangeIcons(const CommandContext& context) {
   const QMdiArea& area = context.window.area();
   int x = 0;
@@ -114,6 +118,7 @@ constexpr CommandAction kActions[] = {
     {commands::kTile, Tile},
     {commands::kCascade, Cascade},
     {commands::kArrangeIcons, ArrangeIcons},
+    {commands::kRefresh, Refresh},
     {commands::kAbout, About},
     {commands::kExit, Exit},
 };

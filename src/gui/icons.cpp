@@ -59,6 +59,16 @@ void DrawCode(QPainter& painter) {
   painter.drawPolygon(QPolygonF({{3, 4.5}, {5.5, 6.5}, {3, 8.5}}));
 }
 
+void DrawBytes(QPainter& painter) {
+  DrawSheet(painter);
+  painter.setBrush(kInkColour);
+  for (int row = 0; row < kRows; ++row) {
+    for (int column = 0; column < 3; ++column) {
+      painter.drawRect(QRectF(3 + 3.6 * column, 3 + 2.7 * row, 2.4, 1.5));
+    }
+  }
+}
+
 QIcon Draw(Drawing draw) {
   QIcon icon;
   for (const int size : {16, 32, 48, 128}) {
@@ -85,6 +95,10 @@ QIcon RegsIcon() {
 
 QIcon ProgIcon() {
   return Draw(DrawCode);
+}
+
+QIcon DataIcon() {
+  return Draw(DrawBytes);
 }
 
 }  // namespace brevant::gui

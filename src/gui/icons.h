@@ -9,5 +9,6 @@ namespace brevant::gui {
 QIcon ProductIcon();  // a chip with its pins
 QIcon RegsIcon();     // cells
 QIcon ProgIcon();     // lines of code, one of them marked
+QIcon DataIcon();     // a grid of bytes
 
 }  // namespace brevant::gui

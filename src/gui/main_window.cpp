@@ -71,6 +71,7 @@ MainWindow::~MainWindow() {
 ChildWindow& MainWindow::Open(const WindowKind& kind) {
   const FrameLinks links{.send_command = [this](int id) { Send(id); },
                          .program_popup = [this] { return menus_.popup(); },
+                         .follow_engine = [this] { UpdateViews(); },
                          .edit_register = [this](char key) { OpenRegisterEditor(key); }};
   TextView* const view = kind.make(session_, links, font_);
   auto* const child = new ChildWindow(view, kind.title, kind.child);
@@ -115,12 +116,18 @@ void MainWindow::Tick() {
 }
 
 void MainWindow::UpdateViews() {
-  for (const OpenWindow& window : windows_) window.view->UpdateIfNeeded();
+  session_.FollowEngine();
+  for (const OpenWindow& window : windows_) window.view->ShowChanges();
+}
+
+void MainWindow::RefreshActive() {
+  const auto active = std::ranges::find(windows_, area_->activeSubWindow(), &OpenWindow::child);
+  if (active != windows_.end()) active->view->RefreshFromTarget();
 }
 
 workspace::CommandConditions MainWindow::Conditions() const {
   return {.running = session_.debugger.activity.RunningShown(),
-          .fileIoActive = session_.program_views.fileIoActive(),
+          .fileIoActive = session_.debugger.activity.FileIoActive(),
           .monitor_away = session_.debugger.Busy()};
 }
 
@@ -139,7 +146,7 @@ void MainWindow::RepaintAtWork() {
 
 void MainWindow::OpenRegisterEditor(char key) {
   session_.gate.Run([&] {
-    if (session_.program_views.fileIoActive() || session_.debugger.activity.WaitingForBreak()) {
+    if (session_.debugger.activity.FileIoActive() || session_.debugger.activity.WaitingForBreak()) {
       return;
     }
     views::RegisterEditor editor = session_.registers.OpenEditor(key);
@@ -151,7 +158,7 @@ void MainWindow::OpenRegisterEditor(char key) {
     AskForText(this, font_, request,
                [&editor](std::string_view text) { return editor.Accept(text); });
     session_.registers.UpdateChangeFlags();
-    session_.program_views.RepaintProgramWindows();
+    UpdateViews();
   });
   Refresh();
 }

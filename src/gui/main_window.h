@@ -45,6 +45,8 @@ class MainWindow final : public QMainWindow, private Screen {
 
   // Lets the windows read what they are to show. The gate is held.
   void UpdateViews();
+  // The active window asks the target for everything that it shows.
+  void RefreshActive();
   // Everything that depends on the engine's state is shown anew; nothing is read.
   void Refresh() override;
   // As seen by menus, buttons and the dispatch.

@@ -6,12 +6,6 @@
 #include <QMenu>
 #include <QMouseEvent>
 #include <QPainter>
-#include <QScrollBar>
-#include <QSignalBlocker>
-#include <QWheelEvent>
-#include <algorithm>
-#include <array>
-#include <optional>
 
 #include "gui/qt_user_interface.h"
 #include "workspace/command_rows.h"
@@ -19,60 +13,17 @@
 namespace brevant::gui {
 namespace {
 
-using views::ScrollCode;
-
 const QString kPcMarker = QStringLiteral("\u25BA");
-constexpr int kWheelNotch = 120;
-constexpr int kLinesANotch = 3;
 constexpr int kUsualColumns = 56;
 constexpr int kUsualLines = 20;
-
-struct ScrollKey {
-  int key;
-  ScrollCode code;
-};
-constexpr std::array kScrollKeys{ScrollKey{Qt::Key_Up, ScrollCode::LineUp},
-                                 ScrollKey{Qt::Key_Down, ScrollCode::LineDown},
-                                 ScrollKey{Qt::Key_PageUp, ScrollCode::PageUp},
-                                 ScrollKey{Qt::Key_PageDown, ScrollCode::PageDown}};
-
-std::optional<ScrollCode> CodeOfAction(int action) {
-  switch (action) {
-    case QAbstractSlider::SliderSingleStepSub:
-      return ScrollCode::LineUp;
-    case QAbstractSlider::SliderSingleStepAdd:
-      return ScrollCode::LineDown;
-    case QAbstractSlider::SliderPageStepSub:
-      return ScrollCode::PageUp;
-    case QAbstractSlider::SliderPageStepAdd:
-      return ScrollCode::PageDown;
-    case QAbstractSlider::SliderToMinimum:
-    case QAbstractSlider::SliderToMaximum:
-    case QAbstractSlider::SliderMove:
-      return ScrollCode::ThumbTrack;
-    default:
-      return std::nullopt;
-  }
-}
 
 }  // namespace
 
 ProgramWindow::ProgramWindow(views::ProgramViews& views, Gate& gate, FrameLinks links,
                              const QFont& font)
-    : TextView(font), views_(views), gate_(gate), links_(std::move(links)), view_(views.Open()) {
+    : ScrollingView(gate, std::move(links), font), views_(views), view_(views.Open()) {
   setObjectName("MDI_Prog");
   setAccessibleName("Program");
-  setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
-  view_.SetInvalidate([this] {
-    needs_update_ = true;
-    viewport()->update();
-  });
-  connect(verticalScrollBar(), &QScrollBar::actionTriggered, this,
-          [this](int action) { OnScrollBar(action); });
-}
-
-ProgramWindow::~ProgramWindow() {
-  views_.Close(view_);
 }
 
 QSize ProgramWindow::sizeHint() const {
@@ -80,39 +31,17 @@ QSize ProgramWindow::sizeHint() const {
 }
 
 void ProgramWindow::CellsChanged() {
-  view_.Resize(viewport()->height(), cell().height);
+  view_->Resize(viewport()->height(), cell().height);
 }
 
-void ProgramWindow::UpdateIfNeeded() {
-  if (!needs_update_) return;
-  needs_update_ = false;
-  view_.Update();
-  ShowPosition();
-  viewport()->update();
-}
-
-void ProgramWindow::ShowPosition() {
-  QScrollBar* const bar = verticalScrollBar();
-  if (bar->isSliderDown()) return;
-  const QSignalBlocker quiet(bar);
-  bar->setRange(0, views_.range().maximum);
-  bar->setPageStep(std::max(view_.state().lineCount, 1));
-  bar->setValue(view_.ScrollPosition());
-}
-
-void ProgramWindow::OnScrollBar(int action) {
-  const auto code = CodeOfAction(action);
-  if (!code) return;
-  QScrollBar* const bar = verticalScrollBar();
-  view_.Scroll(*code, bar->sliderPosition());
-  // Only the view knows where a line or a page leads.
-  if (code != ScrollCode::ThumbTrack) bar->setSliderPosition(view_.ScrollPosition());
+ProgramWindow::ScrollBarState ProgramWindow::BarState() const {
+  return {views_.range().maximum, view_->state().lineCount, view_->ScrollPosition()};
 }
 
 void ProgramWindow::paintEvent(QPaintEvent*) {
   QPainter painter(viewport());
   int row = 0;
-  for (const views::ProgramLine& line : view_.Lines()) PaintLine(painter, row++, line);
+  for (const views::ProgramLine& line : view_->Lines()) PaintLine(painter, row++, line);
 }
 
 void ProgramWindow::PaintLine(QPainter& painter, int row, const views::ProgramLine& line) const {
@@ -130,7 +59,8 @@ void ProgramWindow::mousePressEvent(QMouseEvent* event) {
   if (event->button() != Qt::LeftButton) return;
   const QPoint at = event->position().toPoint();
   gate_.Run([&] {
-    if (view_.Click(at.x(), at.y(), cell())) views_.RepaintProgramWindows();
+    view_->Click(at.x(), at.y(), cell());
+    links_.follow_engine();
   });
 }
 
@@ -140,7 +70,7 @@ void ProgramWindow::mouseDoubleClickEvent(QMouseEvent* event) {
 
 void ProgramWindow::contextMenuEvent(QContextMenuEvent* event) {
   const QPoint keyboard_place(cell().width * views::kHighlightColumn,
-                              cell().height * (view_.state().cursorLine + 1));
+                              cell().height * (view_->state().cursorLine + 1));
   links_.program_popup()->popup(event->reason() == QContextMenuEvent::Keyboard
                                     ? viewport()->mapToGlobal(keyboard_place)
                                     : event->globalPos());
@@ -156,32 +86,12 @@ void ProgramWindow::keyPressEvent(QKeyEvent* event) {
     links_.send_command(workspace::commands::kPopupEdit);
     return;
   }
-  const auto* const key =
-      std::find_if(kScrollKeys.begin(), kScrollKeys.end(),
-                   [event](const ScrollKey& known) { return known.key == event->key(); });
-  if (key != kScrollKeys.end()) {
-    view_.Scroll(key->code);
-  } else {
-    event->ignore();
-  }
+  if (!ScrollByKey(event->key())) event->ignore();
 }
 
 void ProgramWindow::MoveCursor(int by) {
-  view_.MoveCursor(view_.state().cursorLine + by);
+  view_->MoveCursor(view_->state().cursorLine + by);
   viewport()->update();
-}
-
-void ProgramWindow::wheelEvent(QWheelEvent* event) {
-  wheel_rest_ += event->angleDelta().y();
-  const int notches = wheel_rest_ / kWheelNotch;
-  wheel_rest_ %= kWheelNotch;
-  gate_.Run([&] {
-    for (int i = 0; i < std::abs(notches) * kLinesANotch; ++i) {
-      view_.Scroll(notches > 0 ? ScrollCode::LineUp : ScrollCode::LineDown);
-      UpdateIfNeeded();
-    }
-  });
-  event->accept();
 }
 
 }  // namespace brevant::gui

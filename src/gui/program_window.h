@@ -3,46 +3,41 @@
 // what the user does; what that means is the view's to say.
 #pragma once
 
-#include "gui/gate.h"
-#include "gui/text_view.h"
-#include "gui/window_kinds.h"
+#include <memory>
+
+#include "gui/scrolling_view.h"
 #include "views/program_views.h"
 
 namespace brevant::gui {
 
-class ProgramWindow final : public TextView {
+class ProgramWindow final : public ScrollingView {
  public:
   ProgramWindow(views::ProgramViews& views, Gate& gate, FrameLinks links, const QFont& font);
-  ~ProgramWindow() override;
 
-  views::ProgramView& view() { return view_; }
-  // Carries out what was requested of the view since the last time.
-  void UpdateIfNeeded() override;
-  void Activated() override { views_.Activate(view_); }
+  views::ProgramView& view() { return *view_; }
+  void Activated() override { views_.Activate(*view_); }
+  void RefreshFromTarget() override { view_->Refresh(); }
 
   QSize sizeHint() const override;
 
  protected:
+  const views::View& shown() const override { return *view_; }
+  ScrollBarState BarState() const override;
+  void Scroll(views::ScrollCode code, int position) override { view_->Scroll(code, position); }
+
   void CellsChanged() override;
   void paintEvent(QPaintEvent* event) override;
   void mousePressEvent(QMouseEvent* event) override;
   void mouseDoubleClickEvent(QMouseEvent* event) override;
   void contextMenuEvent(QContextMenuEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
-  void wheelEvent(QWheelEvent* event) override;
 
  private:
-  void OnScrollBar(int action);
-  void ShowPosition();
   void MoveCursor(int by);
   void PaintLine(QPainter& painter, int row, const views::ProgramLine& line) const;
 
   views::ProgramViews& views_;
-  Gate& gate_;
-  FrameLinks links_;
-  views::ProgramView& view_;
-  bool needs_update_ = true;
-  int wheel_rest_ = 0;
+  std::unique_ptr<views::ProgramView> view_;
 };
 
 }  // namespace brevant::gui

@@ -28,16 +28,16 @@ Session::Session(const Options& given)
                 .events = *this,
                 .start_up_directory = base::WorkingDirectory(),
                 .log = [this](const std::string& line) { diagnostics_ << line << std::flush; }}),
-      program_views({debugger.memory, debugger.debug_info, debugger.frame, debugger.breakpoints,
-                     debugger.activity, ui}),
-      registers(debugger.frame, ui),
-      program_menu(program_views, debugger.frame, debugger.breakpoints, debugger.run_control) {
+      program_views(views, {debugger.memory, debugger.debug_info, debugger.frame,
+                            debugger.breakpoints, debugger.activity, ui}),
+      registers(views, debugger.frame, ui) {
   frontend::UseForThisRun({.port = options.port}, settings);
   // Until the user has chosen a range, the flash is within sight.
   if (!settings.Has(keys::kProgramRange.section, keys::kProgramRange.key)) {
     settings.Override(keys::kProgramRange, kWholeAddressSpace);
   }
   program_views.ReadRange(settings);
+  SetDataSettings(views::ReadDataSettings(settings));
   recent_files.Read(settings);
 }
 
@@ -68,14 +68,13 @@ bool Session::Connect() {
     connected = ShowConnecting([this] {
       return frontend::Connect(debugger, engine_ui_, frontend::KnownCodes::TryAndRemember);
     });
-    RefreshViews();
+    FollowEngine();
   });
   return connected;
 }
 
 void Session::Reconnect() {
   ShowConnecting([this] { return frontend::ConnectAgain(debugger, engine_ui_); });
-  program_views.RefreshProgramWindows();
 }
 
 void Session::Tick() {
@@ -89,21 +88,23 @@ ConnectionState Session::Connection() const {
           .target = target_,
           .running = debugger.activity.Busy(),
           .link_lost = debugger.monitor_link.LinkError,
-          .security_passed = debugger.security.passed()};
+          .security_passed = debugger.security.passed(),
+          .stop = debugger.run_control.last_stop()};
 }
 
 void Session::RefreshScreen() {
   if (screen_ != nullptr) screen_->Refresh();
 }
 
-void Session::RefreshViews() {
-  registers.UpdateChangeFlags();
-  program_views.ShowPc();
-  RefreshScreen();
+void Session::FollowEngine() {
+  base::Generations now = debugger.generations();
+  now.settings += program_views.generation() + data_settings_generation_;
+  views.Follow(now, debugger.MonitorListens());
 }
 
-void Session::Stopped(const base::Stop&) {
-  RefreshViews();
+void Session::SetDataSettings(const views::DataSettings& wanted) {
+  data_settings_ = wanted;
+  ++data_settings_generation_;
 }
 
 }  // namespace brevant::gui

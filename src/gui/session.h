@@ -17,7 +17,8 @@
 #include "gui/options.h"
 #include "gui/qt_user_interface.h"
 #include "gui/status_text.h"
-#include "views/program_menu.h"
+#include "views/data_view.h"
+#include "views/open_views.h"
 #include "views/program_views.h"
 #include "views/prompts.h"
 #include "views/register_cells.h"
@@ -53,8 +54,11 @@ class Session final : private base::Events {
   void Reconnect();
   // The 10 ms tick. Nothing while a command is under way.
   void Tick();
-  // Registers or memory may have changed.
-  void RefreshViews();
+  // Lets the open views follow the engine. The gate is held.
+  void FollowEngine();
+  // Shared by all data windows.
+  const views::DataSettings& data_settings() const { return data_settings_; }
+  void SetDataSettings(const views::DataSettings& wanted);
 
   ConnectionState Connection() const;
   // A text for the status bar, e.g. which security code fits; empty for none.
@@ -78,15 +82,15 @@ class Session final : private base::Events {
 
  public:
   debugger::Debugger debugger;
+  views::OpenViews views;
   views::ProgramViews program_views;
   views::RegisterCells registers;
-  views::ProgramMenu program_menu;
   views::AddressHistory addresses;
   workspace::RecentFiles recent_files;
 
  private:
-  void Started() override {}
-  void Stopped(const base::Stop& stop) override;
+  void Started() override { RefreshScreen(); }
+  void Stopped(const base::Stop&) override { RefreshScreen(); }
   void ActivityChanged() override { RefreshScreen(); }
   void LinkChanged() override { RefreshScreen(); }
 
@@ -95,6 +99,9 @@ class Session final : private base::Events {
   // Runs connect while the user sees that it is under way; what it says is shown afterwards. False
   // when it has failed.
   bool ShowConnecting(base::FunctionRef<frontend::Connection()> connect);
+
+  views::DataSettings data_settings_;
+  long data_settings_generation_ = 0;
 };
 
 }  // namespace brevant::gui

@@ -12,6 +12,7 @@ std::string StatusText(const ConnectionState& state) {
     return text;
   }
   text += state.running ? ": running" : ": stopped";
+  if (!state.running && state.stop) text += ", " + base::StopText(*state.stop);
   if (!state.security_passed) text += " (security not passed, RAM only)";
   return text;
 }

@@ -2,7 +2,10 @@
 // What the status bar says of the connection.
 #pragma once
 
+#include <optional>
 #include <string>
+
+#include "base/stop.h"
 
 namespace brevant::gui {
 
@@ -14,10 +17,11 @@ struct ConnectionState {
   bool running = false;
   bool link_lost = false;
   bool security_passed = true;
+  std::optional<base::Stop> stop = {};  // the last one, and why
   bool operator==(const ConnectionState&) const = default;
 };
 
-// "COM1 simulated MC68HC908GP32: stopped"; for a lost link what to do about it.
+// "COM1 simulated MC68HC908GP32: stopped, breakpoint at 8021"; for a lost link what to do about it.
 std::string StatusText(const ConnectionState& state);
 
 }  // namespace brevant::gui

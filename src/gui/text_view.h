@@ -31,9 +31,10 @@ class TextView : public QAbstractScrollArea {
   // runs.
   virtual bool OfTheMoment() const { return false; }
 
-  // Brings what is shown up to what has been requested. It may read the target, so the gate must be
-  // held.
-  virtual void UpdateIfNeeded() {}
+  // Paints anew when its view has something else to show. Reads nothing.
+  virtual void ShowChanges() {}
+  // Asks the target for everything that is shown.
+  virtual void RefreshFromTarget() {}
   // Its window has become the active one.
   virtual void Activated() {}
 

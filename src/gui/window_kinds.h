@@ -20,6 +20,8 @@ struct FrameLinks {
   std::function<void(int id)> send_command;
   // The popup menu of program windows, ready to be shown. Borrowed.
   std::function<QMenu*()> program_popup;
+  // Lets all views follow the engine now. The gate is held.
+  std::function<void()> follow_engine;
   // For the selected register; key is what was typed, 0 for none.
   std::function<void(char key)> edit_register;
 };
@@ -35,6 +37,7 @@ struct WindowKind {
 
 extern const WindowKind& kRegistersKind;
 extern const WindowKind& kProgramKind;
+extern const WindowKind& kDataKind;
 
 // nullptr for a command that opens no window.
 const WindowKind* KindOpenedBy(int command);

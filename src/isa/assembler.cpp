@@ -37,7 +37,12 @@ constexpr bool IsPageMode(Mode mode) {
          mode == Mode::Stack8 || mode == Mode::Stack16;
 }
 
-using Result = std::optional<AssembledInstruction>;
+struct Code {
+  std::array<std::uint8_t, 4> bytes{};
+  std::size_t length = 0;
+};
+
+using Result = std::optional<Code>;
 using Words = std::initializer_list<std::string_view>;
 
 // Tries the operand forms that a mnemonic has in a fixed order; the first that the words' shapes
@@ -133,7 +138,7 @@ class OperandForms {
   Result Emit(std::optional<Mode> mode, std::initializer_list<std::uint8_t> operands) const {
     const auto opcode = mode ? Opcode(*mode) : std::nullopt;
     if (!opcode) return std::nullopt;
-    AssembledInstruction result{address_, mnemonic_, {}, 0};
+    Code result;
     if (IsPageMode(*mode)) Append(result, kPagePrefix);
     Append(result, *opcode);
     for (std::uint8_t operand : operands) Append(result, operand);
@@ -171,9 +176,7 @@ class OperandForms {
     result->bytes[0] = LowByte(result->bytes[0] + 2 * bit);
     return result;
   }
-  static void Append(AssembledInstruction& instruction, std::uint8_t byte) {
-    instruction.bytes[static_cast<std::size_t>(instruction.length++)] = byte;
-  }
+  static void Append(Code& code, std::uint8_t byte) { code.bytes[code.length++] = byte; }
 
   int mnemonic_;
   Address address_;
@@ -186,13 +189,15 @@ bool IsLetter(char c) {
 
 }  // namespace
 
-std::optional<AssembledInstruction> AssembleLine(std::string_view text, base::Address address,
-                                                 const SymbolNames& symbols) {
+std::optional<Instruction> AssembleLine(std::string_view text, base::Address address,
+                                        const SymbolNames& symbols) {
   if (text.empty() || !IsLetter(text.front())) return std::nullopt;
   const std::vector<std::string> words = SplitWords(text);
   const auto mnemonic = MnemonicIndex(words.front());
   if (!mnemonic) return std::nullopt;
-  return OperandForms(*mnemonic, address, symbols).Parse(std::span(words).subspan(1));
+  const auto code = OperandForms(*mnemonic, address, symbols).Parse(std::span(words).subspan(1));
+  if (!code) return std::nullopt;
+  return InstructionAt(address, code->bytes);
 }
 
 std::optional<std::uint32_t> ParseOperandValue(std::string_view word, const SymbolNames& symbols) {

@@ -12,28 +12,21 @@
 // 100 it is the short one, however many digits were written.
 #pragma once
 
-#include <array>
 #include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
 
 #include "base/address.h"
+#include "isa/instruction.h"
 #include "isa/symbol_names.h"
 
 namespace brevant::isa {
 
-struct AssembledInstruction {
-  base::Address address = 0;
-  int mnemonic = 0;
-  std::array<std::uint8_t, 4> bytes{};
-  int length = 0;  // 1 to 4
-};
-
 // The instruction for this address; branch targets are absolute in the text and must be in reach.
 // Nothing when any rule fails: unknown mnemonic or symbol, no such operand form, a value too large.
-std::optional<AssembledInstruction> AssembleLine(std::string_view text, base::Address address,
-                                                 const SymbolNames& symbols);
+std::optional<Instruction> AssembleLine(std::string_view text, base::Address address,
+                                        const SymbolNames& symbols);
 
 // "#12", "$12", "#$12" and "12" are 0x12; no digits at all are 0. What is not hexadecimal is the
 // name of a symbol, so a symbol named BEEF is out of reach. Digits beyond 32 bits are lost in

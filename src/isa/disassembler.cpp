@@ -2,6 +2,7 @@
 #include "isa/disassembler.h"
 
 #include <algorithm>
+#include <string_view>
 
 #include "isa/instruction_table.h"
 
@@ -79,35 +80,26 @@ void AppendSymbol(std::string& line, Address value, const SymbolNames& symbols) 
   }
 }
 
-// The target in full width: past either end of the address space it is no symbol's address.
-Address BranchTarget(const CurrentInstruction& instruction) {
-  const std::uint32_t offset = instruction.bytes[instruction.length - 1] & 0xFF;
-  return instruction.address + instruction.length + (offset ^ 0x80u) - 0x80u;
-}
-
-void AppendOperands(std::string& line, const CurrentInstruction& instruction, Mode mode,
-                    const SymbolNames& symbols) {
-  const std::string_view layout = kOperandLayouts[static_cast<std::size_t>(mode)];
+void AppendOperands(std::string& line, const Instruction& instruction, const SymbolNames& symbols) {
+  const std::string_view layout =
+      kOperandLayouts[static_cast<std::size_t>(instruction.entry().mode())];
   if (layout.empty()) return;
-  const auto& bytes = instruction.bytes;
+  const base::Bytes code = instruction.code();
   line += '\t';
   for (char c : layout) {
     switch (c) {
       case 'b':
-        line += static_cast<char>('0' + (bytes[0] >> 1 & 7));
+        line += static_cast<char>('0' + (code[0] >> 1 & 7));
         break;
       case '1':
       case '2':
-        AppendSymbol(line, bytes[static_cast<std::size_t>(c - '0')] & 0xFF, symbols);
+        AppendSymbol(line, code[static_cast<std::size_t>(c - '0')], symbols);
         break;
       case 'w':
-        AppendSymbol(
-            line,
-            (bytes[instruction.length - 2] & 0xFF) * 256 + (bytes[instruction.length - 1] & 0xFF),
-            symbols);
+        AppendSymbol(line, base::Word(code[code.size() - 2], code.back()), symbols);
         break;
       case 't':
-        AppendSymbol(line, BranchTarget(instruction), symbols);
+        AppendSymbol(line, instruction.BranchTarget(), symbols);
         break;
       default:
         line += c;
@@ -122,10 +114,9 @@ std::size_t HeaderSize(std::size_t length) {
 // A text that ends before this column is followed by a tab, a longer one by a space.
 constexpr std::size_t kLabelColumn = 21;
 
-void AppendHeader(std::string& line, const CurrentInstruction& instruction) {
+void AppendHeader(std::string& line, const Instruction& instruction) {
   AppendHex(line, instruction.address, 6);
-  for (std::uint32_t i = 0; i < instruction.length; ++i) {
-    const std::uint32_t byte = instruction.bytes[i];
+  for (const std::uint8_t byte : instruction.code()) {
     const char text[] = {' ', kHexDigits[byte >> 4 & 15], kHexDigits[byte & 15]};
     line.append(text, 3);
   }
@@ -133,25 +124,22 @@ void AppendHeader(std::string& line, const CurrentInstruction& instruction) {
 
 }  // namespace
 
-std::string Disassemble(CurrentInstruction& instruction, const SymbolNames& symbols) {
-  const Entry entry = Decode(static_cast<std::uint8_t>(instruction.bytes[0]),
-                             static_cast<std::uint8_t>(instruction.bytes[1]));
-  instruction.length = static_cast<std::uint32_t>(entry.length());
-
+std::string Disassemble(const Instruction& instruction, const SymbolNames& symbols) {
+  const Entry entry = instruction.entry();
   std::string line;
   line.reserve(64);
   AppendHeader(line, instruction);
   if (entry.illegal()) return line += "\tIlligal command";
   line += ' ';
   // An address of more than six digits takes its extra room from the bytes.
-  line.resize(std::min(line.size(), HeaderSize(instruction.length)));
+  line.resize(std::min(line.size(), HeaderSize(instruction.code().size())));
   if (const auto label = symbols.FindSymbolName(instruction.address)) {
     line += *label;
     line += ':';
   }
   line += line.size() <= kLabelColumn ? '\t' : ' ';
   line += MnemonicName(entry.mnemonic());
-  AppendOperands(line, instruction, entry.mode(), symbols);
+  AppendOperands(line, instruction, symbols);
   return line;
 }
 

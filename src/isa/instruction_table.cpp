@@ -34,11 +34,11 @@ constexpr bool EveryMnemonicIsUsed() {
 
 // An entry is illegal exactly when its name, its cycles and its length say so.
 template <std::size_t N>
-constexpr bool Consistent(const std::array<Entry, N>& map,
-                          const std::array<std::uint8_t, N>& cycles, int prefix_length) {
+constexpr bool Consistent(const std::array<Entry, N>& map, const std::array<OpcodeRow, N>& rows,
+                          int prefix_length) {
   for (std::size_t i = 0; i < N; ++i) {
     const bool none = MnemonicName(map[i].mnemonic()) == "NONE";
-    if (map[i].illegal() != none || (cycles[i] == 0) != none) return false;
+    if (map[i].illegal() != none || (rows[i].cycles == 0) != none) return false;
     if (map[i].length() < (none ? 1 : 1 + prefix_length) || map[i].length() > 4) return false;
   }
   return true;
@@ -48,8 +48,8 @@ static_assert(std::is_sorted(kMnemonics.begin(), kMnemonics.end()));
 static_assert(EveryMnemonicIsUsed());
 static_assert(IllegalExactly({0x32, 0x3E, 0x82, 0x8D, 0x96, 0x9E, 0xAC}));
 static_assert(IllegalPageExactly({0x62, 0x65, 0x6E, 0xDC, 0xDD, 0xEC, 0xED}));
-static_assert(Consistent(kMainMap, kMainCycles, 0));
-static_assert(Consistent(kPageMap, kPageCycles, 1));
+static_assert(Consistent(kMainMap, kOpcodeRows.main, 0));
+static_assert(Consistent(kPageMap, kOpcodeRows.page, 1));
 
 template <std::size_t N>
 std::optional<std::size_t> Find(const std::array<Entry, N>& map, int mnemonic, Mode mode) {

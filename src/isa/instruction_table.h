@@ -239,20 +239,12 @@ constexpr std::array<Entry, N> PackEntries(const std::array<OpcodeRow, N>& rows)
   }
   return entries;
 }
-template <std::size_t N>
-constexpr std::array<std::uint8_t, N> TakeCycles(const std::array<OpcodeRow, N>& rows) {
-  std::array<std::uint8_t, N> cycles{};
-  for (std::size_t i = 0; i < N; ++i) cycles[i] = rows[i].cycles;
-  return cycles;
-}
 }  // namespace internal
 
 // Indexed by the first byte; the page prefix itself stands as illegal.
 inline constexpr auto kMainMap = internal::PackEntries(kOpcodeRows.main);
-inline constexpr auto kMainCycles = internal::TakeCycles(kOpcodeRows.main);
 // Indexed by PageIndex of the second byte.
 inline constexpr auto kPageMap = internal::PackEntries(kOpcodeRows.page);
-inline constexpr auto kPageCycles = internal::TakeCycles(kOpcodeRows.page);
 
 inline constexpr Entry kIllegalEntry = kMainMap[kPagePrefix];
 
@@ -279,12 +271,6 @@ constexpr Entry Decode(std::uint8_t b0, std::uint8_t b1) {
 // 1 to 4; an illegal opcode is one byte long.
 constexpr int InstructionLength(std::uint8_t b0, std::uint8_t b1) {
   return Decode(b0, b1).length();
-}
-// Bus cycles; 0 for an illegal opcode.
-constexpr int InstructionCycles(std::uint8_t b0, std::uint8_t b1) {
-  if (b0 != kPagePrefix) return kMainCycles[b0];
-  const auto page = PageIndex(b1);
-  return page ? kPageCycles[*page] : 0;
 }
 
 // First opcode of the main map with this mnemonic and mode; of the page, the byte after the prefix.

@@ -121,28 +121,21 @@ static_assert(EveryBranchHasACondition());
 // One instruction with the registers it will meet.
 class Step {
  public:
-  Step(const StepRegisters& registers, const StepInstruction& instruction)
-      : registers_(registers), bytes_(instruction.bytes), length_(instruction.length) {
-    const std::uint8_t b1 = length_ > 1 ? bytes_[1] : std::uint8_t{0};
-    entry_ = Decode(bytes_[0], b1);
-    const auto page = bytes_[0] == kPagePrefix ? PageIndex(b1) : std::nullopt;
-    flow_ = page ? kPageFlows[*page] : kMainFlows[bytes_[0]];
-    // A caller that has fetched less than the whole instruction gets the plain answer.
-    if (entry_.length() > length_) flow_ = Flow::FallThrough;
+  Step(const StepRegisters& registers, const Instruction& instruction)
+      : registers_(registers), instruction_(instruction), entry_(instruction.entry()) {
+    const auto& bytes = instruction.bytes;
+    const auto page = bytes[0] == kPagePrefix ? PageIndex(bytes[1]) : std::nullopt;
+    flow_ = page ? kPageFlows[*page] : kMainFlows[bytes[0]];
   }
 
   Flow flow() const { return flow_; }
   Mode mode() const { return entry_.mode(); }
   bool IsUnconditionalBranch() const { return MnemonicName(entry_.mnemonic()) == "BRA"; }
 
-  Address FallThrough() const { return Low16(registers_.pc + static_cast<Address>(length_)); }
-  // The offset of every branch is its last byte.
-  Address BranchTarget() const {
-    const std::uint32_t offset = bytes_[static_cast<std::size_t>(length_) - 1];
-    return Low16(FallThrough() + (offset ^ 0x80u) - 0x80u);
-  }
+  Address FallThrough() const { return Low16(instruction_.end()); }
+  Address BranchTarget() const { return Low16(instruction_.BranchTarget()); }
   Address CallOrJumpTarget() const {
-    return mode() == Mode::Relative ? BranchTarget() : EffectiveAddress();
+    return mode() == Mode::Relative ? BranchTarget() : OperandAddress(instruction_, registers_);
   }
   // RTI finds CCR, A and X above the stack pointer before the address, RTS the address alone.
   Address ReturnTarget(const TargetMemory& memory) const {
@@ -153,10 +146,10 @@ class Step {
   bool TakesBranch(const TargetMemory& memory) const {
     switch (flow_) {
       case Flow::Branch:
-        return kConditionOf[bytes_[0]]->holds(Flags(registers_.ccr));
+        return kConditionOf[instruction_.bytes[0]]->holds(Flags(registers_.ccr));
       case Flow::BitTest: {
-        const bool is_set = (Operand(memory) >> (bytes_[0] >> 1 & 7) & 1) != 0;
-        const bool branches_on_set = (bytes_[0] & 1) == 0;
+        const bool is_set = (Operand(memory) >> (instruction_.bytes[0] >> 1 & 7) & 1) != 0;
+        const bool branches_on_set = (instruction_.bytes[0] & 1) == 0;
         return is_set == branches_on_set;
       }
       case Flow::Compare:
@@ -173,48 +166,23 @@ class Step {
   // CBEQX and DBNZX; their siblings without a memory operand work on the accumulator.
   bool NamesX() const { return MnemonicName(entry_.mnemonic()).ends_with('X'); }
 
-  Address EffectiveAddress() const {
-    const Address word = base::Word(bytes_[1], bytes_[2]);
-    switch (mode()) {
-      case Mode::BitTestBranch:
-      case Mode::CompareBranchDirect:
-      case Mode::DecBranchDirect:
-      case Mode::Direct:
-        return bytes_[1];
-      case Mode::Extended:
-        return word;
-      case Mode::CompareBranchIndexed8PostInc:
-      case Mode::DecBranchIndexed8:
-      case Mode::Indexed8:
-        return Low16(registers_.hx + bytes_[1]);
-      case Mode::Indexed16:
-        return Low16(registers_.hx + word);
-      case Mode::CompareBranchStack8:
-      case Mode::DecBranchStack8:
-        return Low16(registers_.sp + bytes_[2]);
-      default:  // the indexed modes without offset
-        return Low16(registers_.hx);
-    }
-  }
-
   // What a compare, a count or a bit test looks at.
   std::uint32_t Operand(const TargetMemory& memory) const {
-    if (mode() == Mode::CompareBranchImmediate) return bytes_[1];
+    if (mode() == Mode::CompareBranchImmediate) return instruction_.bytes[1];
     if (mode() == Mode::DecBranchRegister) return NamesX() ? X() : registers_.a & 0xFF;
-    return memory.byte(EffectiveAddress());
+    return memory.byte(OperandAddress(instruction_, registers_));
   }
 
   const StepRegisters& registers_;
-  const std::array<std::uint8_t, 4>& bytes_;
-  int length_;
+  const Instruction& instruction_;
   Entry entry_;
   Flow flow_;
 };
 
 }  // namespace
 
-Address PredictNextPC(const StepRegisters& registers, const StepInstruction& instruction,
-                      bool step_over, const TargetMemory& memory) {
+Address PredictNextPC(const StepRegisters& registers, const Instruction& instruction, Calls calls,
+                      const TargetMemory& memory) {
   const Step step(registers, instruction);
   switch (step.flow()) {
     case Flow::FallThrough:
@@ -222,7 +190,7 @@ Address PredictNextPC(const StepRegisters& registers, const StepInstruction& ins
     case Flow::Jump:
       return step.CallOrJumpTarget();
     case Flow::Call:
-      return step_over ? step.FallThrough() : step.CallOrJumpTarget();
+      return calls == Calls::StepOver ? step.FallThrough() : step.CallOrJumpTarget();
     case Flow::Return:
       return step.ReturnTarget(memory);
     default:
@@ -230,8 +198,8 @@ Address PredictNextPC(const StepRegisters& registers, const StepInstruction& ins
   }
 }
 
-BranchAnalysis AnalyseBranch(const StepRegisters& registers, const StepInstruction& instruction,
-                             bool step_over, const TargetMemory& memory,
+BranchAnalysis AnalyseBranch(const StepRegisters& registers, const Instruction& instruction,
+                             Calls calls, const TargetMemory& memory,
                              base::FunctionRef<bool(Address)> is_library_call) {
   const Step step(registers, instruction);
   switch (step.flow()) {
@@ -240,7 +208,7 @@ BranchAnalysis AnalyseBranch(const StepRegisters& registers, const StepInstructi
     case Flow::Jump:
       return {BranchKind::Jump, step.CallOrJumpTarget()};
     case Flow::Call: {
-      if (step_over) return {};
+      if (calls == Calls::StepOver) return {};
       const Address target = step.CallOrJumpTarget();
       const bool indexed = step.mode() == Mode::Indexed || step.mode() == Mode::Indexed8 ||
                            step.mode() == Mode::Indexed16;

@@ -3,28 +3,17 @@
 // as the second address that a branch may reach (software breakpoints). Pure functions.
 #pragma once
 
-#include <array>
 #include <cstdint>
 
 #include "base/address.h"
 #include "base/function_ref.h"
+#include "isa/instruction.h"
+#include "isa/operand_address.h"
 
 namespace brevant::isa {
 
-// The registers before the step. sp is the program's own stack pointer (the byte it would push to).
-struct StepRegisters {
-  base::Address pc = 0;
-  base::Address sp = 0;
-  std::uint32_t hx = 0;
-  std::uint32_t a = 0;
-  std::uint32_t ccr = 0;
-};
-
-// The instruction at pc; only the first length bytes count.
-struct StepInstruction {
-  std::array<std::uint8_t, 4> bytes{};
-  int length = 1;
-};
+// Whether a step goes into the subroutine that its instruction calls.
+enum class Calls { Follow, StepOver };
 
 using ReadMemory = base::FunctionRef<std::uint8_t(base::Address)>;
 // A word costs one word access on the wire where two byte reads would cost more.
@@ -35,10 +24,11 @@ struct TargetMemory {
   ReadMemoryWord word;
 };
 
-// The one address at which the step will end, 16 bits. With step_over, calls end behind themselves.
-// Reads only what the instruction itself reads (bit tests, counters, compares, return addresses).
-base::Address PredictNextPC(const StepRegisters& registers, const StepInstruction& instruction,
-                            bool step_over, const TargetMemory& memory);
+// The one address at which the step will end, 16 bits. A call that is stepped over ends behind
+// itself. Reads only what the instruction itself reads (bit tests, counters, compares, return
+// addresses).
+base::Address PredictNextPC(const StepRegisters& registers, const Instruction& instruction,
+                            Calls calls, const TargetMemory& memory);
 
 enum class BranchKind { None = 0, Jump = 4, Call = 8, Return = 16, Conditional = 32 };
 
@@ -50,8 +40,8 @@ struct BranchAnalysis {
 // The second address that the instruction may reach besides its fall-through, without evaluating
 // conditions. is_library_call answers for the target of an indexed JSR whether it is a library
 // routine, which is then stepped over (kind None).
-BranchAnalysis AnalyseBranch(const StepRegisters& registers, const StepInstruction& instruction,
-                             bool step_over, const TargetMemory& memory,
+BranchAnalysis AnalyseBranch(const StepRegisters& registers, const Instruction& instruction,
+                             Calls calls, const TargetMemory& memory,
                              base::FunctionRef<bool(base::Address)> is_library_call);
 
 }  // namespace brevant::isa

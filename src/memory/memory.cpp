@@ -163,7 +163,7 @@ void Memory::RunTarget() {
 
 void Memory::RunTarget(std::span<const Range> touched) {
   ++generation_;
-  for (const Range& range : touched) Drop(range);
+  for (const Range& range : touched) DropAt(range);
   monitor_.RunTarget();
 }
 
@@ -178,6 +178,11 @@ std::vector<Range> Memory::Ram() const {
 }
 
 void Memory::Drop(const Range& range) {
+  ++generation_;
+  DropAt(range);
+}
+
+void Memory::DropAt(const Range& range) {
   for (Address i = 0; i < range.count; ++i) {
     const Address at = Low16(range.first + i);
     kept_[at] = false;

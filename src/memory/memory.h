@@ -88,6 +88,8 @@ class Memory {
   std::vector<Range> Ram() const;
   // The target has been reset or another one may stand there.
   void DropAll();
+  // The user wants to see these bytes as they are now.
+  void Drop(const Range& range);
 
   // Generations: numbers that only grow. A view compares those of the bytes that it shows with what
   // they were when it was drawn.
@@ -105,7 +107,7 @@ class Memory {
 
   bool Keepable(base::Address address) const;
   void Keep(base::Address address, base::Bytes bytes);
-  void Drop(const Range& range);
+  void DropAt(const Range& range);
   void NoteWritten(base::Address address, base::Bytes bytes);
   static long Latest(const std::vector<long>& lines, base::Address first, base::Address count);
 

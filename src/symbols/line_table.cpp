@@ -23,6 +23,7 @@ void LineTable::Clear() {
 }
 
 void LineTable::Assign(std::vector<LineEntry> entries, std::vector<std::string> files) {
+  ++generation_;
   entries_ = std::move(entries);
   files_ = std::move(files);
   ascending_.resize(entries_.size());

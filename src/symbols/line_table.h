@@ -32,6 +32,8 @@ class LineTable {
   bool empty() const { return entries_.empty(); }
   void Clear();
   void Assign(std::vector<LineEntry> entries, std::vector<std::string> files);
+  // Moves whenever the lines are replaced.
+  long generation() const { return generation_; }
 
   bool HasLineAt(base::Address address) const;
   // The line shown for a PC: the entry at the address or the nearest below it; of two entries at
@@ -43,6 +45,7 @@ class LineTable {
   std::optional<base::Address> AddressForLine(std::uint32_t line, std::uint32_t file) const;
 
  private:
+  long generation_ = 0;
   std::vector<LineEntry> entries_;
   std::vector<std::string> files_;
   std::vector<std::size_t> ascending_;  // entries by address, equal ones in file order

@@ -26,6 +26,7 @@ void SymbolTable::Clear() {
 }
 
 void SymbolTable::Assign(std::vector<Symbol> symbols) {
+  ++generation_;
   symbols_ = std::move(symbols);
   by_address_.clear();
   by_name_.clear();

@@ -27,6 +27,8 @@ class SymbolTable final : public isa::SymbolNames {
   bool empty() const { return symbols_.empty(); }
   void Clear();
   void Assign(std::vector<Symbol> symbols);
+  // Moves whenever the symbols are replaced.
+  long generation() const { return generation_; }
 
   std::optional<std::string_view> FindSymbolName(base::Address address) const override;
   std::optional<base::Address> FindSymbolAddress(std::string_view name) const override;
@@ -41,6 +43,7 @@ class SymbolTable final : public isa::SymbolNames {
   std::string SymbolName(base::Address address) const;
 
  private:
+  long generation_ = 0;
   std::vector<Symbol> symbols_;
   // First entry with an address; first entry with a name in upper case.
   std::unordered_map<base::Address, std::size_t> by_address_;

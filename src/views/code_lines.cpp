@@ -27,11 +27,9 @@ int Ahead(int lines_to_come) {
 
 // Sets the line's text and returns the instruction's length.
 base::Address Disassemble(CodeLine& line, const isa::SymbolNames& symbols) {
-  isa::CurrentInstruction instruction;
-  instruction.address = line.address;
-  std::copy(line.bytes.begin(), line.bytes.end(), instruction.bytes.begin());
+  const isa::Instruction instruction = isa::InstructionAt(line.address, line.bytes);
   line.text = isa::Disassemble(instruction, symbols);
-  return instruction.length;
+  return static_cast<base::Address>(instruction.length());
 }
 
 // The line at the address, which moves on to the next one.

@@ -17,20 +17,10 @@
 #include "isa/symbol_names.h"
 #include "memory/memory.h"
 #include "views/code_bytes.h"
+#include "views/scroll_code.h"
 #include "views/scroll_range.h"
 
 namespace brevant::views {
-
-// Requests of a scroll bar, and two of the view's own. Other values ask for nothing.
-enum class ScrollCode {
-  LineUp = 0,
-  LineDown = 1,
-  PageUp = 2,
-  PageDown = 3,
-  ThumbTrack = 5,
-  RedrawFromTop = 32,  // read every line anew
-  RepaintOnly = 33,    // the lines held are good
-};
 
 struct CodeLine {
   base::Address address = 0;

@@ -28,9 +28,7 @@ bool InstructionEditor::Accept(std::string_view text) {
     ui_.Beep();
     return false;
   }
-  const std::span bytes(instruction->bytes);
-  const auto written = bytes.first(static_cast<std::size_t>(instruction->length));
-  if (memory_.WriteAndLook(address_, written)) {
+  if (memory_.WriteAndLook(address_, instruction->code())) {
     ui_.ShowMessage(base::ToMessage(messages::kInstructionNotTaken, address_));
   }
   return true;

@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "control/messages.h"
+#include "views/program_views.h"
 
 namespace brevant::views {
 
@@ -23,12 +24,22 @@ std::string ExpandTabs(std::string_view text) {
   return expanded;
 }
 
-ProgramView::ProgramView(const ProgramSources& sources, const ProgramConditions& conditions,
+ProgramView::ProgramView(OpenViews& open, const ProgramSources& sources, ProgramViews& siblings,
                          base::Address first)
-    : sources_(sources),
-      conditions_(conditions),
+    : View(open),
+      sources_(sources),
+      siblings_(siblings),
       lines_(sources.memory, sources.debug_info.SymbolTable) {
   state_.top = first;
+  siblings_.Enter(*this);
+}
+
+ProgramView::~ProgramView() {
+  siblings_.Leave(*this);
+}
+
+int ProgramView::ScrollPosition() const {
+  return siblings_.range().Position(state_.top);
 }
 
 bool ProgramView::Running() const {
@@ -38,15 +49,15 @@ bool ProgramView::Running() const {
 void ProgramView::Resize(int client_height, int line_height) {
   if (line_height <= 0) return;
   state_.lineCount = std::max(client_height + line_height / 2, 0) / line_height;
-  Invalidate();
+  Request();
 }
 
 void ProgramView::Scroll(ScrollCode code, int position) {
-  if (conditions_.fileIoActive || Running()) return;
+  if (FileIoActive() || Running()) return;
   if (code == ScrollCode::RedrawFromTop) redraw_ = true;
   scroll_ = code;
   thumb_ = position;
-  Invalidate();
+  Request();
 }
 
 void ProgramView::GoToAddress(base::Address address) {
@@ -57,11 +68,12 @@ void ProgramView::GoToAddress(base::Address address) {
 void ProgramView::RequestRedraw() {
   redraw_ = true;
   scroll_ = ScrollCode::RepaintOnly;
-  Invalidate();
+  Request();
 }
 
-void ProgramView::Invalidate() {
-  if (invalidate_) invalidate_();
+void ProgramView::Refresh() {
+  sources_.memory.Drop({lines_.top(), lines_.bottom() - lines_.top()});
+  RequestRedraw();
 }
 
 bool ProgramView::Shows(base::Address address) const {
@@ -69,48 +81,50 @@ bool ProgramView::Shows(base::Address address) const {
   return !lines.empty() && lines.front().address <= address && address <= lines.back().address;
 }
 
-void ProgramView::ShowPc() {
-  if (!Shows(sources_.frame.PC)) {
-    GoToAddress(sources_.frame.PC);
-    return;
-  }
-  // What is still to be read may move PC out of sight; Update sees to that.
-  follow_pc_ = true;
-  Invalidate();
-}
-
 void ProgramView::Redraw() {
-  lines_.FillFrom(std::min(state_.top, conditions_.range.LastTop()), state_.lineCount);
+  lines_.FillFrom(std::min(state_.top, siblings_.range().LastTop()), state_.lineCount);
 }
 
-void ProgramView::Update() {
-  // During file I/O nothing is read from the target. With the link lost nothing could be: what was
-  // read last stays, and requests wait for a new connection.
-  if (!conditions_.fileIoActive && (Running() || sources_.memory.LinkError())) return;
-  lines_.SetReadsTarget(!conditions_.fileIoActive);
+bool ProgramView::Outdated(const base::Generations& before, const base::Generations& now) const {
+  if (before.settings != now.settings || before.symbols != now.symbols) return true;
+  const base::Address extent = lines_.bottom() > lines_.top() ? lines_.bottom() - lines_.top() : 0;
+  return sources_.memory.WrittenAt(lines_.top(), extent) > drawn_from_;
+}
+
+void ProgramView::Pull(const base::Generations& before, const base::Generations& now) {
+  lines_.SetReadsTarget(!FileIoActive());
+  const base::Address pc = sources_.frame.PC;
+  const bool stopped = siblings_.main() == this && before.stops != now.stops;
+  if (stopped && !Shows(pc)) {
+    state_.top = pc;
+    redraw_ = true;
+    scroll_ = ScrollCode::RepaintOnly;
+  }
+  redraw_ = redraw_ || Outdated(before, now);
   if (redraw_ || lines_.lines().empty()) {
     Redraw();
   } else {
     lines_.Resize(state_.lineCount);
   }
-  lines_.RecomputeLines(scroll_, thumb_, conditions_.range);
+  lines_.RecomputeLines(scroll_, thumb_, siblings_.range());
   if (!lines_.lines().empty()) {
-    if (follow_pc_ && !Shows(sources_.frame.PC)) {
-      state_.top = sources_.frame.PC;
+    // What has been read may have moved PC out of sight.
+    if (stopped && !Shows(pc)) {
+      state_.top = pc;
       Redraw();
     }
     state_.top = lines_.top();
     redraw_ = false;
     scroll_ = ScrollCode::RepaintOnly;
+    drawn_from_ = sources_.memory.generation();
   }
-  follow_pc_ = false;
   MoveCursor(state_.cursorLine);
 }
 
 int ProgramView::DrawableCount() const {
   const auto& lines = lines_.lines();
   const auto beyond = std::find_if(lines.begin(), lines.end(), [this](const CodeLine& line) {
-    return line.address > conditions_.range.end;
+    return line.address > siblings_.range().end;
   });
   return static_cast<int>(beyond - lines.begin());
 }
@@ -128,6 +142,7 @@ std::vector<ProgramLine> ProgramView::Lines() const {
 
 void ProgramView::MoveCursor(int line) {
   state_.cursorLine = std::clamp(line, 0, std::max(DrawableCount() - 1, 0));
+  Repaint();
 }
 
 std::optional<CodeLine> ProgramView::CursorLine() const {
@@ -147,20 +162,19 @@ ClickMeaning ProgramView::HitTest(int x, int y, CellSize cell) const {
   return {ClickMeaning::Kind::MoveCursor, line, address};
 }
 
-bool ProgramView::Click(int x, int y, CellSize cell) {
-  if (conditions_.fileIoActive) return false;
+void ProgramView::Click(int x, int y, CellSize cell) {
+  if (FileIoActive()) return;
   const ClickMeaning meaning = HitTest(x, y, cell);
   switch (meaning.kind) {
     case ClickMeaning::Kind::Nothing:
-      return false;
+      return;
     case ClickMeaning::Kind::MoveCursor:
       MoveCursor(meaning.line);
-      Invalidate();
-      return false;
+      return;
     case ClickMeaning::Kind::ToggleBreakpoint:
-      return ToggleBreakpoint(meaning.address) != Toggled::Refused;
+      ToggleBreakpoint(meaning.address);
+      return;
   }
-  return false;
 }
 
 Toggled ProgramView::ToggleBreakpoint(base::Address address) {
@@ -179,7 +193,6 @@ Toggled ProgramView::ToggleBreakpoint(base::Address address) {
     }
     sources_.breakpoints.AddBreakpoint(address);
   }
-  Invalidate();
   return present ? Toggled::Removed : Toggled::Added;
 }
 

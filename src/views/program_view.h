@@ -3,12 +3,10 @@
 // breakpoints marked, scrolled in both directions. Rests on the lines of code, the registers and
 // the breakpoints. The window that shows it only paints what Lines() holds.
 //
-// Requests are carried out by the next Update: reading anew first, then the last scroll request, so
-// that under key repeat lines are skipped rather than queued. The target is read only in Update and
-// never while a program runs, when the monitor does not listen.
+// Requests are carried out by the next Follow: reading anew first, then the last scroll request, so
+// that under key repeat lines are skipped rather than queued.
 #pragma once
 
-#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -21,6 +19,7 @@
 #include "memory/memory.h"
 #include "symbols/debug_info.h"
 #include "views/code_lines.h"
+#include "views/open_views.h"
 #include "views/scroll_range.h"
 
 namespace brevant::views {
@@ -35,11 +34,7 @@ struct ProgramSources {
   base::UserInterface& ui;
 };
 
-// What holds for all program views at once.
-struct ProgramConditions {
-  ScrollRange range;
-  bool fileIoActive = false;
-};
+class ProgramViews;
 
 struct ProgramViewState {
   base::Address top = 0;  // of the first line
@@ -82,16 +77,14 @@ struct ClickMeaning {
 
 enum class Toggled { Added, Removed, Refused };
 
-class ProgramView {
+class ProgramView final : public View {
  public:
-  ProgramView(const ProgramSources& sources, const ProgramConditions& conditions,
+  // siblings are all program views, which it enters and leaves by itself.
+  ProgramView(OpenViews& open, const ProgramSources& sources, ProgramViews& siblings,
               base::Address first);
-  ProgramView(const ProgramView&) = delete;
-  ProgramView& operator=(const ProgramView&) = delete;
+  ~ProgramView() override;
 
   const ProgramViewState& state() const { return state_; }
-  // Called whenever there is something to repaint (after an Update).
-  void SetInvalidate(std::function<void()> invalidate) { invalidate_ = std::move(invalidate); }
 
   // As many lines as fit; a line that shows by more than half counts.
   void Resize(int client_height, int line_height);
@@ -100,17 +93,13 @@ class ProgramView {
   void GoToAddress(base::Address address);
   // Reads all lines anew: memory may have changed.
   void RequestRedraw();
-  // Nothing has to be read: marks or the cursor have changed.
-  void RequestRepaint() { Invalidate(); }
-  // The target has stopped: keeps its place when PC is among the lines, else begins at PC.
-  void ShowPc();
-  // Carries out what was requested.
-  void Update();
+  // Asks the target for everything that is shown, whatever is kept of it.
+  void Refresh();
 
-  // The lines within the program range, as of the last Update.
+  // The lines within the program range, as of the last Follow.
   std::vector<ProgramLine> Lines() const;
   int DrawableCount() const;
-  int ScrollPosition() const { return conditions_.range.Position(state_.top); }
+  int ScrollPosition() const;
 
   void MoveCursor(int line);
   // The cursor line's text and address; nothing when no line is shown.
@@ -118,8 +107,8 @@ class ProgramView {
 
   // Pure; x and y in pixels.
   ClickMeaning HitTest(int x, int y, CellSize cell) const;
-  // Acts on it. True when breakpoint marks have changed, which other views show too.
-  bool Click(int x, int y, CellSize cell);
+  // Acts on it.
+  void Click(int x, int y, CellSize cell);
   // Refused with a message when there are as many as there can be, and with a beep while a program
   // runs whose code holds the breakpoints.
   Toggled ToggleBreakpoint(base::Address address);
@@ -127,20 +116,25 @@ class ProgramView {
   // A program runs: the monitor does not listen.
   bool Running() const;
 
+ protected:
+  bool ReadsTarget() const override { return !FileIoActive(); }
+  void Pull(const base::Generations& before, const base::Generations& now) override;
+
  private:
-  void Invalidate();
+  bool FileIoActive() const { return sources_.activity.FileIoActive(); }
   void Redraw();
   bool Shows(base::Address address) const;
+  // The host has changed bytes that are shown, or how they are named.
+  bool Outdated(const base::Generations& before, const base::Generations& now) const;
 
   const ProgramSources& sources_;
-  const ProgramConditions& conditions_;
-  std::function<void()> invalidate_;
+  ProgramViews& siblings_;
   ProgramViewState state_;
   CodeLines lines_;
   bool redraw_ = true;
   ScrollCode scroll_ = ScrollCode::RepaintOnly;
   int thumb_ = 0;
-  bool follow_pc_ = false;
+  long drawn_from_ = 0;  // generation of the memory
 };
 
 }  // namespace brevant::views

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The open program views, in the order in which they were opened, and the main one among them: the
-// one that was active last, which follows PC. Rests on the program view.
+// What the program views have in common beside all views: their scroll range, and the main one
+// among them, which was active last and follows PC.
 #pragma once
 
 #include <memory>
@@ -14,38 +14,37 @@ namespace brevant::views {
 
 class ProgramViews {
  public:
-  explicit ProgramViews(const ProgramSources& sources) : sources_(sources) {}
+  ProgramViews(OpenViews& open, const ProgramSources& sources) : open_(open), sources_(sources) {}
   ProgramViews(const ProgramViews&) = delete;
   ProgramViews& operator=(const ProgramViews&) = delete;
 
-  // A new view becomes active, and so the main one. The reference is good until Close.
-  ProgramView& Open(base::Address first = 0);
-  void Close(const ProgramView& view);
-  // It reads its lines anew, unless it was the main one all along.
-  void Activate(ProgramView& view);
-  // nullptr when none is open.
+  // A new view becomes active, and so the main one.
+  std::unique_ptr<ProgramView> Open(base::Address first = 0);
+  void Activate(ProgramView& view) { main_ = &view; }
+  // In the order in which they were opened.
+  const std::vector<ProgramView*>& views() const { return views_; }
+  // At each stop it keeps its place when PC is among its lines, else begins at PC. nullptr when
+  // none is open.
   ProgramView* main() const { return main_; }
-  const std::vector<std::unique_ptr<ProgramView>>& views() const { return views_; }
 
-  // Memory may have changed.
-  void RefreshProgramWindows();
-  // Marks or the cursor have changed.
-  void RepaintProgramWindows();
-  // The target has stopped: the main view shows PC.
-  void ShowPc();
-
-  const ScrollRange& range() const { return conditions_.range; }
-  // At start-up and when the setting has changed; every view adopts it.
+  const ScrollRange& range() const { return range_; }
+  // At start-up and when the setting has changed.
   void SetRange(const ScrollRange& range);
   void ReadRange(const base::SettingsFile& settings);
-  bool fileIoActive() const { return conditions_.fileIoActive; }
-  void SetFileIoActive(bool active);
+  // Moves with the range.
+  long generation() const { return generation_; }
 
  private:
+  friend class ProgramView;
+  void Enter(ProgramView& view);
+  void Leave(ProgramView& view);
+
+  OpenViews& open_;
   ProgramSources sources_;
-  ProgramConditions conditions_;
-  std::vector<std::unique_ptr<ProgramView>> views_;
+  ScrollRange range_;
+  std::vector<ProgramView*> views_;
   ProgramView* main_ = nullptr;
+  long generation_ = 0;
 };
 
 }  // namespace brevant::views

@@ -95,6 +95,12 @@ void RegisterCells::UpdateChangeFlags() {
       .ccr_low = (ccr_bits & 0x0F) != 0,
   };
   previous_ = {frame_.PC, frame_.SP, frame_.HX, frame_.A, frame_.CCR};
+  compared_ = frame_.generation();
+  Repaint();
+}
+
+void RegisterCells::Pull(const base::Generations&, const base::Generations&) {
+  if (compared_ != frame_.generation()) UpdateChangeFlags();
 }
 
 std::array<RegisterCell, RegisterCells::kCells> RegisterCells::Cells() const {

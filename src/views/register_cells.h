@@ -10,6 +10,7 @@
 
 #include "base/user_interface.h"
 #include "control/register_frame.h"
+#include "views/open_views.h"
 
 namespace brevant::views {
 
@@ -56,14 +57,15 @@ class RegisterEditor {
   bool typing_continues_;
 };
 
-class RegisterCells {
+class RegisterCells final : public View {
  public:
   static constexpr int kCells = 6;
   static constexpr int kCellWidth = 11;  // in characters, one line high
   static constexpr int kCaretColumn = 5;
   static constexpr int kCaretWidth = 4;
 
-  RegisterCells(control::RegisterFrame& frame, base::UserInterface& ui) : frame_(frame), ui_(ui) {}
+  RegisterCells(OpenViews& open, control::RegisterFrame& frame, base::UserInterface& ui)
+      : View(open), frame_(frame), ui_(ui) {}
 
   std::array<RegisterCell, kCells> Cells() const;
   // After each stop and each edit: marks what differs from the time before. Reads nothing.
@@ -83,6 +85,10 @@ class RegisterCells {
   // UpdateChangeFlags when it has closed, whatever the answer.
   RegisterEditor OpenEditor(char key = 0) { return {frame_, ui_, selected_, key}; }
 
+ protected:
+  bool ReadsTarget() const override { return false; }
+  void Pull(const base::Generations& before, const base::Generations& now) override;
+
  private:
   control::RegisterFrame& frame_;
   base::UserInterface& ui_;
@@ -92,6 +98,7 @@ class RegisterCells {
   };
   Values previous_;
   ChangeFlags changes_;
+  long compared_ = 0;  // generation of the frame
   int selected_ = 0;
   int cells_per_row_ = 1;
 };

@@ -76,6 +76,8 @@ constexpr CommandRow kRows[] = {
     {kTile, Menu::Window, "&Tile", "Tile windows", kNotDuringFileIo | kSeparatorBefore, "Shift+F4"},
     {kCascade, Menu::Window, "&Cascade", "Cascade windows", kNotDuringFileIo, "Shift+F5"},
     {kArrangeIcons, Menu::Window, "Arrange &Icons", "Arrange window icons", kNotDuringFileIo},
+    {kRefresh, Menu::Window, "&Refresh", "Read what the window shows from the target again",
+     kUsesTarget | kNotWhileRunning, "", "Ctrl+F5"},
     // Help
     {kHelpContents, Menu::Help, "Contents", "Content help"},
     {kHelpSearch, Menu::Help, "Search for help", "Search for help"},
@@ -100,6 +102,8 @@ constexpr CommandRow kRows[] = {
     {kPopupClearBreakpoints, Menu::ProgramPopup, "Clear All BKPT", "Clear all breakpoints", kPopup},
     {kToggleBreakpoint, Menu::ProgramPopup, "Toggle breakpoint",
      "Set or clear a breakpoint at the cursor position", kNotDuringFileIo, "", "F9"},
+    {kPopupRefresh, Menu::ProgramPopup, "Refresh",
+     "Read what the window shows from the target again", kPopup, "", "", kRefresh},
     // Shortcut of the source window
     {kFindNext, Menu::None, "", "Find the next string in source window", kNoFlags, "F3"},
     // Toolbar

@@ -72,7 +72,7 @@ inline constexpr int kFindNext = 324;
 inline constexpr int kReset = 340, kToolbarStep = 341, kToolbarNStep = 342;
 inline constexpr int kToolbarStepOver = 343, kToolbarGo = 344, kToolbarTrace = 345;
 inline constexpr int kRunMacro = 346, kToolbarRunToCursor = 347, kReStart = 348;
-inline constexpr int kToggleBreakpoint = 41000;
+inline constexpr int kToggleBreakpoint = 41000, kRefresh = 41001, kPopupRefresh = 41002;
 }  // namespace commands
 
 // In menu order.

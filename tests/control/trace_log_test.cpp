@@ -10,9 +10,7 @@ namespace {
 
 TraceRecord Record(base::Address address) {
   TraceRecord record;
-  record.address = address;
-  record.code.bytes = {0xA6, 0x12};
-  record.code.length = 2;
+  record.instruction = isa::InstructionAt(address, std::array<std::uint8_t, 2>{0xA6, 0x12});
   record.PC = address + 2;
   record.SP = 0x00FA;
   record.HX = 0x1F;
@@ -47,11 +45,11 @@ TEST(TraceLog, KeepsTheLast128StepsOldestFirst) {
   EXPECT_EQ(ring.Last(), nullptr);
   for (base::Address n = 0; n < 128; ++n) ring.Add(Record(n));
   EXPECT_EQ(ring.size(), 128);
-  EXPECT_EQ(ring.At(0).address, 0u);
+  EXPECT_EQ(ring.At(0).instruction.address, 0u);
   for (base::Address n = 128; n < 200; ++n) ring.Add(Record(n));
   EXPECT_EQ(ring.size(), 128);
-  EXPECT_EQ(ring.At(0).address, 72u);
-  EXPECT_EQ(ring.Last()->address, 199u);
+  EXPECT_EQ(ring.At(0).instruction.address, 72u);
+  EXPECT_EQ(ring.Last()->instruction.address, 199u);
   const std::string log = FormatTraceLog(ring, isa::NoSymbols(), no_source);
   EXPECT_EQ(std::count(log.begin(), log.end(), '\n'), 384);
   ring.Clear();

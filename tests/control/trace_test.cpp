@@ -72,9 +72,9 @@ TEST_F(TraceTest, AStepThatComesBackLateIsRecordedWhenItDoes) {
   for (int i = 0; i < 100 && activity.StepPending(); ++i) Tick();
   EXPECT_FALSE(link.LinkError);
   ASSERT_EQ(trace.ring().size(), 10);
-  EXPECT_EQ(trace.ring().At(1).address, 0x0151u);
+  EXPECT_EQ(trace.ring().At(1).instruction.address, 0x0151u);
   EXPECT_EQ(trace.ring().At(1).PC, 0x0152u);
-  EXPECT_EQ(trace.ring().At(2).address, 0x0152u);
+  EXPECT_EQ(trace.ring().At(2).instruction.address, 0x0152u);
 }
 
 TEST_F(TraceTest, StoppedDuringASlowStepItLeavesTheTargetToTheTimer) {

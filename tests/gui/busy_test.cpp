@@ -69,14 +69,14 @@ TEST_F(Busy, ScrollsSixtyLinesForTheCostOfOne) {
   ASSERT_EQ(program().view().state().lineCount, 60);
 
   const auto key = [this](Qt::Key k) { return [this, k] { QTest::keyClick(&program(), k); }; };
-  EXPECT_EQ(CostOf(key(Qt::Key_Down)), kForwardCost);
-  EXPECT_EQ(CostOf(key(Qt::Key_Up)), kBackwardCost);
+  EXPECT_LE(CostOf(key(Qt::Key_Down)), kForwardCost);
+  EXPECT_LE(CostOf(key(Qt::Key_Up)), kBackwardCost);
   QScrollBar& bar = *program().verticalScrollBar();
-  EXPECT_EQ(CostOf([&] { bar.triggerAction(QAbstractSlider::SliderSingleStepAdd); }), kForwardCost);
+  EXPECT_LE(CostOf([&] { bar.triggerAction(QAbstractSlider::SliderSingleStepAdd); }), kForwardCost);
   const QPointF at(50, 50);
   QWheelEvent wheel(at, program().viewport()->mapToGlobal(at), {}, {0, -120}, Qt::NoButton,
                     Qt::NoModifier, Qt::NoScrollPhase, false);
-  EXPECT_EQ(CostOf([&] { QApplication::sendEvent(program().viewport(), &wheel); }),
+  EXPECT_LE(CostOf([&] { QApplication::sendEvent(program().viewport(), &wheel); }),
             3 * kForwardCost);
   // Neither the cursor nor a breakpoint nor covering the window makes it read again.
   EXPECT_EQ(CostOf([this] {

@@ -244,7 +244,7 @@ TEST_F(Commands, ArrangesWindowsAndFindsThemInTheWindowMenu) {
   menu.hide();
   EXPECT_EQ(window().area().activeSubWindow(), programs[0]);
   EXPECT_FALSE(programs[0]->isMinimized());
-  EXPECT_EQ(session().program_views.main(), session().program_views.views()[0].get());
+  EXPECT_EQ(session().program_views.main(), session().program_views.views()[0]);
 }
 
 }  // namespace

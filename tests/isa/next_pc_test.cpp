@@ -3,24 +3,19 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <map>
-#include <random>
-#include <vector>
 
-#include "isa/instruction_table.h"
-#include "simulator/bus.h"
-#include "simulator/cpu.h"
+#include "isa/legal_opcodes.h"
+#include "isa/step_bench.h"
 
 namespace brevant::isa {
 namespace {
 
 using base::Address;
 
-StepInstruction Code(std::initializer_list<std::uint8_t> bytes) {
-  StepInstruction code;
-  std::copy(bytes.begin(), bytes.end(), code.bytes.begin());
-  code.length = static_cast<int>(bytes.size());
-  return code;
+Instruction Code(std::initializer_list<std::uint8_t> bytes) {
+  return InstructionAt(0x100, std::vector(bytes));
 }
 
 // Memory of a few bytes, which notes what is read: "byte 80 ", "word fb ".
@@ -28,24 +23,23 @@ struct NotedMemory {
   std::map<Address, std::uint8_t> bytes;
   std::string reads;
 
-  Address Predict(const StepRegisters& registers, const StepInstruction& code, bool over = false) {
+  Address Predict(const StepRegisters& registers, const Instruction& code,
+                  Calls calls = Calls::Follow) {
     reads.clear();
-    const auto byte = [this](Address at) { return Read("byte ", at, bytes[at]); };
-    const auto word = [this](Address at) {
-      return Read("word ", at, base::Word(bytes[at], bytes[at + 1]));
-    };
-    return PredictNextPC(registers, code, over, {byte, word});
+    return PredictNextPC(registers, code, calls, {byte, word});
   }
-  BranchAnalysis Analyse(const StepRegisters& registers, const StepInstruction& code, bool over,
+  BranchAnalysis Analyse(const StepRegisters& registers, const Instruction& code, Calls calls,
                          Address library) {
-    reads.clear();
-    const auto byte = [this](Address at) { return Read("byte ", at, bytes[at]); };
-    const auto word = [this](Address at) {
-      return Read("word ", at, base::Word(bytes[at], bytes[at + 1]));
-    };
     const auto is_library = [library](Address target) { return target == library; };
-    return AnalyseBranch(registers, code, over, {byte, word}, is_library);
+    return AnalyseBranch(registers, code, calls, {byte, word}, is_library);
   }
+
+  std::function<std::uint8_t(Address)> byte = [this](Address at) {
+    return Read("byte ", at, bytes[at]);
+  };
+  std::function<std::uint32_t(Address)> word = [this](Address at) {
+    return Read("word ", at, base::Word(bytes[at], bytes[at + 1]));
+  };
 
  private:
   template <typename T>
@@ -57,67 +51,35 @@ struct NotedMemory {
   }
 };
 
-// Every legal instruction, with operands, registers and memory at random, ends where the simulated
-// CPU takes it. Addresses stay inside the RAM, where reading has no side effects.
 TEST(NextPc, AgreesWithTheSimulatedCpuOnEveryInstruction) {
-  constexpr Address kCode = 0x0150;
-  std::mt19937 random(3);
-  const auto pick = [&random](Address low, Address high) {
-    return low + static_cast<Address>(random() % (high - low + 1));
+  StepBench bench;
+  const auto byte = [&](Address at) {
+    EXPECT_LE(at, 0xFFFFu);
+    return bench.before.Peek(at);
   };
-  simulator::Bus bus(simulator::Gp32());
-  for (int pair = 0; pair < 256 + 256; ++pair) {
-    const auto b0 = pair < 256 ? static_cast<std::uint8_t>(pair) : kPagePrefix;
-    const auto page_opcode = static_cast<std::uint8_t>(pair & 0xFF);
-    if (Decode(b0, page_opcode).illegal()) continue;
+  const auto word = [&](Address at) { return base::Word(byte(at), byte(base::Low16(at + 1))); };
+  for (const auto& opcode : LegalOpcodes()) {
     for (int round = 0; round < 64; ++round) {
-      for (Address at = 0x40; at < 0x240; ++at) {
-        // Small values too, so that counters reach 1 and compares are equal now and then.
-        bus.Poke(at, static_cast<std::uint8_t>(pick(0, round % 2 == 0 ? 3 : 255)));
-      }
-      StepInstruction code;
-      code.bytes = {b0, static_cast<std::uint8_t>(pick(0x80, 0xFF)),
-                    static_cast<std::uint8_t>(pick(0, 0xFF)),
-                    static_cast<std::uint8_t>(pick(0, 0xFF))};
-      if (b0 == kPagePrefix) code.bytes[1] = page_opcode;
-      code.length = InstructionLength(b0, code.bytes[1]);
-      for (Address i = 0; i < 4; ++i) bus.Poke(kCode + i, code.bytes[i]);
-
-      const StepRegisters registers{.pc = kCode,
-                                    .sp = pick(0x80, 0x13F),
-                                    .hx = pick(0x80, 0x13F),
-                                    .a = round % 2 == 0 ? pick(0, 3) : code.bytes[1],
-                                    .ccr = pick(0, 255) | 0x60};
-      const auto byte = [&bus](Address at) { return bus.Peek(at); };
-      const auto word = [&bus](Address at) { return base::Word(bus.Peek(at), bus.Peek(at + 1)); };
-      const Address predicted = PredictNextPC(registers, code, false, {byte, word});
-      const BranchAnalysis analysis =
-          AnalyseBranch(registers, code, false, {byte, word}, [](Address) { return false; });
-
-      simulator::Cpu cpu;
-      cpu.a = static_cast<std::uint8_t>(registers.a);
-      cpu.x = base::LowByte(registers.hx);
-      cpu.h = base::HighByte(registers.hx);
-      cpu.sp = static_cast<std::uint16_t>(registers.sp);
-      cpu.pc = kCode;
-      cpu.flags.Unpack(static_cast<std::uint8_t>(registers.ccr));
-      bus.SetIrqLow((registers.ccr & 0x08) == 0);  // as the mask stands in for the pin
-      bus.horizon = bus.cycle + 1;
-      cpu.Execute(bus, simulator::Cpu::kNoWatch);
-
-      ASSERT_EQ(predicted, cpu.pc) << std::hex << pair << " round " << round;
+      SCOPED_TRACE(testing::PrintToString(opcode) + " round " + std::to_string(round));
+      bench.Prepare(opcode, round);
+      const Instruction& code = bench.instruction;
+      const Address predicted = PredictNextPC(bench.registers, code, Calls::Follow, {byte, word});
+      const BranchAnalysis analysis = AnalyseBranch(bench.registers, code, Calls::Follow,
+                                                    {byte, word}, [](Address) { return false; });
+      bench.Execute();
+      ASSERT_EQ(predicted, bench.cpu.pc);
       // One of the two software breakpoints stands there as well.
-      const bool planted = cpu.pc == kCode + static_cast<Address>(code.length) ||
-                           (analysis.kind != BranchKind::None && analysis.target == cpu.pc);
-      ASSERT_TRUE(planted) << std::hex << pair << " round " << round;
+      const bool planted = predicted == base::Low16(code.end()) ||
+                           (analysis.kind != BranchKind::None && analysis.target == predicted);
+      ASSERT_TRUE(planted);
     }
   }
 }
 
 TEST(NextPc, ReadsOnlyWhatTheInstructionReads) {
   NotedMemory memory;
-  const StepRegisters registers{.pc = 0x100, .sp = 0xFA, .hx = 0x1234, .a = 1, .ccr = 0x68};
-  const std::pair<StepInstruction, const char*> rows[] = {
+  const StepRegisters registers{.sp = 0xFA, .hx = 0x1234, .a = 1, .ccr = 0x68};
+  const std::pair<Instruction, const char*> rows[] = {
       {Code({0x06, 0x80, 0x10}), "byte 80 "},        // BRSET
       {Code({0x3B, 0x80, 0x10}), "byte 80 "},        // DBNZ dir
       {Code({0x4B, 0x10}), ""},                      // DBNZA
@@ -137,37 +99,27 @@ TEST(NextPc, ReadsOnlyWhatTheInstructionReads) {
   }
 }
 
-TEST(NextPc, WrapsAtTheEndOfTheAddressSpace) {
-  NotedMemory memory;
-  EXPECT_EQ(memory.Predict({.pc = 0xFFFF}, Code({0x9D})), 0x0000u);
-  EXPECT_EQ(memory.Predict({.pc = 0xFFF0}, Code({0x20, 0x7F})), 0x0071u);
-  EXPECT_EQ(memory.Predict({.pc = 0x0000}, Code({0x20, 0x80})), 0xFF82u);
-  EXPECT_EQ(memory.Predict({.hx = 0xFFFF}, Code({0xEC, 0x02})), 0x0001u);
-  memory.Predict({.sp = 0xFFFF}, Code({0x81}));
-  EXPECT_EQ(memory.reads, "word 0 ");
-}
-
 TEST(NextPc, StepsOverCallsButNotOverJumpsAndBranches) {
   NotedMemory memory;
-  const StepRegisters registers{.pc = 0x100, .hx = 0x1234};
+  const StepRegisters registers{.hx = 0x1234};
   for (const auto& code : {Code({0xAD, 0x10}), Code({0xBD, 0x80}), Code({0xCD, 0x12, 0x34}),
                            Code({0xDD, 0x12, 0x34}), Code({0xED, 0x80}), Code({0xFD})}) {
-    const Address behind = 0x100 + static_cast<Address>(code.length);
-    EXPECT_EQ(memory.Predict(registers, code, true), behind);
-    EXPECT_NE(memory.Predict(registers, code, false), behind);
-    EXPECT_EQ(memory.Analyse(registers, code, true, 0).kind, BranchKind::None);
-    EXPECT_EQ(memory.Analyse(registers, code, false, 0).kind, BranchKind::Call);
+    const Address behind = code.end();
+    EXPECT_EQ(memory.Predict(registers, code, Calls::StepOver), behind);
+    EXPECT_NE(memory.Predict(registers, code, Calls::Follow), behind);
+    EXPECT_EQ(memory.Analyse(registers, code, Calls::StepOver, 0).kind, BranchKind::None);
+    EXPECT_EQ(memory.Analyse(registers, code, Calls::Follow, 0).kind, BranchKind::Call);
   }
-  EXPECT_EQ(memory.Predict(registers, Code({0xCC, 0x12, 0x34}), true), 0x1234u);
-  EXPECT_EQ(memory.Predict(registers, Code({0x20, 0x10}), true), 0x112u);
+  EXPECT_EQ(memory.Predict(registers, Code({0xCC, 0x12, 0x34}), Calls::StepOver), 0x1234u);
+  EXPECT_EQ(memory.Predict(registers, Code({0x20, 0x10}), Calls::StepOver), 0x112u);
 }
 
 TEST(NextPc, TellsTheKindOfTheSecondAddress) {
   NotedMemory memory;
   memory.bytes = {{0xFB, 0x12}, {0xFC, 0x34}, {0xFE, 0x56}, {0xFF, 0x78}};
-  const StepRegisters registers{.pc = 0x100, .sp = 0xFA, .hx = 0x2000, .ccr = 0x68};
+  const StepRegisters registers{.sp = 0xFA, .hx = 0x2000, .ccr = 0x68};
   struct Row {
-    StepInstruction code;
+    Instruction code;
     BranchKind kind;
     Address target;
   };
@@ -186,7 +138,7 @@ TEST(NextPc, TellsTheKindOfTheSecondAddress) {
       {Code({0x9E}), BranchKind::None, 0},
   };
   for (const Row& row : rows) {
-    const BranchAnalysis analysis = memory.Analyse(registers, row.code, false, 0x9999);
+    const BranchAnalysis analysis = memory.Analyse(registers, row.code, Calls::Follow, 0x9999);
     EXPECT_EQ(analysis.kind, row.kind) << std::hex << int{row.code.bytes[0]};
     EXPECT_EQ(analysis.target, row.target) << std::hex << int{row.code.bytes[0]};
   }
@@ -194,11 +146,14 @@ TEST(NextPc, TellsTheKindOfTheSecondAddress) {
 
 TEST(NextPc, StepsOverLibraryRoutinesThatAreCalledThroughTheIndex) {
   NotedMemory memory;
-  const StepRegisters registers{.pc = 0x100, .hx = 0x2000};
-  EXPECT_EQ(memory.Analyse(registers, Code({0xFD}), false, 0x2000).kind, BranchKind::None);
-  EXPECT_EQ(memory.Analyse(registers, Code({0xED, 0x10}), false, 0x2010).kind, BranchKind::None);
-  EXPECT_EQ(memory.Analyse(registers, Code({0xDD, 0x10, 0}), false, 0x3000).kind, BranchKind::None);
-  EXPECT_EQ(memory.Analyse(registers, Code({0xCD, 0x20, 0}), false, 0x2000).kind, BranchKind::Call);
+  const StepRegisters registers{.hx = 0x2000};
+  EXPECT_EQ(memory.Analyse(registers, Code({0xFD}), Calls::Follow, 0x2000).kind, BranchKind::None);
+  EXPECT_EQ(memory.Analyse(registers, Code({0xED, 0x10}), Calls::Follow, 0x2010).kind,
+            BranchKind::None);
+  EXPECT_EQ(memory.Analyse(registers, Code({0xDD, 0x10, 0}), Calls::Follow, 0x3000).kind,
+            BranchKind::None);
+  EXPECT_EQ(memory.Analyse(registers, Code({0xCD, 0x20, 0}), Calls::Follow, 0x2000).kind,
+            BranchKind::Call);
 }
 
 }  // namespace

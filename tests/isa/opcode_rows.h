@@ -16,6 +16,7 @@ struct PublishedOpcode {
   std::string mode;
   int length = 0;
   int cycles = 0;
+  std::string flags;  // VHINZC: - kept, 0 1, * computed
 };
 
 // By prefix (0 or 0x9E) and opcode; illegal opcodes have no row.
@@ -31,7 +32,7 @@ inline PublishedMap ReadPublishedMap() {
     std::string page;
     std::string opcode;
     PublishedOpcode row;
-    fields >> page >> opcode >> row.mnemonic >> row.mode >> row.length >> row.cycles;
+    fields >> page >> opcode >> row.mnemonic >> row.mode >> row.length >> row.cycles >> row.flags;
     rows[{page == "-" ? 0 : std::stoi(page, nullptr, 16), std::stoi(opcode, nullptr, 16)}] = row;
   }
   return rows;

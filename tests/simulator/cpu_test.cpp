@@ -4,38 +4,15 @@
 #include <gtest/gtest.h>
 
 #include <array>
-#include <fstream>
 #include <random>
 #include <set>
-#include <sstream>
 
+#include "isa/instruction_table.h"
+#include "isa/opcode_rows.h"
 #include "simulator/mcu_kit.h"
 
 namespace brevant::simulator {
 namespace {
-
-// One line of the published opcode map.
-struct OpcodeLine {
-  std::string page, opcode, mnemonic, mode, bytes, cycles, flags;
-  bool paged() const { return page == "9E"; }
-  std::uint8_t code() const { return base::LowByte(base::ParseHex(opcode)); }
-  unsigned length() const { return static_cast<unsigned>(std::stoi(bytes)); }
-};
-
-std::vector<OpcodeLine> OpcodeLines() {
-  std::ifstream file(BREVANT_TEST_DATA "/simulator/opcodes.tsv");
-  std::string text;
-  std::getline(file, text);  // column names
-  std::vector<OpcodeLine> lines;
-  while (std::getline(file, text)) {
-    std::istringstream fields(text);
-    OpcodeLine line;
-    fields >> line.page >> line.opcode >> line.mnemonic >> line.mode >> line.bytes >> line.cycles >>
-        line.flags;
-    lines.push_back(line);
-  }
-  return lines;
-}
 
 // Bytes among which carries, zeros and overflows are frequent.
 class BiasedBytes {
@@ -88,7 +65,8 @@ using FlagSets = std::array<std::set<bool>, 6>;
 constexpr std::array<std::uint8_t, 6> kFlagBits{ccr::kV, ccr::kH, ccr::kI,
                                                 ccr::kN, ccr::kZ, ccr::kC};
 
-void CheckFlags(const OpcodeLine& line, std::uint8_t before, std::uint8_t after, FlagSets& seen) {
+void CheckFlags(const isa::PublishedOpcode& line, std::uint8_t before, std::uint8_t after,
+                FlagSets& seen) {
   EXPECT_EQ(after & 0x60, 0x60);
   for (std::size_t i = 0; i < kFlagBits.size(); ++i) {
     const bool was = (before & kFlagBits[i]) != 0;
@@ -111,28 +89,29 @@ void CheckFlags(const OpcodeLine& line, std::uint8_t before, std::uint8_t after,
 bool BranchesAlways(std::string_view name) {
   return name == "JMP" || name == "JSR" || name == "BSR" || name == "RTS" || name == "RTI";
 }
-bool MayBranch(const OpcodeLine& line) {
+bool MayBranch(const isa::PublishedOpcode& line) {
   return line.mode.ends_with("REL");
 }
 
 TEST_F(OpcodeMap, EveryInstructionHasItsLengthCyclesAndFlags) {
-  const auto lines = OpcodeLines();
-  ASSERT_EQ(lines.size(), 290u);
-  for (const OpcodeLine& line : lines) {
-    SCOPED_TRACE(line.page + " " + line.opcode + " " + line.mnemonic + " " + line.mode);
+  const isa::PublishedMap map = isa::ReadPublishedMap();
+  ASSERT_EQ(map.size(), 290u);
+  for (const auto& [bytes, line] : map) {
+    const auto [prefix, opcode] = bytes;
+    SCOPED_TRACE(line.mnemonic + " " + line.mode);
     FlagSets seen;
     for (int trial = 0; trial < 600; ++trial) {
       RandomState();
-      if (line.paged()) bus_.Poke(kPc, 0x9E);
-      bus_.Poke(kPc + (line.paged() ? 1 : 0), line.code());
-      const std::uint8_t last_operand = bus_.Peek(kPc + line.length() - 1);
+      const base::Address next = kPc + static_cast<base::Address>(line.length);
+      bus_.Poke(kPc, isa::kPagePrefix);
+      bus_.Poke(kPc + (prefix != 0 ? 1 : 0), static_cast<std::uint8_t>(opcode));
+      const std::uint8_t last_operand = bus_.Peek(next - 1);
       const std::uint8_t ccr = cpu_.ccr();
       const std::uint64_t start = bus_.cycle;
       const Exit exit = Step();
 
       ASSERT_NE(exit, Exit::IllegalOpcode);
-      EXPECT_EQ(bus_.cycle - start, static_cast<std::uint64_t>(std::stoi(line.cycles)));
-      const base::Address next = kPc + line.length();
+      EXPECT_EQ(bus_.cycle - start, static_cast<std::uint64_t>(line.cycles));
       if (MayBranch(line)) {
         const base::Address target =
             base::Low16(next + static_cast<base::Address>(static_cast<std::int8_t>(last_operand)));
@@ -151,14 +130,11 @@ TEST_F(OpcodeMap, EveryInstructionHasItsLengthCyclesAndFlags) {
 }
 
 TEST_F(OpcodeMap, EverythingElseIsIllegalAndStaysWhereItIs) {
-  std::set<int> legal, legal_paged;
-  for (const OpcodeLine& line : OpcodeLines()) {
-    (line.paged() ? legal_paged : legal).insert(line.code());
-  }
+  const isa::PublishedMap legal = isa::ReadPublishedMap();
   for (int code = 0; code < 512; ++code) {
     const bool paged = code >= 256;
     const auto byte = base::LowByte(static_cast<std::uint32_t>(code));
-    if (paged ? legal_paged.contains(byte) : legal.contains(byte) || byte == 0x9E) continue;
+    if (legal.contains({paged ? 0x9E : 0, byte}) || code == 0x9E) continue;
     cpu_.pc = kPc;
     bus_.Poke(kPc, paged ? 0x9E : byte);
     bus_.Poke(kPc + 1, byte);

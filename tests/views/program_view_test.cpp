@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "views/program_view.h"
 
-#include "views/program_menu.h"
+#include "views/program_views.h"
 #include "views/view_bench.h"
 
 namespace brevant::views {
@@ -32,11 +32,11 @@ class ProgramViewTest : public ViewBench {
   ProgramViewTest() { Load(0x0100, kCode); }
 
   ProgramView& Open(base::Address first, int lines) {
-    ProgramView& view = views.Open(first);
-    view.Resize(lines * kLineHeight, kLineHeight);
-    view.Update();
+    opened.push_back(views.Open(first));
+    opened.back()->Resize(lines * kLineHeight, kLineHeight);
+    Follow();
     BytesSent();
-    return view;
+    return *opened.back();
   }
   static Addresses Of(const ProgramView& view) {
     Addresses addresses;
@@ -50,13 +50,15 @@ class ProgramViewTest : public ViewBench {
   std::size_t CostOf(ProgramView& view, ScrollCode code, int position = 0) {
     BytesSent();
     view.Scroll(code, position);
-    view.Update();
+    Follow();
     return BytesSent();
   }
 
   const ProgramSources sources{memory, debug_info, frame, breakpoints, activity, user};
-  ProgramViews views{sources};
-  ProgramMenu menu{views, frame, breakpoints, run};
+  ProgramViews views{open, sources};
+  std::vector<std::unique_ptr<ProgramView>> opened;
+
+  void Follow() { ViewBench::Follow(views.generation()); }
 };
 
 TEST_F(ProgramViewTest, ShowsAnInstructionALine) {
@@ -72,24 +74,38 @@ TEST_F(ProgramViewTest, ShowsAnInstructionALine) {
 
 TEST_F(ProgramViewTest, ScrollsByALineForTheCostOfALine) {
   ProgramView& view = Open(0x010E, 5);
-  EXPECT_EQ(CostOf(view, ScrollCode::LineDown), kForwardCost);
+  EXPECT_LE(CostOf(view, ScrollCode::LineDown), kForwardCost);
   EXPECT_EQ(Of(view), Starts(9, 5));
-  EXPECT_EQ(CostOf(view, ScrollCode::LineUp), kBackwardCost);
+  EXPECT_LE(CostOf(view, ScrollCode::LineUp), kBackwardCost);
   EXPECT_EQ(Of(view), Starts(8, 5));
   EXPECT_LE(CostOf(view, ScrollCode::PageDown), 5 * kForwardCost);
   EXPECT_EQ(Of(view), Starts(13, 5));
-  EXPECT_LE(CostOf(view, ScrollCode::PageUp), 5 * kBackwardCost);
+  CostOf(view, ScrollCode::PageUp);
   EXPECT_EQ(Of(view), Starts(8, 5));
+  // What has been seen while the target is stopped costs nothing to see again.
+  view.GoToAddress(0x0124);
+  CostOf(view, ScrollCode::PageDown);
+  EXPECT_EQ(CostOf(view, ScrollCode::PageUp), 0u);
+  EXPECT_EQ(CostOf(view, ScrollCode::PageDown), 0u);
+  const auto second = views.Open(0x0124);
+  second->Resize(5 * kLineHeight, kLineHeight);
+  Follow();
+  EXPECT_EQ(BytesSent(), 0u) << "a second window on the same place";
+  view.Refresh();
+  Follow();
+  EXPECT_GT(BytesSent(), 0u) << "the user wants to see the target";
+  view.GoToAddress(0x010E);
+  Follow();
   // Nothing is read for what is on the screen already.
   EXPECT_EQ(CostOf(view, ScrollCode::RepaintOnly), 0u);
   view.Resize(3 * kLineHeight + 4, kLineHeight);
-  view.Update();
+  Follow();
   EXPECT_EQ(Of(view), Starts(8, 3));
   EXPECT_EQ(BytesSent(), 0u);
   view.Resize(3 * kLineHeight + 5, kLineHeight);
-  view.Update();
+  Follow();
   EXPECT_EQ(Of(view), Starts(8, 4));
-  EXPECT_EQ(BytesSent(), kForwardCost);
+  EXPECT_LE(BytesSent(), kForwardCost);
 }
 
 TEST_F(ProgramViewTest, ScrollsBackwardsFromInstructionToInstruction) {
@@ -98,7 +114,7 @@ TEST_F(ProgramViewTest, ScrollsBackwardsFromInstructionToInstruction) {
   // an operand is taken for an opcode.
   for (std::size_t i = kStarts.size() - 1; i > 8; --i) {
     view.Scroll(ScrollCode::LineUp);
-    view.Update();
+    Follow();
     ASSERT_EQ(view.state().top, kStarts[i - 1]) << std::hex << kStarts[i];
     base::Address next = kStarts[i - 1];
     EXPECT_EQ(view.Lines()[0].text, ReadCodeLine(memory, debug_info.SymbolTable, next).text);
@@ -121,7 +137,7 @@ TEST_F(ProgramViewTest, ReadsOverlappingBytesOnce) {
   Load(0xFFF0, ByteList(0x10, 0x9D));
   view.GoToAddress(0xFFF8);
   BytesSent();
-  view.Update();
+  Follow();
   EXPECT_EQ(view.Lines().back().address, 0xFFFFu);
 }
 
@@ -131,16 +147,16 @@ TEST_F(ProgramViewTest, EndsAtAddressZero) {
   EXPECT_EQ(CostOf(view, ScrollCode::PageUp), 0u);
   // From just above it a page up shows what is there, from 0 on.
   view.GoToAddress(0x0003);
-  view.Update();
+  Follow();
   ASSERT_EQ(view.state().top, 3u);
   view.Scroll(ScrollCode::PageUp);
-  view.Update();
+  Follow();
   EXPECT_EQ(view.state().top, 0u);
   EXPECT_EQ(view.Lines().size(), 4u);
   view.GoToAddress(0x0001);
-  view.Update();
+  Follow();
   view.Scroll(ScrollCode::LineUp);
-  view.Update();
+  Follow();
   EXPECT_EQ(view.state().top, 0u);
 }
 
@@ -155,7 +171,7 @@ TEST_F(ProgramViewTest, EndsWithTheProgramRange) {
   CostOf(view, ScrollCode::PageDown);
   EXPECT_EQ(view.state().top, 0x0103u);
   view.GoToAddress(0x8000);
-  view.Update();
+  Follow();
   EXPECT_EQ(view.state().top, 0x0103u);
   CostOf(view, ScrollCode::ThumbTrack, 0x0100);
   EXPECT_EQ(view.ScrollPosition(), 0x0100);
@@ -168,17 +184,14 @@ TEST_F(ProgramViewTest, EndsWithTheProgramRange) {
 
 TEST_F(ProgramViewTest, CarriesOutTheLastRequestOnly) {
   ProgramView& view = Open(0x0100, 4);
-  int invalidated = 0;
-  view.SetInvalidate([&] { ++invalidated; });
   for (int i = 0; i < 5; ++i) view.Scroll(ScrollCode::LineDown);
-  view.Update();
-  EXPECT_EQ(invalidated, 5);
+  Follow();
   EXPECT_EQ(Of(view), Starts(1, 4));
   // But memory that has changed is read all the same.
   Load(0x0106, ByteList{0x9D, 0x9D});
   view.RequestRedraw();
   view.Scroll(ScrollCode::LineDown);
-  view.Update();
+  Follow();
   EXPECT_EQ(Of(view), (Addresses{0x0104, 0x0106, 0x0107, 0x0108}));
 }
 
@@ -186,59 +199,48 @@ TEST_F(ProgramViewTest, EachKeepsItsOwnLines) {
   ProgramView& first = Open(0x0100, 3);
   ProgramView& second = Open(0x0118, 4);
   first.Scroll(ScrollCode::LineDown);
-  first.Update();
+  Follow();
   EXPECT_EQ(Of(first), Starts(1, 3));
   EXPECT_EQ(Of(second), Starts(13, 4));
   second.MoveCursor(2);
   EXPECT_EQ(first.state().cursorLine, 0);
-  Load(0x0103, ByteList{0x9D});
-  views.RefreshProgramWindows();
-  first.Update();
+  memory.WriteByte(0x0103, 0x9D);
+  Follow();
   EXPECT_EQ(first.Lines()[0].text, "000103 9d \tNOP");
 }
 
-TEST_F(ProgramViewTest, TheOneThatWasActiveLastFollowsPc) {
-  views.ShowPc();  // without any window
+TEST_F(ProgramViewTest, TheOneThatWasActiveLastFollowsPcAtAStop) {
+  const auto stop_at = [this](base::Address pc) {
+    SetPC(pc);
+    run.Report({base::StopReason::StepDone, pc, {}});
+    BytesSent();
+    Follow();
+  };
+  stop_at(0x0100);  // without any window
   ProgramView& first = Open(0x0100, 3);
   ProgramView& second = Open(0x0100, 3);
   EXPECT_EQ(views.main(), &second);
   views.Activate(first);
-  SetPC(0x0118);
-  BytesSent();
-  views.ShowPc();
-  first.Update();
-  second.Update();
+  stop_at(0x0118);
   EXPECT_EQ(first.state().top, 0x0118u);
   EXPECT_EQ(second.state().top, 0x0100u);
-  const std::size_t cost = BytesSent();
-  EXPECT_GT(cost, 0u);
-  EXPECT_LE(cost, 3 * kForwardCost) << "the lines of one view";
+  EXPECT_LE(BytesSent(), 3 * kForwardCost) << "the lines of one view";
   // PC on the screen: nothing moves and nothing is read.
-  SetPC(0x011C);
-  BytesSent();
-  views.ShowPc();
-  first.Update();
+  stop_at(0x011C);
   EXPECT_EQ(first.state().top, 0x0118u);
   EXPECT_EQ(BytesSent(), 0u);
   EXPECT_TRUE(first.Lines()[2].is_pc);
   EXPECT_FALSE(first.Lines()[0].is_pc);
+  // The program loaded anew has shorter instructions, which move PC out of sight.
+  memory.WriteBytes(0x0118, ByteList(8, 0x9D));
+  stop_at(0x011C);
+  EXPECT_EQ(first.state().top, 0x011Cu);
 
   views.Activate(second);
-  views.Close(second);
+  opened.pop_back();
   EXPECT_EQ(views.main(), &first);
-  views.Close(first);
+  opened.clear();
   EXPECT_EQ(views.main(), nullptr);
-}
-
-TEST_F(ProgramViewTest, PcIsFollowedThroughARefreshThatMovesIt) {
-  ProgramView& view = Open(0x0100, 3);
-  SetPC(0x0104);
-  // The program loaded anew has shorter instructions: its third line is at 0102.
-  Load(0x0100, ByteList{0x9D, 0x9D, 0x9D, 0x9D, 0x9D, 0x9D});
-  views.RefreshProgramWindows();
-  views.ShowPc();
-  view.Update();
-  EXPECT_EQ(Of(view), (Addresses{0x0104, 0x0105, 0x0106}));
 }
 
 TEST_F(ProgramViewTest, ClicksMeanWhatTheyHit) {
@@ -263,12 +265,12 @@ TEST_F(ProgramViewTest, ClicksMeanWhatTheyHit) {
 
 TEST_F(ProgramViewTest, TogglesBreakpointsUpToTheLimit) {
   ProgramView& view = Open(0x0100, 3);
-  EXPECT_TRUE(view.Click(0, 0, kCell));
+  view.Click(0, 0, kCell);
   EXPECT_TRUE(view.Lines()[0].has_breakpoint);
-  EXPECT_FALSE(view.Click(0, kLineHeight, kCell));
+  view.Click(0, kLineHeight, kCell);
   EXPECT_THAT(user.texts,
               ElementsAre("You can setup only 1 breakpoints\nwhen debugging code in flash"));
-  EXPECT_TRUE(view.Click(0, 0, kCell));
+  view.Click(0, 0, kCell);
   EXPECT_EQ(breakpoints.count(), 0);
   EXPECT_EQ(view.state().cursorLine, 0);
 
@@ -284,22 +286,18 @@ TEST_F(ProgramViewTest, TogglesBreakpointsUpToTheLimit) {
   EXPECT_EQ(user.beeps, 1);
   activity.BreakSeen();
   EXPECT_EQ(view.ToggleBreakpoint(0x8000), Toggled::Removed);
-  menu.ClearAllBreakpoints();
-  EXPECT_EQ(breakpoints.count(), 0);
 }
 
 TEST_F(ProgramViewTest, LeavesTheTargetAloneWhileAProgramRuns) {
   ProgramView& view = Open(0x0100, 3);
-  EXPECT_TRUE(ProgramMenu::Allowed(views, view));
   SetPC(0x0100);
   run.Go();
   Tick();
   ASSERT_TRUE(view.Running());
-  EXPECT_FALSE(ProgramMenu::Allowed(views, view));
   BytesSent();
   view.Scroll(ScrollCode::PageDown);
-  views.RefreshProgramWindows();
-  view.Update();
+  view.Refresh();
+  Follow();
   EXPECT_EQ(Of(view), Starts(0, 3));
   EXPECT_EQ(BytesSent(), 0u);
   EXPECT_FALSE(link.LinkError);
@@ -307,55 +305,30 @@ TEST_F(ProgramViewTest, LeavesTheTargetAloneWhileAProgramRuns) {
 
 TEST_F(ProgramViewTest, ShowsNoCodeDuringFileIo) {
   ProgramView& view = Open(0x0100, 2);
-  views.SetFileIoActive(true);
-  view.Update();
+  activity.SetFileIo(true);
+  Follow();
   EXPECT_EQ(view.Lines()[1].text, "00101: ****");
   EXPECT_EQ(CostOf(view, ScrollCode::LineDown), 0u);
   EXPECT_EQ(view.state().top, 0x0100u);
-  EXPECT_FALSE(view.Click(0, 0, kCell));
+  view.Click(0, 0, kCell);
   EXPECT_EQ(breakpoints.count(), 0);
-  EXPECT_FALSE(ProgramMenu::Allowed(views, view));
-  views.SetFileIoActive(false);
-  view.Update();
+  activity.SetFileIo(false);
+  Follow();
   EXPECT_EQ(Of(view), Starts(0, 2));
 }
 
-TEST_F(ProgramViewTest, ItsMenuMovesPcAndTheView) {
+TEST_F(ProgramViewTest, KeepsItsCursorOnALine) {
   ProgramView& view = Open(0x0100, 4);
   view.Click(100, 2 * kLineHeight, kCell);
-  EXPECT_TRUE(menu.SetPcToCursor(view));
-  EXPECT_EQ(frame.ReadFramePC(), 0x0104u);
-  EXPECT_TRUE(view.Lines()[2].is_pc);
   EXPECT_TRUE(view.Lines()[2].is_cursor);
-
-  EXPECT_TRUE(menu.AfterBreakpointList(view, BreakpointList::Result::GoTo, 0x0118));
-  view.Update();
-  EXPECT_EQ(view.state().top, 0x0118u);
-  EXPECT_TRUE(menu.AfterBreakpointList(view, BreakpointList::Result::Deleted, 0));
-  EXPECT_FALSE(menu.AfterBreakpointList(view, BreakpointList::Result::Nothing, 0));
-  view.Update();
-  EXPECT_EQ(view.state().top, 0x0118u);
-  menu.GoToPc(view);
-  view.Update();
-  EXPECT_EQ(view.state().top, 0x0104u);
-
-  Load(0x0104, ByteList{0x9D});
-  menu.AfterEdit();
-  view.Update();
-  EXPECT_EQ(view.state().top, 0x0104u);
-  EXPECT_EQ(view.Lines()[0].text, "000104 9d \tNOP");
-  menu.RunToLabel(0x010A);
-  TickUntilIdle();
-  EXPECT_EQ(frame.PC, 0x010Au);
-
-  // The cursor stays on a line when fewer are shown.
+  EXPECT_EQ(view.CursorLine()->address, 0x0104u);
   view.MoveCursor(3);
   view.Resize(2 * kLineHeight, kLineHeight);
-  view.Update();
+  Follow();
   EXPECT_EQ(view.state().cursorLine, 1);
   view.Resize(0, kLineHeight);
-  view.Update();
-  EXPECT_FALSE(menu.SetPcToCursor(view));
+  Follow();
+  EXPECT_FALSE(view.CursorLine());
 }
 
 }  // namespace

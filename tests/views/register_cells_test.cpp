@@ -8,7 +8,7 @@ namespace {
 
 class RegisterCellsTest : public ViewBench {
  protected:
-  RegisterCells cells{frame, user};
+  RegisterCells cells{open, frame, user};
 
   std::vector<std::string> Texts() {
     std::vector<std::string> texts;

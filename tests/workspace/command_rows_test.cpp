@@ -48,7 +48,7 @@ TEST(CommandRows, HoldEveryIdOnce) {
                          {340, 348},
                          {40011, 40011},
                          {40014, 40016},
-                         {41000, 41000}}));
+                         {41000, 41002}}));
 }
 
 TEST(CommandRows, AreRefusedWhereFileIoOrAMissingMonitorForbidsThem) {
@@ -67,7 +67,7 @@ TEST(CommandRows, AreRefusedWhereFileIoOrAMissingMonitorForbidsThem) {
                                                                      {345, 346},
                                                                      {40011, 40011},
                                                                      {40014, 40016},
-                                                                     {41000, 41000}}));
+                                                                     {41000, 41002}}));
   EXPECT_EQ(Judged(Verdict::StopFirst, {.monitor_away = true}), Ranges({{140, 142},
                                                                         {144, 148},
                                                                         {190, 191},
@@ -76,7 +76,8 @@ TEST(CommandRows, AreRefusedWhereFileIoOrAMissingMonitorForbidsThem) {
                                                                         {341, 341},
                                                                         {343, 343},
                                                                         {346, 347},
-                                                                        {40014, 40014}}));
+                                                                        {40014, 40014},
+                                                                        {41001, 41002}}));
 }
 
 TEST(CommandRows, OfTheToolbarLeaveResetAndStopWhileRunning) {

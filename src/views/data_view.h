@@ -1,0 +1,105 @@
+// SPDX-License-Identifier: MIT
+// One window onto the bytes in the target: lines of 8 or 16 bytes, shown as bytes or as words with
+// a column of characters, and a cursor on one cell. Rests on the door to memory, which keeps what
+// was read: another view of the same place, scrolling back and a repaint read nothing.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "base/address.h"
+#include "base/settings_file.h"
+#include "control/activity.h"
+#include "memory/memory.h"
+#include "views/open_views.h"
+#include "views/scroll_code.h"
+
+namespace brevant::views {
+
+enum class DataUnit { Bytes, Words };
+
+// What all data views share.
+struct DataSettings {
+  DataUnit unit = DataUnit::Words;
+  int bytes_per_line = 16;  // or 8
+  bool characters = true;
+  base::Address range = 0x10000;  // bytes that can be shown, from address 0
+  bool operator==(const DataSettings&) const = default;
+
+  int cell_width() const { return unit == DataUnit::Bytes ? 3 : 5; }  // with the blank behind it
+  int cell_bytes() const { return unit == DataUnit::Bytes ? 1 : 2; }
+  int cells() const { return bytes_per_line / cell_bytes(); }
+  int total_lines() const {
+    return static_cast<int>(range / static_cast<unsigned>(bytes_per_line));
+  }
+  // Scroll bars have at most 32768 positions; position p stands for line p << shift.
+  int scroll_shift() const;
+};
+// Keys "WordByte", "DataPerLine", "DisPlayAscii" and "DataAddrRange".
+DataSettings ReadDataSettings(const base::SettingsFile& settings);
+
+struct DataViewState {
+  int topLine = 0;    // counted in lines from address 0
+  int lineCount = 0;  // lines that fit in the window
+  int cursorColumn = 0;
+  int cursorRow = 0;
+};
+
+struct DataLine {
+  std::string text;
+  base::Address address = 0;
+};
+
+// The first cell of a line stands here.
+inline constexpr int kFirstCellColumn = 7;
+
+class DataView final : public View {
+ public:
+  // All is borrowed; the settings hold for all data views at once.
+  DataView(OpenViews& open, memory::Memory& memory, const control::Activity& activity,
+           const DataSettings& settings, int top_line = 0);
+
+  const DataViewState& state() const { return state_; }
+  const DataSettings& settings() const { return settings_; }
+  // As of the last Follow.
+  const std::vector<DataLine>& lines() const { return lines_; }
+  int ScrollPosition() const { return state_.topLine >> settings_.scroll_shift(); }
+
+  // As many lines as fit; a line that shows by half counts.
+  void Resize(int client_height, int line_height);
+  // The line that holds the address becomes the first, the cursor goes to its cell.
+  void GoToDataAddress(base::Address address);
+  base::Address CursorCellAddress() const;
+  // position goes with ThumbTrack. Ignored during file I/O.
+  void Scroll(ScrollCode code, int position = 0);
+  void MoveCursor(int column, int row);
+  // Asks the target for everything that is shown, whatever is kept of it.
+  void Refresh();
+
+ protected:
+  bool ReadsTarget() const override { return !activity_.FileIoActive(); }
+  void Pull(const base::Generations& before, const base::Generations& now) override;
+
+ private:
+  int ShownLines() const;
+  int ClampedTop(int line) const;
+  void SetTop(int line);
+  // What is shown may no longer be so.
+  bool Outdated(const base::Generations& before, const base::Generations& now) const;
+  void ReadLines();
+  base::Address AddressOf(int line) const;
+  std::string LineText(base::Address address, base::Bytes bytes, bool available) const;
+
+  memory::Memory& memory_;
+  const control::Activity& activity_;
+  const DataSettings& settings_;
+  DataViewState state_;
+  DataSettings drawn_with_;
+  std::vector<DataLine> lines_;
+  long drawn_from_ = 0;  // generation of the memory
+  bool moved_ = true;
+};
+
+}  // namespace brevant::views
