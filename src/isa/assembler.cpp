@@ -214,7 +214,7 @@ std::string EditableText(std::string_view line) {
   const std::size_t tab = line.find('\t');
   const std::size_t colon = line.find(':');
   // Behind a long label stands one space in place of the tab; a colon behind a tab is an operand's.
-  const bool spaced = colon != std::string_view::npos && colon >= kSpacedLabelEnd && colon < tab;
+  const bool spaced = colon >= kSpacedLabelEnd && colon < tab;
   const std::size_t start = spaced                          ? colon + 2
                             : tab == std::string_view::npos ? line.size()
                                                             : tab + 1;

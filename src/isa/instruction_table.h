@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The one description of the HC08 instruction set: mnemonics, opcode maps, lengths and cycles.
 // Disassembler, assembler, stepping and the simulator all decode with it. Everything is usable at
-// compile time; instruction_table.cpp proves that the tables are complete.
+// compile time; instruction_table.cpp proves that every mnemonic is used.
 #pragma once
 
 #include <algorithm>

@@ -143,6 +143,7 @@ class Step {
     return Low16(memory.word(Low16(registers_.sp + offset)));
   }
 
+  // For the flows that may branch.
   bool TakesBranch(const TargetMemory& memory) const {
     switch (flow_) {
       case Flow::Branch:
@@ -154,10 +155,8 @@ class Step {
       }
       case Flow::Compare:
         return Operand(memory) == (NamesX() ? X() : registers_.a & 0xFF);
-      case Flow::Count:  // the counter as it is before the decrement
+      default:  // Flow::Count: the counter as it is before the decrement
         return Operand(memory) != 1;
-      default:
-        return false;
     }
   }
 

@@ -92,7 +92,7 @@ struct Row {
 
 TEST(Assembler, ReadsLinesAsPeopleTypeThem) {
   const Row rows[] = {
-      {"lda #ff", {0xA6, 0xFF}},
+      {"adc #ff", {0xA9, 0xFF}},
       {"LDA #1 ; load, once", {0xA6, 0x01}},
       {"nop;", {0x9D}},
       {"mov\t#$5 , $80\r", {0x6E, 0x05, 0x80}},
@@ -182,6 +182,7 @@ TEST(Assembler, OffersTheInstructionOfADisassembledLine) {
       {"00f000 b6 12 \tLDA\tclass::x", "LDA  class::x"},
       {"00f000 32\tIlligal command", "Illigal command"},
       {"00f000", ""},
+      {"0f000: ****", ""},
       {"00f000 b6 12 LABEL678:", ""},
       {"", ""},
   };

@@ -26,6 +26,7 @@ TEST(InstructionTable, EqualsThePublishedOpcodeMapForEveryPairOfFirstBytes) {
       name += static_cast<char>('0' + ((b0 >> 1) & 7));
     }
     ASSERT_EQ(name, row ? row->mnemonic : "NONE") << std::hex << pair;
+    ASSERT_EQ(entry.illegal(), row == nullptr) << std::hex << pair;
     ASSERT_EQ(InstructionLength(b0, b1), row ? row->length : 1) << std::hex << pair;
   }
 }
