@@ -151,9 +151,10 @@ bool Step(Bench& bench) {
 }
 
 bool Verify(Bench& bench) {
+  memory::Memory memory(bench.monitor);
   images::Image image;
   image.Put(0x8000, std::vector<std::uint8_t>(512, 0xFF));
-  const auto result = load::Verify(bench.monitor, image, [](long, long) { return true; });
+  const auto result = load::Verify(memory, image, [](long, long) { return true; });
   return result.outcome == load::VerifyOutcome::Equal && result.compared == 512;
 }
 

@@ -14,6 +14,10 @@ using Address = std::uint32_t;
 
 using Bytes = std::span<const std::uint8_t>;
 
+// One past the last address, and the last.
+inline constexpr Address kAddressSpace = 0x10000;
+inline constexpr Address kLastAddress = kAddressSpace - 1;
+
 constexpr Address Low16(std::uint32_t value) {
   return value & 0xFFFFu;
 }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A row of a message table: what is said to the user, word for word, with its % conversions.
+// A row of a message table: what is said to the user, with its % conversions.
 #pragma once
 
 #include "base/text_format.h"

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// %-style formatting. The system's texts are kept with their % conversions, word for word.
+// %-style formatting: user-visible texts stand in tables with their % conversions, so that each is
+// one row that can be found by what the user has read.
 #pragma once
 
 #include <fmt/printf.h>

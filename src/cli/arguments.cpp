@@ -10,8 +10,6 @@
 namespace brevant::cli {
 namespace {
 
-constexpr base::Address kMemorySize = 0x10000;
-
 using Value = ParsedArguments::Value;
 using Words = std::span<const std::string>;
 
@@ -45,7 +43,7 @@ frontend::Parsed<Value> ParseBytes(Words words, base::Address address) {
     if (!byte.ok()) return {.error = byte.error};
     bytes.push_back(static_cast<std::uint8_t>(byte.value));
   }
-  if (bytes.size() > kMemorySize - address) {
+  if (bytes.size() > base::kAddressSpace - address) {
     return {.error = fmt::format("{} bytes from {:04X} go beyond FFFF", bytes.size(), address)};
   }
   return {.value = std::move(bytes)};

@@ -18,25 +18,32 @@ constexpr const char* kNoAnswerToBreak =
     "program leaves interrupts enabled and its IRQ vector at FFFA holds FE27. Use reset to get the "
     "target back.";
 
-// The registers, and why the target has stopped.
-Result StopResult(Session& session) {
-  Result result = RegisterResult(session.debugger().frame);
-  if (const auto& stop = session.debugger().run_control.last_stop()) {
-    result.fields["stop"] = base::StopWord(stop->reason);
-    result.note = base::StopText(*stop);
-  }
+Result WithReason(Result result, base::StopReason reason) {
+  result.fields["stop"] = base::StopWord(reason);
   return result;
 }
 
+// The registers, and why the target has stopped.
+Result StopResult(Session& session) {
+  Result result = RegisterResult(session.debugger().frame);
+  const auto& stop = session.debugger().run_control.last_stop();
+  if (!stop) return result;
+  result.note = base::StopText(*stop);
+  return WithReason(std::move(result), stop->reason);
+}
+
 Result StopNow(Session& session) {
-  switch (session.debugger().run_control.Stop().reason) {
+  const base::StopReason reason = session.debugger().run_control.Stop().reason;
+  switch (reason) {
     case base::StopReason::NotRecovered:
-      return Failure(ExitStatus::Failed,
-                     "the target stopped, but its stack pointer could not be restored: use reset");
+      return WithReason(Failure(ExitStatus::Failed,
+                                "the target stopped, but its stack pointer could not be restored: "
+                                "use reset"),
+                        reason);
     case base::StopReason::LinkLost:
-      return LinkLost();
+      return WithReason(LinkLost(), reason);
     case base::StopReason::Refused:
-      return Failure(ExitStatus::Failed, kNoAnswerToBreak);
+      return WithReason(Failure(ExitStatus::Failed, kNoAnswerToBreak), reason);
     default:
       return StopResult(session);
   }
@@ -65,7 +72,7 @@ Result AwaitStop(Session& session) {
     case frontend::WaitEnd::LinkLost:
       break;
   }
-  return LinkLost();
+  return WithReason(LinkLost(), base::StopReason::LinkLost);
 }
 
 Result StepTimes(Session& session, const ParsedArguments& arguments, control::Calls calls) {

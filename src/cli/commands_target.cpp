@@ -16,7 +16,6 @@
 namespace brevant::cli {
 namespace {
 
-constexpr base::Address kMemorySize = 0x10000;
 constexpr std::uint32_t kDefaultReadCount = 0x10;
 constexpr std::uint32_t kAnyNumber = 0xFFFFFFFF;
 constexpr std::size_t kBytesPerLine = 16;
@@ -34,7 +33,8 @@ constexpr RegisterRow kRegisters[] = {
     // Bits 6 and 5 do not exist and read 1.
     {"CCR", 0xFF,
      [](control::RegisterFrame& frame, std::uint32_t v) { frame.WriteCCR(frame.CCR = v | 0x60u); }},
-    {"PC", 0xFFFF, [](control::RegisterFrame& frame, std::uint32_t v) { frame.SetPC(v); }},
+    {"PC", base::kLastAddress,
+     [](control::RegisterFrame& frame, std::uint32_t v) { frame.SetPC(v); }},
 };
 
 Result RunBlockOperation(Session& session, views::BlockOperation operation) {
@@ -82,7 +82,8 @@ Result Set(Session& session, const ParsedArguments& arguments) {
   const std::string name = base::UpperCase(arguments.Text(0));
   control::RegisterFrame& frame = session.debugger().frame;
   if (name == "SP") {
-    const auto value = frontend::ParseHexNumber(arguments.Text(1), 0xFFFF, "stack pointer");
+    const auto value =
+        frontend::ParseHexNumber(arguments.Text(1), base::kLastAddress, "stack pointer");
     if (!value.ok()) return UsageError(value.error);
     if (!frame.SetStackPointer(value.value)) {
       return Failure(ExitStatus::Failed,
@@ -102,7 +103,7 @@ Result Set(Session& session, const ParsedArguments& arguments) {
 
 Result Read(Session& session, const ParsedArguments& arguments) {
   const base::Address address = arguments.Number(0);
-  const std::uint32_t room = kMemorySize - address;
+  const std::uint32_t room = base::kAddressSpace - address;
   const std::uint32_t count = arguments.Number(1, std::min(kDefaultReadCount, room));
   if (count > room) {
     return UsageError(fmt::format("count {:X} is beyond {:X}, the end of memory", count, room));
@@ -139,7 +140,7 @@ Result Move(Session& session, const ParsedArguments& arguments) {
   const base::Address to = arguments.Number(1);
   const base::Address destination = arguments.Number(2);
   const base::Address length = std::max(from, to) - std::min(from, to);
-  if (destination + length >= kMemorySize) {
+  if (destination + length >= base::kAddressSpace) {
     return UsageError("the block does not fit: it would end beyond FFFF");
   }
   return RunBlockOperation(session, views::BlockOperation::Move(from, to, destination));
@@ -155,7 +156,12 @@ Result Reset(Session& session, const ParsedArguments&) {
     session.ui().Notice(
         "The security code was not accepted after the reset: flash reads are not valid.");
   }
-  return {};
+  Result result;
+  if (const auto& stop = session.debugger().run_control.last_stop()) {
+    result.note = base::StopText(*stop);
+    result.fields["stop"] = base::StopWord(stop->reason);
+  }
+  return result;
 }
 
 constexpr Command kRows[] = {

@@ -24,7 +24,7 @@ std::string Shown(std::string_view word) {
 }  // namespace
 
 Parsed<base::Address> ParseAddress(std::string_view word) {
-  return ParseHexNumber(word, 0xFFFF, "address");
+  return ParseHexNumber(word, base::kLastAddress, "address");
 }
 
 Parsed<std::uint32_t> ParseHexNumber(std::string_view word, std::uint32_t limit,

@@ -17,24 +17,38 @@ class Gate {
   // False, and work is not done, while something is under way.
   bool Run(base::FunctionRef<void()> work) {
     if (busy_) return false;
-    busy_ = true;
-    entered_ = Clock::now();
+    const Hold hold(*this, true);
     work();
-    busy_ = false;
     return true;
   }
 
   // For a command, while it only collects what it will act on: the tick goes on as if nothing were
   // under way. Modality keeps other commands out.
   void OpenDuring(base::FunctionRef<void()> dialog) {
-    busy_ = false;
+    const Hold hold(*this, false);
     dialog();
-    busy_ = true;
-    entered_ = Clock::now();
   }
 
  private:
   using Clock = std::chrono::steady_clock;
+
+  // However the work ends, the gate is as it was before.
+  class Hold {
+   public:
+    Hold(Gate& gate, bool busy) : gate_(gate), before_(gate.busy_) { gate.Set(busy); }
+    ~Hold() { gate_.Set(before_); }
+    Hold(const Hold&) = delete;
+    Hold& operator=(const Hold&) = delete;
+
+   private:
+    Gate& gate_;
+    const bool before_;
+  };
+  void Set(bool busy) {
+    busy_ = busy;
+    if (busy) entered_ = Clock::now();
+  }
+
   bool busy_ = false;
   Clock::time_point entered_;
 };

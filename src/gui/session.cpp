@@ -9,6 +9,7 @@ namespace {
 
 namespace keys = base::keys;
 
+// In the start-up folder; users who report trouble with connecting are asked for it by this name.
 constexpr const char* kDiagnosticFile = "vell";
 // Often enough for the eye; the rest of the time is the wire's.
 constexpr std::chrono::milliseconds kRepaintEvery{50};

@@ -2,13 +2,9 @@
 #include "images/image.h"
 
 namespace brevant::images {
-namespace {
+namespace {}  // namespace
 
-constexpr std::size_t kAddresses = 0x10000;
-
-}  // namespace
-
-Image::Image() : bytes_(kAddresses), held_(kAddresses) {}
+Image::Image() : bytes_(base::kAddressSpace), held_(base::kAddressSpace) {}
 
 void Image::Put(base::Address address, base::Bytes bytes) {
   for (const std::uint8_t byte : bytes) {
@@ -27,7 +23,7 @@ std::optional<std::uint8_t> Image::At(base::Address address) const {
 
 std::vector<Block> Image::Blocks() const {
   std::vector<Block> blocks;
-  for (std::size_t at = 0; at < kAddresses; ++at) {
+  for (std::size_t at = 0; at < base::kAddressSpace; ++at) {
     if (!held_[at]) continue;
     if (at == 0 || !held_[at - 1]) blocks.push_back({static_cast<base::Address>(at), {}});
     blocks.back().bytes.push_back(bytes_[at]);

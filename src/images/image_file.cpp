@@ -13,8 +13,6 @@
 namespace brevant::images {
 namespace {
 
-constexpr base::Address kLastAddress = 0xFFFF;
-
 void AddData(ImageRecord record, ImageFile& file) {
   ++file.report.records;
   file.report.bytes += static_cast<long>(record.bytes.size());
@@ -22,7 +20,7 @@ void AddData(ImageRecord record, ImageFile& file) {
 }
 
 long BytesBeyond(base::Address address, std::size_t count) {
-  const std::size_t below = address > kLastAddress ? 0 : kLastAddress + 1 - address;
+  const std::size_t below = address < base::kAddressSpace ? base::kAddressSpace - address : 0;
   return static_cast<long>(count - std::min(count, below));
 }
 

@@ -56,7 +56,7 @@ std::string DataLines(base::Address first, base::Bytes bytes, Line line) {
   std::string text;
   while (!bytes.empty()) {
     const base::Address address = base::Low16(first);
-    const std::size_t to_end = 0x10000 - address;
+    const std::size_t to_end = base::kAddressSpace - address;
     const std::size_t count = std::min({bytes.size(), kBytesPerRecord, to_end});
     text += line(address, bytes.first(count));
     bytes = bytes.subspan(count);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Everything that connecting says to the user, word for word.
+// Everything that connecting says to the user.
 #pragma once
 
 #include "base/message_text.h"

@@ -20,8 +20,8 @@ enum Command : std::uint8_t {
 };
 
 template <std::size_t N>
-void Send(MonitorLink& link, const std::array<std::uint8_t, N>& frame) {
-  link.SendEchoed(frame);
+void Send(MonitorLink& link, const std::array<std::uint8_t, N>& command) {
+  link.SendEchoed(command);
 }
 
 std::uint32_t ReceiveWord(MonitorLink& link) {
@@ -33,8 +33,8 @@ std::uint32_t ReceiveWord(MonitorLink& link) {
 // The step that both block reads repeat: IREAD with its two copies read but not compared. Nothing
 // when a read failed.
 bool ReadPairUnchecked(MonitorLink& link, std::array<std::uint8_t, 2>& pair) {
-  static constexpr std::array<std::uint8_t, 1> kFrame{kIRead};
-  link.WriteRaw(kFrame);
+  static constexpr std::array<std::uint8_t, 1> kCommand{kIRead};
+  link.WriteRaw(kCommand);
   std::array<std::uint8_t, 2> copies{};
   link.ReadRaw(copies);
   link.ReadRaw(pair);

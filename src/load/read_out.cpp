@@ -14,7 +14,7 @@ ReadOutResult ReadOut(memory::Memory& memory, base::Address first, base::Address
                       const std::string& path, Progress progress) {
   const auto format = images::FormatOfPath(path);
   if (!format) return {ReadOutOutcome::UnknownFormat, 0, {}};
-  if (last > 0xFFFF || last < first) return {ReadOutOutcome::BadRange, 0, {}};
+  if (last > base::kLastAddress || last < first) return {ReadOutOutcome::BadRange, 0, {}};
   const std::size_t count = last - first + 1;
   std::vector<std::uint8_t> bytes;
   bytes.reserve(count);

@@ -23,9 +23,9 @@ constexpr std::size_t kWorthBridging = 6;
 Memory::Memory(link::Monitor& monitor)
     : monitor_(monitor),
       device_(&devices::BySettingsNumber(0)),
-      bytes_(kSpace),
-      written_(kSpace >> kLineShift, 1),
-      changed_(kSpace >> kLineShift, 1) {}
+      bytes_(base::kAddressSpace),
+      written_(base::kAddressSpace >> kLineShift, 1),
+      changed_(base::kAddressSpace >> kLineShift, 1) {}
 
 void Memory::UseDevice(const devices::Device& device) {
   device_ = &device;
@@ -37,8 +37,7 @@ MemoryKind Memory::KindOf(Address address) const {
 }
 
 bool Memory::Keepable(Address address) const {
-  const MemoryKind kind = KindOf(address);
-  if (kind == MemoryKind::Nothing || kind == MemoryKind::Registers) return false;
+  if (KindOf(address) == MemoryKind::Registers) return false;
   return address >= frame_base_ || frame_base_ - address > kMonitorStack;
 }
 

@@ -4,8 +4,7 @@
 //
 // While the target stays stopped, what was read is kept and handed out again: scrolling back, a
 // second window on the same place and a repaint cost nothing on the wire. Not kept are registers,
-// which change by themselves, places where there is no memory, and the bytes below the stack
-// pointer, where the monitor works. Whatever runs, resets or reconnects drops what it may have
+// which change by themselves, and the bytes below the stack pointer, where the monitor works. Whatever runs, resets or reconnects drops what it may have
 // touched; a write to RAM updates what is kept.
 //
 // Rests on the monitor's commands and the device's memory map. While LinkError is set nothing is
@@ -102,7 +101,6 @@ class Memory {
   long generation() const { return generation_; }
 
  private:
-  static constexpr base::Address kSpace = 0x10000;
   static constexpr int kLineShift = 4;  // generations are counted for lines of 16 bytes
 
   bool Keepable(base::Address address) const;
@@ -114,7 +112,7 @@ class Memory {
   link::Monitor& monitor_;
   const devices::Device* device_;
   std::vector<std::uint8_t> bytes_;
-  std::bitset<kSpace> kept_;
+  std::bitset<base::kAddressSpace> kept_;
   base::Address frame_base_ = 0;
   long generation_ = 1;
   std::vector<long> written_, changed_;

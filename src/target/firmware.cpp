@@ -6,8 +6,6 @@
 namespace brevant::target {
 namespace {
 
-constexpr std::size_t kAddresses = 0x10000;
-
 std::string InLine(long line, std::string_view what) {
   return "line " + std::to_string(line) + ": " + std::string(what);
 }
@@ -22,7 +20,7 @@ std::string WhatIsWrong(const images::ImageFile& file) {
   }
   for (const images::ImageRecord& record : file.records) {
     if (!record.checksum_right) return InLine(record.line, "wrong checksum");
-    if (record.address + record.bytes.size() > kAddresses) {
+    if (record.address + record.bytes.size() > base::kAddressSpace) {
       return InLine(record.line, "address above FFFF");
     }
   }

@@ -7,8 +7,7 @@ namespace brevant::views {
 namespace {
 
 using base::Address;
-
-constexpr Address kAddressSpace = 0x10000;
+using base::kAddressSpace;
 
 }  // namespace
 

@@ -12,7 +12,6 @@
 namespace brevant::views {
 namespace {
 
-constexpr base::Address kLastAddress = 0xFFFF;
 constexpr base::Address kShownAddressBits = 0xFFFFF;
 
 constexpr int kLongestInstruction = 4;
@@ -48,7 +47,7 @@ std::vector<CodeLine> ReadCodeLines(memory::Memory& memory, const isa::SymbolNam
                                     base::Address address, int count) {
   std::vector<CodeLine> lines;
   CodeBytes bytes(memory);
-  for (int to_come = count - 1; to_come >= 0 && address <= kLastAddress; --to_come) {
+  for (int to_come = count - 1; to_come >= 0 && address <= base::kLastAddress; --to_come) {
     const int run = kLongestInstruction + Ahead(to_come);
     const auto read = bytes.From(address, kLongestInstruction, run);
     if (memory.LinkError()) break;
@@ -68,7 +67,11 @@ CodeLine CodeLines::FillLineForward(CodeBytes& bytes, base::Address& address, in
     const int run = kLongestInstruction + Ahead(lines_to_come);
     const auto read = bytes.From(address, kLongestInstruction, run);
     // What a lost link leaves in the buffer is no code.
-    if (!memory_.LinkError()) return LineAt(address, read, symbols_);
+    if (!memory_.LinkError()) {
+      CodeLine line = LineAt(address, read, symbols_);
+      before_[address] = line.address;
+      return line;
+    }
   }
   CodeLine line;
   line.address = address;
@@ -77,8 +80,20 @@ CodeLine CodeLines::FillLineForward(CodeBytes& bytes, base::Address& address, in
   return line;
 }
 
+std::optional<CodeLine> CodeLines::KnownLineBefore(base::Address address) {
+  const auto known = before_.find(address);
+  if (known == before_.end()) return std::nullopt;
+  base::Address at = known->second;
+  std::array<std::uint8_t, kLongestInstruction> bytes{};
+  memory_.ReadBytes(bytes, at);
+  CodeLine line = LineAt(at, bytes, symbols_);
+  if (at != address) return std::nullopt;
+  return line;
+}
+
 CodeLine CodeLines::FillLineBackward(CodeBytes& target_bytes, const CodeLine& below,
                                      int lines_to_come) {
+  if (auto known = KnownLineBefore(below.address)) return *known;
   const int size = static_cast<int>(std::min<base::Address>(kBackwardBytes, below.address));
   // The bytes before the line below and, behind them, that line's own: they are what follows a
   // page prefix, and what an instruction that runs into that line ends with.

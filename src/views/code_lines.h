@@ -9,6 +9,8 @@
 
 #include <array>
 #include <cstdint>
+#include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -42,6 +44,9 @@ class CodeLines {
   // asterisks too when the link is lost while they are read.
   void SetReadsTarget(bool reads) { reads_target_ = reads; }
 
+  // The code is no longer what it was.
+  void Forget() { before_.clear(); }
+
   // count lines from the address on.
   void FillFrom(base::Address address, int count);
   // Drops lines from the end, or reads more there.
@@ -55,6 +60,8 @@ class CodeLines {
   CodeLine FillLineForward(CodeBytes& bytes, base::Address& address, int lines_to_come);
   // The instruction before below; below.address must not be 0.
   CodeLine FillLineBackward(CodeBytes& bytes, const CodeLine& below, int lines_to_come);
+  // The one that was met before going forwards.
+  std::optional<CodeLine> KnownLineBefore(base::Address address);
   void LineUp();
   void LineDown(const ScrollRange& range);
   void PageUp();
@@ -62,6 +69,9 @@ class CodeLines {
 
   memory::Memory& memory_;
   const isa::SymbolNames& symbols_;
+  // By the address behind it, where each instruction begins that was met going forwards: the way
+  // back shows the same instructions and costs nothing.
+  std::map<base::Address, base::Address> before_;
   bool reads_target_ = true;
   std::vector<CodeLine> lines_;
   base::Address bottom_ = 0;

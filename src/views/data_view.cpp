@@ -2,6 +2,7 @@
 #include "views/data_view.h"
 
 #include <algorithm>
+#include <span>
 #include <utility>
 
 #include "base/text_format.h"
@@ -12,7 +13,6 @@ namespace {
 
 constexpr int kBytesSetting = 3;  // of "WordByte"
 constexpr int kMostPositions = 32768;
-constexpr base::Address kWholeSpace = 0x10000;
 
 bool Printable(std::uint8_t byte) {
   return byte >= 0x20 && byte < 0x7F;
@@ -89,7 +89,7 @@ void DataView::MoveCursor(int column, int row) {
 
 void DataView::Refresh() {
   memory_.Drop({AddressOf(state_.topLine), AddressOf(ShownLines())});
-  moved_ = true;
+  refresh_ = true;
   Request();
 }
 
@@ -121,39 +121,56 @@ void DataView::Scroll(ScrollCode code, int position) {
 
 bool DataView::Outdated(const base::Generations& before, const base::Generations& now) const {
   // Registers of the MCU may have changed by themselves while a program ran.
-  if (moved_ || before.stops != now.stops || before.settings != now.settings) {
-    return true;
-  }
-  const int lines = static_cast<int>(lines_.size());
-  return memory_.ChangedAt(AddressOf(state_.topLine), AddressOf(lines)) > drawn_from_;
+  if (lines_.empty() || before.stops != now.stops || before.settings != now.settings) return true;
+  const auto count = static_cast<int>(lines_.size());
+  return memory_.ChangedAt(lines_.front().address, AddressOf(count)) > drawn_from_;
 }
 
 void DataView::Pull(const base::Generations& before, const base::Generations& now) {
-  if (!Outdated(before, now)) return;
+  const bool outdated = refresh_ || Outdated(before, now);
+  if (!outdated && !moved_) return;
   if (drawn_with_.bytes_per_line != settings_.bytes_per_line) {
     // The same address stays at the top.
     state_.topLine = state_.topLine * drawn_with_.bytes_per_line / settings_.bytes_per_line;
   }
   drawn_with_ = settings_;
   state_.topLine = ClampedTop(state_.topLine);
-  drawn_from_ = memory_.generation();
-  ReadLines();
-  moved_ = false;
+  if (outdated) drawn_from_ = memory_.generation();
+  moved_ = refresh_ = false;
+  ReadLines(outdated ? Held::Outdated : Held::Good);
   MoveCursor(state_.cursorColumn, state_.cursorRow);
 }
 
-void DataView::ReadLines() {
-  std::vector<DataLine> read;
-  std::vector<std::uint8_t> bytes(static_cast<std::size_t>(settings_.bytes_per_line));
-  for (int i = 0; i < ShownLines(); ++i) {
-    const base::Address address = AddressOf(state_.topLine + i);
-    const bool available = address < kWholeSpace && !activity_.FileIoActive();
-    if (available) memory_.ReadBytes(bytes, address);
-    // What was read last stays when the link is lost on the way.
-    if (memory_.LinkError()) return;
-    read.push_back({LineText(address, bytes, available), address});
+void DataView::ReadLines(Held lines) {
+  // Good lines that are on the screen already stay; what is missing is one stretch.
+  const base::Address first = AddressOf(state_.topLine);
+  const base::Address end = AddressOf(state_.topLine + ShownLines());
+  const auto held = [&](base::Address address) {
+    return lines == Held::Good ? std::ranges::find(lines_, address, &DataLine::address)
+                               : lines_.end();
+  };
+  base::Address from = first, to = end;
+  const auto per_line = static_cast<base::Address>(settings_.bytes_per_line);
+  while (from < to && held(from) != lines_.end()) from += per_line;
+  while (to > from && held(to - per_line) != lines_.end()) to -= per_line;
+
+  const bool available = !activity_.FileIoActive();
+  std::vector<std::uint8_t> bytes(to - from);
+  const base::Address readable = std::clamp(base::kAddressSpace, from, to) - from;
+  if (available) memory_.ReadBytes(std::span(bytes).first(readable), from);
+  // What was read last stays when the link is lost on the way.
+  if (memory_.LinkError()) return;
+
+  std::vector<DataLine> shown;
+  for (base::Address address = first; address < end; address += per_line) {
+    if (address < from || address >= to) {
+      shown.push_back(*held(address));
+      continue;
+    }
+    const auto line = base::Bytes(bytes).subspan(address - from, per_line);
+    shown.push_back({LineText(address, line, available && address < base::kAddressSpace), address});
   }
-  lines_ = std::move(read);
+  lines_ = std::move(shown);
 }
 
 std::string DataView::LineText(base::Address address, base::Bytes bytes, bool available) const {

@@ -25,7 +25,7 @@ struct DataSettings {
   DataUnit unit = DataUnit::Words;
   int bytes_per_line = 16;  // or 8
   bool characters = true;
-  base::Address range = 0x10000;  // bytes that can be shown, from address 0
+  base::Address range = base::kAddressSpace;  // bytes that can be shown, from address 0
   bool operator==(const DataSettings&) const = default;
 
   int cell_width() const { return unit == DataUnit::Bytes ? 3 : 5; }  // with the blank behind it
@@ -88,7 +88,8 @@ class DataView final : public View {
   void SetTop(int line);
   // What is shown may no longer be so.
   bool Outdated(const base::Generations& before, const base::Generations& now) const;
-  void ReadLines();
+  enum class Held { Good, Outdated };
+  void ReadLines(Held lines);
   base::Address AddressOf(int line) const;
   std::string LineText(base::Address address, base::Bytes bytes, bool available) const;
 
@@ -100,6 +101,7 @@ class DataView final : public View {
   std::vector<DataLine> lines_;
   long drawn_from_ = 0;  // generation of the memory
   bool moved_ = true;
+  bool refresh_ = false;
 };
 
 }  // namespace brevant::views

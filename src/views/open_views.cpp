@@ -6,11 +6,14 @@
 namespace brevant::views {
 
 void OpenViews::Follow(const base::Generations& now, bool monitor_listens) {
+  last_ = now;
   for (View* const view : views_) view->Follow(now, monitor_listens);
 }
 
 View::View(OpenViews& open) : open_(open) {
   open_.views_.push_back(this);
+  // A view that is opened now has nothing to do with the stop before it.
+  drawn_from_.stops = open_.last_.stops;
 }
 
 View::~View() {

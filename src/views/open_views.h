@@ -27,6 +27,7 @@ class OpenViews {
  private:
   friend class View;
   std::vector<View*> views_;
+  base::Generations last_;  // that were followed
 };
 
 class View {

@@ -100,7 +100,10 @@ void ProgramView::Pull(const base::Generations& before, const base::Generations&
     redraw_ = true;
     scroll_ = ScrollCode::RepaintOnly;
   }
-  redraw_ = redraw_ || Outdated(before, now);
+  if (Outdated(before, now)) {
+    lines_.Forget();
+    redraw_ = true;
+  }
   if (redraw_ || lines_.lines().empty()) {
     Redraw();
   } else {

@@ -108,7 +108,13 @@ void Check(const Row& row) {
   EXPECT_EQ(static_cast<int>(result.status), row.status) << result.error;
   EXPECT_EQ(result.quit, row.commands.back() == "quit");
   ExpectText(out, row.out);
-  ExpectText(SaidBy(result), row.said);
+  // "stop=word: text": why the target has stopped, for programs and for people.
+  if (row.said.starts_with("stop=")) {
+    const std::string word = result.fields.value("stop", "");
+    EXPECT_EQ("stop=" + word + (result.ok() ? ": " + result.note : ""), row.said);
+  } else {
+    ExpectText(SaidBy(result), row.said);
+  }
 }
 
 class Commands : public testing::Test {
