@@ -99,14 +99,6 @@ struct Bench : load::TargetBench {
   int resets = 0;
 };
 
-inline constexpr simulator::FaultKind kAllFaults[] = {
-    simulator::FaultKind::LoseHostByte,    simulator::FaultKind::DropLocalEcho,
-    simulator::FaultKind::DropMonitorEcho, simulator::FaultKind::FlipEcho,
-    simulator::FaultKind::FlipHostByte,    simulator::FaultKind::FlipReply,
-    simulator::FaultKind::LoseReply,       simulator::FaultKind::ExtraByte,
-    simulator::FaultKind::DelayByte,       simulator::FaultKind::CutLine,
-    simulator::FaultKind::ResetMcu};
-
 // An S1 record of a file.
 inline std::string Record(base::Address address, const ByteList& data) {
   std::string text = base::Format("S1%02X%04X", data.size() + 3, address);
