@@ -5,19 +5,22 @@
 #include <array>
 #include <vector>
 
+#include "base/files.h"
 #include "cli/command_table.h"
 #include "cli/session.h"
 #include "cli/shown_progress.h"
 #include "devices/hc08.h"
-#include "flash/flash_forms.h"
+#include "flash/flash_commands.h"
+#include "flash/flash_records.h"
 #include "images/image_file.h"
 #include "load/verify.h"
 
 namespace brevant::cli {
 namespace {
 
-// The end of a flash operation, whichever engine has carried it out.
-Result AwaitFlash(Session& session, const flash::FlashStatus& status, bool started) {
+// The end of the flash job.
+Result AwaitFlash(Session& session, bool started) {
+  const flash::FlashStatus& status = session.debugger().flash.status();
   if (started) {
     const auto end = session.WaitForStop([&status] { return status.bytes_programmed; });
     if (end == frontend::WaitEnd::Interrupted || end == frontend::WaitEnd::TimedOut) {
@@ -94,8 +97,7 @@ Result Programmed(Session& session, Result result, const images::Image& image, b
 }
 
 Result MassErase(Session& session, const ParsedArguments&) {
-  flash::FlashOperations& flash = session.debugger().flash;
-  Result result = AwaitFlash(session, flash.status(), flash.MassEraseCommand());
+  Result result = AwaitFlash(session, flash::MassEraseCommand(session.debugger().flash));
   if (result.ok()) result.text = "erased\n";
   return result;
 }
@@ -104,8 +106,7 @@ Result Erase(Session& session, const ParsedArguments& arguments) {
   const base::Address from = arguments.Number(0);
   const base::Address to = arguments.Number(1);
   if (to <= from) return UsageError("End address must be greater than start address");
-  flash::FlashOperations& flash = session.debugger().flash;
-  Result result = AwaitFlash(session, flash.status(), flash.EraseFlashRange(from, to));
+  Result result = AwaitFlash(session, flash::EraseFlashRange(session.debugger().flash, from, to));
   if (result.ok()) result.text = fmt::format("erased {:04x} to {:04x}\n", from, to);
   return result;
 }
@@ -113,18 +114,20 @@ Result Erase(Session& session, const ParsedArguments& arguments) {
 Result Program(Session& session, const ParsedArguments& arguments) {
   const std::string& path = arguments.Text(0);
   const bool verify = !arguments.Has(1);
-  const images::ImageFile file = images::ReadImageFile(path);
-  if (!file.report.ok()) {
-    return Failure(ExitStatus::File,
-                   fmt::format("cannot read {}: {}", path, file.report.file_error));
+  const base::FileText file = base::ReadFile(path);
+  if (!file.ok()) {
+    return Failure(ExitStatus::File, fmt::format("cannot read {}: {}", path, file.error));
   }
-  const images::Image image = file.ToImage();
+  // Programming ends where its stricter rules end the file; what is compared is all that the file
+  // holds, so that a rest which was left out shows.
+  const images::Image image = images::ParseImage(file.text).ToImage();
   if (image.empty()) {
     return Failure(ExitStatus::File, fmt::format("{} holds no S-record data", path));
   }
-  flash::FileProgrammer& programmer = session.debugger().file_programmer;
-  Result result = AwaitFlash(session, programmer.status(), programmer.ProgramFlashFile(path));
-  if (result.ok() && programmer.status().bytes_programmed == 0) {
+  flash::FlashJob& flash = session.debugger().flash;
+  Result result = AwaitFlash(
+      session, flash::ProgramFlashFile(flash, path, flash::ParseFlashRecords(file.text)));
+  if (result.ok() && flash.status().bytes_programmed == 0) {
     return Failure(ExitStatus::File,
                    fmt::format("nothing was programmed: {} begins with no S-record", path));
   }
@@ -136,8 +139,8 @@ Result ProgramBytes(Session& session, const ParsedArguments& arguments) {
   const std::vector<std::uint8_t>& bytes = arguments.Bytes(1);
   images::Image image;
   image.Put(address, bytes);
-  flash::FlashOperations& flash = session.debugger().flash;
-  Result result = AwaitFlash(session, flash.status(), flash.ProgramFlashLocations(address, bytes));
+  Result result =
+      AwaitFlash(session, flash::ProgramFlashLocations(session.debugger().flash, address, bytes));
   return Programmed(session, std::move(result), image, true);
 }
 
@@ -145,8 +148,7 @@ Result ProgramIrq(Session& session, const ParsedArguments&) {
   images::Image image;
   image.Put(devices::kIrqVector, std::array{base::HighByte(devices::kIrqStopRoutine),
                                             base::LowByte(devices::kIrqStopRoutine)});
-  flash::FlashOperations& flash = session.debugger().flash;
-  Result result = AwaitFlash(session, flash.status(), flash.ProgramIrqVector());
+  Result result = AwaitFlash(session, flash::ProgramIrqVector(session.debugger().flash));
   return Programmed(session, std::move(result), image, true);
 }
 

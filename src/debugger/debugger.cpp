@@ -39,8 +39,7 @@ Debugger::Debugger(const Surroundings& surroundings)
              surroundings.start_up_directory),
       loader(memory, frame, breakpoints, debug_info, start_address, macros, settings,
              surroundings.ui, {.refresh_after_stop = [this] { RefreshAfterStop(); }}),
-      flash(FlashSurroundingsOfThis()),
-      file_programmer(FlashSurroundingsOfThis()) {}
+      flash(FlashSurroundingsOfThis()) {}
 
 link::ConnectResult Debugger::Start(OtherCodes other_codes) {
   link::ConnectResult result = connector.Connect();

@@ -18,8 +18,7 @@
 #include "control/register_frame.h"
 #include "control/run_control.h"
 #include "control/trace.h"
-#include "flash/file_programmer.h"
-#include "flash/flash_operations.h"
+#include "flash/flash_job.h"
 #include "link/connector.h"
 #include "link/monitor.h"
 #include "link/monitor_link.h"
@@ -77,8 +76,7 @@ class Debugger {
   load::StartAddress start_address;
   load::MacroRunner macros;
   load::Loader loader;
-  flash::FlashOperations flash;
-  flash::FileProgrammer file_programmer;
+  flash::FlashJob flash;
   // Found at the last reset or new connection: the image loaded last is no longer in memory.
   bool image_gone = false;
   static constexpr const char* kImageGone =

@@ -13,10 +13,14 @@ constexpr base::Address kLastUsed = kBlockData + kBlockSize - 1;
 
 }  // namespace
 
-const devices::FlashGeometry& FlashDriver::flash() const {
-  return devices::BySettingsNumber(settings_.Integer(base::keys::kDevice)).flash;
+void FlashDriver::Prepare(const FlashPlan& plan) {
+  MakeRoom();
+  for (const Step step : plan.task->preparation) Take(step, plan);
 }
 
+// Moves a program's stack out of the RAM that the routines use: the monitor works below the frame
+// and would overwrite parameters and data while they are being sent. A stack as after a reset stays
+// where it is.
 void FlashDriver::MakeRoom() {
   const base::Address first = frame_.SP - kMonitorStack;
   const base::Address last = frame_.SP + kFrameSize - 1;
@@ -24,46 +28,38 @@ void FlashDriver::MakeRoom() {
   if (in_the_way && !memory_.LinkError()) frame_.SetStackPointer(kRoutineStack);
 }
 
-void FlashDriver::Download(base::Bytes routine) {
-  memory_.WriteBytes(kRoutine, routine);
+void FlashDriver::Take(Step step, const FlashPlan& plan) {
+  switch (step) {
+    case Step::Routine:
+      return memory_.WriteBytes(kRoutine, plan.task->routine(memory_.device().flash));
+    case Step::FrameBase:
+      frame_.SP = memory_.ReadStackPointer();
+      return;
+    case Step::StackedPc:
+      frame_.WriteProgramCounter(kRoutine);
+      return;
+    case Step::CopOff:
+      return memory_.WriteByte(devices::kConfig1, devices::kCopDisable);
+    case Step::ErasedPages:
+      return memory_.WriteBytes(kEraseParameters, plan.pages.parameters);
+    case Step::Block:
+      return memory_.WriteBytes(kBlockData, plan.blocks.front().bytes);
+    case Step::BlockPlace:
+      return PlaceBlock(plan.blocks.front());
+    case Step::NothingToVerify:
+      return memory_.WriteByte(kVerifyCount, 0);
+  }
 }
 
-void FlashDriver::PointAtRoutine() {
+void FlashDriver::PlaceBlock(const FlashBlock& block) {
+  memory_.WriteBytes(block.continues ? kBlockCounts : kBlockParameters, block.Parameters());
+}
+
+void FlashDriver::SendBlock(const FlashBlock& block) {
+  memory_.WriteBytes(kBlockData, block.bytes);
+  PlaceBlock(block);
   frame_.SP = memory_.ReadStackPointer();
   frame_.WriteProgramCounter(kRoutine);
-}
-
-void FlashDriver::DisableCop() {
-  memory_.WriteByte(devices::kConfig1, devices::kCopDisable);
-}
-
-void FlashDriver::LoadProgrammingRoutine() {
-  Download(ProgrammingRoutine(flash()));
-  PointAtRoutine();
-  DisableCop();
-}
-
-void FlashDriver::LoadMassEraseRoutine() {
-  frame_.SP = memory_.ReadStackPointer();
-  Download(MassEraseRoutine(flash()));
-  frame_.WriteProgramCounter(kRoutine);
-}
-
-void FlashDriver::LoadEraseRangeRoutine(const ErasePlan& plan) {
-  memory_.WriteBytes(kEraseParameters, plan.parameters);
-  Download(EraseRangeRoutine(flash()));
-}
-
-void FlashDriver::WriteBlockData(base::Bytes bytes) {
-  memory_.WriteBytes(kBlockData, bytes);
-}
-
-void FlashDriver::WriteBlockParameters(base::Address address, std::size_t count) {
-  memory_.WriteBytes(kBlockParameters, BlockParameters(address, count));
-}
-
-void FlashDriver::WriteContinuedParameters(std::size_t count) {
-  memory_.WriteBytes(kBlockCounts, ContinuedParameters(count));
 }
 
 bool FlashDriver::VerifyFailed() {

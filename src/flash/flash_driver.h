@@ -3,50 +3,33 @@
 // Knows nothing of when, why and what the user is told.
 #pragma once
 
-#include "base/address.h"
-#include "base/settings_file.h"
 #include "control/register_frame.h"
-#include "devices/device.h"
 #include "flash/flash_plan.h"
-#include "flash/flash_routines.h"
 #include "memory/memory.h"
 
 namespace brevant::flash {
 
 class FlashDriver {
  public:
-  FlashDriver(memory::Memory& memory, control::RegisterFrame& frame,
-              const base::SettingsFile& settings)
-      : memory_(memory), frame_(frame), settings_(settings) {}
+  FlashDriver(memory::Memory& memory, control::RegisterFrame& frame)
+      : memory_(memory), frame_(frame) {}
 
-  // Of the device of setting "HC08Devices".
-  const devices::FlashGeometry& flash() const;
-
-  // Moves a program's stack out of the RAM that the routines use: the monitor works below the frame
-  // and would overwrite parameters and data while they are being sent. A stack as after a reset
-  // stays where it is. Needs the frame's SP to be the target's.
-  void MakeRoom();
-  // Routine, frame base, PC and COP off.
-  void LoadProgrammingRoutine();
-  void LoadMassEraseRoutine();
-  void LoadEraseRangeRoutine(const ErasePlan& plan);
-
-  void WriteBlockData(base::Bytes bytes);
-  void WriteBlockParameters(base::Address address, std::size_t count);
-  void WriteContinuedParameters(std::size_t count);
-  // Reads the frame base and has RUN start the routine.
-  void PointAtRoutine();
-  void DisableCop();
+  // All that comes before the first RUN, or before the first block of a file. Needs the frame's SP
+  // to be the target's.
+  void Prepare(const FlashPlan& plan);
+  // A block that follows, up to its RUN. The routine is still there.
+  void SendBlock(const FlashBlock& block);
   // The block that has just run did not read back as it was sent. Means nothing once LinkError is
   // set.
   bool VerifyFailed();
 
  private:
-  void Download(base::Bytes routine);
+  void MakeRoom();
+  void Take(Step step, const FlashPlan& plan);
+  void PlaceBlock(const FlashBlock& block);
 
   memory::Memory& memory_;
   control::RegisterFrame& frame_;
-  const base::SettingsFile& settings_;
 };
 
 }  // namespace brevant::flash

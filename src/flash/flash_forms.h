@@ -64,7 +64,7 @@ struct ProgramFileForm {
       file_name;  // at most kMaxNameLength characters can be typed; a chosen one may be longer
 
   static ProgramFileForm Open(const base::SettingsFile& settings);
-  // False after telling the user that the file cannot be read. The programmer stores the name.
+  // False after telling the user that the file cannot be read. The command stores the name.
   bool Check(base::UserInterface& ui) const;
 };
 

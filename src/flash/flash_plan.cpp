@@ -3,10 +3,25 @@
 
 #include <algorithm>
 
+#include "devices/hc08.h"
+
 namespace brevant::flash {
 namespace {
 
 constexpr int kMaxPages = 256;
+constexpr std::array kIrqVectorContent{base::HighByte(devices::kIrqStopRoutine),
+                                       base::LowByte(devices::kIrqStopRoutine)};
+
+void AddRecord(base::Address address, base::Bytes bytes, std::vector<FlashBlock>& blocks) {
+  while (!bytes.empty()) {
+    const base::Bytes block = bytes.first(std::min(bytes.size(), kBlockSize));
+    bytes = bytes.subspan(block.size());
+    blocks.push_back({.address = base::Low16(address),
+                      .bytes = {block.begin(), block.end()},
+                      .ends_record = bytes.empty()});
+    address = blocks.back().end();
+  }
+}
 
 }  // namespace
 
@@ -25,26 +40,59 @@ bool Erases(const ErasePlan& plan, const devices::FlashGeometry& flash, base::Ad
   return static_cast<int>(offset >> flash.page_shift) < plan.pages;
 }
 
-std::array<std::uint8_t, 8> BlockParameters(base::Address address, std::size_t count) {
+base::Address FlashBlock::end() const {
+  return base::Low16(address + static_cast<base::Address>(bytes.size()));
+}
+
+std::vector<std::uint8_t> FlashBlock::Parameters() const {
   const std::uint8_t high = base::HighByte(address);
   const std::uint8_t low = base::LowByte(address);
-  const auto counts = ContinuedParameters(count);
-  return {high, low, high, low, counts[0], counts[1], counts[2], counts[3]};
+  const auto count = static_cast<std::uint8_t>(bytes.size());
+  const std::uint8_t from_high = base::HighByte(kBlockData);
+  const std::uint8_t from_low = base::LowByte(kBlockData);
+  if (continues) return {count, count, from_high, from_low};
+  return {high, low, high, low, count, count, from_high, from_low};
 }
 
-std::array<std::uint8_t, 4> ContinuedParameters(std::size_t count) {
-  const auto n = static_cast<std::uint8_t>(count);
-  return {n, n, base::HighByte(kBlockData), base::LowByte(kBlockData)};
+long FlashPlan::bytes() const {
+  std::size_t sum = 0;
+  for (const FlashBlock& block : blocks) sum += block.bytes.size();
+  return static_cast<long>(sum);
 }
 
-std::vector<base::Bytes> SplitIntoBlocks(base::Bytes bytes) {
-  std::vector<base::Bytes> blocks;
-  while (!bytes.empty()) {
-    const std::size_t count = std::min(bytes.size(), kBlockSize);
-    blocks.push_back(bytes.first(count));
-    bytes = bytes.subspan(count);
+FlashPlan PlanMassErase() {
+  return {.task = &tasks::kMassErase, .erases_security = true};
+}
+
+FlashPlan PlanEraseRange(const devices::FlashGeometry& flash, base::Address start,
+                         base::Address end) {
+  const ErasePlan pages = PlanErase(flash, start, end);
+  return {.task = &tasks::kEraseRange,
+          .pages = pages,
+          .erases_security = Erases(pages, flash, devices::kSecurityCode)};
+}
+
+FlashPlan PlanIrqVector() {
+  FlashPlan plan{.task = &tasks::kIrqVector};
+  AddRecord(devices::kIrqVector, kIrqVectorContent, plan.blocks);
+  return plan;
+}
+
+FlashPlan PlanLocations(base::Address address, base::Bytes bytes) {
+  FlashPlan plan{.task = &tasks::kLocations};
+  AddRecord(address, bytes, plan.blocks);
+  return plan;
+}
+
+FlashPlan PlanFile(const images::ImageFile& file, const std::string& path) {
+  FlashPlan plan{.task = &tasks::kFile, .remark = file.report.SkippedMessage(path)};
+  for (const images::ImageRecord& record : file.records) {
+    AddRecord(record.address, record.bytes, plan.blocks);
   }
-  return blocks;
+  for (std::size_t i = 1; i < plan.blocks.size(); ++i) {
+    plan.blocks[i].continues = plan.blocks[i].address == plan.blocks[i - 1].end();
+  }
+  return plan;
 }
 
 }  // namespace brevant::flash

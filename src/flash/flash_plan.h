@@ -1,14 +1,19 @@
 // SPDX-License-Identifier: MIT
-// What an erase or a block costs in parameters, worked out before the target is touched.
+// What a flash command will do, worked out before the target is touched: the pages to erase, or the
+// blocks to program, and what they cost in parameters.
 #pragma once
 
 #include <array>
 #include <cstdint>
+#include <optional>
+#include <string>
 #include <vector>
 
 #include "base/address.h"
+#include "base/user_interface.h"
 #include "devices/device.h"
-#include "flash/flash_routines.h"
+#include "flash/flash_task.h"
+#include "images/image_file.h"
 
 namespace brevant::flash {
 
@@ -26,13 +31,38 @@ ErasePlan PlanErase(const devices::FlashGeometry& flash, base::Address start, ba
 // The page that holds the address is among those erased.
 bool Erases(const ErasePlan& plan, const devices::FlashGeometry& flash, base::Address address);
 
-// For kBlockParameters: where to program and where to verify, then as below.
-std::array<std::uint8_t, 8> BlockParameters(base::Address address, std::size_t count);
-// For kBlockCounts, when the block continues where the one before it ended: the routine has left
-// its pointers there.
-std::array<std::uint8_t, 4> ContinuedParameters(std::size_t count);
+// What the routine programs and verifies in one go.
+struct FlashBlock {
+  base::Address address = 0;
+  std::vector<std::uint8_t> bytes;  // 1 to kBlockSize
+  bool continues = false;           // where the block before it has left the routine's pointers
+  bool ends_record = false;
 
-// The bytes in portions of kBlockSize.
-std::vector<base::Bytes> SplitIntoBlocks(base::Bytes bytes);
+  base::Address end() const;  // behind it, 16 bits
+  // For kBlockParameters, where to program and where to verify, then the counts; for kBlockCounts,
+  // the counts alone, when the block continues.
+  std::vector<std::uint8_t> Parameters() const;
+  bool operator==(const FlashBlock&) const = default;
+};
+
+struct FlashPlan {
+  const FlashTask* task = nullptr;
+  ErasePlan pages{};                 // of a range
+  std::vector<FlashBlock> blocks{};  // none when erasing
+  bool erases_security = false;
+  std::optional<base::Message> remark{};  // to be told at the end
+
+  long bytes() const;
+};
+
+FlashPlan PlanMassErase();
+FlashPlan PlanEraseRange(const devices::FlashGeometry& flash, base::Address start,
+                         base::Address end);
+// The monitor's stop-on-IRQ routine into the IRQ vector.
+FlashPlan PlanIrqVector();
+// Any number of bytes: more than kBlockSize go in several blocks, each with its place.
+FlashPlan PlanLocations(base::Address address, base::Bytes bytes);
+// The data records in file order, also where they overlap. The path is for the remark.
+FlashPlan PlanFile(const images::ImageFile& file, const std::string& path);
 
 }  // namespace brevant::flash

@@ -6,6 +6,7 @@
 #include "base/files.h"
 #include "debugger/bench.h"
 #include "debugger/start_up_program.h"
+#include "flash/flash_commands.h"
 
 namespace brevant::debugger {
 namespace {
@@ -77,11 +78,11 @@ TEST(Debugger, ResetsSendTheCodeThatFlashHoldsNow) {
   Bench bench;
   Debugger& debugger = bench.debugger;
   ASSERT_EQ(debugger.Start(), link::ConnectResult::Connected);
-  ASSERT_TRUE(debugger.flash.ProgramIrqVector());
+  ASSERT_TRUE(flash::ProgramIrqVector(debugger.flash));
   ASSERT_TRUE(bench.Settle());
   EXPECT_TRUE(debugger.security.passed());
   EXPECT_EQ(debugger.monitor.ReadWord(0xFFFA), 0xFE27u);
-  ASSERT_TRUE(debugger.flash.MassEraseCommand());
+  ASSERT_TRUE(flash::MassEraseCommand(debugger.flash));
   ASSERT_TRUE(bench.Settle());
   EXPECT_TRUE(debugger.security.passed());
   EXPECT_EQ(debugger.monitor.ReadWord(0xFFFA), 0xFFFFu);

@@ -8,6 +8,7 @@
 #include <sstream>
 
 #include "debugger/bench.h"
+#include "flash/flash_commands.h"
 
 namespace brevant::debugger {
 namespace {
@@ -58,9 +59,9 @@ TEST_P(Programs, LeaveBehindWhatCSaysWhenDebuggedInFlash) {
   bench.settings.Override(base::keys::kCompiler, "32");
   ASSERT_EQ(debugger.Start(), link::ConnectResult::Connected);
 
-  ASSERT_TRUE(debugger.file_programmer.ProgramFlashFile(image));
+  ASSERT_TRUE(flash::ProgramFlashFile(debugger.flash, image));
   ASSERT_TRUE(bench.Settle());
-  ASSERT_EQ(debugger.file_programmer.status().outcome, flash::FlashOutcome::Done);
+  ASSERT_EQ(debugger.flash.status().outcome, flash::FlashOutcome::Done);
   ASSERT_TRUE(debugger.security.passed()) << "the code that was programmed opens the monitor again";
   ASSERT_EQ(debugger.loader.LoadImage(image).outcome, load::LoadOutcome::Loaded);
   ASSERT_TRUE(debugger.debug_info.DebugInfoLoaded);

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The flash operations on a connected board, with a timer, and a reset that follows up as the
-// debugger does.
+// A flash job on a connected board, with a timer, and a reset that follows up as the debugger does.
 #pragma once
 
 #include <chrono>
@@ -8,9 +7,9 @@
 #include <vector>
 
 #include "base/event_log.h"
+#include "base/text_format.h"
 #include "control/run_control.h"
-#include "flash/file_programmer.h"
-#include "flash/flash_operations.h"
+#include "flash/flash_commands.h"
 #include "images/image.h"
 #include "link/connector.h"
 #include "load/target_bench.h"
@@ -22,6 +21,7 @@ using load::Texts;
 
 struct Bench : load::TargetBench {
   explicit Bench(const simulator::Device& device = simulator::Gp32()) : TargetBench(device) {
+    memory.UseDevice(devices::BySettingsNumber(settings.Integer(base::keys::kDevice)));
     security.NoteConnected(CodeInFlash(), true);
     FollowUpReset();
   }
@@ -45,13 +45,23 @@ struct Bench : load::TargetBench {
   }
   // No operation takes longer than this, unless the end of its routine got lost.
   void TickToEnd() {
-    for (int i = 0; i < 200 && (flash.running() || programmer.running()); ++i) Tick();
+    for (int i = 0; i < 200 && flash.running(); ++i) Tick();
   }
   bool ProgramText(const std::string& text) {
     const std::string path = Write("image.s19", text);
-    const bool started = programmer.ProgramFlashFile(path);
+    return EndsWell(ProgramFlashFile(flash, path));
+  }
+  // What was started comes to its end and says that it is done.
+  bool EndsWell(bool started) {
     TickToEnd();
-    return started;
+    return started && flash.status().outcome == FlashOutcome::Done;
+  }
+  // Every byte from the address on.
+  bool Holds(base::Address address, const ByteList& bytes) {
+    for (const std::uint8_t byte : bytes) {
+      if (Peek(address++) != byte) return false;
+    }
+    return true;
   }
   // Every address of the array, whether or not it is blank.
   images::Image FlashContent() {
@@ -85,17 +95,17 @@ struct Bench : load::TargetBench {
   FlashSurroundings surroundings{memory,   link,       frame,
                                  activity, debug_info, settings,
                                  user,     security,   [this] { ResetTarget(); }};
-  FlashOperations flash{surroundings};
-  FileProgrammer programmer{surroundings};
+  FlashJob flash{surroundings};
   int resets = 0;
 };
 
-inline constexpr simulator::FaultKind kAllFaults[] = {
-    simulator::FaultKind::LoseHostByte,    simulator::FaultKind::DropLocalEcho,
-    simulator::FaultKind::DropMonitorEcho, simulator::FaultKind::FlipEcho,
-    simulator::FaultKind::FlipHostByte,    simulator::FaultKind::FlipReply,
-    simulator::FaultKind::LoseReply,       simulator::FaultKind::ExtraByte,
-    simulator::FaultKind::DelayByte,       simulator::FaultKind::CutLine,
-    simulator::FaultKind::ResetMcu};
+// An S1 record of a file.
+inline std::string Record(base::Address address, const ByteList& data) {
+  std::string text = base::Format("S1%02X%04X", data.size() + 3, address);
+  for (const std::uint8_t byte : data) text += base::Format("%02X", byte);
+  return text + "00\n";
+}
+
+inline const simulator::Device* const kDevices[] = {&simulator::Gp32(), &simulator::Ql()};
 
 }  // namespace brevant::flash

@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
+
 #include "load/target_bench.h"
 
 namespace brevant::flash {
@@ -37,20 +39,17 @@ TEST_F(Forms, EraseRangeBeepsAtWhatIsNoAddress) {
 TEST_F(Forms, ProgramLocationNormalisesItsData) {
   ProgramLocationForm form = ProgramLocationForm::Open(settings);
   EXPECT_EQ(form.address, "");
-  struct Case {
-    std::string address, content, text;
-  };
-  const std::vector<Case> cases = {
-      {"", "12", "Not a correct HEX address"},
-      {"12345", "12", "Not a correct HEX address"},
-      {"9000", " ,; 12", "No data to program"},
-      {"9000", "123", "The string should be maximum of two HEX digits seperated by a space"},
-      {"9000", "12 3g", "The string should be maximum of two HEX digits seperated by a space"},
-  };
-  for (const Case& c : cases) {
-    form = {c.address, c.content};
+  const std::string not_bytes =
+      "The string should be maximum of two HEX digits seperated by a space";
+  for (const auto& [address, content, text] :
+       std::vector<std::array<std::string, 3>>{{"", "12", "Not a correct HEX address"},
+                                               {"12345", "12", "Not a correct HEX address"},
+                                               {"9000", " ,; 12", "No data to program"},
+                                               {"9000", "123", not_bytes},
+                                               {"9000", "12 3g", not_bytes}}) {
+    form = {address, content};
     EXPECT_FALSE(form.Commit(settings, user));
-    EXPECT_EQ(user.TakeTexts(), Texts{c.text}) << c.content;
+    EXPECT_EQ(user.TakeTexts(), Texts{text}) << content;
   }
   form = {"9000", "12  34,56 ; three"};
   const auto data = form.Commit(settings, user);

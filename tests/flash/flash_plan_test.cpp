@@ -43,20 +43,30 @@ TEST(ErasePlan, KnowsWhichAddressesItReaches) {
   EXPECT_TRUE(Erases(plan, device, 0x8080));
   EXPECT_TRUE(Erases(plan, device, 0x817F));
   EXPECT_FALSE(Erases(plan, device, 0x8180));
-  EXPECT_TRUE(Erases(PlanErase(device, 0x8000, 0xFFFF), device, 0xFFF6));
+  EXPECT_TRUE(PlanEraseRange(device, 0x8000, 0xFFFF).erases_security);
+  EXPECT_FALSE(PlanEraseRange(device, 0x8000, 0xFF80).erases_security);
 }
 
-TEST(FlashPlan, SplitsARecordOf40BytesIntoBlocks) {
+TEST(FlashPlan, BlocksOfAFileContinueWhereTheOneBeforeEnded) {
   std::vector<std::uint8_t> bytes(40);
   std::iota(bytes.begin(), bytes.end(), std::uint8_t{0});
-  const auto blocks = SplitIntoBlocks(bytes);
-  ASSERT_EQ(blocks.size(), 3u);
-  EXPECT_EQ(blocks[0].size(), 16u);
-  EXPECT_EQ(blocks[1].front(), 16);
-  EXPECT_EQ(blocks[2].size(), 8u);
-  EXPECT_TRUE(SplitIntoBlocks({}).empty());
-  EXPECT_EQ(BlockParameters(0x8123, 16),
-            (std::array<std::uint8_t, 8>{0x81, 0x23, 0x81, 0x23, 16, 16, 0x00, 0xE0}));
+  const auto part = [&](int first, int end) {
+    return std::vector(bytes.begin() + first, bytes.begin() + end);
+  };
+  images::ImageFile file;
+  for (const base::Address address : {0x1FFE0u, 0x0008u, 0x0008u}) {
+    file.records.push_back({.address = address, .bytes = bytes});
+  }
+  file.records.push_back({.address = 0x9000, .bytes = {}});
+  const FlashPlan plan = PlanFile(file, "image.s19");
+  ASSERT_EQ(plan.blocks.size(), 9u);
+  EXPECT_EQ(plan.bytes(), 120);
+  EXPECT_EQ(plan.blocks[0], (FlashBlock{0xFFE0, part(0, 16), false, false}));
+  EXPECT_EQ(plan.blocks[1], (FlashBlock{0xFFF0, part(16, 32), true, false}));
+  EXPECT_EQ(plan.blocks[2], (FlashBlock{0x0000, part(32, 40), true, true}));
+  EXPECT_EQ(plan.blocks[3], (FlashBlock{0x0008, part(0, 16), true, false}));
+  EXPECT_EQ(plan.blocks[6], (FlashBlock{0x0008, part(0, 16), false, false}));
+  EXPECT_TRUE(PlanFile({}, "").blocks.empty());
 }
 
 }  // namespace

@@ -1,0 +1,104 @@
+// SPDX-License-Identifier: MIT
+// Carries out a flash plan: brings the routine into target RAM, lets it run block by block, and
+// follows progress, cancel, a lost link and the end, for a file as for a range. One job at a time;
+// the timer completes it. The target is never erased before it is programmed: a location that is
+// not blank shows as a verify failure.
+#pragma once
+
+#include <functional>
+#include <string>
+
+#include "base/settings_file.h"
+#include "base/user_interface.h"
+#include "control/activity.h"
+#include "control/register_frame.h"
+#include "flash/flash_driver.h"
+#include "flash/flash_plan.h"
+#include "link/monitor_link.h"
+#include "link/security_keeper.h"
+#include "memory/memory.h"
+#include "symbols/debug_info.h"
+
+namespace brevant::flash {
+
+// The modules that flash commands build on.
+struct FlashSurroundings {
+  memory::Memory& memory;
+  link::MonitorLink& link;
+  control::RegisterFrame& frame;
+  control::Activity& activity;
+  symbols::DebugInfo& debug_info;
+  base::SettingsFile& settings;
+  base::UserInterface& ui;
+  link::SecurityKeeper& security;
+  // Resets the target and follows up; it also ends what is under way.
+  std::function<void()> reset_target;
+};
+
+enum class FlashOutcome {
+  None,     // nothing was ever started
+  Running,  // the timer completes it
+  Done,
+  VerifyFailed,  // not blank, or an error in programming
+  LinkLost,
+  Cancelled,  // by the user or by a reset
+  Refused,    // nothing was done to the target: a question denied, a bad range, no such file
+};
+
+struct FlashStatus {
+  FlashOutcome outcome = FlashOutcome::None;
+  long bytes_programmed = 0;  // and verified
+  long bytes_total = 0;       // known from the start; 0 for erasing
+};
+
+class FlashJob final : public control::Operation {
+ public:
+  explicit FlashJob(const FlashSurroundings& surroundings);
+  FlashJob(const FlashJob&) = delete;
+  FlashJob& operator=(const FlashJob&) = delete;
+
+  const FlashSurroundings& surroundings() const { return with_; }
+  const FlashStatus& status() const { return status_; }
+  bool running() const { return status_.outcome == FlashOutcome::Running; }
+
+  // True when the routine is under way; else the user has been told and the status says why.
+  bool Start(FlashPlan plan);
+  // A command does not get as far as a plan. Always false.
+  bool Refuse();
+  // The user's "Cancel": resets the target at once. What has been programmed stays.
+  void Cancel();
+
+  // The routine has ended, or the next records of a file are due.
+  void Advance() override;
+  // Shows progress and takes the user's cancel.
+  void Wait() override;
+  void LinkLost() override;
+  // A reset has ended it.
+  void Abandon() override;
+
+ private:
+  void LetRun();
+  bool RanAsSent();
+  bool TakeBlock();
+  void SendNextBlock();
+  void ProgramRecords();
+  bool ProgramBlockAtOnce();
+  void AwaitBreakAtOnce();
+  // False once the user has asked to cancel.
+  bool ShowProgress();
+  base::Address CurrentAddress() const;
+  void Finish(FlashOutcome outcome);
+  void Fail(const base::Message& message);
+  void End(FlashOutcome outcome);
+
+  FlashSurroundings with_;
+  FlashDriver driver_;
+  FlashStatus status_;
+  FlashPlan plan_;
+  std::size_t next_ = 0;  // of its blocks
+  std::string progress_text_;
+  bool progress_shown_ = false;
+  bool busy_cursor_ = false;
+};
+
+}  // namespace brevant::flash
