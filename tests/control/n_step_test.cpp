@@ -54,15 +54,6 @@ TEST_F(NStepTest, KeepsItsPaceForeverUntilTheCommandComesAgain) {
   EXPECT_EQ(activity.RunMode(), Mode::Tracing);
 }
 
-TEST_F(NStepTest, IsOverWhenTheProgramIsLetGo) {
-  n_step.settings.condition = NStepCondition::Forever;
-  n_step.Start();
-  Tick(3);
-  ASSERT_EQ(activity.RunMode(), Mode::NStepping);
-  run.Go();
-  EXPECT_EQ(activity.RunMode(), Mode::Running);
-}
-
 TEST_F(NStepTest, StopsAtABreakpointButLeavesTheOneItStartsOn) {
   breakpoints.AddBreakpoint(0x0150);
   breakpoints.AddBreakpoint(0x0155);
@@ -116,6 +107,9 @@ TEST_F(NStepTest, AStopOrAResetEndsIt) {
   n_step.Start();
   run.AbandonRunForReset();
   EXPECT_FALSE(activity.Busy());
+  n_step.Start();
+  run.Go();
+  EXPECT_EQ(activity.RunMode(), Mode::Running);
 }
 
 }  // namespace

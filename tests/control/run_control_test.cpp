@@ -269,22 +269,6 @@ TEST_F(RunControlTest, RunsToMainForCProgramsWhenAskedTo) {
   EXPECT_EQ(run_from(0x0150), 0x0154u);
 }
 
-TEST_F(RunControlTest, HandsTheTickToTheOperationOnceTheBreakByteHasCome) {
-  Recorder erase;
-  activity.BeginOperation(Mode::Operation, erase);
-  activity.AwaitBreak();
-  Program(0x0150, {0x4F, 0x4B, 0xFE, 0x83});
-  monitor.RunTarget();
-  run.CompleteOnTimer();
-  EXPECT_TRUE(activity.RunningShown());
-  EXPECT_EQ(erase.advanced, 0);
-  Tick(2);
-  EXPECT_EQ(erase.advanced, 2);
-  run.AbandonRunForReset();
-  EXPECT_EQ(erase.abandoned, 1);
-  EXPECT_FALSE(activity.Busy() || activity.RunningShown());
-}
-
 TEST_F(RunControlTest, AResetWhileRunningRestoresTheCodeAndTheStoppedState) {
   UseHardware(false);
   breakpoints.AddBreakpoint(0x0170);

@@ -53,26 +53,21 @@ TEST(ConnectForm, OpensWithTheSettings) {
   EXPECT_THAT(form.code_fields, Each("C3"));
 }
 
-TEST(ConnectForm, RefusesACodeFieldThatIsNoNumberAndStoresNothing) {
+TEST(ConnectForm, RefusesWhatIsNoCodeOrNoPort) {
   for (const char* field : {"", " ", "G1", "1G", "-1", "0x"}) {
-    SCOPED_TRACE(field);
     SettingsInFolder file;
     ConnectForm form = Open(file);
     form.code_fields[5] = field;
-    EXPECT_EQ(RefusalOf(form, file.settings), "Security string not correct");
+    EXPECT_EQ(RefusalOf(form, file.settings), "Security string not correct") << field;
     EXPECT_FALSE(std::filesystem::exists(file.settings.path()));
   }
-}
-
-TEST(ConnectForm, RefusesOtherPortsAfterTheCodeHasBeenRemembered) {
   for (const char* port : {"COM5", "COM0", "", "COM", "COM10", "LPT1"}) {
-    SCOPED_TRACE(port);
     SettingsInFolder file;
     ConnectForm form = Open(file);
     form.code_fields.fill("fF");
     form.port = port;
-    EXPECT_EQ(RefusalOf(form, file.settings), "Not a correct COM port number");
-    EXPECT_EQ(SecurityKeeper(file.settings).Recent(0), kBlankSecurityCode);
+    EXPECT_EQ(RefusalOf(form, file.settings), "Not a correct COM port number") << port;
+    EXPECT_EQ(SecurityKeeper(file.settings).Recent(0), kBlankSecurityCode) << "it is remembered";
     EXPECT_FALSE(file.settings.Has("config", "port"));
   }
 }

@@ -71,60 +71,43 @@ TEST(Connector, ConnectsWithTheNewestCodeAndExercisesTheLinkOnce) {
   EXPECT_FALSE(bench.link.LinkError);
 }
 
-TEST(Connector, AWrongCodeLeavesRamToDebug) {
-  Bench bench;
-  bench.file.Set("Security0", "0102030405060708");
-  EXPECT_EQ(bench.connector.Connect(), ConnectResult::SecurityNotPassed);
-  ASSERT_EQ(bench.ui.messages.size(), 1u);
-  EXPECT_EQ(bench.ui.messages[0].text, kRamOnly);
-  EXPECT_EQ(bench.ui.messages[0].caption, "Information");
-  EXPECT_FALSE(bench.link.LinkError);
-  bench.monitor.WriteByte(0x0090, 0x77);
-  EXPECT_EQ(bench.monitor.ReadByte(0x0090), 0x77);
-}
-
-TEST(Connector, WithoutVerifyOnlyTheFlagIsLookedAt) {
-  Bench bench;
-  bench.file.Set("SecurityCheck", "0");
-  EXPECT_EQ(bench.connector.Connect(), ConnectResult::SecurityNotPassed);
-  EXPECT_EQ(bench.TakeSent().front(), 0x49);
-  EXPECT_EQ(bench.log, "debug  0  5a\n");
+TEST(Connector, AWrongCodeOrNoneLeavesRamToDebug) {
+  for (const bool verify : {true, false}) {
+    Bench bench;
+    bench.file.Set("Security0", "0102030405060708");
+    bench.file.Set("SecurityCheck", verify ? "1" : "0");
+    EXPECT_EQ(bench.connector.Connect(), ConnectResult::SecurityNotPassed);
+    EXPECT_EQ(bench.TakeSent().front(), verify ? 0x01 : 0x49);
+    EXPECT_THAT(bench.ui.TakeTexts(), ElementsAre(kRamOnly));
+    if (!verify) continue;  // the monitor still waits for its code
+    EXPECT_FALSE(bench.link.LinkError);
+    bench.monitor.WriteByte(0x0090, 0x77);
+    EXPECT_EQ(bench.monitor.ReadByte(0x0090), 0x77);
+  }
 }
 
 TEST(Connector, NoAnswerMeansHardwareNotReadyHoweverItComesAbout) {
+  using simulator::FaultKind;
   struct Case {
-    const char* what;
     const char* port;
-    bool cut;
-    std::string log;
+    simulator::FaultPlan faults;
   };
-  const Case cases[] = {{"no target", "COM1", true, "debug  c3  5a\n"},
-                        {"no such logical port", "COM5", false, "debug  c3  5a\n"},
-                        {"no port named", "", false, "debug  c3  5a\n"}};
-  for (const Case& row : cases) {
-    SCOPED_TRACE(row.what);
+  for (const Case& row : {Case{"COM1", {{.kind = FaultKind::CutLine}}},
+                          Case{"COM1", {{.kind = FaultKind::LoseReply, .at_host_byte = 7}}},
+                          Case{"COM5", {}}, Case{"", {}}}) {
+    SCOPED_TRACE(row.port);
     Bench bench;
     bench.file.Set("port", row.port);
-    if (row.cut) bench.CutLine();
+    bench.target.SetFaultPlan(row.faults);
     EXPECT_EQ(bench.connector.Connect(), ConnectResult::NotReady);
-    ASSERT_EQ(bench.ui.messages.size(), 1u);
-    EXPECT_EQ(bench.ui.messages[0].text, kHardwareNotReady);
-    EXPECT_EQ(bench.ui.messages[0].caption, "Error Message");
+    EXPECT_THAT(bench.ui.TakeTexts(), ElementsAre(kHardwareNotReady));
     EXPECT_TRUE(bench.link.LinkError);
-    EXPECT_EQ(bench.log, row.log);
-    EXPECT_EQ(bench.link.IsOpen(), row.cut);
+    EXPECT_EQ(bench.link.IsOpen(), !row.faults.empty());
 
     bench.target.SetFaultPlan({});
     bench.file.Set("port", "com1");
     EXPECT_EQ(bench.connector.Connect(), ConnectResult::Connected) << "connecting again must work";
   }
-}
-
-TEST(Connector, ALostBreakCharacterMeansNotReadyToo) {
-  Bench bench;
-  bench.target.SetFaultPlan({{.kind = simulator::FaultKind::LoseReply, .at_host_byte = 7}});
-  EXPECT_EQ(bench.connector.Connect(), ConnectResult::NotReady);
-  EXPECT_TRUE(bench.link.LinkError);
 }
 
 TEST(Connector, APortThatRefusesSaysSoWithItsOwnReason) {
@@ -150,42 +133,26 @@ TEST(Connector, APortThatRefusesSaysSoWithItsOwnReason) {
 }
 
 TEST(Connector, AResetSendsTheCodeForResetsNotTheOneConnectedWith) {
-  struct Case {
-    const char* what;
-    const char* in_settings;  // key "Security"; nullptr when it is absent
-    std::optional<SecurityCode> session;
-    SecurityCode sent;
-  };
-  constexpr SecurityCode kEleven{0x11, 0x11, 0x11, 0x11, 0x11, 0x11, 0x11, 0x11};
-  const Case cases[] = {
-      {"nothing known", nullptr, {}, kDefaultSecurityCode},
-      {"named in the settings", "1111111111111111", {}, kEleven},
-      {"the settings win", "1111111111111111", kBlankSecurityCode, kEleven},
-      {"known for this session", nullptr, kBlankSecurityCode, kBlankSecurityCode},
-      {"not a code", "11", {}, kDefaultSecurityCode},
-  };
-  for (const Case& row : cases) {
-    SCOPED_TRACE(row.what);
+  const auto sent_by_reset = [](std::string_view key, std::string_view value, bool for_session) {
     Bench bench;
     bench.file.Set("Security0", "2222222222222222");
-    if (row.in_settings != nullptr) bench.file.Set("Security", row.in_settings);
-    if (row.session) bench.security.GiveForSession(*row.session);
+    if (for_session) bench.security.GiveForSession(kBlankSecurityCode);
     bench.connector.Connect();
     bench.TakeSent();
     bench.ui.TakeTexts();
+    bench.file.Set(key, value);
     bench.connector.ResetTarget();
-    EXPECT_EQ(bench.TakeSent(), WithLookAtTheFlag(BytesOf(row.sent)));
-    EXPECT_EQ(bench.security.passed(), row.sent == kDefaultSecurityCode);
-    EXPECT_FALSE(bench.link.LinkError);
     EXPECT_THAT(bench.ui.TakeTexts(), IsEmpty());
-  }
-
-  Bench unchecked;
-  unchecked.connector.Connect();
-  unchecked.file.Set("SecurityCheck", "0");
-  unchecked.TakeSent();
-  unchecked.connector.ResetTarget();
-  EXPECT_EQ(unchecked.TakeSent(), WithLookAtTheFlag({}));
+    auto sent = bench.TakeSent();
+    EXPECT_EQ(bench.security.passed(), sent.front() == 0xC3);
+    return sent;
+  };
+  const auto code = [](std::uint8_t byte) { return std::vector<std::uint8_t>(8, byte); };
+  EXPECT_EQ(sent_by_reset("Security", "", false), WithLookAtTheFlag(code(0xC3)));
+  EXPECT_EQ(sent_by_reset("Security", "11", false), WithLookAtTheFlag(code(0xC3)));
+  EXPECT_EQ(sent_by_reset("Security", "1111111111111111", true), WithLookAtTheFlag(code(0x11)));
+  EXPECT_EQ(sent_by_reset("font", "7", true), WithLookAtTheFlag(code(0xFF)));
+  EXPECT_EQ(sent_by_reset("SecurityCheck", "0", false), WithLookAtTheFlag({}));
 }
 
 TEST(Connector, TriesEachKnownCodeOnceUntilOneFits) {

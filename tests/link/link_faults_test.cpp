@@ -116,34 +116,10 @@ std::optional<bool> MustLatch(FaultKind kind, const Position& at) {
   return std::nullopt;
 }
 
-struct NamedKind {
-  FaultKind kind;
-  const char* name;
-};
-void PrintTo(const NamedKind& kind, std::ostream* out) {
-  *out << kind.name;
-}
-
-constexpr NamedKind kKinds[] = {{FaultKind::LoseHostByte, "LoseHostByte"},
-                                {FaultKind::DropLocalEcho, "DropLocalEcho"},
-                                {FaultKind::DropMonitorEcho, "DropMonitorEcho"},
-                                {FaultKind::FlipEcho, "FlipEcho"},
-                                {FaultKind::FlipHostByte, "FlipHostByte"},
-                                {FaultKind::FlipReply, "FlipReply"},
-                                {FaultKind::LoseReply, "LoseReply"},
-                                {FaultKind::ExtraByte, "ExtraByte"},
-                                {FaultKind::DelayByte, "DelayByte"},
-                                {FaultKind::CutLine, "CutLine"},
-                                {FaultKind::ResetMcu, "ResetMcu"}};
-
-std::string NameOf(const testing::TestParamInfo<NamedKind>& info) {
-  return info.param.name;
-}
-
-class LinkFaults : public testing::TestWithParam<NamedKind> {};
+class LinkFaults : public testing::TestWithParam<int> {};
 
 TEST_P(LinkFaults, EndInBoundedTimeLatchWhenTheyCanBeSeenAndAreForgottenByConnecting) {
-  const FaultKind kind = GetParam().kind;
+  const auto kind = static_cast<FaultKind>(GetParam());
   std::mt19937 random(20240607u + static_cast<unsigned>(kind));
   // RAM of even value, so that no copy, datum or address equals the stray byte $55.
   ByteList ram(0x60);
@@ -184,7 +160,8 @@ TEST_P(LinkFaults, EndInBoundedTimeLatchWhenTheyCanBeSeenAndAreForgottenByConnec
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(Kinds, LinkFaults, testing::ValuesIn(kKinds), NameOf);
+INSTANTIATE_TEST_SUITE_P(Kinds, LinkFaults,
+                         testing::Range(0, static_cast<int>(FaultKind::ResetMcu) + 1));
 
 }  // namespace
 }  // namespace brevant::link

@@ -175,13 +175,5 @@ TEST(MonitorLink, AResetTakesTheProgramAwayAndDropsWhatCameBefore) {
   }
 }
 
-TEST(MonitorLink, EvenTheShortestWaitSeesTheClockAdvance) {
-  ScriptedPort port;
-  MonitorLink link(port, port);
-  link.WaitMs(0);
-  link.WaitMs(20);
-  EXPECT_THAT(port.calls, ElementsAre("spin 1", "spin 21"));
-}
-
 }  // namespace
 }  // namespace brevant::link

@@ -44,13 +44,6 @@ TEST(PortRouter, DrivesTheDeviceBehindTheNameOnItsOwnTime) {
   EXPECT_EQ(monitor.SendSecurityCode(kBlankSecurityCode), 0);
   EXPECT_EQ(monitor.ReadStackPointer(), 0x00FAu);
   EXPECT_FALSE(link.LinkError);
-  // A minute of the board's time costs nothing.
-  const std::int64_t start = bench.router.NowMs();
-  const auto wall = std::chrono::steady_clock::now();
-  bench.router.Sleep(std::chrono::minutes(1));
-  bench.router.SpinUntil(bench.router.NowMs() + 500);
-  EXPECT_EQ(bench.router.NowMs() - start, 60500);
-  EXPECT_LT(std::chrono::steady_clock::now() - wall, std::chrono::seconds(10));
 }
 
 TEST(PortRouter, PausesBetweenTransfersAndDuringLongWaits) {
@@ -66,7 +59,8 @@ TEST(PortRouter, PausesBetweenTransfersAndDuringLongWaits) {
   const std::int64_t start = bench.router.NowMs();
   bench.router.Sleep(std::chrono::milliseconds(1010));
   EXPECT_GE(bench.pauses, 50);
-  EXPECT_EQ(bench.router.NowMs() - start, 1010) << "no longer for the pauses";
+  bench.router.SpinUntil(bench.router.NowMs() + 500);
+  EXPECT_EQ(bench.router.NowMs() - start, 1510) << "no longer for the pauses";
 }
 
 TEST(PortRouter, TimeNeverGoesBackWhenTheDeviceChanges) {

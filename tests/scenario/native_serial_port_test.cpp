@@ -137,25 +137,6 @@ TEST(NativeSerialPort, WaitsForAsManyBytesAsAskedAndNotLonger) {
   EXPECT_EQ(port.Read(buffer, milliseconds(0)), 1u);
 }
 
-TEST(NativeSerialPort, SaysThatTheDeviceHasGoneUntilItIsOpenedAgain) {
-  OtherEnd end;
-  NativeSerialPort port;
-  ASSERT_TRUE(port.Open(end.device) && port.Configure({})) << port.LastError();
-  end.Send({0x42});
-  end.Leave();
-  std::array<std::uint8_t, 4> buffer{};
-  EXPECT_EQ(port.Read(buffer, milliseconds(5000)), std::nullopt);
-  const auto gone = AllOf(HasSubstr(end.device), HasSubstr("has gone"), HasSubstr("connect again"));
-  EXPECT_THAT(port.LastError(), gone);
-  EXPECT_FALSE(port.Write(buffer));
-  EXPECT_FALSE(port.SetRts(true));
-  EXPECT_FALSE(port.SetBreak(true));
-  EXPECT_THAT(port.LastError(), gone);
-  const OtherEnd other;
-  EXPECT_TRUE(port.Open(other.device));
-  EXPECT_EQ(port.LastError(), "");
-}
-
 TEST(NativeSerialPort, SaysWhyItCannotOpenAndWhatToDo) {
   const OtherEnd end;
   NativeSerialPort first;

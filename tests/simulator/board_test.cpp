@@ -107,18 +107,6 @@ TEST(Board, EchoesABreakAndForgetsTheCommandAtEveryPosition) {
   }
 }
 
-TEST(Board, TakesTheSecurityBytesAnewAfterABreak) {
-  Host host;
-  host.PowerUp();
-  host.Exchange({0x00, 0x00, 0x00});
-  host.target.SetBreak(true);
-  host.target.Sleep(milliseconds(5));
-  host.target.SetBreak(false);
-  EXPECT_THAT(host.Read(2), ElementsAre(0, 0));
-  EXPECT_THAT(host.Ask(ByteList(8, 0xFF), 1), ElementsAre(0));
-  EXPECT_THAT(host.Ask({0x4A, 0x00, 0x80}, 1), ElementsAre(0x40));
-}
-
 TEST(Board, IgnoresALowPulseShorterThanAByte) {
   Host host;
   host.Connect();
@@ -148,20 +136,6 @@ TEST(Board, StopsARunningProgramByABreakThroughTheIrqVector) {
   EXPECT_THAT(host.Ask({0x1A}, 2), ElementsAre(0x01, 0x01));
 }
 
-TEST(Board, LeavesAProgramAloneThatMasksInterrupts) {
-  Host host;
-  ConnectWithIrqVector(host);
-  host.Plant(0x0100, {0x20, 0xFE});  // BRA *, the I mask is still set
-  host.Exchange({0x28});
-  host.target.Sleep(milliseconds(2));
-  host.target.SetBreak(true);
-  host.target.Sleep(milliseconds(100));
-  host.target.SetBreak(false);
-  EXPECT_THAT(host.Read(2), ElementsAre(0)) << "only the line's own copy";
-  EXPECT_THAT(host.Exchange({0x4A, 0x01}), ElementsAre(0x4A, 0x01)) << "nobody echoes bytes either";
-  EXPECT_TRUE(host.board().running());
-}
-
 TEST(Board, ABreakHeardByTheMonitorDoesNotInterruptTheNextProgram) {
   Host host;
   ConnectWithIrqVector(host);
@@ -175,19 +149,6 @@ TEST(Board, ABreakHeardByTheMonitorDoesNotInterruptTheNextProgram) {
   EXPECT_EQ(base::Word(host.Peek(0xFE), host.Peek(0xFF)), 0x0104u);
 }
 
-TEST(Board, TheBreakModuleReturnsToTheMonitorToo) {
-  Host host;
-  host.Connect();
-  host.Plant(0x0100, {0x4C, 0x4C, 0x20, 0xFE});  // INCA, INCA, BRA *
-  host.WriteByte(0xFE09, 0x01);
-  host.WriteByte(0xFE0A, 0x01);
-  host.WriteByte(0xFE0B, 0x80);
-  host.Exchange({0x28});
-  EXPECT_THAT(host.Read(1), ElementsAre(0));
-  EXPECT_EQ(base::Word(host.Peek(0xFE), host.Peek(0xFF)), 0x0101u);
-  EXPECT_EQ(host.Peek(0xFC), 1) << "A: one INCA was executed";
-}
-
 TEST(Board, AsksForTheCodeAfterEachLossOfPower) {
   Host host;
   host.Connect();
@@ -198,22 +159,6 @@ TEST(Board, AsksForTheCodeAfterEachLossOfPower) {
   host.target.SetRts(false);
   EXPECT_THAT(host.Exchange({0x0C}), ElementsAre(0x0C)) << "the reset takes longer than this byte";
   EXPECT_THAT(host.Ask(ByteList(8, 0xFF), 1), ElementsAre(0));
-}
-
-TEST(Board, ACopyGoesOnByItself) {
-  Host host;
-  host.Connect();
-  host.Plant(0x0100, {0x3C, 0x90, 0x20, 0xFC});  // INC $90, BRA
-  host.mcu().Poke(0x90, 0);
-  host.Exchange({0x28});
-  host.target.Sleep(milliseconds(2));
-  Board snapshot = host.board();
-  const std::uint8_t then = snapshot.mcu().Peek(0x90);
-  host.target.Sleep(milliseconds(3));
-  EXPECT_EQ(snapshot.mcu().Peek(0x90), then);
-  EXPECT_NE(host.Peek(0x90), then);
-  snapshot.RunUntil(host.board().now());
-  EXPECT_EQ(snapshot.mcu().Peek(0x90), host.Peek(0x90));
 }
 
 }  // namespace

@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <sstream>
+
 #include "simulator/mcu_kit.h"
 
 namespace brevant::simulator {
@@ -10,55 +12,32 @@ namespace {
 
 constexpr base::Address kConfig1 = 0x001F, kConfig2 = 0x001E;
 
+// Addresses with what lies there: r RAM, f flash, m ROM, - nothing.
+void CheckMap(const Device& device, const std::string& map) {
+  std::istringstream places(map);
+  base::Address address = 0;
+  for (char kind = 0; places >> std::hex >> address >> kind;) {
+    SCOPED_TRACE(std::string(device.name) + " " + std::to_string(address));
+    Bus bus(device);
+    bus.SetSecurityPassed(true);
+    bus.Poke(address, 0x5A);
+    EXPECT_EQ(bus.Read(address), kind != '-' ? 0x5A : 0xFF);
+    EXPECT_EQ(bus.Fetchable(address), kind != '-');
+    bus.Write(address, 0xA5);
+    EXPECT_EQ(bus.Read(address) == 0xA5, kind == 'r');
+    bus.SetSecurityPassed(false);
+    EXPECT_EQ(bus.Fetchable(address), kind == 'r' || kind == 'm');
+    EXPECT_EQ(bus.Read(address) == 0xAD, kind == 'f');
+  }
+}
+
 TEST(Bus, MapsEachDevice) {
-  struct Case {
-    base::Address address;
-    bool ram, flash, rom;
-  };
-  const auto check = [](const Device& device, const std::vector<Case>& cases) {
-    for (const Case& c : cases) {
-      SCOPED_TRACE(std::string(device.name) + " " + std::to_string(c.address));
-      Bus bus(device);
-      bus.SetSecurityPassed(true);
-      bus.Poke(c.address, 0x5A);
-      EXPECT_EQ(bus.Read(c.address), c.ram || c.flash || c.rom ? 0x5A : 0xFF);
-      EXPECT_EQ(bus.Fetchable(c.address), c.ram || c.flash || c.rom);
-      bus.Write(c.address, 0xA5);
-      EXPECT_EQ(bus.Read(c.address) == 0xA5, c.ram);
-      bus.SetSecurityPassed(false);
-      EXPECT_EQ(bus.Fetchable(c.address), c.ram || c.rom);
-      EXPECT_EQ(bus.Read(c.address) == 0xAD, c.flash);
-    }
-  };
-  check(Gp32(), {{0x0040, true, false, false},
-                 {0x023F, true, false, false},
-                 {0x0240, false, false, false},
-                 {0x7FFF, false, false, false},
-                 {0x8000, false, true, false},
-                 {0xFDFF, false, true, false},
-                 {0xFE0D, false, false, false},
-                 {0xFE20, false, false, true},
-                 {0xFF52, false, false, true},
-                 {0xFF53, false, false, false},
-                 {0xFF7E, false, true, false},
-                 {0xFF7F, false, false, false},
-                 {0xFFDB, false, false, false},
-                 {0xFFDC, false, true, false},
-                 {0xFFFF, false, true, false}});
-  check(Ql(), {{0x007F, false, false, false},
-               {0x0080, true, false, false},
-               {0x00FF, true, false, false},
-               {0x0100, false, false, false},
-               {0x2800, false, false, true},
-               {0xEDFF, false, false, false},
-               {0xEE00, false, true, false},
-               {0xFF7D, false, false, true},
-               {0xFFAF, false, false, false},
-               {0xFFB0, false, true, false},
-               {0xFFBE, false, true, false},
-               {0xFFBF, false, false, false},
-               {0xFFC0, false, true, false},
-               {0xFFFF, false, true, false}});
+  CheckMap(Gp32(),
+           "0040 r 023F r 0240 - 7FFF - 8000 f FDFF f FE0D - FE20 m FF52 m FF53 - "
+           "FF7E f FF7F - FFDB - FFDC f FFFF f");
+  CheckMap(Ql(),
+           "007F - 0080 r 00FF r 0100 - 2800 m EDFF - EE00 f FF7D m FFAF - FFB0 f "
+           "FFBE f FFBF - FFC0 f FFFF f");
 }
 
 TEST(Bus, PortsMixLatchAndPinsByDirection) {

@@ -52,17 +52,6 @@ TEST(FaultInjector, DelaysAnAnswerByHalfASecond) {
   EXPECT_THAT(host.Read(3, milliseconds(30)), ElementsAre(0x0C, 0x00, 0xFA));
 }
 
-TEST(FaultInjector, LosesTheBreakCharactersOneByOne) {
-  Host host;
-  host.Connect();
-  host.Plant(0x0100, {0x83, 0x83});
-  host.target.SetFaultPlan({{FaultKind::LoseReply, 0}, {FaultKind::FlipReply, 1, 7}});
-  host.Exchange({0x28});
-  EXPECT_THAT(host.Read(1), IsEmpty());
-  host.Exchange({0x28});
-  EXPECT_THAT(host.Read(1), ElementsAre(0x80));
-}
-
 TEST(FaultInjector, ACutLineFailsUntilItIsMended) {
   Host host;
   host.Connect();

@@ -4,7 +4,8 @@
 
 #include <gtest/gtest.h>
 
-#include <functional>
+#include <map>
+#include <sstream>
 
 #include "simulator/mcu_kit.h"
 
@@ -63,31 +64,41 @@ class QlFlash : public Flash {
   QlFlash() : Flash(Ql()) {}
 };
 
-TEST_F(Flash, ProgrammingOnlyClearsBits) {
+TEST_F(Flash, ProgrammingOnlyClearsBitsAndNeedsASequence) {
   Program(0x9000, 0x5A);
   EXPECT_EQ(mcu_.Read(0x9000), 0x5A);
   Program(0x9000, 0xF0);
   EXPECT_EQ(mcu_.Read(0x9000), 0x50);
   EXPECT_EQ(found(), FlashDiagnostics{});
+  mcu_.Write(0x9000, 0x00);
+  EXPECT_EQ(mcu_.Read(0x9000), 0x50);
+  EXPECT_EQ(found().ignored_writes, 1u);
+  EXPECT_EQ(found().refused, 0u);
 }
 
-TEST_F(Flash, ErasesThePageOfTheSelectedAddressAlone) {
-  for (const base::Address a : {0x8FFFu, 0x9000u, 0x907Fu, 0x9080u}) mcu_.Poke(a, 0x00);
-  Erase(flcr::kErase, 0x9012);
-  EXPECT_EQ(mcu_.Read(0x8FFF), 0x00);
-  EXPECT_EQ(mcu_.Read(0x9000), 0xFF);
-  EXPECT_EQ(mcu_.Read(0x907F), 0xFF);
-  EXPECT_EQ(mcu_.Read(0x9080), 0x00);
+struct PageCase {
+  const Device& device;
+  base::Address selected, first, last;
+};
+
+class FlashPage : public Flash, public testing::WithParamInterface<PageCase> {
+ protected:
+  FlashPage() : Flash(GetParam().device) {}
+};
+
+TEST_P(FlashPage, IsErasedAlone) {
+  const auto [device, selected, first, last] = GetParam();
+  for (const base::Address a : {first - 1, first, last, last + 1}) mcu_.Poke(a, 0x00);
+  Erase(flcr::kErase, selected);
+  EXPECT_EQ(mcu_.Read(first - 1), 0x00);
+  EXPECT_EQ(mcu_.Read(first), 0xFF);
+  EXPECT_EQ(mcu_.Read(last), 0xFF);
+  EXPECT_EQ(mcu_.Read(last + 1), 0x00);
 }
 
-TEST_F(QlFlash, HasPagesOf64Bytes) {
-  for (const base::Address a : {0xEEFFu, 0xEF00u, 0xEF3Fu, 0xEF40u}) mcu_.Poke(a, 0x00);
-  Erase(flcr::kErase, 0xEF3F);
-  EXPECT_EQ(mcu_.Read(0xEEFF), 0x00);
-  EXPECT_EQ(mcu_.Read(0xEF00), 0xFF);
-  EXPECT_EQ(mcu_.Read(0xEF3F), 0xFF);
-  EXPECT_EQ(mcu_.Read(0xEF40), 0x00);
-}
+INSTANTIATE_TEST_SUITE_P(Devices, FlashPage,
+                         testing::Values(PageCase{Gp32(), 0x9012, 0x9000, 0x907F},
+                                         PageCase{Ql(), 0xEF3F, 0xEF00, 0xEF3F}));
 
 TEST_F(Flash, MassEraseReachesEveryRangeAndMayLeaveMassSet) {
   for (const base::Address a : {0x8000u, 0xFDFFu, 0xFF7Eu, 0xFFDCu, 0xFFFFu}) mcu_.Poke(a, 0x00);
@@ -121,100 +132,58 @@ TEST_F(Flash, TakesBytesOutsideTheRowAndLongPulsesButCountsThem) {
   EXPECT_EQ(found().long_pulses, 1u);
 }
 
-// Each breaks one rule of an attempt to program $9000 or to erase its page.
+// Each breaks one rule of an attempt to program $9000 or to erase its page. A step is a value of
+// the control register, an address that is written (FLBPR: read), or a time that passes.
 TEST_F(Flash, ABrokenSequenceChangesNothingAndIsCounted) {
-  const int pgm = flcr::kPgm, erase = flcr::kErase, hven = flcr::kHven;
   struct Case {
-    std::string_view what;
+    const char* what;
     FlashFault fault;
-    std::function<void()> steps;
+    const char* steps;
   };
-  const auto program_from_select = [&](std::uint64_t nvs, std::uint64_t pgs, std::uint64_t pulse,
-                                       std::uint64_t hold) {
-    Wait(nvs);
-    Control(pgm | hven);
-    Wait(pgs);
-    Byte(0x9000, 0x00, pulse);
-    Finish(hold);
+  const Case cases[] = {
+      {"FLBPR not read", FlashFault::Order, "PGM 9000 NVS PGM+HVEN PGS 9000 PROG HVEN NVH 0"},
+      {"FLBPR read too early", FlashFault::Order, "FLBPR PGM 9000"},
+      {"no address selected", FlashFault::Order, "PGM FLBPR NVS PGM+HVEN"},
+      {"high voltage at once", FlashFault::Order, "PGM+HVEN"},
+      {"both modes", FlashFault::BothModes, "PGM+ERASE"},
+      {"mode changed on the way", FlashFault::Order, "PGM FLBPR 9000 NVS ERASE+HVEN"},
+      {"tNVS short", FlashFault::TooShort, "PGM FLBPR 9000 NVS- PGM+HVEN"},
+      {"tPGS short", FlashFault::TooShort, "PGM FLBPR 9000 NVS PGM+HVEN PGS- 9000"},
+      {"tPROG short", FlashFault::TooShort, "PGM FLBPR 9000 NVS PGM+HVEN PGS 9000 PROG- HVEN"},
+      {"tNVH short", FlashFault::TooShort, "PGM FLBPR 9000 NVS PGM+HVEN PGS 9000 PROG HVEN NVH- 0"},
+      {"all cleared together", FlashFault::Order, "PGM FLBPR 9000 NVS PGM+HVEN PGS 9000 PROG 0"},
+      {"erase pulse short", FlashFault::TooShort, "ERASE FLBPR 9000 NVS ERASE+HVEN PULSE- HVEN"},
+      {"written while erasing", FlashFault::Order,
+       "ERASE FLBPR 9000 NVS ERASE+HVEN FFFF PULSE HVEN"},
   };
-  const std::vector<Case> cases{
-      {"FLBPR not read", FlashFault::Order,
-       [&] {
-         Control(pgm);
-         mcu_.Write(0x9000, 0);
-         program_from_select(t::kNvs, t::kPgs, t::kProgram, t::kNvh);
-       }},
-      {"FLBPR read too early", FlashFault::Order,
-       [&] {
-         mcu_.Read(0xFF7E);
-         Control(pgm);
-         mcu_.Write(0x9000, 0);
-       }},
-      {"no address selected", FlashFault::Order,
-       [&] {
-         Control(pgm);
-         mcu_.Read(0xFF7E);
-         Wait(t::kNvs);
-         Control(pgm | hven);
-       }},
-      {"high voltage at once", FlashFault::Order, [&] { Control(pgm | hven); }},
-      {"both modes", FlashFault::BothModes, [&] { Control(pgm | erase); }},
-      {"mode changed on the way", FlashFault::Order,
-       [&] {
-         Select(pgm, 0x9000);
-         Wait(t::kNvs);
-         Control(erase | hven);
-       }},
-      {"tNVS short", FlashFault::TooShort,
-       [&] {
-         Select(pgm, 0x9000);
-         Wait(t::kNvs - 1);
-         Control(pgm | hven);
-       }},
-      {"tPGS short", FlashFault::TooShort,
-       [&] {
-         Select(pgm, 0x9000);
-         program_from_select(t::kNvs, t::kPgs - 1, t::kProgram, t::kNvh);
-       }},
-      {"tPROG short", FlashFault::TooShort,
-       [&] {
-         Select(pgm, 0x9000);
-         program_from_select(t::kNvs, t::kPgs, t::kProgram - 1, t::kNvh);
-       }},
-      {"tNVH short", FlashFault::TooShort,
-       [&] {
-         Select(pgm, 0x9000);
-         program_from_select(t::kNvs, t::kPgs, t::kProgram, t::kNvh - 1);
-       }},
-      {"PGM and HVEN cleared together", FlashFault::Order,
-       [&] {
-         Select(pgm, 0x9000);
-         RaiseVoltage(pgm);
-         Wait(t::kPgs);
-         Byte(0x9000, 0x00);
-         Control(0);
-       }},
-      {"erase pulse short", FlashFault::TooShort,
-       [&] {
-         Select(erase, 0x9000);
-         RaiseVoltage(erase);
-         Wait(t::kErase - 1);
-         Finish();
-       }},
-      {"flash written under erase voltage", FlashFault::Order,
-       [&] {
-         Select(erase, 0x9000);
-         RaiseVoltage(erase);
-         mcu_.Write(0xFFFF, 0);
-         Wait(t::kErase);
-         Finish();
-       }},
-  };
+  const std::map<std::string, int> control{{"0", 0},
+                                           {"PGM", flcr::kPgm},
+                                           {"HVEN", flcr::kHven},
+                                           {"ERASE", flcr::kErase},
+                                           {"PGM+HVEN", flcr::kPgm | flcr::kHven},
+                                           {"ERASE+HVEN", flcr::kErase | flcr::kHven},
+                                           {"PGM+ERASE", flcr::kPgm | flcr::kErase}};
+  const std::map<std::string, std::uint64_t> times{
+      {"NVS", t::kNvs},         {"PGS", t::kPgs},      {"PROG", t::kProgram},
+      {"NVH", t::kNvh},         {"PULSE", t::kErase},  {"NVS-", t::kNvs - 1},
+      {"PGS-", t::kPgs - 1},    {"NVH-", t::kNvh - 1}, {"PROG-", t::kProgram - 1},
+      {"PULSE-", t::kErase - 1}};
   for (const Case& c : cases) {
     SCOPED_TRACE(c.what);
     mcu_ = ReadyMcu();
     mcu_.Poke(0x9000, 0xA5);
-    c.steps();
+    std::istringstream steps(c.steps);
+    for (std::string step; steps >> step;) {
+      if (control.contains(step)) {
+        Control(control.at(step));
+      } else if (times.contains(step)) {
+        Wait(times.at(step));
+      } else if (step == "FLBPR") {
+        mcu_.Read(mcu_.device().flbpr);
+      } else {
+        mcu_.Write(base::ParseHex(step), 0);
+      }
+    }
     EXPECT_EQ(mcu_.Peek(0x9000), 0xA5);
     EXPECT_EQ(found().refused, 1u);
     EXPECT_EQ(found().last_fault, c.fault);
@@ -265,33 +234,6 @@ TEST_F(Flash, WithoutSecurityOnlyAMassEraseThroughFlbprWorks) {
   EXPECT_EQ(mcu_.Peek(0xFFF6), 0x12);
   Erase(flcr::kErase | flcr::kMass, 0xFF7E);
   EXPECT_EQ(mcu_.Peek(0xFFF6), 0xFF);
-}
-
-TEST_F(Flash, WritesOutsideASequenceAreIgnored) {
-  mcu_.Write(0x9000, 0x00);
-  EXPECT_EQ(mcu_.Read(0x9000), 0xFF);
-  EXPECT_EQ(found().ignored_writes, 1u);
-  EXPECT_EQ(found().refused, 0u);
-}
-
-TEST_F(Flash, CodeInRamErasesAndPrograms) {
-  mcu_.Poke(0x9000, 0x00);
-  // LDA #2; STA FLCR; LDA FLBPR; LDHX #$9000; STA ,X; BSR delay; LDA #$0A; STA FLCR; LDX #37;
-  // loop: BSR delay; DBNZX loop; LDA #8; STA FLCR; BSR delay; CLRA; STA FLCR; SWI;
-  // delay (76 cycles): LDA #22; DBNZA *; RTS
-  const std::string_view erase =
-      "A602C7FE08 C6FF7E 459000 F7 AD17 A60AC7FE08 AE25 AD0E 5BFC A608C7FE08 AD05 4FC7FE08 83"
-      "A616 4BFE 81";
-  ASSERT_EQ(RunCode(mcu_, 0x0100, erase), RunEnd::SoftwareInterrupt);
-  EXPECT_EQ(mcu_.Read(0x9000), 0xFF);
-  // The same with PGM and two bytes: LDA #$12; STA ,X; AIX #1; BSR delay; LDA #$34; STA ,X; ...
-  const std::string_view program =
-      "A601C7FE08 C6FF7E 459000 F7 AD1F A609C7FE08 AD18 A612F7AF01 AD11 A634F7 AD0C A608C7FE08"
-      "AD05 4FC7FE08 83 A616 4BFE 81";
-  ASSERT_EQ(RunCode(mcu_, 0x0100, program), RunEnd::SoftwareInterrupt);
-  EXPECT_EQ(mcu_.Read(0x9000), 0x12);
-  EXPECT_EQ(mcu_.Read(0x9001), 0x34);
-  EXPECT_EQ(found(), FlashDiagnostics{});
 }
 
 TEST_F(Flash, CodeInFlashSpoilsTheSequenceItRuns) {

@@ -270,16 +270,5 @@ TEST_F(Lockstep, SingleInstructionsWithRandomOperandsAgree) {
   oracle.Compare(bus_);
 }
 
-TEST_F(Lockstep, WalksThroughRandomBytesAgree) {
-  Oracle oracle(bus_);
-  int compared = 0;
-  for (int walk = 0; walk < 250; ++walk) {
-    Enter(RandomState(), oracle);
-    for (int length = 0; length < 60 && Comparable(); ++length, ++compared) StepBoth(oracle);
-  }
-  EXPECT_GT(compared, 3000);
-  oracle.Compare(bus_);
-}
-
 }  // namespace
 }  // namespace brevant::simulator

@@ -26,39 +26,6 @@ RunEnd RunFor(Mcu& mcu, std::uint64_t cycles) {
   return mcu.Run(mcu.cycle() + cycles);
 }
 
-TEST(Mcu, FirstMonitorFrameIsThatOfAResetCpu) {
-  Mcu mcu(Ql());
-  EXPECT_FALSE(mcu.in_monitor());
-  EXPECT_EQ(mcu.cpu().pc, Mcu::kMonitorResetEntry);
-  EXPECT_EQ(mcu.Read(kSrsr), 0x80);
-  mcu.EnterMonitor();
-  EXPECT_TRUE(mcu.in_monitor());
-  EXPECT_EQ(mcu.cpu().sp + 1, 0x00FA);
-  const Frame frame = ReadFrame(mcu);
-  EXPECT_EQ(frame.h, 0);
-  EXPECT_EQ(frame.ccr, 0x68);
-  EXPECT_EQ(frame.a, 0);
-  EXPECT_EQ(frame.x, 0);
-  EXPECT_EQ(frame.pc, Mcu::kMonitorResetEntry);
-  EXPECT_EQ(frame.sp, 0x00FF);
-}
-
-TEST(Mcu, SwiStacksTheRegistersInTheMonitorsOrder) {
-  Mcu mcu = ReadyMcu();
-  // LDHX #$01F1; TXS; LDHX #$1234; LDA #$81; TAP; LDA #$56 clears V, sets no N; SWI
-  ASSERT_EQ(RunCode(mcu, 0x0100, "4501F194 451234 A68184 A656 83"), RunEnd::SoftwareInterrupt);
-  const std::vector<std::uint8_t> expected{0x12, 0x61, 0x56, 0x34, 0x01, 0x0D};
-  for (base::Address i = 0; i < 6; ++i) EXPECT_EQ(mcu.Peek(0x01EB + i), expected[i]) << i;
-  EXPECT_EQ(mcu.cpu().flags.mask, 1);
-  EXPECT_FALSE(mcu.in_break());
-
-  mcu.ResumeFromMonitor();
-  EXPECT_EQ(mcu.cpu().pc, 0x010D);
-  EXPECT_EQ(mcu.cpu().sp, 0x01F0);
-  EXPECT_EQ(mcu.cpu().hx(), 0x1234);
-  EXPECT_EQ(mcu.cpu().ccr(), 0x61);
-}
-
 TEST(McuBreak, StopsBeforeTheOpcodeAndPassesItOnceAfterwards) {
   Mcu mcu = ReadyMcu();
   Load(mcu, 0x0100, "5F 5C 9D 20FC");  // CLRX; loop: INCX; NOP; BRA loop
@@ -137,29 +104,6 @@ TEST(McuBreak, StopsTheTimersAndProtectsTheirFlags) {
   mcu.Read(kT1sc);
   mcu.Write(kT1sc, 0x00);
   EXPECT_EQ(mcu.Peek(kT1sc), 0x00);
-}
-
-TEST(McuInterrupt, TheRomHandlerWaitsForTheReleaseOfIrqAndStops) {
-  Mcu mcu = ReadyMcu(Ql());
-  SetVector(mcu, 0xFFFA, Mcu::kMonitorIrqHandler);
-  Load(mcu, 0x0090, "20FE");
-  ResumeAt(mcu, 0x0090, 0x60);
-  EXPECT_EQ(RunFor(mcu, 1000), RunEnd::CycleLimit);
-  mcu.SetIrqLow(true);
-  EXPECT_EQ(RunFor(mcu, 1000), RunEnd::CycleLimit);
-  EXPECT_EQ(mcu.cpu().pc, Mcu::kMonitorIrqHandler);
-  mcu.SetIrqLow(false);
-  ASSERT_EQ(RunFor(mcu, 1000), RunEnd::SoftwareInterrupt);
-  // The monitor's frame of six bytes, then that of the interrupt: CCR, A, X, PC.
-  const Frame frame = ReadFrame(mcu);
-  EXPECT_EQ(frame.pc, Mcu::kMonitorIrqHandler + 3);
-  EXPECT_EQ(mcu.Peek(frame.sp + 1), 0x60);
-  EXPECT_EQ(base::Word(mcu.Peek(frame.sp + 4), mcu.Peek(frame.sp + 5)), 0x0090u);
-  // Resumed, the handler's RTI takes the program up again.
-  mcu.ResumeFromMonitor();
-  EXPECT_EQ(RunFor(mcu, 100), RunEnd::CycleLimit);
-  EXPECT_EQ(mcu.cpu().pc, 0x0090);
-  EXPECT_EQ(mcu.cpu().sp, 0x00FF);
 }
 
 TEST(McuInterrupt, WaitsForTheMaskAndForOneInstructionAfterCli) {
@@ -338,17 +282,6 @@ TEST(McuReset, PowerOnLosesRamAndSecurityButNotFlash) {
   EXPECT_FALSE(mcu.in_monitor());
   EXPECT_EQ(mcu.Peek(0x0200), ram);
   EXPECT_EQ(mcu.Peek(0x9000), 0x12);
-}
-
-TEST(McuReset, FlashCannotBeFetchedWithoutSecurity) {
-  Mcu mcu = ReadyMcu();
-  Load(mcu, 0x8000, "83");
-  ResumeAt(mcu, 0x8000);
-  EXPECT_EQ(RunFor(mcu, 100), RunEnd::SoftwareInterrupt);
-  mcu.SetSecurityPassed(false);
-  ResumeAt(mcu, 0x8000);
-  EXPECT_EQ(RunFor(mcu, 100), RunEnd::Reset);
-  EXPECT_EQ(mcu.reset_cause(), ResetCause::IllegalAddress);
 }
 
 TEST(Mcu, ACopyIsASnapshot) {

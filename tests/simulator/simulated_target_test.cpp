@@ -4,10 +4,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <cstdlib>
 #include <ctime>
-#include <thread>
 
 #include "simulator/host.h"
 
@@ -20,12 +17,6 @@ using testing::IsEmpty;
 
 double MillisecondsSince(steady_clock::time_point start) {
   return std::chrono::duration<double, std::milli>(steady_clock::now() - start).count();
-}
-
-// More is waiting for a processor than there are processors.
-bool Overloaded() {
-  double load = 0;
-  return getloadavg(&load, 1) == 1 && load > std::thread::hardware_concurrency();
 }
 
 TEST(SimulatedTarget, PassesVirtualTimeOnlyWhileTheHostWaits) {
@@ -41,17 +32,10 @@ TEST(SimulatedTarget, PassesVirtualTimeOnlyWhileTheHostWaits) {
   EXPECT_EQ(host.target.NowMs(), start + 200);
   host.target.SpinUntil(start);
   EXPECT_EQ(host.target.NowMs(), start + 200);
-  host.target.Sleep(milliseconds(1000));
-  EXPECT_EQ(host.target.NowMs(), start + 1200);
-}
-
-TEST(SimulatedTarget, NeverSleepsAtTheInstantPace) {
-  Host host;
-  host.Connect();
-  const auto start = steady_clock::now();
+  const auto wall = steady_clock::now();
   host.target.Sleep(std::chrono::hours(1));
-  EXPECT_THAT(host.Read(1, std::chrono::hours(1)), IsEmpty());
-  EXPECT_LT(MillisecondsSince(start), 60'000.0);
+  EXPECT_EQ(host.target.NowMs(), start + 3'600'200);
+  EXPECT_LT(MillisecondsSince(wall), 60'000.0);
 }
 
 TEST(SimulatedTarget, AZeroTimeOutTakesWhatHasArrivedAndNoMore) {
@@ -89,23 +73,6 @@ TEST(SimulatedTarget, NeedsToBeOpenAndAtTheRightBaudRate) {
   host.target.Close();
   std::array<std::uint8_t, 1> buffer{};
   EXPECT_EQ(host.target.Read(buffer, milliseconds(1)), std::nullopt);
-}
-
-TEST(SimulatedTarget, KeepsRealTimeAtTheWirePace) {
-  Host host(Gp32(), Pace::Wire);
-  ASSERT_THAT(host.Connect(), ElementsAre(0));
-  constexpr double kMinimum = 91 / 9.6;  // ms
-  double best = 1000;
-  // A busy machine may need several attempts to show it.
-  const auto first = steady_clock::now();
-  while (best > kMinimum + 1 && MillisecondsSince(first) < 5000) {
-    const auto start = steady_clock::now();
-    ASSERT_EQ(host.Ask({0x4A, 0x01, 0x00}, 1).size(), 1u);
-    best = std::min(best, MillisecondsSince(start));
-  }
-  EXPECT_GE(best, kMinimum - 0.01);
-  if (best > kMinimum + 1 && Overloaded()) GTEST_SKIP() << "the machine is too busy to tell";
-  EXPECT_LT(best, kMinimum + 1);
 }
 
 TEST(SimulatedTarget, KeepsRealTimeForProgramsOnlyAtTheBusPace) {

@@ -104,16 +104,6 @@ TEST(Timer, ComparesWithinTheModuloOnlyAndAfterTheLowByteIsWritten) {
   EXPECT_EQ(b.timer.NextInterrupt(), b.now + 0x200);
 }
 
-TEST(Timer, LooksInTheBreakStateDisturbNoFlag) {
-  Bench b;
-  b.SetWord(kModH, 9);
-  b.Set(kTsc, 0);
-  b.now += 10;
-  EXPECT_EQ(b.timer.Read(kTsc, b.now, false), kTof);
-  b.timer.Write(kTsc, 0, b.now, true);
-  EXPECT_EQ(b.Get(kTsc), kTof);
-}
-
 // One long jump must leave what single cycles leave, and NextInterrupt must name the very cycle.
 TEST(Timer, JumpsLikeItSteps) {
   std::mt19937 random(1908);

@@ -4,7 +4,6 @@
 #pragma once
 
 #include "base/text_format.h"
-#include "symbols/info_files.h"
 #include "symbols/parsed_program.h"
 
 namespace brevant::symbols {
@@ -25,10 +24,6 @@ inline std::string LinesText(const ParsedProgram& program) {
     text += base::Format("%04X %s:%u\n", e.address, FileName(program.files, e.file), e.line);
   }
   return text;
-}
-
-inline ParsedProgram ReadBack(const ParsedProgram& listing) {
-  return listing.info_files ? ParseInfoFiles(*listing.info_files) : ParsedProgram();
 }
 
 }  // namespace brevant::symbols

@@ -150,20 +150,6 @@ TEST(SdccCdb, AssemblerProgramHasItsLinesAndGlobals) {
   EXPECT_EQ(Find(program, "smaller"), nullptr) << "local labels are in no output of the linker";
 }
 
-TEST(SdccCdb, AssemblerLinesAppearOnlyOutsideFunctionsWithLinesOfC) {
-  const std::string text =
-      "L:A$m$5:8000\nL:A$m$9:8010\nL:C$m.c$3$1_0$1:8010\nL:G$f$0$0:8010\nL:A$m$10:8012\n"
-      "L:XG$f$0$0:8012\nL:A$m$12:8014\nL:G$g$0$0:8020\nL:A$m$20:8020\nL:XG$g$0$0:8024\n";
-  EXPECT_EQ(LinesText(ParseText(text)), "8000 m.asm:5\n8010 m.c:3\n8014 m.asm:12\n8020 m.asm:20\n");
-}
-
-TEST(SdccCdb, FunctionOnOneLineGetsThatLineAtItsStart) {
-  const std::string text =
-      "L:C$m.c$1$1_0$1:8000\nL:G$f$0$0:8000\nL:XG$f$0$0:8002\nL:Fm$g$0$0:8003\n"
-      "L:C$m.c$2$1_0$1:8009\nL:XFm$g$0$0:8009\n";
-  EXPECT_EQ(LinesText(ParseText(text)), "8000 m.c:1\n8003 m.c:2\n8009 m.c:2\n");
-}
-
 TEST(SdccCdb, LastOfManyLinesAtOneAddressIsShownAndAllAreFound) {
   const ParsedProgram program = ParseText(
       "L:C$m.c$9$1_0$1:8008\nL:C$m.c$5$1_0$1:8000\nL:C$m.c$6$1_0$1:8000\nL:C$m.c$7$1_0$1:8000\n");
@@ -175,46 +161,40 @@ TEST(SdccCdb, LastOfManyLinesAtOneAddressIsShownAndAllAreFound) {
   for (std::uint32_t line = 5; line <= 7; ++line) EXPECT_EQ(table.AddressForLine(line, 0), 0x8000U);
 }
 
-TEST(SdccCdb, LocalsWithAddressesAreNamedByTheirFunction) {
-  const ParsedProgram program = ParseText(
-      "M:m\nS:Lm.f$i$1_0$5({2}SI:S),R,0,0,[]\nS:Lm.f$n$1_0$5({1}SC:U),F,0,0\n"
-      "S:Lm.f$n$2_0$6({2}SI:U),F,0,0\nS:Lm.f$t$1_0$5({3}DA3d,SC:U),B,1,-3\n"
-      "L:Lm.f$n$1_0$5:80\nL:Lm.f$n$2_0$6:81\n");
-  EXPECT_EQ(SymbolsText(program), "_f.n 0080\n_f.n 0081\n")
-      << "locals in registers or on the stack have no address";
-  EXPECT_EQ(program.symbols[0].size, 1);
-  EXPECT_EQ(program.symbols[1].type, "unsigned int");
-}
-
-TEST(SdccCdb, FileWithAddressesAloneStillGivesItsSymbols) {
-  const ParsedProgram program =
-      ParseText("L:G$main$0$0:8036\nL:Smain$main$20:803E\nL:XG$main$0$0:8040\nL:G$x$0_0$0:90\n");
-  EXPECT_EQ(SymbolsText(program), "_main 8036\n_x 0090\n");
-  EXPECT_TRUE(program.lines.empty());
-  EXPECT_FALSE(ParseText("M:main\nS:G$x$0_0$0({1}SC:U),F,0,0\n").problem.empty());
-}
-
-TEST(SdccCdb, MalformedRecordsArePassedOver) {
-  const char* const bad[] = {"L:",
-                             "L:G$",
-                             "L:G$x",
-                             "L:G$x$0$0:",
-                             "L:G$x$0$0:XY",
-                             "L:C$m.c$:80",
-                             "L:C$m.c$0$1_0:80",
-                             "L:A$m:80",
-                             "L:Lm$x$0$0:1",
-                             "L:Q$x$0$0:10",
-                             "S:G$x$0_0$0({",
-                             "S:G$x({1",
-                             "T:F[",
-                             "M",
-                             ":",
-                             "L:XG:80"};
-  for (const char* record : bad) {
-    const ParsedProgram program = ParseText(std::string(record) + "\nL:G$ok$0$0:10\n");
-    EXPECT_EQ(SymbolsText(program), "_ok 0010\n") << record;
-    EXPECT_TRUE(program.lines.empty()) << record;
+TEST(SdccCdb, RecordsByHand) {
+  struct Row {
+    const char* what;
+    const char* records;
+    const char* program;  // symbols, then lines
+  };
+  const Row rows[] = {
+      {"assembler lines appear only outside functions with lines of C",
+       "L:A$m$5:8000\nL:A$m$9:8010\nL:C$m.c$3$1_0$1:8010\nL:G$f$0$0:8010\nL:A$m$10:8012\n"
+       "L:XG$f$0$0:8012\nL:A$m$12:8014\nL:G$g$0$0:8020\nL:A$m$20:8020\nL:XG$g$0$0:8024\n",
+       "_f 8010\n_g 8020\n8000 m.asm:5\n8010 m.c:3\n8014 m.asm:12\n8020 m.asm:20\n"},
+      {"a function on one line gets that line at its start",
+       "L:C$m.c$1$1_0$1:8000\nL:G$f$0$0:8000\nL:XG$f$0$0:8002\nL:Fm$g$0$0:8003\n"
+       "L:C$m.c$2$1_0$1:8009\nL:XFm$g$0$0:8009\n",
+       "_f 8000\n_g 8003\n8000 m.c:1\n8003 m.c:2\n8009 m.c:2\n"},
+      {"locals are named by their function; those in registers or on the stack have no address",
+       "M:m\nS:Lm.f$i$1_0$5({2}SI:S),R,0,0,[]\nS:Lm.f$n$1_0$5({1}SC:U),F,0,0\n"
+       "S:Lm.f$n$2_0$6({2}SI:U),F,0,0\nS:Lm.f$t$1_0$5({3}DA3d,SC:U),B,1,-3\n"
+       "L:Lm.f$n$1_0$5:80\nL:Lm.f$n$2_0$6:81\n",
+       "_f.n 0080\n_f.n 0081\n"},
+      {"addresses alone give symbols",
+       "L:G$main$0$0:8036\nL:Smain$main$20:803E\nL:XG$main$0$0:8040\nL:G$x$0_0$0:90\n",
+       "_main 8036\n_x 0090\n"},
+      {"malformed records are passed over",
+       "L:\nL:G$\nL:G$x\nL:G$x$0$0:\nL:G$x$0$0:XY\nL:C$m.c$:80\nL:C$m.c$0$1_0:80\nL:A$m:80\n"
+       "L:Lm$x$0$0:1\nL:Q$x$0$0:10\nS:G$x$0_0$0({\nS:G$x({1\nT:F[\nM\n:\nL:XG:80\n"
+       "L:G$ok$0$0:10\n",
+       "_ok 0010\n"},
+      {"nothing has an address", "M:main\nS:G$x$0_0$0({1}SC:U),F,0,0\n", ""},
+  };
+  for (const Row& row : rows) {
+    const ParsedProgram program = ParseText(row.records);
+    EXPECT_EQ(SymbolsText(program) + LinesText(program), row.program) << row.what;
+    EXPECT_EQ(program.problem.empty(), *row.program != 0) << row.what;
   }
 }
 
