@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Steps against the CPU itself: a copy of the MCU executes the same instruction without a debugger.
 #include "control/bench.h"
+#include "images/image_file.h"
 
 namespace brevant::control {
 namespace {
@@ -14,10 +15,12 @@ class SteppingTest : public Bench {
   }
 };
 
-// What each single instruction does is next_pc's matter; here the steps of both modes meet code as
-// compilers write it, and must leave nothing of their own in it.
+// Code as a compiler writes it. What each single instruction does is the matter of isa's next_pc.
 TEST_F(SteppingTest, WalksThroughARealProgramInLockStepWithTheCpu) {
-  LoadSRecords("recursion.s19");
+  const std::string path = BREVANT_TEST_DATA "/programs/recursion.s19";
+  for (const images::Block& block : images::ReadImageFile(path).ToImage().Blocks()) {
+    Load(block.address, block.bytes);
+  }
   Connect();
   frame.LoadResetPC();
   for (int i = 0; i < 3000; ++i) {
