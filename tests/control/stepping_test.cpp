@@ -51,7 +51,7 @@ TEST_F(SteppingTest, EndsWhereTheCpuEndsInBothModes) {
       0x01, 0x80, 0x02,        // 0163 BRCLR 0,$80,0168
       0x83, 0x83,              // 0166
       0xAD, 0x06,              // 0168 BSR 0170
-      0x9E, 0x6B, 0x02, 0xE2,  // 016A DBNZ 2,SP,0150
+      0x9E, 0x6B, 0x02, 0x00,  // 016A DBNZ 2,SP,016E
       0x20, 0xE0,              // 016E BRA 0150
       0x87, 0x8A, 0x81,        // 0170 PSHA; PULH; RTS
   };
