@@ -73,11 +73,24 @@ bool IsOneWholeWrite(const std::string& text) {
   return text.size() == 200'000 && text.find_first_not_of(text[0]) == std::string::npos;
 }
 
-[[noreturn]] void ReplaceForever(const fs::path& file) {
-  for (int n = 0;; ++n) {
-    if (!ReplaceFile(file, Letters(n)).empty()) ::_exit(1);
+// Another process that replaces the file as long as it lives.
+class Writer {
+ public:
+  explicit Writer(const fs::path& file) : child_(::fork()) {
+    for (int n = 0; child_ == 0; ++n) {
+      if (!ReplaceFile(file, Letters(n)).empty()) ::_exit(1);
+    }
   }
-}
+  // False when it had failed before.
+  bool Kill() const {
+    ::kill(child_, SIGKILL);
+    int status = 0;
+    return ::waitpid(child_, &status, 0) == child_ && WIFSIGNALED(status);
+  }
+
+ private:
+  pid_t child_;
+};
 
 TEST(Files, ShowAWholeContentWheneverTheWriterIsKilled) {
   const TemporaryFolder folder;
@@ -86,15 +99,10 @@ TEST(Files, ShowAWholeContentWheneverTheWriterIsKilled) {
   std::mt19937 random(1);
   int killed_between = 0;
   for (int round = 0; round < 60; ++round) {
-    const pid_t child = ::fork();
-    ASSERT_GE(child, 0);
-    if (child == 0) ReplaceForever(file);
+    const Writer writer(file);
     std::this_thread::sleep_for(std::chrono::microseconds(random() % 8000));
     const std::string during = ReadFile(file).text;
-    ::kill(child, SIGKILL);
-    int status = 0;
-    ::waitpid(child, &status, 0);
-    ASSERT_TRUE(WIFSIGNALED(status)) << "the writer itself failed";
+    ASSERT_TRUE(writer.Kill());
     ASSERT_TRUE(IsOneWholeWrite(during));
     ASSERT_TRUE(IsOneWholeWrite(ReadFile(file).text)) << "after the kill";
     ASSERT_LE(folder.FileCount(), 2) << "at most one temporary file";
@@ -109,17 +117,12 @@ TEST(Files, TwoWritersNeverMixTheirContents) {
   const TemporaryFolder folder;
   const fs::path file = folder.path() / "a";
   ASSERT_EQ(ReplaceFile(file, Letters(0)), "");
-  const pid_t child = ::fork();
-  ASSERT_GE(child, 0);
-  if (child == 0) ReplaceForever(file);
+  const Writer other(file);
   for (int n = 0; n < 40; ++n) {
     EXPECT_EQ(ReplaceFile(file, Letters(n)), "");
     EXPECT_TRUE(IsOneWholeWrite(ReadFile(file).text));
   }
-  ::kill(child, SIGKILL);
-  int status = 0;
-  ::waitpid(child, &status, 0);
-  EXPECT_TRUE(WIFSIGNALED(status)) << "the other writer failed";
+  EXPECT_TRUE(other.Kill());
 }
 
 }  // namespace

@@ -15,20 +15,15 @@
 #include "base/temporary_folder.h"
 #include "base/test_user.h"
 #include "base/text_format.h"
-#include "base/text_number.h"
 #include "control/breakpoint_table.h"
 #include "control/register_frame.h"
 #include "control/run_control.h"
-#include "link/monitor.h"
-#include "link/sent_commands.h"
-#include "simulator/simulated_target.h"
+#include "link/connected_target.h"
 #include "symbols/debug_info.h"
 
 namespace brevant::control {
 
 using ByteList = std::vector<std::uint8_t>;
-
-using link::DecodeCommands;
 
 struct Recorder final : Operation {
   void Advance() override { ++advanced; }
@@ -36,25 +31,12 @@ struct Recorder final : Operation {
   int advanced = 0, abandoned = 0;
 };
 
-class Bench : public ::testing::Test {
+class Bench : public ::testing::Test, protected link::ConnectedTarget {
  protected:
-  Bench() {
-    link.PortName = "COM1";
-    Connect();
-  }
+  Bench() { EXPECT_TRUE(frame.ReadRegisters()); }
 
-  void Connect() {
-    link.LinkError = false;
-    ASSERT_TRUE(link.OpenPort(link.PortName));
-    link::SecurityCode code{};
-    for (base::Address i = 0; i < code.size(); ++i) code[i] = mcu().Peek(0xFFF6 + i);
-    ASSERT_EQ(monitor.SendSecurityCode(code), 0);
-    frame.ReadRegisters();
-    ASSERT_FALSE(link.LinkError);
-  }
+  void Connect() { ASSERT_TRUE(ConnectedTarget::Connect() && frame.ReadRegisters()); }
 
-  simulator::Mcu& mcu() { return target.board().mcu(); }
-  std::uint8_t Peek(base::Address address) { return mcu().Peek(address); }
   // Past the door, which must not answer from what it has kept.
   void Load(base::Address address, base::Bytes bytes) {
     target.board().Load(address, bytes);
@@ -68,19 +50,6 @@ class Bench : public ::testing::Test {
   void SetPC(base::Address address) { frame.SetPC(address); }
   void UseHardware(bool hardware) {
     breakpoints.SetBreakMode(hardware ? BreakMode::Hardware : BreakMode::Software);
-  }
-  void LoadSRecords(const std::string& name) {
-    std::ifstream file(std::string(BREVANT_TEST_DATA "/programs/") + name);
-    ASSERT_TRUE(file.is_open()) << name;
-    for (std::string line; std::getline(file, line);) {
-      if (!line.starts_with("S1")) continue;
-      const std::uint32_t count = base::ParseHex(line.substr(2, 2));
-      ByteList data;
-      for (std::uint32_t i = 2; i < count - 1; ++i) {
-        data.push_back(base::LowByte(base::ParseHex(line.substr(4 + 2 * i, 2))));
-      }
-      Load(base::ParseHex(line.substr(4, 4)), data);
-    }
   }
   // So that a break signal stops a program that has interrupts enabled.
   void PointIrqVectorToMonitor() { Load(0xFFFA, ByteList{0xFE, 0x27}); }
@@ -104,15 +73,6 @@ class Bench : public ::testing::Test {
     for (int i = 0; i < 1000 && activity.Busy(); ++i) Tick();
     ASSERT_FALSE(activity.Busy());
   }
-  std::string Commands() {
-    const std::string text = DecodeCommands(target.board().host_log());
-    target.board().ClearHostLog();
-    return text;
-  }
-
-  simulator::SimulatedTarget target{simulator::Gp32()};
-  link::MonitorLink link{target, target};
-  link::Monitor monitor{link};
   memory::Memory memory{monitor};
   base::TemporaryFolder folder;
   base::SettingsFile settings{folder.path() / "brevant.ini"};

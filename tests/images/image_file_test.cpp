@@ -24,38 +24,33 @@ struct Case {
   std::string what;
   std::string text;
   std::string blocks;
-  std::optional<base::Address> entry;
-  long skipped;
-  long first_skipped_line;
+  std::optional<base::Address> entry = {};
+  long skipped = 0;
+  long first_skipped_line = 0;
 };
 
 TEST(ImageFile, ReadsImagesWithTheirOddities) {
   const std::vector<Case> cases = {
-      {"empty file", "", "", std::nullopt, 0, 0},
-      {"header, data, entry", "S0030000FC\nS104001001EA\nS9038000FC\n", "[16: 1]", 0x8000, 0, 0},
-      {"carriage returns alone", "S104001001EA\rS104001102EA\rS9038000FC", "[16: 1 2]", 0x8000, 0,
-       0},
-      {"lower-case marks", "s104001001EA s9038000fc", "[16: 1]", 0x8000, 0, 0},
-      {"S5 before S9 ends the image", "S104001001EA S5030001FB S9038000FC", "[16: 1]", std::nullopt,
-       0, 0},
-      {"data after S9 count", "S9038000FC S104001001EA S903900000", "[16: 1]", 0x9000, 0, 0},
+      {"empty file", "", ""},
+      {"header, data, entry", "S0030000FC\nS104001001EA\nS9038000FC\n", "[16: 1]", 0x8000},
+      {"carriage returns alone", "S104001001EA\rS104001102EA\rS9038000FC", "[16: 1 2]", 0x8000},
+      {"lower-case marks", "s104001001EA s9038000fc", "[16: 1]", 0x8000},
+      {"S5 before S9 ends the image", "S104001001EA S5030001FB S9038000FC", "[16: 1]"},
+      {"data after S9 count", "S9038000FC S104001001EA S903900000", "[16: 1]", 0x9000},
       {"later bytes win, neighbours merge", "S10500100102FF S104001203FF S104001109FF",
-       "[16: 1 9 3]", std::nullopt, 0, 0},
+       "[16: 1 9 3]"},
       {"addresses beyond 16 bits wrap", "S206020010AAB0FF S3080001FFFE010203FF",
        "[0: 3][16: 170 176]"
-       "[65534: 1 2]",
-       std::nullopt, 0, 0},
+       "[65534: 1 2]"},
       {"malformed records are passed over", "S104001001EA\nS1FF\nS10x\nS104001102EA", "[16: 1 2]",
        std::nullopt, 2, 2},
-      {"no records at all", "Hello, world", "", std::nullopt, 0, 0},
+      {"no records at all", "Hello, world", ""},
       {"Intel HEX", ":02001000010200\n:0100130003AA\n:00000001FF\n:0100200009AA",
-       "[16: 1 2][19: 3]", std::nullopt, 0, 0},
-      {"odd and empty HEX records", ":0300100001020300 :0000200000", "[16: 1 2 3]", std::nullopt, 0,
-       0},
+       "[16: 1 2][19: 3]"},
+      {"odd and empty HEX records", ":0300100001020300 :0000200000", "[16: 1 2 3]"},
       {"HEX base addresses", ":020000020800F4 :0100100001AA :020000040000FA :0100200002AA",
        "[32: 2]"
-       "[32784: 1]",
-       std::nullopt, 0, 0},
+       "[32784: 1]"},
       {"malformed HEX", ":01001000\n\n:01002000xxAA\n:0100300003AA", "[48: 3]", std::nullopt, 2, 1},
   };
   for (const Case& c : cases) {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <gtest/gtest.h>
 
+#include <fstream>
 #include <string>
 #include <variant>
 #include <vector>
@@ -11,11 +12,6 @@
 
 namespace brevant::images {
 namespace {
-
-struct Case {
-  std::string token;
-  std::string meaning;
-};
 
 std::string Text(const std::vector<std::uint8_t>& data) {
   std::string text;
@@ -70,62 +66,26 @@ std::string MeaningOfHex(const std::string& text) {
   return "";
 }
 
+// Rows of a token and its meaning.
+void CheckRows(const char* name, int rows, std::string (*meaning_of)(const std::string&)) {
+  std::ifstream file(std::string(BREVANT_TEST_DATA "/images/") + name);
+  std::string token;
+  for (std::string meaning; std::getline(file, token, '\t') && std::getline(file, meaning);
+       --rows) {
+    EXPECT_EQ(meaning_of(token), meaning) << token;
+  }
+  EXPECT_EQ(rows, 0);
+}
+
 TEST(SRecord, MeansWhatItsFieldsSay) {
-  const std::vector<Case> cases = {
-      {"S00600004844521B", "header"},
-      {"S0", "header"},
-      {"S1060100A1b2C300", "data at 256 A1 B2 C3"},
-      {"s1060100A1b2C300", "data at 256 A1 B2 C3"},
-      {"S1030100FB", "data at 256"},
-      {"S1060100A1B2C300trailing", "data at 256 A1 B2 C3"},
-      {"S205018000AA00", "data at 98304 AA"},
-      {"S30601000080AA00", "data at 16777344 AA"},
-      {"S90380007C", "entry 32768"},
-      {"s9ZZ8000", "entry 32768"},
-      {"x9038000", "entry 32768"},
-      {"S5030001FB", "end"},
-      {"S70500008000", "end"},
-      {"SF030000", "end"},
-      {":00000001FF", "no record"},
-      {"x9", "no record"},
-      {"Q", "no record"},
-      {"S", "fewer characters than the count says"},
-      {"S1", "fewer characters than the count says"},
-      {"S1060100A1B2C3", "fewer characters than the count says"},
-      {"S1060100A1B2", "fewer characters than the count says"},
-      {"S9030", "fewer characters than the count says"},
-      {"SZ030000FC", "a field is not hexadecimal"},
-      {"S1G60100A1B2C300", "a field is not hexadecimal"},
-      {"S10601x0A1B2C300", "a field is not hexadecimal"},
-      {"S1060100A1-2C300", "a field is not hexadecimal"},
-      {"S903zzzz7C", "a field is not hexadecimal"},
-      {"S1020100", "the count is too small for the address and the checksum"},
-      {"S30501000080AA", "data at 16777344"},
-      {"S1" + std::string(254, '0'), "longer than 255 characters"},
-      {"Q1" + std::string(254, '0'), "no record"},
-  };
-  for (const Case& c : cases) EXPECT_EQ(MeaningOfS(c.token), c.meaning) << c.token;
+  CheckRows("s_records.tsv", 29, MeaningOfS);
+  EXPECT_EQ(MeaningOfS("S1" + std::string(254, '0')), "longer than 255 characters");
+  EXPECT_EQ(MeaningOfS("Q1" + std::string(254, '0')), "no record");
 }
 
 TEST(HexRecord, MeansWhatItsFieldsSay) {
-  const std::vector<Case> cases = {
-      {":0300300002337A1E", "data at 48 02 33 7A"},
-      {":03fffe0002337aAA", "data at 65534 02 33 7A"},
-      {":0000000000", "data at 0"},
-      {":00000001FF", "end"},
-      {"S1060100A1B2C300", "no record"},
-      {":020000021200EA", "base 73728"},
-      {":020000040001F9", "base 65536"},
-      {":0400000300003800C1", "other"},
-      {":04000005000000CD2A", "other"},
-      {":0300300002337A", "fewer characters than the count says"},
-      {":0300", "fewer characters than the count says"},
-      {":03003x0002337A1E", "a field is not hexadecimal"},
-      {":0300300002!37A1E", "a field is not hexadecimal"},
-      {":0100000212EB", "the count is too small for the address and the checksum"},
-      {":" + std::string(255, '0'), "longer than 255 characters"},
-  };
-  for (const Case& c : cases) EXPECT_EQ(MeaningOfHex(c.token), c.meaning) << c.token;
+  CheckRows("hex_records.tsv", 14, MeaningOfHex);
+  EXPECT_EQ(MeaningOfHex(":" + std::string(255, '0')), "longer than 255 characters");
 }
 
 TEST(RecordTokens, IgnoresLineEndsAndCountsLines) {

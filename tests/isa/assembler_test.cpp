@@ -104,17 +104,15 @@ struct Row {
 TEST(Assembler, FindsSymbolsWhereNumbersCouldStand) {
   const SymbolList symbols{{"loop", 0xF000}, {"count", 0x80},   {"table", 0x1234},
                            {"beef", 1},      {"_main", 0xF040}, {"far", 0xF0C8}};
-  const Row rows[] = {
-      {"BRA loop", {0x20, 0xFE}},
-      {"bra $_MAIN", {0x20, 0x3E}},
-      {"BRA far", {}},
-      {"LDA Count", {0xB6, 0x80}},
-      {"LDA TABLE,X", {0xD6, 0x12, 0x34}},
-      {"LDHX #table", {0x45, 0x12, 0x34}},
-      {"BRSET 0,count,loop", {0x00, 0x80, 0xFD}},
-      {"LDA BEEF", {0xC6, 0xBE, 0xEF}},
-      {"LDA ##count", {}},
-  };
+  const Row rows[] = {{"BRA loop", {0x20, 0xFE}},
+                      {"bra $_MAIN", {0x20, 0x3E}},
+                      {"BRA far", {}},
+                      {"LDA Count", {0xB6, 0x80}},
+                      {"LDA TABLE,X", {0xD6, 0x12, 0x34}},
+                      {"LDHX #table", {0x45, 0x12, 0x34}},
+                      {"BRSET 0,count,loop", {0x00, 0x80, 0xFD}},
+                      {"LDA BEEF", {0xC6, 0xBE, 0xEF}},
+                      {"LDA ##count", {}}};
   for (const Row& row : rows) EXPECT_EQ(Assemble(row.text, 0xF000, symbols), row.code) << row.text;
 }
 
@@ -130,8 +128,7 @@ TEST(Assembler, OffersTheInstructionOfADisassembledLine) {
       {"00f000", ""},
       {"0f000: ****", ""},
       {"00f000 b6 12 LABEL678:", ""},
-      {"", ""},
-  };
+      {"", ""}};
   for (const auto& [line, text] : rows) EXPECT_EQ(EditableText(line), text) << line;
 }
 

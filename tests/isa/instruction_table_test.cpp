@@ -31,10 +31,5 @@ TEST(InstructionTable, EqualsThePublishedOpcodeMapForEveryPairOfFirstBytes) {
   }
 }
 
-TEST(InstructionTable, PacksLengthModeAndMnemonicIntoOneWord) {
-  EXPECT_EQ(Decode(0x9E, 0xD6).word(), 63u << 8 | 27u << 3 | 4u);  // LDA oprx16,SP
-  EXPECT_EQ(Decode(0x9E, 0x70), kMainMap[0x9E]);
-}
-
 }  // namespace
 }  // namespace brevant::isa

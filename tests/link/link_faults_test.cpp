@@ -148,7 +148,6 @@ TEST_P(LinkFaults, EndInBoundedTimeLatchWhenTheyCanBeSeenAndAreForgottenByConnec
         const auto must_latch = MustLatch(kind, Locate(operation, byte));
         EXPECT_EQ(bench.link.LinkError, must_latch.value_or(bench.link.LinkError));
 
-        bench.target.SetFaultPlan({});
         ASSERT_TRUE(bench.Connect());
         EXPECT_EQ(bench.monitor.ReadStackPointer(), 0x00FAu);
         bench.monitor.WriteWord(0x0090, 0x1234);

@@ -145,14 +145,6 @@ TEST(MonitorLink, ABreakSignalSucceedsOnlyWhenTheMonitorAnswersIt) {
   bench.link.WaitMs(2);  // a break straight after RUN cancels it
   EXPECT_FALSE(bench.link.SendBreak());
   EXPECT_FALSE(bench.link.LinkError);
-
-  for (const char* refused : {"break on", "break off"}) {
-    ScriptedPort port;
-    MonitorLink link(port, port);
-    port.refuse = refused;
-    port.arriving = {0, 0};
-    EXPECT_FALSE(link.SendBreak());
-  }
 }
 
 TEST(MonitorLink, AResetTakesTheProgramAwayAndDropsWhatCameBefore) {
@@ -165,12 +157,15 @@ TEST(MonitorLink, AResetTakesTheProgramAwayAndDropsWhatCameBefore) {
   EXPECT_GE(bench.target.NowMs() - start, 1101);
   EXPECT_EQ(bench.link.PollBreak(), 1);
   EXPECT_EQ(bench.monitor.SendSecurityCode(kBlankSecurityCode), 0);
+}
 
-  for (const char* refused : {"RTS high", "RTS low"}) {
+TEST(MonitorLink, ASignalThatThePortRefusesFails) {
+  for (const char* refused : {"break on", "break off", "RTS high", "RTS low"}) {
     ScriptedPort port;
     MonitorLink link(port, port);
     port.refuse = refused;
-    EXPECT_FALSE(link.PulseReset());
+    port.arriving = {0, 0};
+    EXPECT_FALSE(refused[0] == 'b' ? link.SendBreak() : link.PulseReset());
     EXPECT_EQ(port.calls.back(), refused);
   }
 }

@@ -44,8 +44,7 @@ TEST(MacroScript, ReadsCommandsAndPassesOverTheRest) {
       {"PC " + std::string(200, '0'), ""},
       {"DMM.L 10 20", ""},
       {std::string(500, 'P') + " 8000", ""},
-      {"PC;8000", ""},
-  };
+      {"PC;8000", ""}};
   for (const auto& [line, meaning] : cases) EXPECT_EQ(Meaning(line), meaning) << line;
 }
 

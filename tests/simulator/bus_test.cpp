@@ -96,17 +96,6 @@ TEST(Bus, TheSciSendsAtItsBaudRate) {
   mcu.AdvanceTo(start + 5120);
   EXPECT_EQ(mcu.Read(0x0016), 0xC0);
   EXPECT_EQ(std::string(mcu.sci_log().begin(), mcu.sci_log().end()), "Hi");
-
-  // Interrupt driven: the handler counts $80 down and sends it until it is 0.
-  mcu.ClearSciLog();
-  mcu.Poke(0xFFE2, 0x01);
-  mcu.Poke(0xFFE3, 0x80);
-  // LDA SCS1; LDX $80; STX SCDR; DBNZ $80,out; LDA #8; STA SCC2; out: RTI
-  Load(mcu, 0x0180, "B616 BE80 BF18 3B8004 A608 B714 80");
-  mcu.Poke(0x0080, 5);
-  mcu.Write(0x0014, 0x88);
-  ASSERT_EQ(RunCode(mcu, 0x0100, "9A 20FE", 40'000), RunEnd::CycleLimit);
-  EXPECT_EQ(mcu.sci_log(), (std::vector<std::uint8_t>{5, 4, 3, 2, 1}));
 }
 
 }  // namespace

@@ -3,9 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <array>
-#include <random>
-
 #include "isa/instruction_table.h"
 #include "isa/opcode_rows.h"
 #include "simulator/mcu_kit.h"
@@ -13,101 +10,41 @@
 namespace brevant::simulator {
 namespace {
 
-// Bytes among which carries, zeros and overflows are frequent.
-class BiasedBytes {
- public:
-  std::uint8_t operator()() {
-    static constexpr std::array<std::uint8_t, 8> kCorners{0x00, 0x01, 0x0F, 0x10,
-                                                          0x7F, 0x80, 0xFE, 0xFF};
-    const auto value = static_cast<std::uint32_t>(random_());
-    return value % 2 == 0 ? kCorners[value / 2 % 8] : base::LowByte(value / 2);
-  }
-
- private:
-  std::mt19937 random_{908};
-};
+constexpr base::Address kPc = 0x4000;
 
 class OpcodeMap : public testing::Test {
  protected:
-  static constexpr base::Address kPc = 0x4000;
-
-  void RandomState() {
-    cpu_.a = bytes_();
-    cpu_.x = bytes_();
-    cpu_.h = bytes_();
-    cpu_.sp = static_cast<std::uint16_t>(base::Word(bytes_(), bytes_()));
-    cpu_.flags.Unpack(bytes_());
-    cpu_.pc = kPc;
-    for (int i = 0; i < 8; ++i) bus_.Poke(kPc + static_cast<base::Address>(i), bytes_());
-    for (int i = -8; i < 8; ++i) bus_.Poke(cpu_.hx() + static_cast<base::Address>(i), bytes_());
-    // Now and then a 16-bit operand equals H:X, for CPHX.
-    if (bytes_() % 4 == 0) {
-      bus_.Poke(kPc + 1, cpu_.h);
-      bus_.Poke(kPc + 2, cpu_.x);
-      bus_.Poke(bus_.Peek(kPc + 1), cpu_.h);
-      bus_.Poke(bus_.Peek(kPc + 1) + 1u, cpu_.x);
-    }
-    for (int i = 1; i < 8; ++i) bus_.Poke(cpu_.sp + static_cast<base::Address>(i), bytes_());
-  }
   Exit Step() {
     bus_.horizon = bus_.cycle + 1;
     return cpu_.Execute(bus_, Cpu::kNoWatch);
   }
 
-  BiasedBytes bytes_;
   Bus bus_{kAllRam};
   Cpu cpu_;
 };
 
-constexpr std::array<std::uint8_t, 6> kFlagBits{ccr::kV, ccr::kH, ccr::kI,
-                                                ccr::kN, ccr::kZ, ccr::kC};
-
-// What a computed flag becomes is the matter of the other simulator in lockstep_test.
-void CheckFlags(const isa::PublishedOpcode& line, std::uint8_t before, std::uint8_t after) {
-  EXPECT_EQ(after & 0x60, 0x60);
-  for (std::size_t i = 0; i < kFlagBits.size(); ++i) {
-    const char rule = line.flags[i];
-    if (rule != '-' && rule != '0' && rule != '1') continue;
-    const bool expected = rule == '-' ? (before & kFlagBits[i]) != 0 : rule == '1';
-    EXPECT_EQ((after & kFlagBits[i]) != 0, expected) << "flag " << i;
-  }
-}
-
-bool BranchesAlways(std::string_view name) {
-  return name == "JMP" || name == "JSR" || name == "BSR" || name == "RTS" || name == "RTI";
-}
-bool MayBranch(const isa::PublishedOpcode& line) {
-  return line.mode.ends_with("REL");
-}
-
-TEST_F(OpcodeMap, EveryInstructionHasItsLengthCyclesAndFlags) {
+// What else an instruction does is the matter of the other simulator in lockstep_test.
+TEST_F(OpcodeMap, EveryInstructionHasItsLengthAndCycles) {
   const isa::PublishedMap map = isa::ReadPublishedMap();
   ASSERT_EQ(map.size(), 290u);
   for (const auto& [bytes, line] : map) {
-    const auto [prefix, opcode] = bytes;
     SCOPED_TRACE(line.mnemonic + " " + line.mode);
-    for (int trial = 0; trial < 200; ++trial) {
-      RandomState();
-      const base::Address next = kPc + static_cast<base::Address>(line.length);
-      bus_.Poke(kPc, isa::kPagePrefix);
-      bus_.Poke(kPc + (prefix != 0 ? 1 : 0), static_cast<std::uint8_t>(opcode));
-      const std::uint8_t last_operand = bus_.Peek(next - 1);
-      const std::uint8_t ccr = cpu_.ccr();
+    const auto [prefix, opcode] = bytes;
+    const base::Address next = kPc + static_cast<base::Address>(line.length);
+    for (base::Address at = kPc; at < next; ++at) bus_.Poke(at, 0x10);
+    bus_.Poke(kPc, isa::kPagePrefix);
+    bus_.Poke(kPc + (prefix != 0 ? 1u : 0u), static_cast<std::uint8_t>(opcode));
+    for (const int a : {0x00, 0x10}) {
+      cpu_ = {};
+      cpu_.pc = kPc;
+      cpu_.sp = 0x0180;
+      cpu_.a = cpu_.x = static_cast<std::uint8_t>(a);
       const std::uint64_t start = bus_.cycle;
-      const Exit exit = Step();
-
-      ASSERT_NE(exit, Exit::IllegalOpcode);
+      ASSERT_NE(Step(), Exit::IllegalOpcode);
       EXPECT_EQ(bus_.cycle - start, static_cast<std::uint64_t>(line.cycles));
-      if (MayBranch(line)) {
-        const base::Address target =
-            base::Low16(next + static_cast<base::Address>(static_cast<std::int8_t>(last_operand)));
-        EXPECT_TRUE(cpu_.pc == next || cpu_.pc == target) << cpu_.pc;
-      } else if (!BranchesAlways(line.mnemonic)) {
-        EXPECT_EQ(cpu_.pc, next);
-      }
-      // SWI changes its flag only when the monitor is entered.
-      if (line.mnemonic != "SWI") CheckFlags(line, ccr, cpu_.ccr());
-      if (HasFailure()) return;
+      const bool leaves = line.mnemonic[0] == 'J' || line.mnemonic == "BSR" ||
+                          line.mnemonic == "RTS" || line.mnemonic == "RTI";
+      EXPECT_TRUE(leaves || cpu_.pc == next || cpu_.pc == next + 0x10) << cpu_.pc;
     }
   }
 }

@@ -7,6 +7,7 @@
 #include <cctype>
 #include <map>
 #include <set>
+#include <sstream>
 
 namespace brevant::workspace {
 namespace {
@@ -15,10 +16,13 @@ using ::testing::ElementsAre;
 
 using Ids = std::set<int>;
 
-// The ids of ranges, both ends included.
-Ids Ranges(std::initializer_list<std::pair<int, int>> ranges) {
+// "140-148 324": both ends included.
+Ids Ranges(const std::string& text) {
   Ids ids;
-  for (const auto& [first, last] : ranges) {
+  std::istringstream ranges(text);
+  for (std::string range; ranges >> range;) {
+    const int first = std::stoi(range);
+    const int last = std::stoi(range.substr(range.find('-') + 1));
     for (int id = first; id <= last; ++id) ids.insert(id);
   }
   return ids;
@@ -35,49 +39,16 @@ Ids Judged(Verdict verdict, const CommandConditions& conditions) {
 TEST(CommandRows, HoldEveryIdOnce) {
   Ids ids;
   for (const CommandRow& row : CommandRows()) EXPECT_TRUE(ids.insert(row.id).second) << row.id;
-  EXPECT_EQ(ids, Ranges({{140, 148},
-                         {160, 161},
-                         {170, 175},
-                         {180, 183},
-                         {190, 194},
-                         {196, 197},
-                         {220, 226},
-                         {240, 243},
-                         {260, 268},
-                         {324, 324},
-                         {340, 348},
-                         {40011, 40011},
-                         {40014, 40016},
-                         {41000, 41002}}));
+  EXPECT_EQ(ids, Ranges("140-148 160-161 170-175 180-183 190-194 196-197 220-226 240-243 260-268 "
+                        "324 340-348 40011 40014-40016 41000-41002"));
 }
 
 TEST(CommandRows, AreRefusedWhereFileIoOrAMissingMonitorForbidsThem) {
-  EXPECT_EQ(Judged(Verdict::Ignore, {.fileIoActive = true}), Ranges({{140, 142},
-                                                                     {144, 148},
-                                                                     {160, 161},
-                                                                     {171, 171},
-                                                                     {173, 173},
-                                                                     {175, 175},
-                                                                     {190, 192},
-                                                                     {196, 197},
-                                                                     {220, 226},
-                                                                     {260, 268},
-                                                                     {341, 341},
-                                                                     {343, 343},
-                                                                     {345, 346},
-                                                                     {40011, 40011},
-                                                                     {40014, 40016},
-                                                                     {41000, 41002}}));
-  EXPECT_EQ(Judged(Verdict::StopFirst, {.monitor_away = true}), Ranges({{140, 142},
-                                                                        {144, 148},
-                                                                        {190, 191},
-                                                                        {194, 194},
-                                                                        {260, 268},
-                                                                        {341, 341},
-                                                                        {343, 343},
-                                                                        {346, 347},
-                                                                        {40014, 40014},
-                                                                        {41001, 41002}}));
+  EXPECT_EQ(Judged(Verdict::Ignore, {.fileIoActive = true}),
+            Ranges("140-142 144-148 160-161 171 173 175 190-192 196-197 220-226 260-268 341 343 "
+                   "345-346 40011 40014-40016 41000-41002"));
+  EXPECT_EQ(Judged(Verdict::StopFirst, {.monitor_away = true}),
+            Ranges("140-142 144-148 190-191 194 260-268 341 343 346-347 40014 41001-41002"));
 }
 
 TEST(CommandRows, OfTheToolbarLeaveResetAndStopWhileRunning) {
