@@ -91,8 +91,9 @@ Result Programmed(Session& session, Result result, const images::Image& image, b
     result = std::move(verified);
   }
   if (!result.ok()) return result;
-  result.text = fmt::format("programmed {} bytes\n", image.size());
-  result.fields = {{"programmed", image.size()}, {"verified", verify}};
+  const long programmed = session.debugger().flash.status().bytes_programmed;
+  result.text = fmt::format("programmed {} bytes\n", programmed);
+  result.fields = {{"programmed", programmed}, {"verified", verify}};
   return result;
 }
 

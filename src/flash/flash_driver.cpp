@@ -46,7 +46,7 @@ void FlashDriver::Take(Step step, const FlashPlan& plan) {
       return memory_.WriteBytes(kBlockData, plan.blocks.front().bytes);
     case Step::BlockPlace:
       return PlaceBlock(plan.blocks.front());
-    case Step::NothingToVerify:
+    case Step::VerifyClear:
       return memory_.WriteByte(kVerifyCount, 0);
   }
 }

@@ -16,14 +16,14 @@ namespace brevant::flash {
 
 // One step of preparing the target.
 enum class Step {
-  Routine,    // downloaded
-  FrameBase,  // read, for the next
-  StackedPc,  // RUN will start the routine
-  CopOff,
-  ErasedPages,     // which ones
-  Block,           // data of the first block
-  BlockPlace,      // where it belongs
-  NothingToVerify  // so that no block has failed yet
+  Routine,      // its download
+  FrameBase,    // where the monitor has stacked the registers
+  StackedPc,    // at the routine, for RUN; needs the frame base
+  CopOff,       // else the COP resets the target under the routine
+  ErasedPages,  // which ones
+  Block,        // the first block's data
+  BlockPlace,   // where they belong
+  VerifyClear,  // no block has failed yet
 };
 
 struct FlashTask {
@@ -51,7 +51,7 @@ inline constexpr std::array kLoadIrqVector{Step::Routine, Step::FrameBase,  Step
 inline constexpr std::array kLoadLocations{Step::Block,     Step::Routine, Step::FrameBase,
                                            Step::StackedPc, Step::CopOff,  Step::BlockPlace};
 inline constexpr std::array kLoadFile{Step::Routine, Step::FrameBase, Step::StackedPc, Step::CopOff,
-                                      Step::NothingToVerify};
+                                      Step::VerifyClear};
 
 inline constexpr FlashTask kMassErase{MassEraseRoutine, kLoadMassErase, &messages::kMassEraseFailed,
                                       &messages::kMassEraseFailed};
