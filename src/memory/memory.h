@@ -4,8 +4,9 @@
 //
 // While the target stays stopped, what was read is kept and handed out again: scrolling back, a
 // second window on the same place and a repaint cost nothing on the wire. Not kept are registers,
-// which change by themselves, and the bytes below the stack pointer, where the monitor works. Whatever runs, resets or reconnects drops what it may have
-// touched; a write to RAM updates what is kept.
+// which change by themselves, and the bytes below the stack pointer, where the monitor works.
+// Whatever runs, resets or reconnects drops what it may have touched; a write to RAM updates what
+// is kept.
 //
 // Rests on the monitor's commands and the device's memory map. While LinkError is set nothing is
 // sent and the results mean nothing; callers that care look at LinkError.

@@ -126,7 +126,8 @@ void CdbReader::ReadSymbol(std::string_view record) {
   };
   Type type{0, SdccTypeText(chain, is_union)};
   // A function's size is that of a pointer to it; no address space is larger than 64 K.
-  if (!chain.starts_with("DF") && size && *size <= base::kAddressSpace) type.size = static_cast<int>(*size);
+  if (!chain.starts_with("DF") && size && *size <= base::kAddressSpace)
+    type.size = static_cast<int>(*size);
   types_.try_emplace(scoped->without_level, type);
   types_.try_emplace(record.substr(0, open), std::move(type));
 }
