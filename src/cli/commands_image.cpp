@@ -50,6 +50,7 @@ Result Load(Session& session, const ParsedArguments& arguments) {
     case load::LoadOutcome::NotFound:
     case load::LoadOutcome::WrongFormat:
     case load::LoadOutcome::NotReadable:
+    case load::LoadOutcome::NoRecords:
       return Failure(ExitStatus::File, fmt::format("{} was not loaded", path));
     case load::LoadOutcome::Cancelled:
       return Failure(ExitStatus::Failed, "interrupted; what was written so far stays");

@@ -31,10 +31,10 @@ load::LoadOutcome Load(const CommandContext& context, const std::string& path) {
   return result.outcome;
 }
 
-// Whether at least a part of the image came into the target, and its name into the title.
+// Whether the file came to be loaded, be it in part or empty: its name is in the title.
 bool BecameCurrent(load::LoadOutcome outcome) {
   return outcome == load::LoadOutcome::Loaded || outcome == load::LoadOutcome::Cancelled ||
-         outcome == load::LoadOutcome::LinkLost;
+         outcome == load::LoadOutcome::LinkLost || outcome == load::LoadOutcome::NoRecords;
 }
 
 void LoadChosenImage(const CommandContext& context) {

@@ -41,6 +41,10 @@ bool IsCCompiler(symbols::ToolChain tool_chain) {
   return tool_chain == symbols::ToolChain::Imagecraft || tool_chain == symbols::ToolChain::Sdcc;
 }
 
+bool NothingCame(const images::ReadReport& report) {
+  return report.records == 0 && !report.entry;
+}
+
 std::string TimeText(long long time) {
   return base::Format("%ld", static_cast<long>(time));
 }
@@ -92,6 +96,7 @@ LoadResult Loader::LoadImage(const std::string& path) {
   const bool complete = TransferWithProgress(path, file);
   TellAbout(path, result.report, complete);
   if (complete) TellWhatDidNotArrive(file);
+  if (NothingCame(result.report)) result.outcome = LoadOutcome::NoRecords;
   if (memory_.LinkError()) result.outcome = LoadOutcome::LinkLost;
   if (!complete) {
     // The tables describe the image before this one, whose bytes are partly gone.
@@ -122,7 +127,7 @@ bool Loader::TransferWithProgress(const std::string& path, const images::ImageFi
 
 void Loader::TellAbout(const std::string& path, const images::ReadReport& report, bool complete) {
   if (const auto skipped = report.SkippedMessage(path)) ui_.ShowMessage(*skipped);
-  if (report.records == 0 && !report.entry) {
+  if (NothingCame(report)) {
     ui_.ShowMessage(ToMessage(messages::kNothingLoaded, path));
   }
   if (complete && report.beyond_16_bits > 0) {

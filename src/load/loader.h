@@ -36,6 +36,7 @@ enum class LoadOutcome {
   NotFound,
   WrongFormat,  // the extension is none of s19, sx and hex
   NotReadable,
+  NoRecords,  // not one record is of its format; the rest of the sequence has been done
   Cancelled,  // by the user, during the transfer; what was written stays
   LinkLost,   // the target does not answer; the rest of the sequence has been done
 };
