@@ -11,7 +11,6 @@
 namespace brevant::gui {
 namespace {
 
-constexpr int kBlinkMs = 700;
 constexpr int kUsualColumns = 66;
 constexpr int kUsualLines = 16;
 // A cell is hit from half a character before it on.
@@ -25,10 +24,6 @@ DataWindow::DataWindow(Session& session, FrameLinks links, const QFont& font)
             session.data_settings()) {
   setObjectName("MDI_Data");
   setAccessibleName("Data");
-  connect(&blink_, &QTimer::timeout, this, [this] {
-    mark_shown_ = !mark_shown_;
-    viewport()->update();
-  });
 }
 
 QSize DataWindow::sizeHint() const {
@@ -51,7 +46,7 @@ void DataWindow::paintEvent(QPaintEvent*) {
   for (const views::DataLine& line : view_.lines()) {
     DrawText(painter, 0, row++, Text(line.text), Normal());
   }
-  if (!mark_shown_ || view_.lines().empty()) return;
+  if (!mark_.shown() || view_.lines().empty()) return;
   const int width = view_.settings().cell_width();
   InvertCells(painter, cell(), views::kFirstCellColumn + view_.state().cursorColumn * width,
               view_.state().cursorRow, width - 1);
@@ -67,7 +62,7 @@ void DataWindow::mousePressEvent(QMouseEvent* event) {
   const bool on_a_cell = at.x() >= first && column < view_.settings().cells() && at.y() >= 0 &&
                          row < static_cast<int>(view_.lines().size());
   if (on_a_cell) view_.MoveCursor(column, row);
-  Blink(true);
+  mark_.Blink(true);
 }
 
 void DataWindow::keyPressEvent(QKeyEvent* event) {
@@ -84,26 +79,6 @@ void DataWindow::keyPressEvent(QKeyEvent* event) {
     default:
       if (!ScrollByKey(event->key())) event->ignore();
   }
-}
-
-void DataWindow::Blink(bool on) {
-  mark_shown_ = on;
-  if (on) {
-    blink_.start(kBlinkMs);
-  } else {
-    blink_.stop();
-  }
-  viewport()->update();
-}
-
-void DataWindow::focusInEvent(QFocusEvent* event) {
-  ScrollingView::focusInEvent(event);
-  Blink(true);
-}
-
-void DataWindow::focusOutEvent(QFocusEvent* event) {
-  ScrollingView::focusOutEvent(event);
-  Blink(false);
 }
 
 }  // namespace brevant::gui

@@ -3,8 +3,7 @@
 // of the cell under the cursor.
 #pragma once
 
-#include <QTimer>
-
+#include "gui/blinking_mark.h"
 #include "gui/scrolling_view.h"
 #include "views/data_view.h"
 
@@ -27,15 +26,10 @@ class DataWindow final : public ScrollingView {
   void paintEvent(QPaintEvent* event) override;
   void mousePressEvent(QMouseEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
-  void focusInEvent(QFocusEvent* event) override;
-  void focusOutEvent(QFocusEvent* event) override;
 
  private:
-  void Blink(bool on);
-
   views::DataView view_;
-  QTimer blink_;
-  bool mark_shown_ = false;
+  BlinkingMark mark_{*this};
 };
 
 }  // namespace brevant::gui

@@ -9,11 +9,6 @@
 #include "gui/qt_user_interface.h"
 
 namespace brevant::gui {
-namespace {
-
-constexpr int kBlinkMs = 700;
-
-}  // namespace
 
 RegistersWindow::RegistersWindow(views::RegisterCells& cells, std::function<void(char)> open_editor,
                                  const QFont& font)
@@ -21,10 +16,6 @@ RegistersWindow::RegistersWindow(views::RegisterCells& cells, std::function<void
   setObjectName("MDI_Regs");
   setAccessibleName("Regs");
   setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-  connect(&blink_, &QTimer::timeout, this, [this] {
-    mark_shown_ = !mark_shown_;
-    viewport()->update();
-  });
 }
 
 QSize RegistersWindow::sizeHint() const {
@@ -45,7 +36,7 @@ void RegistersWindow::paintEvent(QPaintEvent*) {
     DrawText(painter, column * views::RegisterCells::kCellWidth, row, Text(shown.text),
              shown.changed ? Red() : Normal());
   }
-  if (!mark_shown_) return;
+  if (!mark_.shown()) return;
   const auto [column, row] = cells_.PositionOf(cells_.selected());
   InvertCells(painter, cell(),
               column * views::RegisterCells::kCellWidth + views::RegisterCells::kCaretColumn, row,
@@ -54,17 +45,7 @@ void RegistersWindow::paintEvent(QPaintEvent*) {
 
 void RegistersWindow::Select(int cell) {
   cells_.Select(cell);
-  Blink(hasFocus());
-}
-
-void RegistersWindow::Blink(bool on) {
-  mark_shown_ = on;
-  if (on) {
-    blink_.start(kBlinkMs);
-  } else {
-    blink_.stop();
-  }
-  viewport()->update();
+  mark_.Blink(hasFocus());
 }
 
 void RegistersWindow::mousePressEvent(QMouseEvent* event) {
@@ -102,16 +83,6 @@ void RegistersWindow::keyPressEvent(QKeyEvent* event) {
   } else {
     event->ignore();
   }
-}
-
-void RegistersWindow::focusInEvent(QFocusEvent* event) {
-  TextView::focusInEvent(event);
-  Blink(true);
-}
-
-void RegistersWindow::focusOutEvent(QFocusEvent* event) {
-  TextView::focusOutEvent(event);
-  Blink(false);
 }
 
 }  // namespace brevant::gui

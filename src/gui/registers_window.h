@@ -3,9 +3,9 @@
 // one, and asks for the editor when the user clicks or types.
 #pragma once
 
-#include <QTimer>
 #include <functional>
 
+#include "gui/blinking_mark.h"
 #include "gui/text_view.h"
 #include "views/register_cells.h"
 
@@ -27,17 +27,13 @@ class RegistersWindow final : public TextView {
   void mousePressEvent(QMouseEvent* event) override;
   void mouseDoubleClickEvent(QMouseEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
-  void focusInEvent(QFocusEvent* event) override;
-  void focusOutEvent(QFocusEvent* event) override;
 
  private:
   void Select(int cell);
-  void Blink(bool on);
 
   views::RegisterCells& cells_;
   std::function<void(char)> open_editor_;
-  QTimer blink_;
-  bool mark_shown_ = false;
+  BlinkingMark mark_{*this};
 };
 
 }  // namespace brevant::gui
