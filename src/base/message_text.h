@@ -7,6 +7,13 @@
 
 namespace brevant::base {
 
+// The captions that message boxes bear.
+namespace captions {
+inline constexpr const char* kError = "Error Message";
+inline constexpr const char* kInformation = "Information";
+inline constexpr const char* kForYourInformation = "For your information";
+}  // namespace captions
+
 struct MessageText {
   const char* id;
   Severity severity;

@@ -17,10 +17,10 @@ namespace messages {
 
 inline constexpr MessageText kBreakpointLimit{"breakpoint.limit", base::Severity::Error,
                                               "You can setup only %d breakpoints\n",
-                                              "Error Message", base::Icon::Information};
+                                              base::captions::kError, base::Icon::Information};
 inline constexpr MessageText kHardwareBreakpointLimit{
     "breakpoint.hardware-limit", base::Severity::Error,
-    "You can setup only 1 breakpoints\nwhen debugging code in flash", "Error Message",
+    "You can setup only 1 breakpoints\nwhen debugging code in flash", base::captions::kError,
     base::Icon::Information};
 inline constexpr MessageText kStopNotAnswered{
     "run.stop-not-answered", base::Severity::Warning,
@@ -28,20 +28,20 @@ inline constexpr MessageText kStopNotAnswered{
     "A program can be stopped only while it has interrupts enabled (CLI) and its IRQ vector at\n"
     "$FFFA points to $FE27. The vector can be set with \"Program IRQ vector\".\n"
     "\"Reset\" stops the program in any case.",
-    "Information", base::Icon::Information};
+    base::captions::kInformation, base::Icon::Information};
 inline constexpr MessageText kStackPointerLost{
     "run.stack-pointer-lost", base::Severity::Error,
     "The target has stopped, but its stack pointer could not be restored.\n"
     "The registers shown may be wrong. \"Reset\" starts afresh.",
-    "Error Message", base::Icon::Warning};
+    base::captions::kError, base::Icon::Warning};
 inline constexpr MessageText kLinkLost{
     "run.link-lost", base::Severity::Error,
     "The connection to the target is lost. Check the cable and the target's power;\n"
     "\"ReStart\" connects again.",
-    "Error Message", base::Icon::Warning};
+    base::captions::kError, base::Icon::Warning};
 inline constexpr MessageText kTraceLogNotWritten{"trace.log-not-written", base::Severity::Error,
                                                  "Can not write the trace log %s\n%s",
-                                                 "Error Message", base::Icon::Warning};
+                                                 base::captions::kError, base::Icon::Warning};
 
 inline constexpr const MessageText* kAll[] = {&kBreakpointLimit, &kHardwareBreakpointLimit,
                                               &kStopNotAnswered, &kStackPointerLost,

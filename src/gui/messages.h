@@ -10,12 +10,12 @@ inline constexpr base::MessageText kSettingsNotStored{
     "settings.not-stored", base::Severity::Error,
     "The settings file %s cannot be written.\n\n"
     "Give yourself write permission for the file and its folder.",
-    "Error Message", base::Icon::Error};
+    base::captions::kError, base::Icon::Error};
 inline constexpr base::MessageText kPathTooLong{"file.path-too-long", base::Severity::Error,
                                                 "The path is longer than %d characters:\n%s",
-                                                "Error Message", base::Icon::Warning};
-inline constexpr base::MessageText kSymbolsNotLoaded{"symbols.not-loaded", base::Severity::Error,
-                                                     "%s", "Error Message", base::Icon::Warning};
+                                                base::captions::kError, base::Icon::Warning};
+inline constexpr base::MessageText kSymbolsNotLoaded{
+    "symbols.not-loaded", base::Severity::Error, "%s", base::captions::kError, base::Icon::Warning};
 
 inline constexpr const base::MessageText* kAll[] = {&kSettingsNotStored, &kPathTooLong,
                                                     &kSymbolsNotLoaded};

@@ -14,7 +14,7 @@ namespace messages {
 inline constexpr MessageText kRecordsSkipped{
     "load.records-skipped", base::Severity::Warning,
     "%ld malformed records of\n%s\nwere skipped. The first is in line %ld: %s.",
-    "For your information", base::Icon::Warning};
+    base::captions::kForYourInformation, base::Icon::Warning};
 
 inline constexpr const MessageText* kAll[] = {&kRecordsSkipped};
 

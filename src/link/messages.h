@@ -10,30 +10,31 @@ using base::MessageText;
 using base::ToMessage;
 
 inline constexpr MessageText kCodeNotCorrect{"connect.code-not-correct", base::Severity::Notice,
-                                             "Security string not correct", "Information",
-                                             base::Icon::Information};
+                                             "Security string not correct",
+                                             base::captions::kInformation, base::Icon::Information};
 inline constexpr MessageText kPortNotCorrect{"connect.port-not-correct", base::Severity::Notice,
-                                             "Not a correct COM port number", "Information",
-                                             base::Icon::Information};
+                                             "Not a correct COM port number",
+                                             base::captions::kInformation, base::Icon::Information};
 inline constexpr MessageText kSettingsNotStored{
     "connect.settings-not-stored", base::Severity::Error,
     "The settings file %s cannot be written, so this choice cannot take effect.\n\n"
     "Give yourself write permission for the file and its folder, or keep the settings shown at "
     "first.",
-    "Error Message", base::Icon::Error};
+    base::captions::kError, base::Icon::Error};
 // The port's own reason follows after an empty line.
 inline constexpr MessageText kPortNotAvailable{
     "connect.port-not-available", base::Severity::Warning,
-    "%s is not available. Please try another port", "Information", base::Icon::Information};
+    "%s is not available. Please try another port", base::captions::kInformation,
+    base::Icon::Information};
 inline constexpr MessageText kNotReady{
     "connect.not-ready", base::Severity::Error,
     "Hardware is not ready.  Please check:\n\n"
     "1. Cable is plugged snuggly, the target and debugger are powered up.\n\n"
     "2. Try another port.\n",
-    "Error Message", base::Icon::Error};
+    base::captions::kError, base::Icon::Error};
 inline constexpr MessageText kSecurityNotPassed{
     "connect.security-not-passed", base::Severity::Warning,
-    "Security not passed, but RAM can be used for debugging", "Information",
+    "Security not passed, but RAM can be used for debugging", base::captions::kInformation,
     base::Icon::Information};
 
 inline constexpr const MessageText* kAllMessages[] = {&kCodeNotCorrect,    &kPortNotCorrect,

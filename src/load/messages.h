@@ -15,40 +15,40 @@ using base::Buttons;
 using base::Icon;
 using base::Severity;
 
-inline constexpr const char* kError = "Error Message";
-inline constexpr const char* kInformation = "Information";
-inline constexpr const char* kForYourInformation = "For your information";
-
 // Loading.
 inline constexpr MessageText kFileNotFound{"load.file-not-found", Severity::Error,
-                                           "File %s is not found", kError, Icon::Error};
+                                           "File %s is not found", base::captions::kError,
+                                           Icon::Error};
 inline constexpr MessageText kUseImageFormat{"load.use-image-format", Severity::Error,
-                                             "Use only S19 or HEX format", kError, Icon::Error};
+                                             "Use only S19 or HEX format", base::captions::kError,
+                                             Icon::Error};
 inline constexpr MessageText kImageNotReadable{"load.image-not-readable", Severity::Error,
-                                               "Can not open file %s\n%s", kError, Icon::Error};
+                                               "Can not open file %s\n%s", base::captions::kError,
+                                               Icon::Error};
 inline constexpr MessageText kNothingLoaded{
     "load.nothing-loaded", Severity::Warning,
-    "%s\nholds no records of its format: nothing was loaded.", kForYourInformation, Icon::Warning};
+    "%s\nholds no records of its format: nothing was loaded.", base::captions::kForYourInformation,
+    Icon::Warning};
 inline constexpr MessageText kBeyondAddressSpace{
     "load.beyond-address-space", Severity::Warning,
     "%ld bytes of\n%s\nlie above address FFFF and were written at the low 16 bits of their\n"
     "addresses. Please check that the file was made for this target.",
-    kForYourInformation, Icon::Warning};
+    base::captions::kForYourInformation, Icon::Warning};
 inline constexpr MessageText kNotArrived{"load.not-arrived", Severity::Notice,
                                          "%04x holds %02x and not the image's %02x.\n"
                                          "Loading writes RAM only; flash has to be programmed.",
-                                         kForYourInformation, Icon::Information};
+                                         base::captions::kForYourInformation, Icon::Information};
 inline constexpr MessageText kLinkLostWhileLoading{
     "load.link-lost", Severity::Warning,
     "The target does not answer: %s is not or not completely loaded.\n"
     "Check the cable and the power, press ReStart to connect again, then load the file again.",
-    kInformation, Icon::Warning};
+    base::captions::kInformation, Icon::Warning};
 inline constexpr MessageText kOfferToolChain{
     "load.offer-tool-chain",
     Severity::Notice,
     "The file beside the image comes from another tool chain than the configured one:\n%s\n\n"
     "Configure the debugger for %s and read it?",
-    kForYourInformation,
+    base::captions::kForYourInformation,
     Icon::Question,
     Buttons::YesNo};
 
@@ -56,9 +56,10 @@ inline constexpr MessageText kOfferToolChain{
 inline constexpr MessageText kMacroNotFound{"macro.not-found", Severity::Error,
                                             "Macro file not found. Please check the configure\n"
                                             "menu to make sure the file selected is correct",
-                                            kError, Icon::Error};
+                                            base::captions::kError, Icon::Error};
 inline constexpr MessageText kMacroNotReadable{"macro.not-readable", Severity::Error,
-                                               "   Can not open %s file", kError, Icon::Error};
+                                               "   Can not open %s file", base::captions::kError,
+                                               Icon::Error};
 
 inline constexpr const MessageText* kAll[] = {
     &kFileNotFound,       &kUseImageFormat,  &kImageNotReadable,     &kNothingLoaded,

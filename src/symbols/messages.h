@@ -9,7 +9,7 @@ namespace brevant::symbols {
 inline constexpr base::MessageText kInconsistentFormat{
     "symbols.inconsistent-format", base::Severity::Error,
     "File format is possibly inconsistant.  Please\nuse Config menu to configure the compiler",
-    "Error Message", base::Icon::Error};
+    base::captions::kError, base::Icon::Error};
 
 inline constexpr const base::MessageText* kAllMessages[] = {&kInconsistentFormat};
 

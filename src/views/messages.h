@@ -10,13 +10,13 @@ inline constexpr base::MessageText kStackPointerNotSet{
     "edit.stack-pointer-not-set", base::Severity::Error,
     "The target did not take the new stack pointer.\n"
     "It is set by a few instructions that run from $0080; \"Reset\" starts afresh.",
-    "Error Message", base::Icon::Warning};
+    base::captions::kError, base::Icon::Warning};
 
 inline constexpr base::MessageText kInstructionNotTaken{
     "edit.instruction-not-taken", base::Severity::Warning,
     "The memory at %06lx did not take the instruction.\n\n"
     "RAM can be edited; flash changes only by erasing and programming, ROM never.",
-    "Information", base::Icon::Information};
+    base::captions::kInformation, base::Icon::Information};
 
 inline constexpr const base::MessageText* kAll[] = {&kStackPointerNotSet, &kInstructionNotTaken};
 
