@@ -36,8 +36,11 @@ Result AwaitFlash(Session& session, bool started) {
   switch (status.outcome) {
     case flash::FlashOutcome::Done:
       return {};
+    case flash::FlashOutcome::NotErased:
     case flash::FlashOutcome::VerifyFailed:
       return Failure(ExitStatus::VerifyDiffers, "");
+    case flash::FlashOutcome::NotSeen:
+      return Failure(ExitStatus::Security, "");
     case flash::FlashOutcome::LinkLost:
       return LinkLost();
     case flash::FlashOutcome::Cancelled:
@@ -97,10 +100,25 @@ Result Programmed(Session& session, Result result, const images::Image& image, b
   return result;
 }
 
+// Names what was erased: whole pages, whatever the range was.
+Result Erased(Session& session, Result result) {
+  const auto& erased = session.debugger().flash.status().to_erase;
+  if (!result.ok() || erased.empty()) return result;
+  std::string ranges;
+  for (const devices::MemoryRange& range : erased) {
+    ranges +=
+        fmt::format("{}{:04x} to {:04x}", ranges.empty() ? "" : ", ", range.first, range.last);
+    result.fields["erased"].push_back(
+        {{"from", fmt::format("{:04x}", range.first)}, {"to", fmt::format("{:04x}", range.last)}});
+  }
+  result.fields["blank"] = true;
+  result.text = "erased " + ranges + ", all blank\n";
+  return result;
+}
+
 Result MassErase(Session& session, const ParsedArguments&) {
   Result result = AwaitFlash(session, flash::MassEraseCommand(session.debugger().flash));
-  if (result.ok()) result.text = "erased\n";
-  return result;
+  return Erased(session, std::move(result));
 }
 
 Result Erase(Session& session, const ParsedArguments& arguments) {
@@ -108,8 +126,7 @@ Result Erase(Session& session, const ParsedArguments& arguments) {
   const base::Address to = arguments.Number(1);
   if (to <= from) return UsageError("End address must be greater than start address");
   Result result = AwaitFlash(session, flash::EraseFlashRange(session.debugger().flash, from, to));
-  if (result.ok()) result.text = fmt::format("erased {:04x} to {:04x}\n", from, to);
-  return result;
+  return Erased(session, std::move(result));
 }
 
 Result Program(Session& session, const ParsedArguments& arguments) {

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <array>
 
+#include "base/text_format.h"
 #include "devices/hc08.h"
 
 namespace brevant::devices {
@@ -43,7 +44,7 @@ constexpr std::array kQlVectors{
 
 constexpr std::array kDevices{
     Device{0, "MC68HC908GP32", "gp32", kGp32Memory, {7, 64, 0xFF7E}, kGp32Vectors},
-    Device{1, "MC68HC908QL", "ql", kQlMemory, {6, 32, 0xFFBE}, kQlVectors},
+    Device{1, "MC68HC908QL", "ql", kQlMemory, {6, 32, 0xFFBE, 0xFFC0}, kQlVectors},
 };
 
 }  // namespace
@@ -67,6 +68,34 @@ MemoryKind KindOf(const Device& device, base::Address address) {
     if (address >= range.first && address <= range.last) return range.kind;
   }
   return Nothing;
+}
+
+std::vector<MemoryRange> FlashWithin(const Device& device, base::Address first,
+                                     base::Address last) {
+  std::vector<MemoryRange> ranges;
+  for (const MemoryRange& range : device.memory) {
+    if (range.kind != Flash || range.last < first || range.first > last) continue;
+    ranges.push_back({std::max(range.first, first), std::min(range.last, last), Flash});
+  }
+  return ranges;
+}
+
+std::optional<base::Address> FirstOutsideFlash(const Device& device, base::Address first,
+                                               base::Address count) {
+  for (base::Address at = first; at < first + count; ++at) {
+    if (KindOf(device, at) != Flash) return at;
+  }
+  return std::nullopt;
+}
+
+std::string FlashText(const Device& device) {
+  std::string text;
+  for (const MemoryRange& range : FlashWithin(device, 0, base::kAddressSpace - 1)) {
+    if (!text.empty()) text += ", ";
+    text += base::Format("%04x", range.first);
+    if (range.last != range.first) text += base::Format("-%04x", range.last);
+  }
+  return text;
 }
 
 }  // namespace brevant::devices

@@ -4,8 +4,11 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <span>
+#include <string>
 #include <string_view>
+#include <vector>
 
 #include "base/address.h"
 
@@ -29,6 +32,7 @@ struct FlashGeometry {
   int page_shift = 0;          // log2 of what one erase clears
   base::Address row_size = 0;  // bytes programmed under one high voltage
   base::Address flbpr = 0;     // block protect register, itself a byte of flash
+  base::Address trim = 0;      // of the oscillator, set by the factory in flash; 0: none
 
   constexpr base::Address page_size() const { return base::Address{1} << page_shift; }
   constexpr base::Address page_mask() const { return page_size() - 1; }
@@ -59,5 +63,12 @@ const Device* ByOption(std::string_view option);
 
 // Nothing above $FFFF.
 MemoryKind KindOf(const Device& device, base::Address address);
+// What of the addresses, both inclusive, is flash; ascending.
+std::vector<MemoryRange> FlashWithin(const Device& device, base::Address first, base::Address last);
+// The first of so many addresses that is not flash. Those above $FFFF are not.
+std::optional<base::Address> FirstOutsideFlash(const Device& device, base::Address first,
+                                               base::Address count);
+// "8000-fdff, ff7e, ffdc-ffff".
+std::string FlashText(const Device& device);
 
 }  // namespace brevant::devices

@@ -1,16 +1,62 @@
 // SPDX-License-Identifier: MIT
 #include "flash/flash_commands.h"
 
+#include <algorithm>
+#include <optional>
+#include <utility>
+
 #include "flash/flash_records.h"
 
 namespace brevant::flash {
 namespace {
 
 constexpr base::Address kLastAddress = 0xFFFF;
+constexpr std::uint8_t kBlank = 0xFF;
 
 bool RefuseSaying(FlashJob& job, const base::Message& why) {
   job.surroundings().ui.ShowMessage(why);
   return job.Refuse();
+}
+
+bool RefuseOutsideFlash(FlashJob& job, base::Address address) {
+  const devices::Device& device = job.surroundings().memory.device();
+  return RefuseSaying(job, ToMessage(messages::kNotFlash, address, std::string(device.name),
+                                     devices::FlashText(device)));
+}
+
+// The first address of the file that no flash can take, if any.
+std::optional<base::Address> FirstOutsideFlash(const devices::Device& device,
+                                               const images::ImageFile& file) {
+  for (const images::ImageRecord& record : file.records) {
+    if (record.kind != images::ImageRecord::Kind::Data) continue;
+    const auto count = static_cast<base::Address>(record.bytes.size());
+    if (const auto at = devices::FirstOutsideFlash(device, record.address, count)) return at;
+  }
+  return std::nullopt;
+}
+
+// Whether the page that holds the address has flash in it.
+bool InFlashPage(const devices::Device& device, base::Address address) {
+  const base::Address mask = device.flash.page_mask();
+  return !devices::FlashWithin(device, address & ~mask, address | mask).empty();
+}
+
+// An oscillator trim in pages that are about to go is written back if the user wants it.
+void AskForTrim(const FlashSurroundings& with, FlashPlan& plan) {
+  const base::Address at = with.memory.device().flash.trim;
+  const bool at_stake = at != 0 && with.security.passed() &&
+                        std::ranges::any_of(plan.to_erase, [at](const auto& range) {
+                          return at >= range.first && at <= range.last;
+                        });
+  const std::uint8_t trim = at_stake ? with.memory.AskByte(at) : kBlank;
+  if (trim == kBlank || with.memory.LinkError()) return;
+  const auto answer = with.ui.ShowMessage(ToMessage(messages::kTrimAtStake, at, trim));
+  if (answer == base::Answer::Yes) plan.trim = trim;
+}
+
+bool StartErase(FlashJob& job, FlashPlan plan) {
+  AskForTrim(job.surroundings(), plan);
+  return job.Start(std::move(plan));
 }
 
 // What it was loaded for is about to go.
@@ -27,7 +73,7 @@ bool MassEraseCommand(FlashJob& job) {
 
 bool MassEraseFlash(FlashJob& job) {
   DropDebugInfo(job);
-  return job.Start(PlanMassErase());
+  return StartErase(job, PlanMassErase(job.surroundings().memory.device()));
 }
 
 bool EraseFlashRange(FlashJob& job, base::Address start, base::Address end) {
@@ -39,19 +85,28 @@ bool EraseFlashRange(FlashJob& job, base::Address start, base::Address end) {
   if (end <= start || end > kLastAddress) {
     return RefuseSaying(job, ToMessage(messages::kEndNotAboveStart));
   }
-  return job.Start(PlanEraseRange(with.memory.device().flash, start, end));
+  const devices::Device& device = with.memory.device();
+  for (const base::Address at : {start, end}) {
+    if (!InFlashPage(device, at)) return RefuseOutsideFlash(job, at);
+  }
+  return StartErase(job, PlanEraseRange(device, start, end));
 }
 
 bool ProgramIrqVector(FlashJob& job) {
   DropDebugInfo(job);
-  return job.Start(PlanIrqVector());
+  return job.Start(PlanIrqVector(job.surroundings().memory.device().flash));
 }
 
 bool ProgramFlashLocations(FlashJob& job, base::Address address, base::Bytes bytes) {
   if (bytes.empty()) return RefuseSaying(job, ToMessage(messages::kNoData));
   if (address > kLastAddress) return RefuseSaying(job, ToMessage(messages::kNotHexAddress));
+  const devices::Device& device = job.surroundings().memory.device();
+  const auto count = static_cast<base::Address>(bytes.size());
+  if (const auto at = devices::FirstOutsideFlash(device, address, count)) {
+    return RefuseOutsideFlash(job, *at);
+  }
   DropDebugInfo(job);
-  return job.Start(PlanLocations(address, bytes));
+  return job.Start(PlanLocations(device.flash, address, bytes));
 }
 
 bool ProgramFlashFile(FlashJob& job, const std::string& path) {
@@ -63,11 +118,13 @@ bool ProgramFlashFile(FlashJob& job, const std::string& path, const images::Imag
   if (!file.report.ok()) {
     return RefuseSaying(job, ToMessage(messages::kProgramFileNotOpened, path));
   }
+  const devices::Device& device = job.surroundings().memory.device();
+  if (const auto at = FirstOutsideFlash(device, file)) return RefuseOutsideFlash(job, *at);
   base::SettingsFile& settings = job.surroundings().settings;
   if (settings.String(base::keys::kProgramFile) != path) {
     settings.Store(base::keys::kProgramFile, path);
   }
-  return job.Start(PlanFile(file, path));
+  return job.Start(PlanFile(device.flash, file, path));
 }
 
 }  // namespace brevant::flash

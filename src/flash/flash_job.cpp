@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "flash/flash_job.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "base/text_format.h"
+#include "devices/hc08.h"
 
 namespace brevant::flash {
 namespace {
@@ -14,10 +16,12 @@ constexpr const char* kBlockText = "Programming flash EEPROM\nlocation from %04x
 }  // namespace
 
 FlashJob::FlashJob(const FlashSurroundings& surroundings)
-    : with_(surroundings), driver_(surroundings.memory, surroundings.frame) {}
+    : with_(surroundings),
+      driver_(surroundings.memory, surroundings.frame),
+      blank_check_(surroundings.memory, surroundings.link, surroundings.frame) {}
 
 bool FlashJob::Refuse() {
-  status_ = {FlashOutcome::Refused, 0, 0};
+  status_ = {.outcome = FlashOutcome::Refused};
   return false;
 }
 
@@ -25,7 +29,7 @@ bool FlashJob::Start(FlashPlan plan) {
   with_.activity.AbandonOperation();
   plan_ = std::move(plan);
   next_ = 0;
-  status_ = {FlashOutcome::Running, 0, plan_.bytes()};
+  status_ = {FlashOutcome::Running, 0, plan_.bytes(), plan_.to_erase, std::nullopt};
   const FlashTask& task = *plan_.task;
   progress_text_ = task.progress_text;
   const bool awaited_by_timer = task.records_per_tick == 0;
@@ -58,8 +62,11 @@ void FlashJob::Advance() {
     ProgramRecords();
     return;
   }
-  const bool erasing = plan_.blocks.empty();
-  if (!erasing && !TakeBlock()) return;
+  if (Erasing()) {
+    FinishErase();
+    return;
+  }
+  if (!TakeBlock()) return;
   if (next_ == plan_.blocks.size()) {
     Finish(FlashOutcome::Done);
   } else {
@@ -160,11 +167,69 @@ void FlashJob::Abandon() {
 }
 
 void FlashJob::Finish(FlashOutcome outcome) {
-  if (outcome == FlashOutcome::Done && plan_.erases_security) with_.security.Erased();
   End(outcome);
   if (outcome == FlashOutcome::VerifyFailed) with_.ui.ShowMessage(ToMessage(messages::kNotBlank));
   if (plan_.remark) with_.ui.ShowMessage(*plan_.remark);
   with_.reset_target();
+}
+
+// Flash can be looked at before the reset if the target lets it be read; a part that was locked
+// opens up only by the reset, to the code that a mass erase leaves.
+void FlashJob::FinishErase() {
+  const bool readable = with_.security.passed();
+  if (readable) LookForBlank();
+  if (plan_.erases_security && (!readable || SecurityCodeIsBlank())) with_.security.Erased();
+  if (status_.blank && status_.blank->blank()) WriteTrimBack();
+  End(FlashOutcome::NotSeen);
+  with_.reset_target();
+  if (!readable && with_.security.passed() && !with_.activity.Busy()) LookForBlank();
+  if (!status_.blank) {
+    with_.ui.ShowMessage(ToMessage(messages::kEraseNotSeen));
+  } else if (!status_.blank->blank()) {
+    status_.outcome = FlashOutcome::NotErased;
+    with_.ui.ShowMessage(NotErasedMessage());
+  } else {
+    status_.outcome = FlashOutcome::Done;
+  }
+}
+
+bool FlashJob::SecurityCodeIsBlank() const {
+  const base::Address mask = with_.memory.device().flash.page_mask();
+  const auto of_code = [mask](base::Address used) {
+    return (used & ~mask) == (devices::kSecurityCode & ~mask);
+  };
+  return status_.blank && !status_.blank->cut_short &&
+         std::ranges::none_of(status_.blank->used, of_code);
+}
+
+void FlashJob::LookForBlank() {
+  status_.blank = blank_check_.Look(status_.to_erase);
+}
+
+// The erase has taken it with its page, and the oscillator needs it.
+void FlashJob::WriteTrimBack() {
+  if (!plan_.trim) return;
+  const base::Address at = with_.memory.device().flash.trim;
+  const FlashPlan plan =
+      PlanLocations(with_.memory.device().flash, at, base::Bytes(&*plan_.trim, 1));
+  driver_.Prepare(plan);
+  with_.memory.RunTarget();
+  AwaitBreakAtOnce();
+  const bool failed = driver_.VerifyFailed() || with_.memory.LinkError();
+  if (failed) with_.ui.ShowMessage(ToMessage(messages::kTrimNotWritten, at, *plan_.trim));
+}
+
+base::Message FlashJob::NotErasedMessage() {
+  const devices::FlashGeometry& flash = with_.memory.device().flash;
+  std::string pages;
+  for (const base::Address used : status_.blank->used) {
+    const base::Address page = used & ~flash.page_mask();
+    pages += base::Format("%04x-%04x, from %04x on\n", page, page + flash.page_mask(), used);
+  }
+  if (status_.blank->cut_short) pages += "and perhaps more behind\n";
+  const bool protect_page =
+      (status_.blank->used.back() & ~flash.page_mask()) == (flash.flbpr & ~flash.page_mask());
+  return ToMessage(protect_page ? messages::kProtectPageNotErased : messages::kNotErased, pages);
 }
 
 void FlashJob::Fail(const base::Message& message) {

@@ -6,12 +6,15 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <string>
+#include <vector>
 
 #include "base/settings_file.h"
 #include "base/user_interface.h"
 #include "control/activity.h"
 #include "control/register_frame.h"
+#include "flash/blank_check.h"
 #include "flash/flash_driver.h"
 #include "flash/flash_plan.h"
 #include "link/monitor_link.h"
@@ -36,10 +39,12 @@ struct FlashSurroundings {
 };
 
 enum class FlashOutcome {
-  None,     // nothing was ever started
-  Running,  // the timer completes it
-  Done,
+  None,          // nothing was ever started
+  Running,       // the timer completes it
+  Done,          // and looked at: erased pages are blank, programmed bytes read back
   VerifyFailed,  // not blank, or an error in programming
+  NotErased,     // the routine has ended, but not all its pages are blank
+  NotSeen,       // the routine has ended, but its pages could not be looked at
   LinkLost,
   Cancelled,  // by the user or by a reset
   Refused,    // nothing was done to the target: a question denied, a bad range, no such file
@@ -49,6 +54,10 @@ struct FlashStatus {
   FlashOutcome outcome = FlashOutcome::None;
   long bytes_programmed = 0;  // and verified
   long bytes_total = 0;       // known from the start; 0 for erasing
+  // What an erase was to make blank: the flash in the pages that it covers.
+  std::vector<devices::MemoryRange> to_erase{};
+  // What a look at it has shown. Nothing when it could not be looked at.
+  std::optional<BlankReport> blank{};
 };
 
 class FlashJob final : public control::Operation {
@@ -87,12 +96,19 @@ class FlashJob final : public control::Operation {
   // False once the user has asked to cancel.
   bool ShowProgress();
   base::Address CurrentAddress() const;
+  bool Erasing() const { return plan_.blocks.empty() && !status_.to_erase.empty(); }
+  void FinishErase();
+  bool SecurityCodeIsBlank() const;
+  void LookForBlank();
+  void WriteTrimBack();
+  base::Message NotErasedMessage();
   void Finish(FlashOutcome outcome);
   void Fail(const base::Message& message);
   void End(FlashOutcome outcome);
 
   FlashSurroundings with_;
   FlashDriver driver_;
+  BlankCheck blank_check_;
   FlashStatus status_;
   FlashPlan plan_;
   std::size_t next_ = 0;  // of its blocks

@@ -12,9 +12,11 @@ constexpr int kMaxPages = 256;
 constexpr std::array kIrqVectorContent{base::HighByte(devices::kIrqStopRoutine),
                                        base::LowByte(devices::kIrqStopRoutine)};
 
-void AddRecord(base::Address address, base::Bytes bytes, std::vector<FlashBlock>& blocks) {
+void AddRecord(const devices::FlashGeometry& flash, base::Address address, base::Bytes bytes,
+               std::vector<FlashBlock>& blocks) {
   while (!bytes.empty()) {
-    const base::Bytes block = bytes.first(std::min(bytes.size(), kBlockSize));
+    const std::size_t of_row = flash.row_size - address % flash.row_size;
+    const base::Bytes block = bytes.first(std::min({bytes.size(), kBlockSize, of_row}));
     bytes = bytes.subspan(block.size());
     blocks.push_back({.address = base::Low16(address),
                       .bytes = {block.begin(), block.end()},
@@ -60,34 +62,41 @@ long FlashPlan::bytes() const {
   return static_cast<long>(sum);
 }
 
-FlashPlan PlanMassErase() {
-  return {.task = &tasks::kMassErase, .erases_security = true};
+FlashPlan PlanMassErase(const devices::Device& device) {
+  return {.task = &tasks::kMassErase,
+          .erases_security = true,
+          .to_erase = devices::FlashWithin(device, 0, base::kAddressSpace - 1)};
 }
 
-FlashPlan PlanEraseRange(const devices::FlashGeometry& flash, base::Address start,
-                         base::Address end) {
+FlashPlan PlanEraseRange(const devices::Device& device, base::Address start, base::Address end) {
+  const devices::FlashGeometry& flash = device.flash;
   const ErasePlan pages = PlanErase(flash, start, end);
+  const base::Address last =
+      pages.first_page + (static_cast<base::Address>(pages.pages) << flash.page_shift) - 1;
   return {.task = &tasks::kEraseRange,
           .pages = pages,
-          .erases_security = Erases(pages, flash, devices::kSecurityCode)};
+          .erases_security = Erases(pages, flash, devices::kSecurityCode),
+          .to_erase = devices::FlashWithin(device, pages.first_page, last)};
 }
 
-FlashPlan PlanIrqVector() {
+FlashPlan PlanIrqVector(const devices::FlashGeometry& flash) {
   FlashPlan plan{.task = &tasks::kIrqVector};
-  AddRecord(devices::kIrqVector, kIrqVectorContent, plan.blocks);
+  AddRecord(flash, devices::kIrqVector, kIrqVectorContent, plan.blocks);
   return plan;
 }
 
-FlashPlan PlanLocations(base::Address address, base::Bytes bytes) {
+FlashPlan PlanLocations(const devices::FlashGeometry& flash, base::Address address,
+                        base::Bytes bytes) {
   FlashPlan plan{.task = &tasks::kLocations};
-  AddRecord(address, bytes, plan.blocks);
+  AddRecord(flash, address, bytes, plan.blocks);
   return plan;
 }
 
-FlashPlan PlanFile(const images::ImageFile& file, const std::string& path) {
+FlashPlan PlanFile(const devices::FlashGeometry& flash, const images::ImageFile& file,
+                   const std::string& path) {
   FlashPlan plan{.task = &tasks::kFile, .remark = file.report.SkippedMessage(path)};
   for (const images::ImageRecord& record : file.records) {
-    AddRecord(record.address, record.bytes, plan.blocks);
+    AddRecord(flash, record.address, record.bytes, plan.blocks);
   }
   for (std::size_t i = 1; i < plan.blocks.size(); ++i) {
     plan.blocks[i].continues = plan.blocks[i].address == plan.blocks[i - 1].end();

@@ -50,19 +50,24 @@ struct FlashPlan {
   ErasePlan pages{};                 // of a range
   std::vector<FlashBlock> blocks{};  // none when erasing
   bool erases_security = false;
-  std::optional<base::Message> remark{};  // to be told at the end
+  std::vector<devices::MemoryRange> to_erase{};  // the flash in the pages that an erase covers
+  std::optional<std::uint8_t> trim{};            // to be written back behind the erase
+  std::optional<base::Message> remark{};         // to be told at the end
 
   long bytes() const;
 };
 
-FlashPlan PlanMassErase();
-FlashPlan PlanEraseRange(const devices::FlashGeometry& flash, base::Address start,
-                         base::Address end);
+FlashPlan PlanMassErase(const devices::Device& device);
+FlashPlan PlanEraseRange(const devices::Device& device, base::Address start, base::Address end);
 // The monitor's stop-on-IRQ routine into the IRQ vector.
-FlashPlan PlanIrqVector();
+FlashPlan PlanIrqVector(const devices::FlashGeometry& flash);
+// Blocks end where a row of flash ends, since one high voltage programs no more than a row.
+
 // Any number of bytes: more than kBlockSize go in several blocks, each with its place.
-FlashPlan PlanLocations(base::Address address, base::Bytes bytes);
+FlashPlan PlanLocations(const devices::FlashGeometry& flash, base::Address address,
+                        base::Bytes bytes);
 // The data records in file order, also where they overlap. The path is for the remark.
-FlashPlan PlanFile(const images::ImageFile& file, const std::string& path);
+FlashPlan PlanFile(const devices::FlashGeometry& flash, const images::ImageFile& file,
+                   const std::string& path);
 
 }  // namespace brevant::flash

@@ -37,6 +37,19 @@ inline constexpr MessageText kEndNotAboveStart{"flash.end-not-above-start",
 inline constexpr MessageText kNotHexAddress{"flash.not-hex-address", Severity::Notice,
                                             "Not a correct HEX address",
                                             base::captions::kInformation, Icon::Information};
+// Its conversions: an address, the device, what of it is flash.
+inline constexpr MessageText kNotFlash{
+    "flash.not-flash", Severity::Error,
+    "%05x is not flash, and nothing was done.\nFlash of the %s: %s.", base::captions::kError,
+    Icon::Error};
+inline constexpr MessageText kTrimAtStake{
+    "flash.trim-at-stake",
+    Severity::Warning,
+    "These pages hold the trim of the oscillator (%04x: %02x), which the factory has set.\n"
+    "Shall it be written back after the erase?",
+    base::captions::kForYourInformation,
+    Icon::Question,
+    Buttons::YesNo};
 inline constexpr MessageText kNoData{"flash.no-data", Severity::Notice, "No data to program",
                                      base::captions::kInformation, Icon::Information};
 inline constexpr MessageText kBadData{
@@ -71,6 +84,25 @@ inline constexpr MessageText kProgramFailed{"flash.program-failed", Severity::Wa
 inline constexpr MessageText kNotBlank{"flash.not-blank", Severity::Warning,
                                        "Flash EEPROM not blank or an error found in programming",
                                        base::captions::kForYourInformation, Icon::Information};
+inline constexpr MessageText kNotErased{
+    "flash.not-erased", Severity::Error,
+    "The erase was carried out, but these pages are not blank:\n\n%s\n"
+    "The part may protect them, or the high voltage on IRQ may be missing.",
+    base::captions::kError, Icon::Error};
+inline constexpr MessageText kProtectPageNotErased{
+    "flash.protect-page-not-erased", Severity::Error,
+    "The erase was carried out, but these pages are not blank:\n\n%s\n"
+    "The page of the block protect register is erased by a mass erase only.",
+    base::captions::kError, Icon::Error};
+inline constexpr MessageText kEraseNotSeen{
+    "flash.erase-not-seen", Severity::Warning,
+    "The erase routine has ended, but whether flash is blank could not be looked at: the target\n"
+    "does not let its flash be read, or did not answer.",
+    base::captions::kForYourInformation, Icon::Warning};
+inline constexpr MessageText kTrimNotWritten{
+    "flash.trim-not-written", Severity::Error,
+    "The trim of the oscillator could not be written back. Please program %04x with %02x.",
+    base::captions::kError, Icon::Error};
 inline constexpr MessageText kLinkLostWhileProgramming{
     "flash.link-lost", Severity::Warning,
     "The target stopped answering while its flash was being programmed.\n\n"
@@ -79,11 +111,27 @@ inline constexpr MessageText kLinkLostWhileProgramming{
     "the file again: no byte may be programmed twice without an erase in between.",
     base::captions::kInformation, Icon::Warning};
 
-inline constexpr const MessageText* kAll[] = {
-    &kConfirmMassErase, &kConfirmErase,    &kEndNotAboveStart,         &kNotHexAddress,
-    &kNoData,           &kBadData,         &kProgramFileNotAccessible, &kProgramFileNotOpened,
-    &kMassEraseFailed,  &kIrqVectorFailed, &kLocationFailed,           &kEraseFailed,
-    &kProgramFailed,    &kNotBlank,        &kLinkLostWhileProgramming};
+inline constexpr const MessageText* kAll[] = {&kConfirmMassErase,
+                                              &kConfirmErase,
+                                              &kEndNotAboveStart,
+                                              &kNotHexAddress,
+                                              &kNotFlash,
+                                              &kTrimAtStake,
+                                              &kNotErased,
+                                              &kProtectPageNotErased,
+                                              &kEraseNotSeen,
+                                              &kTrimNotWritten,
+                                              &kNoData,
+                                              &kBadData,
+                                              &kProgramFileNotAccessible,
+                                              &kProgramFileNotOpened,
+                                              &kMassEraseFailed,
+                                              &kIrqVectorFailed,
+                                              &kLocationFailed,
+                                              &kEraseFailed,
+                                              &kProgramFailed,
+                                              &kNotBlank,
+                                              &kLinkLostWhileProgramming};
 
 }  // namespace messages
 }  // namespace brevant::flash

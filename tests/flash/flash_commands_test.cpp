@@ -18,6 +18,7 @@ namespace {
 void ExpectCleanSequences(Bench& bench) {
   const simulator::FlashDiagnostics& seen = bench.mcu().flash_diagnostics();
   EXPECT_EQ(seen.refused, 0u) << static_cast<int>(seen.last_fault);
+  EXPECT_EQ(seen.outside_row, 0u);
 }
 
 TEST(MassErase, BlanksEveryByteAndLeavesABlankCode) {
@@ -25,12 +26,14 @@ TEST(MassErase, BlanksEveryByteAndLeavesABlankCode) {
     for (const bool locked : {false, true}) {
       Bench bench(*device);
       bench.FillFlash(0x5A);
+      bench.mcu().Poke(0xFFC0, 0xFF);  // no trim to ask for
       ASSERT_TRUE(bench.Connect());
       if (locked) {
         bench.link.PulseReset();
         bench.monitor.SendSecurityCode(link::kDefaultSecurityCode);
         ASSERT_FALSE(bench.Passed());
         bench.security.Forget();
+        bench.security.NoteReset(link::kDefaultSecurityCode, false);
       }
       ASSERT_TRUE(bench.EndsWell(MassEraseCommand(bench.flash)));
       for (const images::Block& block : bench.FlashContent().Blocks()) {
@@ -48,29 +51,66 @@ TEST(EraseRange, ErasesExactlyTheNamedPages) {
     const simulator::Device* device;
     base::Address start, end;
     base::Address first_blank, last_blank;
+    FlashOutcome outcome = FlashOutcome::Done;
   };
   const std::vector<Case> cases = {
       {&simulator::Gp32(), 0x8000, 0xFFFF, 0x8000, 0xFFFF},
       {&simulator::Gp32(), 0x9001, 0x9181, 0x9000, 0x91FF},
       {&simulator::Ql(), 0xEE00, 0xFDFF, 0xEE00, 0xFDFF},
-      {&simulator::Ql(), 0xC000, 0xFFFF, 0xC000, 0xFFFF},
+      {&simulator::Ql(), 0xFD00, 0xFFFF, 0xFD00, 0xFFFF, FlashOutcome::NotErased},
   };
   for (const Case& c : cases) {
     Bench bench(*c.device);
     bench.FillFlash(0x5A);
     ASSERT_TRUE(bench.Connect());
-    ASSERT_TRUE(bench.EndsWell(EraseFlashRange(bench.flash, c.start, c.end)));
+    ASSERT_TRUE(EraseFlashRange(bench.flash, c.start, c.end));
+    bench.TickToEnd();
+    EXPECT_EQ(bench.flash.status().outcome, c.outcome) << c.start;
     for (const images::Block& block : bench.FlashContent().Blocks()) {
       for (base::Address i = 0; i < block.bytes.size(); ++i) {
         const base::Address at = block.address + i;
         // The last byte of the block protect register's page, to which the routine has to write, is
         // no flash on either device: that page outlives a range erase.
         if (at <= c.device->flbpr && at > 0xFE00) continue;
+        if (at == 0xFFC0) continue;  // the trim, written back
         const bool blank = at >= c.first_blank && at <= c.last_blank;
         ASSERT_EQ(block.bytes[i], blank ? 0xFF : 0x5A) << at << " erasing from " << c.start;
       }
     }
     EXPECT_TRUE(bench.Passed()) << c.start;
+  }
+}
+
+TEST(Erase, SaysWhichPagesDidNotTakeIt) {
+  Bench bench;
+  bench.FillFlash(0x5A);
+  bench.mcu().Poke(0xFF7E, 0x80);  // protects C000 and above once the high voltage is gone
+  ASSERT_TRUE(bench.Connect());
+  bench.mcu().SetVtst(false);
+  ASSERT_TRUE(EraseFlashRange(bench.flash, 0xBF00, 0xC081));
+  bench.TickToEnd();
+  EXPECT_EQ(bench.flash.status().outcome, FlashOutcome::NotErased);
+  EXPECT_EQ(bench.flash.status().blank->used, (std::vector<base::Address>{0xC000, 0xC080}));
+  EXPECT_NE(bench.user.texts.back().find("c000-c07f, from c000 on\nc080-c0ff, from c080 on"),
+            std::string::npos)
+      << bench.user.texts.back();
+  EXPECT_EQ(bench.Peek(0xBF00), 0xFF);
+
+  ASSERT_TRUE(MassEraseFlash(bench.flash));
+  bench.TickToEnd();
+  EXPECT_EQ(bench.flash.status().outcome, FlashOutcome::NotErased);
+  EXPECT_TRUE(bench.flash.status().blank->cut_short);
+}
+
+TEST(Erase, WritesTheOscillatorsTrimBackIfAsked) {
+  for (const bool wanted : {true, false}) {
+    Bench bench(simulator::Ql());
+    bench.mcu().Poke(0xFFC0, 0x7B);
+    ASSERT_TRUE(bench.Connect());
+    bench.user.agrees = wanted;
+    ASSERT_TRUE(bench.EndsWell(MassEraseFlash(bench.flash)));
+    EXPECT_EQ(bench.Peek(0xFFC0), wanted ? 0x7B : 0xFF);
+    EXPECT_EQ(bench.user.texts.size(), 1u);
   }
 }
 
@@ -158,7 +198,7 @@ TEST(ProgramFile, ReadsTheFileByItsOwnRules) {
       {"S104900011EA s104900122EA", {0x11, 0xFF}},
       {"S104900011EA hello S104900122EA", {0x11, 0xFF}},
       {"S1049000\nS1049000zz00\nS104900122EA", {0xFF, 0x22}, 1},
-      {"S20501900011EA S3060000900122EA", {0x11, 0x22}},
+      {"S205009000116A S3060000900122EA", {0x11, 0x22}},
       {Record(0x9000, ByteList(122, 0x5A)), ByteList(122, 0x5A)},
       {Record(0x9000, ByteList(123, 0x5A)), {0xFF, 0xFF}, 1},
   };
@@ -232,6 +272,15 @@ TEST(FlashCommands, LeaveTheTargetAloneWhenRefused) {
   EXPECT_TRUE(refuses(ProgramFlashLocations(bench.flash, 0x9000, {})));
   EXPECT_TRUE(refuses(ProgramFlashLocations(bench.flash, 0x10000, ByteList{1})));
   EXPECT_TRUE(refuses(ProgramFlashFile(bench.flash, "/no/such.s19")));
+  // Outside flash, above 64 K, past the end.
+  EXPECT_TRUE(refuses(EraseFlashRange(bench.flash, 0x0000, 0xFFFF)));
+  EXPECT_TRUE(refuses(ProgramFlashLocations(bench.flash, 0xFDFF, ByteList{1, 2})));
+  for (const char* record :
+       {"S306000190000167", "S105FFFF010200", "S10400800122", "S105FDFF010200"}) {
+    EXPECT_TRUE(refuses(ProgramFlashFile(bench.flash, bench.Write("outside.s19", record))));
+    EXPECT_NE(bench.user.texts.back().find("is not flash"), std::string::npos) << record;
+    bench.user.texts.pop_back();
+  }
   bench.user.agrees = false;
   EXPECT_TRUE(refuses(EraseFlashRange(bench.flash, 0x8000, 0xFFFF)));
   EXPECT_TRUE(refuses(MassEraseCommand(bench.flash)));
@@ -239,6 +288,11 @@ TEST(FlashCommands, LeaveTheTargetAloneWhenRefused) {
             (Texts{"It is going to erase flash EEPROM, please confirm.",
                    "End address must be greater than start address", "No data to program",
                    "Not a correct HEX address", "Can not open file /no/such.s19",
+                   "It is going to erase flash EEPROM, please confirm.",
+                   "00000 is not flash, and nothing was done.\n"
+                   "Flash of the MC68HC908GP32: 8000-fdff, ff7e, ffdc-ffff.",
+                   "0fe00 is not flash, and nothing was done.\n"
+                   "Flash of the MC68HC908GP32: 8000-fdff, ff7e, ffdc-ffff.",
                    "It is going to erase flash EEPROM, please confirm.",
                    "Do you really want to mass erase flash EEPROM"}));
   EXPECT_EQ(bench.Commands(), "");

@@ -43,8 +43,8 @@ TEST(ErasePlan, KnowsWhichAddressesItReaches) {
   EXPECT_TRUE(Erases(plan, device, 0x8080));
   EXPECT_TRUE(Erases(plan, device, 0x817F));
   EXPECT_FALSE(Erases(plan, device, 0x8180));
-  EXPECT_TRUE(PlanEraseRange(device, 0x8000, 0xFFFF).erases_security);
-  EXPECT_FALSE(PlanEraseRange(device, 0x8000, 0xFF80).erases_security);
+  EXPECT_TRUE(PlanEraseRange(devices::All()[0], 0x8000, 0xFFFF).erases_security);
+  EXPECT_FALSE(PlanEraseRange(devices::All()[0], 0x8000, 0xFF80).erases_security);
 }
 
 TEST(FlashPlan, BlocksOfAFileContinueWhereTheOneBeforeEnded) {
@@ -58,7 +58,7 @@ TEST(FlashPlan, BlocksOfAFileContinueWhereTheOneBeforeEnded) {
     file.records.push_back({.address = address, .bytes = bytes});
   }
   file.records.push_back({.address = 0x9000, .bytes = {}});
-  const FlashPlan plan = PlanFile(file, "image.s19");
+  const FlashPlan plan = PlanFile(devices::All()[0].flash, file, "image.s19");
   ASSERT_EQ(plan.blocks.size(), 9u);
   EXPECT_EQ(plan.bytes(), 120);
   EXPECT_EQ(plan.blocks[0], (FlashBlock{0xFFE0, part(0, 16), false, false}));
@@ -66,7 +66,7 @@ TEST(FlashPlan, BlocksOfAFileContinueWhereTheOneBeforeEnded) {
   EXPECT_EQ(plan.blocks[2], (FlashBlock{0x0000, part(32, 40), true, true}));
   EXPECT_EQ(plan.blocks[3], (FlashBlock{0x0008, part(0, 16), true, false}));
   EXPECT_EQ(plan.blocks[6], (FlashBlock{0x0008, part(0, 16), false, false}));
-  EXPECT_TRUE(PlanFile({}, "").blocks.empty());
+  EXPECT_TRUE(PlanFile(devices::All()[0].flash, {}, "").blocks.empty());
 }
 
 }  // namespace
