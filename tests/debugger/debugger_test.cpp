@@ -122,7 +122,7 @@ TEST(Debugger, TriesNoCodeWhenSecurityIsNotToBeVerified) {
   EXPECT_FALSE(bench.debugger.security.passed());
 }
 
-TEST(Debugger, AMacroDoesNotRunTheProgramToMain) {
+TEST(Debugger, AMacrosRegistersAreSeenAndItDoesNotRunTheProgramToMain) {
   Bench bench;
   Debugger& debugger = bench.debugger;
   ASSERT_EQ(debugger.Start(), link::ConnectResult::Connected);
@@ -131,9 +131,60 @@ TEST(Debugger, AMacroDoesNotRunTheProgramToMain) {
   bench.settings.Override(base::keys::kCompiler, "32");
   const std::string macro = bench.settings.path().string() + ".mac";
   ASSERT_EQ(base::ReplaceFile(macro, "PC 0110\n"), "");
+  debugger.frame.PC = debugger.frame.A = 0x77;  // stale
   ASSERT_TRUE(debugger.RunMacro(macro));
+  EXPECT_EQ(debugger.frame.A, debugger.memory.AskByte(debugger.frame.SP + 2));
   EXPECT_EQ(debugger.frame.PC, 0x0110u);
   EXPECT_FALSE(debugger.Busy());
+}
+
+// What is saved holds from the start: the device's map, steps, break mode, tool chain.
+TEST(Debugger, StartsWithWhatIsSaved) {
+  Bench bench(simulator::Ql());
+  Debugger& debugger = bench.debugger;
+  bench.settings.Override(base::keys::kDevice, "1");
+  bench.settings.Override(base::keys::kNStepCount, "7");
+  bench.settings.Override(base::keys::kHardwareBreak, "1");
+  bench.settings.Override(base::keys::kCompiler, "32");
+  ASSERT_EQ(debugger.Start(), link::ConnectResult::Connected);
+  EXPECT_EQ(debugger.memory.device().option, "ql");
+  EXPECT_EQ(debugger.n_step.settings.count, 7);
+  EXPECT_EQ(debugger.debug_info.tool_chain, static_cast<symbols::ToolChain>(32));
+  bench.settings.Override(base::keys::kDevice, "0");
+  debugger.Reset();
+  EXPECT_EQ(debugger.memory.device().option, "gp32") << "chosen since";
+}
+
+TEST(Debugger, AResetRunsItsMacroAndThenToMain) {
+  Bench bench;
+  Debugger& debugger = bench.debugger;
+  ASSERT_EQ(debugger.Start(), link::ConnectResult::Connected);
+  const std::string macro = bench.settings.path().string() + ".mac";
+  ASSERT_EQ(base::ReplaceFile(macro, "PC 0140\n"), "");
+  bench.settings.Override(base::keys::kMacroFlags, "3");
+  bench.settings.Override(base::keys::kResetMacroFile, macro);
+  debugger.Reset();
+  EXPECT_EQ(debugger.frame.PC, 0x0140u);
+  EXPECT_EQ(debugger.frame.ReadFramePC(), 0x0140u);
+}
+
+TEST(Debugger, EveryChangeOfTheLinkIsTold) {
+  Bench bench;
+  Debugger& debugger = bench.debugger;
+  ASSERT_EQ(debugger.Start(), link::ConnectResult::Connected);
+  debugger.Tick();
+  EXPECT_EQ(bench.events.link_changes, 0);
+  bench.target.SetFaultPlan({{simulator::FaultKind::CutLine, 0}});
+  debugger.memory.AskByte(0x0100);
+  debugger.Tick();
+  EXPECT_EQ(bench.events.link_changes, 1) << "lost";
+  debugger.Tick();
+  EXPECT_EQ(bench.events.link_changes, 1);
+  bench.target.SetFaultPlan({});
+  debugger.debug_info.DebugInfoLoaded = true;
+  ASSERT_EQ(debugger.Restart(), link::ConnectResult::Connected);
+  EXPECT_EQ(bench.events.link_changes, 2) << "found again, without a tick";
+  EXPECT_FALSE(debugger.debug_info.DebugInfoLoaded) << "perhaps of another board";
 }
 
 // The reset line of the board takes its power away.
