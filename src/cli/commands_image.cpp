@@ -31,11 +31,26 @@ Result Loaded(Session& session, const std::string& path, const load::LoadResult&
     result.text += fmt::format("entry {:04x}\n", base::Low16(*loaded.report.entry));
     result.fields["entry"] = fmt::format("{:04x}", base::Low16(*loaded.report.entry));
   }
+  if (loaded.compared > 0) {
+    result.text += fmt::format("compared {} bytes in flash, all equal\n", loaded.compared);
+    result.fields["compared"] = loaded.compared;
+  }
   if (loaded.report.skipped > 0) result.fields["skipped"] = loaded.report.skipped;
   if (session.debugger().debug_info.DebugInfoLoaded) {
     result.text += loaded.debug_info_detail + '\n';
     result.fields["debug_info"] = loaded.debug_info_detail;
   }
+  return result;
+}
+
+// The file's symbols count and its RAM is written, but it would not run as the file says.
+Result NotThere(Session& session, const std::string& path, const load::LoadResult& loaded) {
+  Result result = Loaded(session, path, loaded);
+  result.text.clear();
+  const bool readable = session.debugger().security.passed();
+  result.status = readable ? ExitStatus::VerifyDiffers : ExitStatus::Security;
+  result.error = fmt::format("the target does not hold what {} has for its flash", path);
+  if (!readable) result.error = "flash cannot be read: the security code was not accepted";
   return result;
 }
 
@@ -52,6 +67,8 @@ Result Load(Session& session, const ParsedArguments& arguments) {
     case load::LoadOutcome::NotReadable:
     case load::LoadOutcome::NoRecords:
       return Failure(ExitStatus::File, fmt::format("{} was not loaded", path));
+    case load::LoadOutcome::Differs:
+      return NotThere(session, path, loaded);
     case load::LoadOutcome::Cancelled:
       return Failure(ExitStatus::Failed, "interrupted; what was written so far stays");
     case load::LoadOutcome::LinkLost:

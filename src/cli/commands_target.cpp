@@ -2,6 +2,7 @@
 // Registers and memory.
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <array>
 #include <vector>
 
@@ -19,6 +20,7 @@ namespace {
 constexpr std::uint32_t kDefaultReadCount = 0x10;
 constexpr std::uint32_t kAnyNumber = 0xFFFFFFFF;
 constexpr std::size_t kBytesPerLine = 16;
+constexpr base::Address kMonitorStack = 8;  // what the monitor uses below the stacked registers
 
 // Written as the registers window writes its cells.
 struct RegisterRow {
@@ -54,12 +56,65 @@ Result RunBlockOperation(Session& session, views::BlockOperation operation) {
   return {};
 }
 
-// No failure: a register may well read differently from what was written.
-void WriteAndTell(Session& session, base::Address address, base::Bytes bytes) {
-  const auto refused = session.debugger().memory.WriteAndLook(address, bytes);
-  if (!refused) return;
-  session.ui().Notice(fmt::format("{:04x} holds {:02x} and not {:02x}: flash takes program-bytes.",
-                                  refused->address, refused->found, refused->expected));
+// Why memory of this kind takes no write; null when it does.
+const char* WhyNotWritable(devices::MemoryKind kind) {
+  switch (kind) {
+    case devices::MemoryKind::Flash:
+      return "is flash, which takes program and program-bytes only";
+    case devices::MemoryKind::Rom:
+      return "is the monitor's ROM";
+    case devices::MemoryKind::Nothing:
+      return "is no memory of this device";
+    case devices::MemoryKind::Ram:
+    case devices::MemoryKind::Registers:
+      break;
+  }
+  return nullptr;
+}
+
+// Both inclusive. A failure when one of the addresses takes no write.
+Result CheckWritable(Session& session, base::Address first, base::Address last) {
+  const memory::Memory& memory = session.debugger().memory;
+  for (base::Address at = first; at <= last; ++at) {
+    const char* why = WhyNotWritable(memory.KindOf(at));
+    if (!why) continue;
+    Result result =
+        Failure(ExitStatus::Failed, fmt::format("nothing was written: {:04x} {}", at, why));
+    result.fields["address"] = fmt::format("{:04x}", at);
+    return result;
+  }
+  return {};
+}
+
+// Both inclusive, of a block operation: its words begin at even addresses. The monitor keeps the
+// registers on the stack and works below them; a block over them would cost the link.
+Result CheckBlock(Session& session, base::Address first, base::Address last) {
+  first &= ~base::Address{1};
+  last |= 1;
+  Result refused = CheckWritable(session, first, last);
+  if (!refused.ok()) return refused;
+  const control::RegisterFrame& frame = session.debugger().frame;
+  const base::Address frame_begin = frame.SP - std::min(frame.SP, kMonitorStack);
+  const base::Address frame_end = frame.ProgramSP();
+  if (first > frame_end || last < frame_begin) return {};
+  return Failure(ExitStatus::Failed,
+                 fmt::format("nothing was written: the monitor works on the stack, {:04x} to "
+                             "{:04x}; set SP to a place outside the block first",
+                             frame_begin, frame_end));
+}
+
+// A register may well read differently from what was written; RAM may not.
+Result WriteAndTell(Session& session, base::Address address, base::Bytes bytes) {
+  memory::Memory& memory = session.debugger().memory;
+  const auto refused = memory.WriteAndLook(address, bytes);
+  if (!refused) return {};
+  const std::string what = fmt::format("{:04x} holds {:02x} and not {:02x}", refused->address,
+                                       refused->found, refused->expected);
+  if (memory.KindOf(refused->address) == devices::MemoryKind::Ram) {
+    return Failure(ExitStatus::Failed, what + ": the RAM did not take it");
+  }
+  session.ui().Notice(what + ".");
+  return {};
 }
 
 Result Info(Session& session, const ParsedArguments&) {
@@ -70,6 +125,9 @@ Result Info(Session& session, const ParsedArguments&) {
   result.text =
       fmt::format("device {}\nport {}\nsecurity {}\n", device, session.PortName(), security);
   result.fields = {{"device", device}, {"port", session.PortName()}, {"security", security}};
+  const long damage = session.debugger().memory.damage();
+  result.fields["damaged_bytes"] = damage;
+  if (damage > 0) result.text += fmt::format("damaged bytes on the line {}\n", damage);
   return result;
 }
 
@@ -125,14 +183,20 @@ Result Read(Session& session, const ParsedArguments& arguments) {
 }
 
 Result Write(Session& session, const ParsedArguments& arguments) {
-  WriteAndTell(session, arguments.Number(0), arguments.Bytes(1));
-  return {};
+  const base::Address address = arguments.Number(0);
+  const std::vector<std::uint8_t>& bytes = arguments.Bytes(1);
+  const auto last = address + static_cast<base::Address>(bytes.size()) - 1;
+  Result refused = CheckWritable(session, address, last);
+  return refused.ok() ? WriteAndTell(session, address, bytes) : refused;
 }
 
 Result Fill(Session& session, const ParsedArguments& arguments) {
   const auto word = static_cast<std::uint16_t>(arguments.Number(2));
-  return RunBlockOperation(
-      session, views::BlockOperation::Fill(arguments.Number(0), arguments.Number(1), word));
+  const base::Address from = std::min(arguments.Number(0), arguments.Number(1));
+  const base::Address to = std::max(arguments.Number(0), arguments.Number(1));
+  Result refused = CheckBlock(session, from, to);
+  if (!refused.ok()) return refused;
+  return RunBlockOperation(session, views::BlockOperation::Fill(from, to, word));
 }
 
 Result Move(Session& session, const ParsedArguments& arguments) {
@@ -143,6 +207,8 @@ Result Move(Session& session, const ParsedArguments& arguments) {
   if (destination + length >= base::kAddressSpace) {
     return UsageError("the block does not fit: it would end beyond FFFF");
   }
+  Result refused = CheckBlock(session, destination, destination + length);
+  if (!refused.ok()) return refused;
   return RunBlockOperation(session, views::BlockOperation::Move(from, to, destination));
 }
 

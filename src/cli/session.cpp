@@ -93,7 +93,7 @@ Result Session::Execute(std::string_view line) {
     if (!result.error.empty()) result.error += '\n';
     result.error += error;
   }
-  if (said.refused && !result.ok()) result.status = ExitStatus::NeedsYes;
+  if (said.refused && result.status == ExitStatus::Failed) result.status = ExitStatus::NeedsYes;
   if (!said.notices.empty()) result.fields["messages"] = said.notices;
   return result;
 }
@@ -110,8 +110,13 @@ Result Session::Run(const std::vector<std::string>& words) {
     return Failure(ExitStatus::Failed, "the target is running: stop it or wait first");
   }
   Result result = command->run(*this, arguments.value);
-  if (result.ok() && debugger_.memory.LinkError()) {
-    return LinkLost();
+  const auto damaged = debugger_.memory.TakeDamage();
+  if (result.ok() && debugger_.memory.LinkError()) return LinkLost();
+  if (result.ok() && damaged) {
+    return Failure(ExitStatus::NoAnswer,
+                   fmt::format("the line damaged the block at {:04x} twice, and what was read or "
+                               "written there is in doubt: check the cable, then do it again",
+                               *damaged));
   }
   return result;
 }

@@ -38,7 +38,9 @@ Debugger::Debugger(const Surroundings& surroundings)
       macros(memory, frame, start_address, settings, surroundings.ui,
              surroundings.start_up_directory),
       loader(memory, frame, breakpoints, debug_info, start_address, macros, settings,
-             surroundings.ui, {.refresh_after_stop = [this] { RefreshAfterStop(); }}),
+             surroundings.ui,
+             {.flash_is_readable = [this] { return security.passed(); },
+              .refresh_after_stop = [this] { RefreshAfterStop(); }}),
       flash(FlashSurroundingsOfThis()) {}
 
 link::ConnectResult Debugger::Start(OtherCodes other_codes) {

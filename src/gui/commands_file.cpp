@@ -25,7 +25,9 @@ std::optional<std::string> Choose(const CommandContext& context, workspace::Choo
 load::LoadOutcome Load(const CommandContext& context, const std::string& path) {
   Session& session = context.session;
   const load::LoadResult result = session.debugger.loader.LoadImage(path);
-  if (result.outcome == load::LoadOutcome::Loaded && session.debugger.debug_info.DebugInfoLoaded) {
+  const bool came =
+      result.outcome == load::LoadOutcome::Loaded || result.outcome == load::LoadOutcome::Differs;
+  if (came && session.debugger.debug_info.DebugInfoLoaded) {
     context.window.status().ShowNotice(result.debug_info_detail);
   }
   return result.outcome;
@@ -34,7 +36,8 @@ load::LoadOutcome Load(const CommandContext& context, const std::string& path) {
 // Whether the file came to be loaded, be it in part or empty: its name is in the title.
 bool BecameCurrent(load::LoadOutcome outcome) {
   return outcome == load::LoadOutcome::Loaded || outcome == load::LoadOutcome::Cancelled ||
-         outcome == load::LoadOutcome::LinkLost || outcome == load::LoadOutcome::NoRecords;
+         outcome == load::LoadOutcome::Differs || outcome == load::LoadOutcome::LinkLost ||
+         outcome == load::LoadOutcome::NoRecords;
 }
 
 void LoadChosenImage(const CommandContext& context) {

@@ -37,6 +37,7 @@ bool ReadPairUnchecked(MonitorLink& link, std::array<std::uint8_t, 2>& pair) {
   link.WriteRaw(kCommand);
   std::array<std::uint8_t, 2> copies{};
   link.ReadRaw(copies);
+  if (!link.LinkError) link.CountEchoes(kIRead, copies);
   link.ReadRaw(pair);
   return !link.LinkError;
 }
@@ -92,7 +93,10 @@ void Monitor::WriteWord(Address address, std::uint32_t value) {
 }
 
 void Monitor::WriteBlock(Address address, base::Bytes bytes) {
+  const long before = damage();
   ReadByte(address - 1);
+  // An address that the line has altered must not be written behind.
+  if (damage() != before) return;
   for (const std::uint8_t byte : bytes) WriteNext(byte);
 }
 

@@ -23,6 +23,8 @@ class Monitor {
   explicit Monitor(MonitorLink& link) : link_(link) {}
   MonitorLink& link() { return link_; }
   bool LinkError() const { return link_.LinkError; }
+  long damage() const { return link_.damage(); }
+  void DiscardUnexpected() { link_.DiscardUnexpected(); }
 
   void WriteByte(base::Address address, std::uint32_t data);  // WRITE
   std::uint8_t ReadByte(base::Address address);               // READ
@@ -38,7 +40,7 @@ class Monitor {
   // READ at address - 1 (16-bit arithmetic), then one IREAD or two IWRITEs.
   std::uint32_t ReadWord(base::Address address);
   void WriteWord(base::Address address, std::uint32_t value);
-  // READ at address - 1, then one IWRITE a byte.
+  // READ at address - 1, then one IWRITE a byte; none when the line has damaged the READ.
   void WriteBlock(base::Address address, base::Bytes bytes);
   // READ at address - 1, then one IREAD for each element (words) or each two elements (bytes), with
   // echoes read but not compared. With an odd number of bytes one more is read and dropped.

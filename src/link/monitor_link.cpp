@@ -81,8 +81,20 @@ void MonitorLink::SendEchoed(base::Bytes bytes) {
     // A write that fails is noticed by its copies not arriving.
     port_.Write(base::Bytes(&byte, 1));
     if (!ReadExactly(copies)) return;
+    CountEchoes(byte, copies);
   }
   if (copies[0] != copies[1]) LinkError = true;
+}
+
+void MonitorLink::CountEchoes(std::uint8_t sent, base::Bytes copies) {
+  for (const std::uint8_t copy : copies) {
+    if (copy != sent) ++damage_;
+  }
+}
+
+void MonitorLink::DiscardUnexpected() {
+  std::uint8_t byte = 0;
+  while (port_.Read(std::span(&byte, 1), milliseconds(0)) == 1u) ++damage_;
 }
 
 void MonitorLink::ReadRaw(std::span<std::uint8_t> buffer) {

@@ -44,6 +44,12 @@ class MonitorLink {
   // Why the port refused, and what to do about it, in the port's own words.
   std::string PortError() const;
 
+  // Echoes that were not what was sent, and bytes that arrived when nobody expected one. Only
+  // grows. The latch does not look at it: who is about to claim that an exchange went well does.
+  long damage() const { return damage_; }
+  // Compares the copies of a sent byte for the count.
+  void CountEchoes(std::uint8_t sent, base::Bytes copies);
+
   // Sends each byte and reads its two copies before the next one goes out. Sets LinkError when they
   // do not arrive in time (120 ms) or when the copies of the last byte differ.
   void SendEchoed(base::Bytes bytes);
@@ -65,6 +71,8 @@ class MonitorLink {
   void WaitMs(int ms);
   // Drops bytes that have arrived unasked (before a new exchange after a reset or reconnect).
   void DiscardInput();
+  // The same amid exchanges, where each of them counts as damage.
+  void DiscardUnexpected();
 
  private:
   bool ReadExactly(std::span<std::uint8_t> buffer);
@@ -72,6 +80,7 @@ class MonitorLink {
   base::SerialPort& port_;
   base::Clock& clock_;
   bool open_ = false;
+  long damage_ = 0;
   std::string open_error_;
 };
 

@@ -15,6 +15,7 @@
 namespace brevant::load {
 namespace {
 
+constexpr std::string_view kComparingTitle = "Comparing with flash";
 constexpr std::string_view kLoadingTitle = "Loading File...";
 constexpr std::string_view kWatchExtension = "cfg";
 
@@ -47,6 +48,18 @@ bool NothingCame(const images::ReadReport& report) {
 
 std::string TimeText(long long time) {
   return base::Format("%ld", static_cast<long>(time));
+}
+
+// What of the image no load can write.
+images::Image Unwritable(const memory::Memory& memory, const images::Image& image) {
+  images::Image unwritable;
+  for (const images::Block& block : image.Blocks()) {
+    for (std::size_t i = 0; i < block.bytes.size(); ++i) {
+      const base::Address at = block.address + static_cast<base::Address>(i);
+      if (!memory.Writable(at)) unwritable.Put(at, base::Bytes(&block.bytes[i], 1));
+    }
+  }
+  return unwritable;
 }
 
 template <typename Step, typename... Args>
@@ -95,7 +108,7 @@ LoadResult Loader::LoadImage(const std::string& path) {
   arrived_.clear();
   const bool complete = TransferWithProgress(path, file);
   TellAbout(path, result.report, complete);
-  if (complete) TellWhatDidNotArrive(file);
+  if (complete && !Arrived(file.ToImage(), result)) result.outcome = LoadOutcome::Differs;
   if (NothingCame(result.report)) result.outcome = LoadOutcome::NoRecords;
   if (memory_.LinkError()) result.outcome = LoadOutcome::LinkLost;
   if (!complete) {
@@ -136,20 +149,44 @@ void Loader::TellAbout(const std::string& path, const images::ReadReport& report
   if (memory_.LinkError()) ui_.ShowMessage(ToMessage(messages::kLinkLostWhileLoading, path));
 }
 
-// Flash ignores what a load writes; the user would otherwise debug whatever stands there.
-void Loader::TellWhatDidNotArrive(const images::ImageFile& file) {
+bool Loader::Arrived(const images::Image& image, LoadResult& result) {
   std::optional<base::Message> message;
-  for (const images::Block& block : file.ToImage().Blocks()) {
+  for (const images::Block& block : image.Blocks()) {
+    if (memory_.KindOf(block.address) != devices::MemoryKind::Ram) continue;
     const std::uint8_t wanted = block.bytes.front();
     const std::uint8_t found = memory_.AskByte(block.address);
-    if (memory_.LinkError()) return;
+    if (memory_.LinkError()) return true;  // said by others
     if (found == wanted) {
       arrived_[block.address] = wanted;
     } else if (!message) {
-      message = ToMessage(messages::kNotArrived, block.address, found, wanted);
+      message = ToMessage(messages::kRamDiffers, block.address, found, wanted);
     }
   }
+  const images::Image unwritable = Unwritable(memory_, image);
+  if (!unwritable.empty() && steps_.flash_is_readable && !steps_.flash_is_readable()) {
+    ui_.ShowMessage(ToMessage(messages::kFlashNotSeen));
+    return false;
+  }
+  const VerifyResult flash = Compare(unwritable);
+  if (memory_.LinkError()) return true;
+  result.compared = flash.compared;
+  if (!message && flash.first) {
+    message = ToMessage(messages::kNotInFlash, flash.first->address, flash.first->found,
+                        flash.first->expected, flash.different, flash.compared);
+  }
   if (message) ui_.ShowMessage(*message);
+  return !message;
+}
+
+VerifyResult Loader::Compare(const images::Image& image) {
+  if (image.empty()) return {};
+  ui_.BeginProgress(kComparingTitle, kComparingTitle, false);
+  const VerifyResult verified = Verify(memory_, image, [&](long done, long total) {
+    ui_.UpdateProgress(kComparingTitle, done, total);
+    return true;
+  });
+  ui_.EndProgress();
+  return verified;
 }
 
 bool Loader::ImageIsGone() {

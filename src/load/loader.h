@@ -15,6 +15,7 @@
 #include "images/image_file.h"
 #include "load/macro_runner.h"
 #include "load/start_address.h"
+#include "load/verify.h"
 #include "memory/memory.h"
 #include "symbols/debug_info.h"
 #include "symbols/importers.h"
@@ -27,6 +28,8 @@ struct LoadSteps {
   std::function<void()> reset_source_view = {};
   // The watch configuration beside the image, whether or not there is one.
   std::function<void(const std::string& path)> load_watch_configuration = {};
+  // The target lets its flash be read; true without it.
+  std::function<bool()> flash_is_readable = {};
   // What follows every stop: registers, views, and on to main when configured.
   std::function<void()> refresh_after_stop = {};
 };
@@ -37,6 +40,8 @@ enum class LoadOutcome {
   WrongFormat,  // the extension is none of s19, sx and hex
   NotReadable,
   NoRecords,  // not one record is of its format; the rest of the sequence has been done
+  Differs,    // what the file has for flash is not there, or cannot be looked at; the rest of the
+              // sequence has been done
   Cancelled,  // by the user, during the transfer; what was written stays
   LinkLost,   // the target does not answer; the rest of the sequence has been done
 };
@@ -45,6 +50,7 @@ struct LoadResult {
   LoadOutcome outcome = LoadOutcome::Loaded;
   images::ReadReport report;
   std::string debug_info_detail;  // what was imported, or why nothing was
+  long compared = 0;              // bytes in flash and ROM, which a load does not write
 };
 
 class Loader {
@@ -75,8 +81,10 @@ class Loader {
   // False when the user has cancelled it.
   bool TransferWithProgress(const std::string& path, const images::ImageFile& file);
   void TellAbout(const std::string& path, const images::ReadReport& report, bool complete);
-  // Looks at the first byte of each block; those that have arrived are remembered.
-  void TellWhatDidNotArrive(const images::ImageFile& file);
+  // Looks at the first byte of each block in RAM, and at all that no load can write. False when
+  // something differs, which the user has been told.
+  bool Arrived(const images::Image& image, LoadResult& result);
+  VerifyResult Compare(const images::Image& image);
   std::string ImportDebugInfo(const std::string& path);
   symbols::ImportResult Import(const std::string& path);
   void IgnoreEntryOfSdcc(images::ReadReport& report);

@@ -34,10 +34,21 @@ inline constexpr MessageText kBeyondAddressSpace{
     "%ld bytes of\n%s\nlie above address FFFF and were written at the low 16 bits of their\n"
     "addresses. Please check that the file was made for this target.",
     base::captions::kForYourInformation, Icon::Warning};
-inline constexpr MessageText kNotArrived{"load.not-arrived", Severity::Notice,
-                                         "%04x holds %02x and not the image's %02x.\n"
-                                         "Loading writes RAM only; flash has to be programmed.",
-                                         base::captions::kForYourInformation, Icon::Information};
+inline constexpr MessageText kNotInFlash{
+    "load.not-in-flash", Severity::Notice,
+    "%04x holds %02x and not the image's %02x: %ld of %ld bytes in flash differ.\n"
+    "Loading writes RAM only; flash has to be programmed.",
+    base::captions::kForYourInformation, Icon::Information};
+inline constexpr MessageText kFlashNotSeen{
+    "load.flash-not-seen", Severity::Warning,
+    "Whether flash holds what the image has for it could not be looked at: the target did not\n"
+    "accept the security code.",
+    base::captions::kForYourInformation, Icon::Warning};
+inline constexpr MessageText kRamDiffers{
+    "load.ram-differs", Severity::Error,
+    "%04x holds %02x and not the image's %02x, which was written there.\n"
+    "Please check that the configured device is the one on the board.",
+    base::captions::kError, Icon::Error};
 inline constexpr MessageText kLinkLostWhileLoading{
     "load.link-lost", Severity::Warning,
     "The target does not answer: %s is not or not completely loaded.\n"
@@ -62,9 +73,9 @@ inline constexpr MessageText kMacroNotReadable{"macro.not-readable", Severity::E
                                                Icon::Error};
 
 inline constexpr const MessageText* kAll[] = {
-    &kFileNotFound,       &kUseImageFormat,  &kImageNotReadable,     &kNothingLoaded,
-    &kBeyondAddressSpace, &kNotArrived,      &kLinkLostWhileLoading, &kOfferToolChain,
-    &kMacroNotFound,      &kMacroNotReadable};
+    &kFileNotFound,         &kUseImageFormat, &kImageNotReadable, &kNothingLoaded,
+    &kBeyondAddressSpace,   &kNotInFlash,     &kFlashNotSeen,     &kRamDiffers,
+    &kLinkLostWhileLoading, &kOfferToolChain, &kMacroNotFound,    &kMacroNotReadable};
 
 }  // namespace messages
 }  // namespace brevant::load

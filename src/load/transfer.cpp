@@ -2,6 +2,24 @@
 #include "load/transfer.h"
 
 namespace brevant::load {
+namespace {
+
+void WriteWritable(memory::Memory& memory, base::Address address, base::Bytes bytes) {
+  if (bytes.empty()) memory.WriteBytes(address, bytes);  // a READ all the same
+  while (!bytes.empty()) {
+    const bool writable = memory.Writable(address);
+    std::size_t count = 1;
+    while (count < bytes.size() &&
+           memory.Writable(address + static_cast<base::Address>(count)) == writable) {
+      ++count;
+    }
+    if (writable) memory.WriteBytes(address, bytes.first(count));
+    bytes = bytes.subspan(count);
+    address = base::Low16(address + static_cast<base::Address>(count));
+  }
+}
+
+}  // namespace
 
 bool Transfer(const images::ImageFile& file, memory::Memory& memory, control::RegisterFrame& frame,
               StartAddress& start, Progress progress) {
@@ -16,7 +34,7 @@ bool Transfer(const images::ImageFile& file, memory::Memory& memory, control::Re
       continue;
     }
     if (!progress(done, file.report.bytes)) return false;
-    memory.WriteBytes(address, record.bytes);
+    WriteWritable(memory, address, record.bytes);
     done += static_cast<long>(record.bytes.size());
   }
   return true;

@@ -36,6 +36,11 @@ MemoryKind Memory::KindOf(Address address) const {
   return devices::KindOf(*device_, Low16(address));
 }
 
+bool Memory::Writable(Address address) const {
+  const MemoryKind kind = KindOf(address);
+  return kind == MemoryKind::Ram || kind == MemoryKind::Registers;
+}
+
 bool Memory::Keepable(Address address) const {
   if (KindOf(address) == MemoryKind::Registers) return false;
   return address >= frame_base_ || frame_base_ - address > kMonitorStack;
@@ -55,7 +60,8 @@ std::uint8_t Memory::ReadByte(Address address) {
 }
 
 std::uint8_t Memory::AskByte(Address address) {
-  const std::uint8_t byte = monitor_.ReadByte(Low16(address));
+  std::uint8_t byte = 0;
+  Soundly(address, [&] { byte = monitor_.ReadByte(Low16(address)); });
   Keep(address, base::Bytes(&byte, 1));
   return byte;
 }
@@ -67,14 +73,16 @@ std::uint32_t Memory::ReadWord(Address address) {
 }
 
 void Memory::AskChecked(std::span<std::uint8_t> destination, Address address) {
-  const bool odd = destination.size() % 2 != 0;
-  const std::uint8_t first = monitor_.ReadByte(Low16(odd ? address : address - 1));
-  if (odd) destination[0] = first;
-  for (std::size_t i = odd ? 1 : 0; i < destination.size(); i += 2) {
-    const std::uint32_t word = monitor_.ReadNext();
-    destination[i] = base::HighByte(word);
-    destination[i + 1] = base::LowByte(word);
-  }
+  Soundly(address, [&] {
+    const bool odd = destination.size() % 2 != 0;
+    const std::uint8_t first = monitor_.ReadByte(Low16(odd ? address : address - 1));
+    if (odd) destination[0] = first;
+    for (std::size_t i = odd ? 1 : 0; i < destination.size(); i += 2) {
+      const std::uint32_t word = monitor_.ReadNext();
+      destination[i] = base::HighByte(word);
+      destination[i + 1] = base::LowByte(word);
+    }
+  });
   Keep(address, destination);
 }
 
@@ -86,8 +94,19 @@ void Memory::ReadChecked(std::span<std::uint8_t> destination, Address address) {
   }
 }
 
+void Memory::Soundly(Address address, base::FunctionRef<void()> exchange) {
+  for (int tries = 0; tries < 2 && !LinkError(); ++tries) {
+    const long before = damage();
+    exchange();
+    if (LinkError()) return;
+    if (damage() == before) return;
+    monitor_.DiscardUnexpected();
+  }
+  if (!LinkError() && !damaged_) damaged_ = Low16(address);
+}
+
 void Memory::AskBytes(std::span<std::uint8_t> destination, Address address) {
-  monitor_.ReadBlockBytes(destination, Low16(address));
+  Soundly(address, [&] { monitor_.ReadBlockBytes(destination, Low16(address)); });
   Keep(address, destination);
 }
 
@@ -121,7 +140,7 @@ void Memory::NoteWritten(Address address, base::Bytes bytes) {
 }
 
 void Memory::WriteByte(Address address, std::uint32_t data) {
-  monitor_.WriteByte(Low16(address), data);
+  Soundly(address, [&] { monitor_.WriteByte(Low16(address), data); });
   const std::uint8_t byte = base::LowByte(data);
   NoteWritten(address, base::Bytes(&byte, 1));
 }
@@ -131,7 +150,7 @@ void Memory::WriteWord(Address address, std::uint32_t value) {
 }
 
 void Memory::WriteBytes(Address address, base::Bytes bytes) {
-  monitor_.WriteBlock(Low16(address), bytes);
+  Soundly(address, [&] { monitor_.WriteBlock(Low16(address), bytes); });
   NoteWritten(address, bytes);
 }
 

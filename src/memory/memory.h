@@ -8,6 +8,9 @@
 // Whatever runs, resets or reconnects drops what it may have touched; a write to RAM updates what
 // is kept.
 //
+// A block that the line damages on its way is done once more; where it is damaged again, what was
+// read or written there is in doubt, and TakeDamage says so.
+//
 // Rests on the monitor's commands and the device's memory map. While LinkError is set nothing is
 // sent and the results mean nothing; callers that care look at LinkError.
 #pragma once
@@ -16,9 +19,11 @@
 #include <cstdint>
 #include <optional>
 #include <span>
+#include <utility>
 #include <vector>
 
 #include "base/address.h"
+#include "base/function_ref.h"
 #include "devices/device.h"
 #include "link/monitor.h"
 
@@ -47,7 +52,14 @@ class Memory {
   void UseDevice(const devices::Device& device);
   const devices::Device& device() const { return *device_; }
   devices::MemoryKind KindOf(base::Address address) const;
+  // RAM and registers; the monitor's writes to flash, ROM and nothing at all leave no trace.
+  bool Writable(base::Address address) const;
   bool LinkError() const { return monitor_.LinkError(); }
+
+  // The first address of a block that was damaged twice since the last call.
+  std::optional<base::Address> TakeDamage() { return std::exchange(damaged_, std::nullopt); }
+  // How often the line has altered, lost or added a byte so far, as far as echoes tell.
+  long damage() const { return monitor_.damage(); }
 
   // Reading. Addresses are cut to 16 bits; blocks wrap at the end of the address space.
 
@@ -104,6 +116,8 @@ class Memory {
  private:
   static constexpr int kLineShift = 4;  // generations are counted for lines of 16 bytes
 
+  // Does the exchange, and once more if the line has damaged it.
+  void Soundly(base::Address address, base::FunctionRef<void()> exchange);
   bool Keepable(base::Address address) const;
   void Keep(base::Address address, base::Bytes bytes);
   void DropAt(const Range& range);
@@ -115,6 +129,7 @@ class Memory {
   std::vector<std::uint8_t> bytes_;
   std::bitset<base::kAddressSpace> kept_;
   base::Address frame_base_ = 0;
+  std::optional<base::Address> damaged_;
   long generation_ = 1;
   std::vector<long> written_, changed_;
 };

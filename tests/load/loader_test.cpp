@@ -141,6 +141,26 @@ TEST(LoadImage, WritesTheResetVectorOfACmdFile) {
   EXPECT_EQ(bench.steps, "source a.cfg refresh ");
 }
 
+// The monitor cannot write flash: what the image has for it is compared, in full.
+TEST(LoadImage, ComparesWhatLiesInFlash) {
+  LoadBench bench;
+  const std::string image = "S105FDFE1122EA S1060100556677EA";
+  EXPECT_EQ(bench.Load("a.s19", image).outcome, LoadOutcome::Differs);
+  EXPECT_EQ(bench.Commands(), "R00FF w55 w66 w77 R0100 RFDFD r");
+  EXPECT_NE(bench.user.TakeTexts().at(0).find("fdfe holds ff and not the image's 11: 2 of 2 bytes"),
+            std::string::npos);
+  bench.target.board().Load(0xFDFE, ByteList{0x11, 0x22});
+  const LoadResult result = bench.Load("a.s19", image);
+  EXPECT_EQ(result.outcome, LoadOutcome::Loaded);
+  EXPECT_EQ(result.compared, 2);
+  EXPECT_EQ(bench.memory.AskByte(0x0102), 0x77);
+  EXPECT_EQ(bench.user.TakeTexts(), Texts{});
+
+  bench.loader.SetSteps({.flash_is_readable = [] { return false; }});
+  EXPECT_EQ(bench.Load("a.s19", image).outcome, LoadOutcome::Differs);
+  EXPECT_NE(bench.user.TakeTexts().at(0).find("could not be looked at"), std::string::npos);
+}
+
 TEST(LoadImage, CanBeCancelledBetweenRecords) {
   LoadBench bench;
   bench.user.cancels_after = 1;

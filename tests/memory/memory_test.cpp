@@ -118,6 +118,36 @@ TEST_F(MemoryTest, CountsChangesForTheViews) {
   EXPECT_LE(memory.ChangedAt(0x0110, 1), written);
 }
 
+// One byte altered or added anywhere in a block: it is done again, or somebody is told.
+TEST_F(MemoryTest, DoesADamagedBlockAgain) {
+  using enum simulator::FaultKind;
+  const ByteList wanted{9, 8, 7, 6};
+  for (const simulator::FaultKind kind : {ExtraByte, FlipEcho, FlipHostByte, DropLocalEcho}) {
+    for (std::uint64_t at = 0; at < 11; ++at) {
+      SCOPED_TRACE(testing::Message() << static_cast<int>(kind) << " at " << at);
+      ASSERT_TRUE(board.Connect());
+      board.Load(0x0110, {0, 0, 0, 0});
+      const long before = memory.damage();
+      board.target.SetFaultPlan({{.kind = kind, .at_host_byte = at, .bit = 1}});
+      memory.WriteBytes(0x0110, wanted);
+      if (memory.LinkError()) continue;
+      EXPECT_GT(memory.damage(), before);
+      ByteList found;
+      for (base::Address i = 0; i < 4; ++i) found.push_back(board.Peek(0x0110 + i));
+      EXPECT_TRUE(memory.TakeDamage() || found == wanted);
+      board.target.SetFaultPlan({{.kind = kind, .at_host_byte = at % 5, .bit = 1}});
+      memory.AskBytes(found, 0x0110);
+      EXPECT_TRUE(memory.LinkError() || memory.TakeDamage() || found == wanted);
+    }
+  }
+  ASSERT_TRUE(board.Connect());
+  board.target.SetFaultPlan(
+      {{.kind = FlipEcho, .at_host_byte = 3}, {.kind = FlipEcho, .at_host_byte = 14}});
+  memory.WriteBytes(0x0110, wanted);
+  EXPECT_EQ(memory.TakeDamage(), 0x0110u);
+  EXPECT_EQ(memory.TakeDamage(), std::nullopt);
+}
+
 TEST_F(MemoryTest, KeepsNothingOfALostLink) {
   board.target.SetFaultPlan({{.kind = simulator::FaultKind::CutLine, .at_host_byte = 4}});
   Read(0x0110, 4);
