@@ -49,7 +49,7 @@ Result NotThere(Session& session, const std::string& path, const load::LoadResul
   result.text.clear();
   const bool readable = session.debugger().security.passed();
   result.status = readable ? ExitStatus::VerifyDiffers : ExitStatus::Security;
-  result.error = fmt::format("the target does not hold what {} has for its flash", path);
+  result.error = fmt::format("the target does not hold what {} has for it", path);
   if (!readable) result.error = "flash cannot be read: the security code was not accepted";
   return result;
 }

@@ -2,9 +2,11 @@
 #include "flash/flash_commands.h"
 
 #include <algorithm>
+#include <array>
 #include <optional>
 #include <utility>
 
+#include "devices/hc08.h"
 #include "flash/flash_records.h"
 
 namespace brevant::flash {
@@ -12,6 +14,7 @@ namespace {
 
 constexpr base::Address kLastAddress = 0xFFFF;
 constexpr std::uint8_t kBlank = 0xFF;
+constexpr std::uint32_t kBlankWord = 0xFFFF;
 
 bool RefuseSaying(FlashJob& job, const base::Message& why) {
   job.surroundings().ui.ShowMessage(why);
@@ -93,6 +96,14 @@ bool EraseFlashRange(FlashJob& job, base::Address start, base::Address end) {
 }
 
 bool ProgramIrqVector(FlashJob& job) {
+  if (job.surroundings().security.passed()) {
+    std::array<std::uint8_t, 2> vector{};
+    job.surroundings().memory.AskBytes(vector, devices::kIrqVector);
+    const std::uint32_t used = base::Word(vector[0], vector[1]);
+    if (used != kBlankWord && !job.surroundings().memory.LinkError()) {
+      return RefuseSaying(job, ToMessage(messages::kIrqVectorUsed, used));
+    }
+  }
   DropDebugInfo(job);
   return job.Start(PlanIrqVector(job.surroundings().memory.device().flash));
 }

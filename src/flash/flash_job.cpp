@@ -27,6 +27,8 @@ bool FlashJob::Refuse() {
 
 bool FlashJob::Start(FlashPlan plan) {
   with_.activity.AbandonOperation();
+  with_.memory.TakeDamage();  // of what came before
+  code_before_ = with_.security.accepted();
   plan_ = std::move(plan);
   next_ = 0;
   status_ = {FlashOutcome::Running, 0, plan_.bytes(), plan_.to_erase, std::nullopt};
@@ -36,7 +38,7 @@ bool FlashJob::Start(FlashPlan plan) {
   busy_cursor_ = task.progress_title == nullptr;
   if (busy_cursor_) with_.ui.SetBusyCursor(true);
   driver_.Prepare(plan_);
-  if (awaited_by_timer) LetRun();
+  if (awaited_by_timer && !LetRun()) return false;
   if (with_.memory.LinkError()) {
     Fail(ToMessage(*task.not_started));
     return false;
@@ -48,12 +50,18 @@ bool FlashJob::Start(FlashPlan plan) {
   return true;
 }
 
-void FlashJob::LetRun() {
+bool FlashJob::LetRun() {
+  if (const auto damaged = with_.memory.TakeDamage()) {
+    Fail(ToMessage(messages::kLineDamaged, *damaged, status_.bytes_programmed));
+    with_.reset_target();
+    return false;
+  }
   if (plan_.erases_security) with_.security.Forget();
   if (next_ < plan_.blocks.size()) {
     with_.security.Doubt(plan_.blocks[next_].address, plan_.blocks[next_].bytes.size());
   }
   with_.memory.RunTarget();
+  return true;
 }
 
 void FlashJob::Advance() {
@@ -76,7 +84,7 @@ void FlashJob::Advance() {
 
 void FlashJob::SendNextBlock() {
   driver_.SendBlock(plan_.blocks[next_]);
-  LetRun();
+  if (!LetRun()) return;
   if (with_.memory.LinkError()) {
     LinkLost();
   } else {
@@ -124,7 +132,7 @@ bool FlashJob::ProgramBlockAtOnce() {
   if (!ShowProgress()) Cancel();
   // Windows that repaint may also have let a reset through.
   if (!running()) return false;
-  LetRun();
+  if (!LetRun()) return false;
   AwaitBreakAtOnce();
   return TakeBlock();
 }
@@ -170,7 +178,16 @@ void FlashJob::Finish(FlashOutcome outcome) {
   End(outcome);
   if (outcome == FlashOutcome::VerifyFailed) with_.ui.ShowMessage(ToMessage(messages::kNotBlank));
   if (plan_.remark) with_.ui.ShowMessage(*plan_.remark);
+  ResetAndKeepCode();
+}
+
+void FlashJob::ResetAndKeepCode() {
   with_.reset_target();
+  const auto code = with_.security.accepted();
+  if (!with_.security.passed() || !code || code == code_before_) return;
+  const bool kept = with_.security.Remember(*code) || with_.security.Recent(0) == *code;
+  with_.ui.ShowMessage(ToMessage(kept ? messages::kCodeChanged : messages::kCodeChangedNotKept,
+                                 link::FormatSecurityCode(*code)));
 }
 
 // Flash can be looked at before the reset if the target lets it be read; a part that was locked
@@ -181,7 +198,7 @@ void FlashJob::FinishErase() {
   if (plan_.erases_security && (!readable || SecurityCodeIsBlank())) with_.security.Erased();
   if (status_.blank && status_.blank->blank()) WriteTrimBack();
   End(FlashOutcome::NotSeen);
-  with_.reset_target();
+  ResetAndKeepCode();
   if (!readable && with_.security.passed() && !with_.activity.Busy()) LookForBlank();
   if (!status_.blank) {
     with_.ui.ShowMessage(ToMessage(messages::kEraseNotSeen));

@@ -86,7 +86,8 @@ class FlashJob final : public control::Operation {
   void Abandon() override;
 
  private:
-  void LetRun();
+  // RUN. False when the line has damaged what the routine was to work on: the job is over.
+  bool LetRun();
   bool RanAsSent();
   bool TakeBlock();
   void SendNextBlock();
@@ -98,6 +99,8 @@ class FlashJob final : public control::Operation {
   base::Address CurrentAddress() const;
   bool Erasing() const { return plan_.blocks.empty() && !status_.to_erase.empty(); }
   void FinishErase();
+  // Resets, and keeps the code that the part now asks for.
+  void ResetAndKeepCode();
   bool SecurityCodeIsBlank() const;
   void LookForBlank();
   void WriteTrimBack();
@@ -115,6 +118,7 @@ class FlashJob final : public control::Operation {
   std::string progress_text_;
   bool progress_shown_ = false;
   bool busy_cursor_ = false;
+  std::optional<link::SecurityCode> code_before_;
 };
 
 }  // namespace brevant::flash

@@ -103,6 +103,24 @@ inline constexpr MessageText kTrimNotWritten{
     "flash.trim-not-written", Severity::Error,
     "The trim of the oscillator could not be written back. Please program %04x with %02x.",
     base::captions::kError, Icon::Error};
+inline constexpr MessageText kLineDamaged{
+    "flash.line-damaged", Severity::Error,
+    "The line damaged what was sent to %04x twice, and it was not used.\n"
+    "%ld bytes are programmed and verified. Please check the cable.",
+    base::captions::kError, Icon::Error};
+inline constexpr MessageText kCodeChanged{
+    "flash.code-changed", Severity::Notice,
+    "The security code of the part is now %s. It is remembered for the next start.",
+    base::captions::kInformation, Icon::Information};
+inline constexpr MessageText kCodeChangedNotKept{
+    "flash.code-changed-not-kept", Severity::Warning,
+    "The security code of the part is now %s.\n"
+    "It could not be stored: please write it down, as the next start needs it.",
+    base::captions::kForYourInformation, Icon::Warning};
+inline constexpr MessageText kIrqVectorUsed{
+    "flash.irq-vector-used", Severity::Error,
+    "The IRQ vector holds %04x and not FFFF, and nothing was done. Erase its page first.",
+    base::captions::kError, Icon::Error};
 inline constexpr MessageText kLinkLostWhileProgramming{
     "flash.link-lost", Severity::Warning,
     "The target stopped answering while its flash was being programmed.\n\n"
@@ -121,6 +139,10 @@ inline constexpr const MessageText* kAll[] = {&kConfirmMassErase,
                                               &kProtectPageNotErased,
                                               &kEraseNotSeen,
                                               &kTrimNotWritten,
+                                              &kLineDamaged,
+                                              &kCodeChanged,
+                                              &kCodeChangedNotKept,
+                                              &kIrqVectorUsed,
                                               &kNoData,
                                               &kBadData,
                                               &kProgramFileNotAccessible,

@@ -106,6 +106,7 @@ LoadResult Loader::LoadImage(const std::string& path) {
   }
   image_directory_ = base::DirectoryOf(path);
   arrived_.clear();
+  memory_.TakeDamage();  // of what came before
   const bool complete = TransferWithProgress(path, file);
   TellAbout(path, result.report, complete);
   if (complete && !Arrived(file.ToImage(), result)) result.outcome = LoadOutcome::Differs;
@@ -173,6 +174,9 @@ bool Loader::Arrived(const images::Image& image, LoadResult& result) {
   if (!message && flash.first) {
     message = ToMessage(messages::kNotInFlash, flash.first->address, flash.first->found,
                         flash.first->expected, flash.different, flash.compared);
+  }
+  if (const auto damaged = memory_.TakeDamage()) {
+    message = ToMessage(messages::kLineDamaged, *damaged);
   }
   if (message) ui_.ShowMessage(*message);
   return !message;

@@ -44,6 +44,11 @@ inline constexpr MessageText kFlashNotSeen{
     "Whether flash holds what the image has for it could not be looked at: the target did not\n"
     "accept the security code.",
     base::captions::kForYourInformation, Icon::Warning};
+inline constexpr MessageText kLineDamaged{
+    "load.line-damaged", Severity::Error,
+    "The line damaged what was sent to %04x, or read from there, twice: the load is in doubt.\n"
+    "Please check the cable and load again.",
+    base::captions::kError, Icon::Error};
 inline constexpr MessageText kRamDiffers{
     "load.ram-differs", Severity::Error,
     "%04x holds %02x and not the image's %02x, which was written there.\n"
@@ -73,9 +78,9 @@ inline constexpr MessageText kMacroNotReadable{"macro.not-readable", Severity::E
                                                Icon::Error};
 
 inline constexpr const MessageText* kAll[] = {
-    &kFileNotFound,         &kUseImageFormat, &kImageNotReadable, &kNothingLoaded,
-    &kBeyondAddressSpace,   &kNotInFlash,     &kFlashNotSeen,     &kRamDiffers,
-    &kLinkLostWhileLoading, &kOfferToolChain, &kMacroNotFound,    &kMacroNotReadable};
+    &kFileNotFound,   &kUseImageFormat, &kImageNotReadable, &kNothingLoaded, &kBeyondAddressSpace,
+    &kNotInFlash,     &kFlashNotSeen,   &kLineDamaged,      &kRamDiffers,    &kLinkLostWhileLoading,
+    &kOfferToolChain, &kMacroNotFound,  &kMacroNotReadable};
 
 }  // namespace messages
 }  // namespace brevant::load
