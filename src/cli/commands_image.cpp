@@ -17,12 +17,6 @@ Result NotRead(const std::string& path, const std::string& why) {
   return Failure(ExitStatus::File, fmt::format("cannot read {}: {}", path, why));
 }
 
-void NoteSkipped(Session& session, const images::ReadReport& report) {
-  if (report.skipped == 0) return;
-  session.ui().Notice(fmt::format("{} malformed records were skipped, the first in line {}.",
-                                  report.skipped, report.first_skipped_line));
-}
-
 Result Loaded(Session& session, const std::string& path, const load::LoadResult& loaded) {
   Result result;
   result.text = fmt::format("loaded {}\n", path);
@@ -35,7 +29,6 @@ Result Loaded(Session& session, const std::string& path, const load::LoadResult&
     result.text += fmt::format("compared {} bytes in flash, all equal\n", loaded.compared);
     result.fields["compared"] = loaded.compared;
   }
-  if (loaded.report.skipped > 0) result.fields["skipped"] = loaded.report.skipped;
   if (session.debugger().debug_info.DebugInfoLoaded) {
     result.text += loaded.debug_info_detail + '\n';
     result.fields["debug_info"] = loaded.debug_info_detail;
@@ -65,7 +58,7 @@ Result Load(Session& session, const ParsedArguments& arguments) {
     case load::LoadOutcome::NotFound:
     case load::LoadOutcome::WrongFormat:
     case load::LoadOutcome::NotReadable:
-    case load::LoadOutcome::NoRecords:
+    case load::LoadOutcome::Damaged:
       return Failure(ExitStatus::File, fmt::format("{} was not loaded", path));
     case load::LoadOutcome::Differs:
       return NotThere(session, path, loaded);
@@ -83,7 +76,11 @@ Result Verify(Session& session, const ParsedArguments& arguments) {
   if (!file.report.ok()) return NotRead(path, file.report.file_error);
   const images::Image image = file.ToImage();
   if (image.empty()) return NotRead(path, "it holds no S-record or Intel HEX data");
-  NoteSkipped(session, file.report);
+  if (const auto refusal = file.report.Refusal(path)) {
+    session.ui().ShowMessage(*refusal);
+    return Failure(ExitStatus::File, "nothing was compared");
+  }
+  for (const base::Message& remark : file.report.Remarks(path)) session.ui().ShowMessage(remark);
   ShownProgress progress(session.ui(), "Verifying");
   const load::VerifyResult verified = load::Verify(session.debugger().memory, image, progress);
   if (verified.outcome == load::VerifyOutcome::LinkLost) return LinkLost();

@@ -44,6 +44,13 @@ void ConsoleUi::Notice(std::string_view text) {
   PrintError(text);
 }
 
+void ConsoleUi::Warn(std::string_view text) {
+  said_.notices.emplace_back(text);
+  if (style_.json) return;
+  EraseProgress();
+  PrintError(text);
+}
+
 void ConsoleUi::ErrorsAreNotices() {
   for (const std::string& error : std::exchange(said_.errors, {})) Notice(error);
 }
@@ -53,6 +60,8 @@ base::Answer ConsoleUi::ShowMessage(const base::Message& message) {
   if (message.buttons == base::Buttons::Ok) {
     if (message.severity == base::Severity::Error) {
       said_.errors.push_back(line);
+    } else if (message.severity == base::Severity::Warning) {
+      Warn(line);
     } else {
       Notice(line);
     }

@@ -32,6 +32,8 @@ class ConsoleUi final : public base::UserInterface {
 
   // A line for people, kept back when quiet.
   void Notice(std::string_view text);
+  // A line that also those who asked for quiet have to see.
+  void Warn(std::string_view text);
   // What was said as an error does not make the command fail after all.
   void ErrorsAreNotices();
 

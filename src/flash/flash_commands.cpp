@@ -130,6 +130,7 @@ bool ProgramFlashFile(FlashJob& job, const std::string& path, const images::Imag
     return RefuseSaying(job, ToMessage(messages::kProgramFileNotOpened, path));
   }
   const devices::Device& device = job.surroundings().memory.device();
+  if (const auto refusal = file.report.Refusal(path)) return RefuseSaying(job, *refusal);
   if (const auto at = FirstOutsideFlash(device, file)) return RefuseOutsideFlash(job, *at);
   base::SettingsFile& settings = job.surroundings().settings;
   if (settings.String(base::keys::kProgramFile) != path) {

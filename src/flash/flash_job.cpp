@@ -177,7 +177,7 @@ void FlashJob::Abandon() {
 void FlashJob::Finish(FlashOutcome outcome) {
   End(outcome);
   if (outcome == FlashOutcome::VerifyFailed) with_.ui.ShowMessage(ToMessage(messages::kNotBlank));
-  if (plan_.remark) with_.ui.ShowMessage(*plan_.remark);
+  for (const base::Message& remark : plan_.remarks) with_.ui.ShowMessage(remark);
   ResetAndKeepCode();
 }
 

@@ -94,7 +94,7 @@ FlashPlan PlanLocations(const devices::FlashGeometry& flash, base::Address addre
 
 FlashPlan PlanFile(const devices::FlashGeometry& flash, const images::ImageFile& file,
                    const std::string& path) {
-  FlashPlan plan{.task = &tasks::kFile, .remark = file.report.SkippedMessage(path)};
+  FlashPlan plan{.task = &tasks::kFile, .remarks = file.report.Remarks(path)};
   for (const images::ImageRecord& record : file.records) {
     AddRecord(flash, record.address, record.bytes, plan.blocks);
   }

@@ -52,7 +52,7 @@ struct FlashPlan {
   bool erases_security = false;
   std::vector<devices::MemoryRange> to_erase{};  // the flash in the pages that an erase covers
   std::optional<std::uint8_t> trim{};            // to be written back behind the erase
-  std::optional<base::Message> remark{};         // to be told at the end
+  std::vector<base::Message> remarks{};          // to be told at the end
 
   long bytes() const;
 };

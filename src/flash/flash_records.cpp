@@ -15,7 +15,9 @@ bool EndsFile(std::string_view word) {
 }  // namespace
 
 images::ImageFile ParseFlashRecords(std::string_view text) {
-  return images::ParseSRecords(text, EndsFile);
+  const std::size_t first = text.find_first_not_of(" \t\r\n");
+  const bool intel_hex = first != std::string_view::npos && text[first] == ':';
+  return intel_hex ? images::ParseIntelHex(text) : images::ParseSRecords(text, EndsFile);
 }
 
 }  // namespace brevant::flash

@@ -36,8 +36,7 @@ load::LoadOutcome Load(const CommandContext& context, const std::string& path) {
 // Whether the file came to be loaded, be it in part or empty: its name is in the title.
 bool BecameCurrent(load::LoadOutcome outcome) {
   return outcome == load::LoadOutcome::Loaded || outcome == load::LoadOutcome::Cancelled ||
-         outcome == load::LoadOutcome::Differs || outcome == load::LoadOutcome::LinkLost ||
-         outcome == load::LoadOutcome::NoRecords;
+         outcome == load::LoadOutcome::Differs || outcome == load::LoadOutcome::LinkLost;
 }
 
 void LoadChosenImage(const CommandContext& context) {

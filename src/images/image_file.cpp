@@ -14,8 +14,7 @@ namespace brevant::images {
 namespace {
 
 void AddData(ImageRecord record, ImageFile& file) {
-  ++file.report.records;
-  file.report.bytes += static_cast<long>(record.bytes.size());
+  file.report.CountData(record.line, record.bytes.size(), record.checksum_right);
   file.records.push_back(std::move(record));
 }
 
@@ -41,7 +40,10 @@ ImageFile ParseSRecords(std::string_view text, bool (*ends_file)(std::string_vie
   ImageFile file;
   RecordTokens tokens(text);
   while (const auto token = tokens.Next()) {
-    if (ends_file(token->text)) break;
+    if (ends_file(token->text)) {
+      if (token->text.front() != 'S') file.report.no_record_line = token->line;
+      break;
+    }
     auto parsed = ParseSRecord(*token);
     if (const auto* fault = std::get_if<RecordFault>(&parsed)) {
       file.report.CountSkipped(token->line, *fault);

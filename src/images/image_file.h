@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // An image file as a value: its records in file order, and what reading it came to. Malformed
-// records are skipped and counted; a word that is no record ends the file. Pure but for
-// ReadImageFile.
+// records are left out and counted, see ReadReport::Refusal; a word that is no record ends the
+// file. Pure but for ReadImageFile.
 #pragma once
 
 #include <cstdint>

@@ -11,10 +11,29 @@ void ReadReport::CountSkipped(long line, RecordFault reason) {
   first_skipped_reason = reason;
 }
 
-std::optional<base::Message> ReadReport::SkippedMessage(const std::string& path) const {
-  if (skipped == 0) return std::nullopt;
-  return ToMessage(messages::kRecordsSkipped, skipped, path, first_skipped_line,
-                   std::string(Describe(first_skipped_reason)));
+void ReadReport::CountData(long line, std::size_t count, bool checksum_right) {
+  ++records;
+  bytes += static_cast<long>(count);
+  if (!checksum_right && wrong_checksums++ == 0) first_wrong_checksum_line = line;
+}
+
+std::optional<base::Message> ReadReport::Refusal(const std::string& path) const {
+  if (skipped > 0) {
+    return ToMessage(messages::kDamaged, path, first_skipped_line,
+                     std::string(Describe(first_skipped_reason)), skipped);
+  }
+  if (records == 0 && !entry) return ToMessage(messages::kNoRecords, path);
+  return std::nullopt;
+}
+
+std::vector<base::Message> ReadReport::Remarks(const std::string& path) const {
+  std::vector<base::Message> remarks;
+  if (wrong_checksums > 0) {
+    remarks.push_back(
+        ToMessage(messages::kWrongChecksums, wrong_checksums, path, first_wrong_checksum_line));
+  }
+  if (no_record_line) remarks.push_back(ToMessage(messages::kRestNotRead, *no_record_line, path));
+  return remarks;
 }
 
 }  // namespace brevant::images

@@ -4,6 +4,7 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "base/address.h"
 #include "base/user_interface.h"
@@ -17,7 +18,7 @@ struct ReadReport {
   long records = 0;  // data records
   long bytes = 0;
   std::optional<base::Address> entry;
-  // Malformed records, which are passed over.
+  // Malformed records.
   long skipped = 0;
   long first_skipped_line = 0;
   RecordFault first_skipped_reason = RecordFault::None;
@@ -25,11 +26,17 @@ struct ReadReport {
   long beyond_16_bits = 0;
   // Line of the word that is no record at all and so ended the reading.
   std::optional<long> no_record_line;
+  // Of data records; they are taken all the same.
+  long wrong_checksums = 0;
+  long first_wrong_checksum_line = 0;
 
   bool ok() const { return file_error.empty(); }
   void CountSkipped(long line, RecordFault reason);
-  // What to tell the user about malformed records; nothing when there are none.
-  std::optional<base::Message> SkippedMessage(const std::string& path) const;
+  void CountData(long line, std::size_t count, bool checksum_right);
+  // Why nothing of the file may go to the target: a malformed record, or none at all.
+  std::optional<base::Message> Refusal(const std::string& path) const;
+  // What the user should know of a file that is taken.
+  std::vector<base::Message> Remarks(const std::string& path) const;
 };
 
 }  // namespace brevant::images

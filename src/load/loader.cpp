@@ -19,31 +19,18 @@ constexpr std::string_view kComparingTitle = "Comparing with flash";
 constexpr std::string_view kLoadingTitle = "Loading File...";
 constexpr std::string_view kWatchExtension = "cfg";
 
-// How an extension is read; the Motorola assembler names its S-record files "hex".
-struct ExtensionRow {
-  std::string_view extension;
-  images::ImageParser parse;
-  images::ImageParser parse_of_motorola;
-};
-constexpr std::array<ExtensionRow, 3> kExtensions{
-    {{"s19", images::ParseSRecords, images::ParseSRecords},
-     {"hex", images::ParseIntelHex, images::ParseSRecords},
-     {"sx", images::ParseSRecords, images::ParseSRecords}}};
+// Which of the two formats a file has is told by what stands in it.
+constexpr std::array<std::string_view, 6> kExtensions{"s19", "hex", "sx", "ihx", "srec", "mot"};
 
-const ExtensionRow* FindExtension(std::string_view path) {
+bool IsImage(std::string_view path) {
   const std::string extension = base::ExtensionOf(path);
-  for (const ExtensionRow& row : kExtensions) {
-    if (base::EqualIgnoringCase(row.extension, extension)) return &row;
-  }
-  return nullptr;
+  return std::ranges::any_of(kExtensions, [&](std::string_view known) {
+    return base::EqualIgnoringCase(known, extension);
+  });
 }
 
 bool IsCCompiler(symbols::ToolChain tool_chain) {
   return tool_chain == symbols::ToolChain::Imagecraft || tool_chain == symbols::ToolChain::Sdcc;
-}
-
-bool NothingCame(const images::ReadReport& report) {
-  return report.records == 0 && !report.entry;
 }
 
 std::string TimeText(long long time) {
@@ -89,19 +76,21 @@ LoadResult Loader::LoadImage(const std::string& path) {
     return {LoadOutcome::NotFound, {}, {}};
   }
   macros_.RunBeforeLoadMacro();
-  const ExtensionRow* row = FindExtension(path);
-  if (!row) {
+  if (!IsImage(path)) {
     ui_.ShowMessage(ToMessage(messages::kUseImageFormat));
     return {LoadOutcome::WrongFormat, {}, {}};
   }
-  const bool motorola = debug_info_.tool_chain == symbols::ToolChain::MotorolaAssembler;
-  const images::ImageFile file =
-      images::ReadImageFile(path, motorola ? row->parse_of_motorola : row->parse);
+  const images::ImageFile file = images::ReadImageFile(path);
   LoadResult result;
   result.report = file.report;
   if (!result.report.ok()) {
     result.outcome = LoadOutcome::NotReadable;
     ui_.ShowMessage(ToMessage(messages::kImageNotReadable, path, result.report.file_error));
+    return result;
+  }
+  if (const auto refusal = result.report.Refusal(path)) {
+    result.outcome = LoadOutcome::Damaged;
+    ui_.ShowMessage(*refusal);
     return result;
   }
   image_directory_ = base::DirectoryOf(path);
@@ -110,7 +99,6 @@ LoadResult Loader::LoadImage(const std::string& path) {
   const bool complete = TransferWithProgress(path, file);
   TellAbout(path, result.report, complete);
   if (complete && !Arrived(file.ToImage(), result)) result.outcome = LoadOutcome::Differs;
-  if (NothingCame(result.report)) result.outcome = LoadOutcome::NoRecords;
   if (memory_.LinkError()) result.outcome = LoadOutcome::LinkLost;
   if (!complete) {
     // The tables describe the image before this one, whose bytes are partly gone.
@@ -140,10 +128,7 @@ bool Loader::TransferWithProgress(const std::string& path, const images::ImageFi
 }
 
 void Loader::TellAbout(const std::string& path, const images::ReadReport& report, bool complete) {
-  if (const auto skipped = report.SkippedMessage(path)) ui_.ShowMessage(*skipped);
-  if (NothingCame(report)) {
-    ui_.ShowMessage(ToMessage(messages::kNothingLoaded, path));
-  }
+  for (const base::Message& remark : report.Remarks(path)) ui_.ShowMessage(remark);
   if (complete && report.beyond_16_bits > 0) {
     ui_.ShowMessage(ToMessage(messages::kBeyondAddressSpace, report.beyond_16_bits, path));
   }

@@ -37,9 +37,9 @@ struct LoadSteps {
 enum class LoadOutcome {
   Loaded,
   NotFound,
-  WrongFormat,  // the extension is none of s19, sx and hex
+  WrongFormat,  // no extension of an image
   NotReadable,
-  NoRecords,  // not one record is of its format; the rest of the sequence has been done
+  Damaged,    // a malformed record, or none at all; nothing was done
   Differs,    // what the file has for flash is not there, or cannot be looked at; the rest of the
               // sequence has been done
   Cancelled,  // by the user, during the transfer; what was written stays

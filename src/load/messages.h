@@ -25,10 +25,6 @@ inline constexpr MessageText kUseImageFormat{"load.use-image-format", Severity::
 inline constexpr MessageText kImageNotReadable{"load.image-not-readable", Severity::Error,
                                                "Can not open file %s\n%s", base::captions::kError,
                                                Icon::Error};
-inline constexpr MessageText kNothingLoaded{
-    "load.nothing-loaded", Severity::Warning,
-    "%s\nholds no records of its format: nothing was loaded.", base::captions::kForYourInformation,
-    Icon::Warning};
 inline constexpr MessageText kBeyondAddressSpace{
     "load.beyond-address-space", Severity::Warning,
     "%ld bytes of\n%s\nlie above address FFFF and were written at the low 16 bits of their\n"
@@ -78,9 +74,9 @@ inline constexpr MessageText kMacroNotReadable{"macro.not-readable", Severity::E
                                                Icon::Error};
 
 inline constexpr const MessageText* kAll[] = {
-    &kFileNotFound,   &kUseImageFormat, &kImageNotReadable, &kNothingLoaded, &kBeyondAddressSpace,
-    &kNotInFlash,     &kFlashNotSeen,   &kLineDamaged,      &kRamDiffers,    &kLinkLostWhileLoading,
-    &kOfferToolChain, &kMacroNotFound,  &kMacroNotReadable};
+    &kFileNotFound,         &kUseImageFormat, &kImageNotReadable, &kBeyondAddressSpace,
+    &kNotInFlash,           &kFlashNotSeen,   &kLineDamaged,      &kRamDiffers,
+    &kLinkLostWhileLoading, &kOfferToolChain, &kMacroNotFound,    &kMacroNotReadable};
 
 }  // namespace messages
 }  // namespace brevant::load

@@ -127,7 +127,7 @@ class Commands : public testing::Test {
     fs::current_path(folder_);
     std::ofstream("junk.s19") << "\x7f\x45LF\xff";
     std::ofstream("empty.s19");
-    std::ofstream("mixed.s19") << "S104900011EA\ns104900122EA\n";
+    std::ofstream("mixed.s19") << "S1049000115A\ns104900122EA\n";
     std::ofstream("program.txt") << "S9030000FC";
     std::ofstream("names.lst") << "\nsetup 80D6\nloop 8021\n";
     std::ofstream("prepare.mac") << "DMM.B 120 5A\nPC 8021\n";

@@ -195,7 +195,7 @@ TEST(Debugger, AResetNoticesThatRamHasLostTheImage) {
   debugger.Reset();
   EXPECT_FALSE(debugger.image_gone) << "none was loaded";
   const std::string image = bench.settings.path().string() + ".s19";
-  ASSERT_EQ(base::ReplaceFile(image, "S105010011223A\n"), "");
+  ASSERT_EQ(base::ReplaceFile(image, "S10501001122C6\n"), "");
   debugger.loader.LoadImage(image);
   debugger.Reset();
   EXPECT_TRUE(debugger.image_gone);

@@ -102,8 +102,12 @@ struct Bench : load::TargetBench {
 // An S1 record of a file.
 inline std::string Record(base::Address address, const ByteList& data) {
   std::string text = base::Format("S1%02X%04X", data.size() + 3, address);
-  for (const std::uint8_t byte : data) text += base::Format("%02X", byte);
-  return text + "00\n";
+  std::size_t sum = data.size() + 3 + base::HighByte(address) + base::LowByte(address);
+  for (const std::uint8_t byte : data) {
+    text += base::Format("%02X", byte);
+    sum += byte;
+  }
+  return text + base::Format("%02X\n", ~sum & 0xFFu);
 }
 
 inline const simulator::Device* const kDevices[] = {&simulator::Gp32(), &simulator::Ql()};

@@ -197,17 +197,14 @@ TEST(ProgramFile, ReadsTheFileByItsOwnRules) {
     std::size_t messages = 0;
   };
   const std::vector<Case> cases = {
-      {"", {0xFF, 0xFF}},
-      {"S0030000FC\nS9030000FC\n", {0xFF, 0xFF}},
-      {"S104900011EA S9030000FC S104900122EA", {0x11, 0xFF}},
-      {"S104900011EA S9 S104900122EA", {0x11, 0xFF}},
-      {"S104900011EA S5030001FB S104900122EA", {0x11, 0xFF}},
-      {"S104900011EA s104900122EA", {0x11, 0xFF}},
-      {"S104900011EA hello S104900122EA", {0x11, 0xFF}},
-      {"S1049000\nS1049000zz00\nS104900122EA", {0xFF, 0x22}, 1},
-      {"S205009000116A S3060000900122EA", {0x11, 0x22}},
+      {"S1049000115A S9030000FC S10490012248", {0x11, 0xFF}},
+      {"S1049000115A S9 S10490012248", {0x11, 0xFF}},
+      {"S1049000115A S5030001FB S10490012248", {0x11, 0xFF}},
+      {"S1049000115A s10490012248", {0x11, 0xFF}, 1},
+      {"S1049000115A hello S10490012248", {0x11, 0xFF}, 1},
+      {"S2050090001159 S306000090012246", {0x11, 0x22}},
       {Record(0x9000, ByteList(122, 0x5A)), ByteList(122, 0x5A)},
-      {Record(0x9000, ByteList(123, 0x5A)), {0xFF, 0xFF}, 1},
+      {":0290000011223B\n:00000001FF", {0x11, 0x22}},
   };
   for (const Case& c : cases) {
     Bench bench;
@@ -279,11 +276,19 @@ TEST(FlashCommands, LeaveTheTargetAloneWhenRefused) {
   EXPECT_TRUE(refuses(ProgramFlashLocations(bench.flash, 0x9000, {})));
   EXPECT_TRUE(refuses(ProgramFlashLocations(bench.flash, 0x10000, ByteList{1})));
   EXPECT_TRUE(refuses(ProgramFlashFile(bench.flash, "/no/such.s19")));
+  // Empty, without data, damaged, no image.
+  for (const std::string& text :
+       {std::string(), std::string("S0030000FC\nS9030000FC\n"),
+        std::string("S104900011DA\nS1049000zz00\n"), std::string("hello world"),
+        Record(0x9000, ByteList(123, 0x5A))}) {
+    EXPECT_TRUE(refuses(ProgramFlashFile(bench.flash, bench.Write("damaged.s19", text)))) << text;
+    bench.user.texts.pop_back();
+  }
   // Outside flash, above 64 K, past the end.
   EXPECT_TRUE(refuses(EraseFlashRange(bench.flash, 0x0000, 0xFFFF)));
   EXPECT_TRUE(refuses(ProgramFlashLocations(bench.flash, 0xFDFF, ByteList{1, 2})));
   for (const char* record :
-       {"S306000190000167", "S105FFFF010200", "S10400800122", "S105FDFF010200"}) {
+       {"S306000190000167", "S105FFFF0102F9", "S1040080017A", "S105FDFF0102FB"}) {
     EXPECT_TRUE(refuses(ProgramFlashFile(bench.flash, bench.Write("outside.s19", record))));
     EXPECT_NE(bench.user.texts.back().find("is not flash"), std::string::npos) << record;
     bench.user.texts.pop_back();

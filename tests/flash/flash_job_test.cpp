@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "flash/flash_bench.h"
+#include "flash/flash_records.h"
 
 namespace brevant::flash {
 namespace {
@@ -125,7 +126,10 @@ TEST(FlashJob, TellsWhatFailedWhenTheTargetDoesNotAnswer) {
       {[](auto& job) { return ProgramFlashLocations(job, 0x9000, ByteList{1}); },
        "Error in programmingflash location"},
       {[](auto& job) { return EraseFlashRange(job, 0x8000, 0x9000); }, "Error in erasing flash"},
-      {[](auto& job) { return ProgramFlashFile(job, "image", {}); }, "Error in programming flash"},
+      {[](auto& job) {
+         return ProgramFlashFile(job, "image", ParseFlashRecords(Record(0x9000, ByteList{1})));
+       },
+       "Error in programming flash"},
   };
   for (const auto& [start, text] : cases) {
     Bench bench;

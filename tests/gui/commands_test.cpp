@@ -56,8 +56,8 @@ TEST_F(Commands, RemembersFilesThatWereLoadedAndNoOthers) {
   UseToolChain(symbols::ToolChain::Introl);  // which leaves nothing beside an image
   Start();
   EXPECT_EQ(Recent(0), "");
-  const std::string first = Write("first.s19", "S105010011223A\n");
-  const std::string second = Write("second.s19", "S1050100445575\n");
+  const std::string first = Write("first.s19", "S10501001122C6\n");
+  const std::string second = Write("second.s19", "S1050100445560\n");
   window().LoadFile(first);
   window().LoadFile(second);
   ExpectMessage("Use only S19 or HEX format");
@@ -84,7 +84,7 @@ TEST_F(Commands, RemembersFilesThatWereLoadedAndNoOthers) {
 TEST_F(Commands, LoadsAFileThatIsDroppedOnTheWindow) {
   UseToolChain(symbols::ToolChain::Introl);
   Start();
-  const std::string image = Write("dropped.s19", "S1050100445575\n");
+  const std::string image = Write("dropped.s19", "S1050100445560\n");
   const auto drop = [this](const QMimeData& data) {
     QDragEnterEvent enter({50, 50}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
     enter.ignore();
@@ -95,7 +95,7 @@ TEST_F(Commands, LoadsAFileThatIsDroppedOnTheWindow) {
     return true;
   };
   QMimeData text;
-  text.setText("S1050100445575");
+  text.setText("S1050100445560");
   EXPECT_FALSE(drop(text));
   QMimeData file;
   file.setUrls({QUrl::fromLocalFile(Text(image))});

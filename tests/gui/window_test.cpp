@@ -214,11 +214,11 @@ TEST_F(Desktop, ReloadsAnImageThatIsNewerOnce) {
     const auto now = std::filesystem::last_write_time(image);
     std::filesystem::last_write_time(image, now + std::chrono::seconds(seconds));
   };
-  write("S105010011223A", 0);
+  write("S10501001122C6", 0);
   window().LoadFile(image.string());
   EXPECT_EQ(debugger().monitor.ReadByte(kScratch), 0x11);
 
-  write("S1050100445575", 100);
+  write("S1050100445560", 100);
   const auto activate = [this] {
     QEvent event(QEvent::WindowActivate);
     QApplication::sendEvent(&window(), &event);
@@ -235,7 +235,7 @@ TEST_F(Desktop, ReloadsAnImageThatIsNewerOnce) {
   debugger().frame.WriteProgramCounter(kDemoInFlash);
   Press(Qt::Key_F7);
   RunFor(50);
-  write("S1050100667731", 200);
+  write("S105010066771C", 200);
   activate();
   EXPECT_TRUE(debugger().Busy());
   EXPECT_TRUE(window().statusBar()->currentMessage().contains("has changed"));

@@ -40,7 +40,7 @@ TEST(LoadImage, WritesEachRecordAndTakesTheEntryAddress) {
   LoadBench bench;
   bench.breakpoints.AddBreakpoint(0x8000);
   const LoadResult result =
-      bench.Load("a.S19", "S0030000FC S10501001122EA S1030000FC S3070000012033AAEA S903012000");
+      bench.Load("a.S19", "S0030000FC S10501001122C6 S1030000FC S3070000012033AAFA S903012000");
   EXPECT_EQ(bench.Commands(), "R00FF w11 w22 RFFFF R011F w33 wAA W00FE=01 W00FF=20 R0100 R0120");
   EXPECT_EQ(result.outcome, LoadOutcome::Loaded);
   EXPECT_EQ(result.report.bytes, 4);
@@ -64,7 +64,7 @@ TEST(LoadImage, ReadsHexFilesByTheToolChain) {
 
   bench.debug_info.tool_chain = symbols::ToolChain::MotorolaAssembler;
   bench.user.agrees = false;
-  bench.Load("a.hex", "S10501001122EA");
+  bench.Load("a.hex", "S10501001122C6");
   EXPECT_EQ(bench.Commands(), "R00FF w11 w22 R0100");
 }
 
@@ -73,7 +73,7 @@ TEST(LoadImage, SaysWhatItDidNotLoad) {
   const std::string missing = (bench.folder.path() / "missing.s19").string();
   EXPECT_EQ(bench.loader.LoadImage(missing).outcome, LoadOutcome::NotFound);
   EXPECT_EQ(bench.user.TakeTexts(), Texts{"File " + missing + " is not found"});
-  EXPECT_EQ(bench.Load("a.elf", "S10501001122EA").outcome, LoadOutcome::WrongFormat);
+  EXPECT_EQ(bench.Load("a.elf", "S10501001122C6").outcome, LoadOutcome::WrongFormat);
   EXPECT_EQ(bench.user.TakeTexts(), Texts{"Use only S19 or HEX format"});
   const std::filesystem::path folder = bench.folder.path() / "folder.s19";
   std::filesystem::create_directory(folder);
@@ -86,25 +86,32 @@ TEST(LoadImage, SaysWhatItDidNotLoad) {
   EXPECT_FALSE(bench.settings.Has("config", "TimeStamp"));
 }
 
-TEST(LoadImage, SaysThatAFileOfAnotherFormatLoadsNothing) {
+TEST(LoadImage, KnowsTheFormatByTheContentAndRefusesWhatIsDamaged) {
   LoadBench bench;
-  bench.Load("a.hex", "S10501001122EA");
-  EXPECT_EQ(bench.Commands(), "");
-  ASSERT_EQ(bench.user.texts.size(), 1u);
-  EXPECT_NE(bench.user.texts[0].find("nothing was loaded"), std::string::npos);
+  bench.Load("a.hex", "S10501001122C6");
+  EXPECT_EQ(bench.Commands(), "R00FF w11 w22 R0100");
+  for (const char* text : {"", "hello world", "S10501001122C6\nS105010011",
+                           "S1050100\nS10501001122C6", ":020100001122CA\n:0201zz001122CA"}) {
+    EXPECT_EQ(bench.Load("b.srec", text).outcome, LoadOutcome::Damaged) << text;
+    EXPECT_EQ(bench.Commands(), "") << text;
+    EXPECT_EQ(bench.user.TakeTexts().size(), 1u) << text;
+  }
+  bench.Load("c.s19", "S10501001122C6\nS105010011");
+  EXPECT_NE(bench.user.TakeTexts().at(0).find("Line 2: fewer characters than the count says"),
+            std::string::npos);
 }
 
-TEST(LoadImage, CountsWhatItHadToSkip) {
+TEST(LoadImage, TellsWhatItTookAllTheSame) {
   LoadBench bench;
-  const LoadResult result = bench.Load("a.s19", "S1050100\nS10501001122EA\nS104zz");
-  EXPECT_EQ(result.outcome, LoadOutcome::Loaded);
-  EXPECT_EQ(result.report.skipped, 2);
-  ASSERT_EQ(bench.user.texts.size(), 1u);
-  EXPECT_NE(bench.user.texts[0].find("line 1: fewer characters than the count says"),
-            std::string::npos);
-  bench.user.TakeTexts();
-  bench.Load("b.hex", ":020000040001F9 :010100001100");
-  EXPECT_EQ(bench.user.texts.size(), 1u);
+  EXPECT_EQ(bench.Load("a.s19", "S10501001122C6\nS104010233FF\n\nhello").outcome,
+            LoadOutcome::Loaded);
+  const Texts texts = bench.user.TakeTexts();
+  ASSERT_EQ(texts.size(), 2u);
+  EXPECT_NE(texts[0].find("wrong checksum, the first in line 2"), std::string::npos);
+  EXPECT_NE(texts[1].find("Line 4"), std::string::npos);
+  EXPECT_EQ(bench.memory.AskByte(0x0102), 0x33);
+  bench.Load("b.hex", ":020000040001F9 :0101000011ED");
+  EXPECT_EQ(bench.user.TakeTexts().size(), 1u) << "beyond 64 K";
 }
 
 TEST(LoadImage, ImportsTheCompanionOrOffersTheOneThatFits) {
@@ -144,7 +151,7 @@ TEST(LoadImage, WritesTheResetVectorOfACmdFile) {
 // The monitor cannot write flash: what the image has for it is compared, in full.
 TEST(LoadImage, ComparesWhatLiesInFlash) {
   LoadBench bench;
-  const std::string image = "S105FDFE1122EA S1060100556677EA";
+  const std::string image = "S105FDFE1122CC S1060100556677C6";
   EXPECT_EQ(bench.Load("a.s19", image).outcome, LoadOutcome::Differs);
   EXPECT_EQ(bench.Commands(), "R00FF w55 w66 w77 R0100 RFDFD r");
   EXPECT_NE(bench.user.TakeTexts().at(0).find("fdfe holds ff and not the image's 11: 2 of 2 bytes"),
@@ -165,7 +172,7 @@ TEST(LoadImage, CanBeCancelledBetweenRecords) {
   LoadBench bench;
   bench.user.cancels_after = 1;
   bench.debug_info.DebugInfoLoaded = true;
-  const LoadResult result = bench.Load("a.s19", "S104010011EA S104010122EA S104010233EA");
+  const LoadResult result = bench.Load("a.s19", "S104010011E9 S104010122D7 S104010233C5");
   EXPECT_EQ(result.outcome, LoadOutcome::Cancelled);
   EXPECT_EQ(bench.Commands(), "R00FF w11");
   EXPECT_FALSE(bench.debug_info.DebugInfoLoaded);
@@ -175,7 +182,7 @@ TEST(LoadImage, CanBeCancelledBetweenRecords) {
 TEST(LoadImage, SaysThatTheTargetDidNotAnswer) {
   LoadBench bench;
   bench.target.SetFaultPlan({{.kind = simulator::FaultKind::CutLine, .at_host_byte = 4}});
-  EXPECT_EQ(bench.Load("a.s19", "S10501001122EA").outcome, LoadOutcome::LinkLost);
+  EXPECT_EQ(bench.Load("a.s19", "S10501001122C6").outcome, LoadOutcome::LinkLost);
   ASSERT_EQ(bench.user.texts.size(), 1u);
   EXPECT_NE(bench.user.texts[0].find("ReStart"), std::string::npos);
 }
@@ -184,21 +191,21 @@ TEST(LoadImage, RunsTheMacroFirst) {
   LoadBench bench;
   bench.settings.Store(base::keys::kMacroFlags, long{kMacroBeforeLoad});
   bench.settings.Store(base::keys::kLoadMacroFile, bench.Write("before.mac", "DMM.B 120 77"));
-  bench.Load("a.s19", "S104010011EA");
+  bench.Load("a.s19", "S104010011E9");
   EXPECT_EQ(bench.Commands(), "W0120=77 R00FF w11 R0100");
   // Also before the extension is looked at; and a failing macro stops nothing.
   bench.Load("a.elf", "");
   EXPECT_EQ(bench.Commands(), "W0120=77");
   std::filesystem::remove(bench.folder.path() / "before.mac");
   bench.user.TakeTexts();
-  bench.Load("a.s19", "S104010011EA");
+  bench.Load("a.s19", "S104010011E9");
   EXPECT_EQ(bench.Commands(), "R00FF w11 R0100");
   EXPECT_EQ(bench.user.TakeTexts(), Texts{messages::kMacroNotFound.text});
 }
 
 TEST(ImageIsNewer, ComparesTheStampAsText) {
   LoadBench bench;
-  const std::string path = bench.Write("a.s19", "S104010011EA");
+  const std::string path = bench.Write("a.s19", "S104010011E9");
   const auto set_time = [&](long seconds) {
     const std::chrono::sys_seconds time{std::chrono::seconds(seconds)};
     std::filesystem::last_write_time(path, std::chrono::file_clock::from_sys(time));
