@@ -13,7 +13,7 @@ struct Row {
   std::string_view word;
   const char* text;  // with the PC
 };
-constexpr std::array<Row, 9> kRows{{
+constexpr std::array<Row, 10> kRows{{
     {StopReason::Breakpoint, "breakpoint", "breakpoint at %04x"},
     {StopReason::StepDone, "step", "step done at %04x"},
     {StopReason::PlaceReached, "place", "reached %04x"},
@@ -22,6 +22,7 @@ constexpr std::array<Row, 9> kRows{{
     {StopReason::Reset, "reset", "reset, PC at %04x"},
     {StopReason::LinkLost, "link-lost", "link lost"},
     {StopReason::NotRecovered, "not-recovered", "damaged stack, PC at %04x"},
+    {StopReason::BadStack, "bad-stack", "registers cannot be read: reset the target"},
     {StopReason::Refused, "refused", "the program does not answer the break signal"},
 }};
 

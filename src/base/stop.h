@@ -18,12 +18,13 @@ enum class StopReason {
   Reset,
   LinkLost,      // nothing is known of the target
   NotRecovered,  // it stopped, but its stack pointer could not be restored
+  BadStack,      // its stack pointer lies outside RAM, so that no register could be saved
   Refused,       // it was asked to stop and runs on: the program does not answer the break signal
 };
 
 struct Stop {
   StopReason reason = StopReason::Reset;
-  Address pc = 0;           // meaningless for LinkLost and Refused
+  Address pc = 0;           // meaningless for LinkLost, BadStack and Refused
   std::string detail = {};  // more for people; may be empty
   bool operator==(const Stop&) const = default;
 };

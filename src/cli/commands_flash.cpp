@@ -142,9 +142,13 @@ Result Program(Session& session, const ParsedArguments& arguments) {
   if (image.empty()) {
     return Failure(ExitStatus::File, fmt::format("{} holds no S-record data", path));
   }
+  const images::ImageFile records = flash::ParseFlashRecords(file.text);
+  if (const auto refusal = records.report.Refusal(path)) {
+    session.ui().ShowMessage(*refusal);
+    return Failure(ExitStatus::File, "nothing was programmed");
+  }
   flash::FlashJob& flash = session.debugger().flash;
-  Result result = AwaitFlash(
-      session, flash::ProgramFlashFile(flash, path, flash::ParseFlashRecords(file.text)));
+  Result result = AwaitFlash(session, flash::ProgramFlashFile(flash, path, records));
   if (result.ok() && flash.status().bytes_programmed == 0) {
     return Failure(ExitStatus::File,
                    fmt::format("nothing was programmed: {} begins with no S-record", path));

@@ -28,6 +28,9 @@ Result StopResult(Session& session) {
   Result result = RegisterResult(session.debugger().frame);
   const auto& stop = session.debugger().run_control.last_stop();
   if (!stop) return result;
+  if (stop->reason == base::StopReason::BadStack) {
+    return WithReason(Failure(ExitStatus::Failed, base::StopText(*stop)), stop->reason);
+  }
   result.note = base::StopText(*stop);
   return WithReason(std::move(result), stop->reason);
 }
@@ -139,9 +142,15 @@ Result Trace(Session& session, const ParsedArguments& arguments) {
     if (session.debugger().Busy()) return GiveUpWaiting(session, why, ExitStatus::NoAnswer);
     return Failure(ExitStatus::Failed, why);
   }
+  const auto& stop = session.debugger().run_control.last_stop();
+  const bool bad_stack = stop && stop->reason == base::StopReason::BadStack;
   Result result;
+  if (bad_stack) {
+    result = WithReason(Failure(ExitStatus::Failed, base::StopText(*stop)), stop->reason);
+  }
   result.text = trace.LogText();
-  result.fields = {{"steps", trace.steps()}, {"log", trace.LogPath()}, {"text", trace.LogText()}};
+  result.fields.update(
+      {{"steps", trace.steps()}, {"log", trace.LogPath()}, {"text", trace.LogText()}});
   return result;
 }
 

@@ -143,6 +143,10 @@ Result Set(Session& session, const ParsedArguments& arguments) {
     const auto value =
         frontend::ParseHexNumber(arguments.Text(1), base::kLastAddress, "stack pointer");
     if (!value.ok()) return UsageError(value.error);
+    if (session.debugger().memory.KindOf(value.value) != devices::MemoryKind::Ram) {
+      return Failure(ExitStatus::Failed,
+                     fmt::format("nothing was done: {:04x} is not RAM", value.value));
+    }
     if (!frame.SetStackPointer(value.value)) {
       return Failure(ExitStatus::Failed,
                      "the stack pointer was not changed: the target did not come back from RAM");

@@ -9,6 +9,8 @@ std::optional<base::Message> StopMessage(base::StopReason reason) {
       return ToMessage(messages::kStopNotAnswered);
     case base::StopReason::NotRecovered:
       return ToMessage(messages::kStackPointerLost);
+    case base::StopReason::BadStack:
+      return ToMessage(messages::kBadStack);
     case base::StopReason::LinkLost:
       return ToMessage(messages::kLinkLost);
     default:

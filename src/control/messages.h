@@ -34,6 +34,12 @@ inline constexpr MessageText kStackPointerLost{
     "The target has stopped, but its stack pointer could not be restored.\n"
     "The registers shown may be wrong. \"Reset\" starts afresh.",
     base::captions::kError, base::Icon::Warning};
+inline constexpr MessageText kBadStack{
+    "run.bad-stack", base::Severity::Error,
+    "The program's stack pointer is not in RAM, so that its registers could not be saved and\n"
+    "nothing can be stepped. \"Reset\" starts afresh. Programs of SDCC need --stack-loc at the\n"
+    "compilation of the module with main.",
+    base::captions::kError, base::Icon::Warning};
 inline constexpr MessageText kLinkLost{
     "run.link-lost", base::Severity::Error,
     "The connection to the target is lost. Check the cable and the target's power;\n"
@@ -43,9 +49,9 @@ inline constexpr MessageText kTraceLogNotWritten{"trace.log-not-written", base::
                                                  "Can not write the trace log %s\n%s",
                                                  base::captions::kError, base::Icon::Warning};
 
-inline constexpr const MessageText* kAll[] = {&kBreakpointLimit, &kHardwareBreakpointLimit,
-                                              &kStopNotAnswered, &kStackPointerLost,
-                                              &kLinkLost,        &kTraceLogNotWritten};
+inline constexpr const MessageText* kAll[] = {
+    &kBreakpointLimit, &kHardwareBreakpointLimit, &kStopNotAnswered, &kStackPointerLost, &kBadStack,
+    &kLinkLost,        &kTraceLogNotWritten};
 
 }  // namespace messages
 

@@ -70,6 +70,7 @@ void NStep::Step() {
 }
 
 std::optional<base::StopReason> NStep::EndReached() const {
+  if (!frame_.StackIsRam()) return base::StopReason::BadStack;
   if (breakpoints_.Has(frame_.PC)) return base::StopReason::Breakpoint;
   switch (settings.condition) {
     case NStepCondition::AfterCount:

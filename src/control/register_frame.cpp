@@ -36,11 +36,22 @@ bool RegisterFrame::ReadRegisters() {
   memory_.AskChecked(frame, base);
   if (memory_.LinkError()) return false;
   SP = base;
+  if (!StackIsRam()) {
+    ++generation_;
+    return true;
+  }
   CCR = frame[kCCR];
   HX = base::Word(frame[kH], frame[kX]);
   A = frame[kA];
   PC = base::Word(frame[kPC], frame[kPC + 1]);
   ++generation_;
+  return true;
+}
+
+bool RegisterFrame::IsRam(Address base) const {
+  for (Address i = 0; i < kFrameBytes; ++i) {
+    if (memory_.KindOf(base + i) != devices::MemoryKind::Ram) return false;
+  }
   return true;
 }
 
@@ -81,6 +92,7 @@ void RegisterFrame::WriteCCR(std::uint32_t value) {
 }
 
 bool RegisterFrame::SetStackPointer(Address value) {
+  if (!IsRam(Low16(value - kProgramSP))) return false;
   std::array<std::uint8_t, kBorrowedBytes> saved{};
   memory_.AskChecked(saved, kBorrowedRam);
   const Address operand = Low16(value + 1);

@@ -43,8 +43,12 @@ class RegisterFrame {
 
   base::Address ProgramSP() const { return base::Low16(SP + 5); }
 
-  // False when the link failed on the way; the registers known before are then kept.
+  // False when the link failed on the way; the registers known before are then kept. Where the
+  // stack is no RAM, as with SDCC's own start-up code, only SP is taken.
   bool ReadRegisters();
+  // Whether the registers could be stacked at the SP that was read last. If not, PC, H:X, A and CCR
+  // are those of the stop before.
+  bool StackIsRam() const { return IsRam(SP); }
   // PC, here and in the frame.
   void SetPC(base::Address value);
   // Into the frame alone: where the next RUN goes, while PC keeps the program's place.
@@ -54,7 +58,8 @@ class RegisterFrame {
   void WriteA(std::uint32_t value);
   void WriteCCR(std::uint32_t value);
   // Gives the stopped program a new stack pointer by running LDHX #value+1; TXS; SWI from RAM that
-  // is borrowed at $0080-$0085. False when that program did not come back within 40 polls; the
+  // is borrowed at $0080-$0085. False when a frame there would not lie in RAM, and then nothing is
+  // done, and when that program did not come back within 40 polls; the
   // borrowed RAM and the frame are then restored provided that the monitor still answers.
   bool SetStackPointer(base::Address value);
   // Reads the frame base and sets PC from the reset vector, unless that is erased ($FFFF).
@@ -68,6 +73,9 @@ class RegisterFrame {
   Recovery RecoverInterrupted();
 
  private:
+  // All bytes of a frame at this base.
+  bool IsRam(base::Address base) const;
+
   memory::Memory& memory_;
   link::MonitorLink& link_;
   long generation_ = 0;

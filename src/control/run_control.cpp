@@ -5,6 +5,7 @@
 #include <array>
 #include <utility>
 
+#include "base/text_format.h"
 #include "base/text_number.h"
 #include "isa/next_pc.h"
 #include "symbols/library_names.h"
@@ -41,9 +42,17 @@ RunControl::RunControl(link::MonitorLink& link, memory::Memory& memory, Register
       events_(events) {}
 
 void RunControl::Report(base::Stop stop) {
+  if (stop.reason == base::StopReason::BadStack) stop = BadStack();
   ++stops_;
   last_stop_ = std::move(stop);
   events_.Stopped(*last_stop_);
+}
+
+bool RunControl::MayStart() {
+  if (activity_.WaitingForBreak() || link_.LinkError) return false;
+  if (frame_.StackIsRam()) return true;
+  Report(BadStack());
+  return false;
 }
 
 void RunControl::StepCommand(Calls calls, StepSource source) {
@@ -129,6 +138,11 @@ void RunControl::ArmStep(Calls calls) {
 std::optional<base::Stop> RunControl::FinishStop() {
   if (!frame_.ReadRegisters()) return std::nullopt;
   const bool hardware = breakpoints_.HardwareBreakMode();
+  if (!frame_.StackIsRam()) {
+    breakpoints_.DisarmBreakModule();
+    if (!hardware) breakpoints_.ClearStepBreakpoints();
+    return BadStack();
+  }
   // An SWI stacks the address behind itself.
   const Address pc = hardware ? frame_.PC : Low16(frame_.PC - 1);
   const base::StopReason reason = ReasonOfStep(pc);
@@ -138,6 +152,11 @@ std::optional<base::Stop> RunControl::FinishStop() {
     breakpoints_.ClearStepBreakpoints();
   }
   return base::Stop{reason, pc, {}};
+}
+
+base::Stop RunControl::BadStack() const {
+  return {base::StopReason::BadStack, frame_.PC,
+          base::Format("stack pointer %04x is not RAM", frame_.ProgramSP())};
 }
 
 base::StopReason RunControl::ReasonOfStep(Address pc) const {
@@ -153,7 +172,7 @@ base::StopReason RunControl::ReasonOfStep(Address pc) const {
 void RunControl::CompletePendingStep() {
   auto stop = FinishStop();
   if (!stop) return;
-  const bool runs_on = activity_.PendingStep() == Pending::StepBeforeRun;
+  const bool runs_on = activity_.PendingStep() == Pending::StepBeforeRun && frame_.StackIsRam();
   activity_.EndStep();
   if (runs_on) {
     StartRunning();
@@ -172,9 +191,13 @@ void RunControl::Go() {
   if (!MayStart()) return;
   step_start_ = frame_.PC;
   // Leaves a breakpoint that stands at PC, so that it does not stop the run at once.
-  if (breakpoints_.Has(frame_.PC) && !SingleStep(Calls::Follow)) {
-    activity_.AwaitStep(Pending::StepBeforeRun);
-    return;
+  if (breakpoints_.Has(frame_.PC)) {
+    const auto stop = SingleStep(Calls::Follow);
+    if (!stop) return activity_.AwaitStep(Pending::StepBeforeRun);
+    if (!frame_.StackIsRam()) {
+      activity_.EndStep();
+      return Report(*stop);
+    }
   }
   StartRunning();
 }
@@ -209,6 +232,10 @@ base::Stop RunControl::Stop() {
   if (activity_.StepPending()) breakpoints_.ClearStepBreakpoints();
   if (link_.LinkError) return NoStop(base::StopReason::LinkLost);
   activity_.End();
+  if (!frame_.StackIsRam()) {
+    Report(BadStack());
+    return *last_stop_;
+  }
   Report(NoStop(recovery == Recovery::Interrupted ? base::StopReason::UserBreak
                                                   : base::StopReason::NotRecovered));
   return *last_stop_;
@@ -304,6 +331,11 @@ void RunControl::CompleteRun() {
   breakpoints_.DisarmBreakModule();
   breakpoints_.RemoveBreakpoints();
   if (!frame_.ReadRegisters()) return;
+  if (!frame_.StackIsRam()) {
+    activity_.End();
+    Report(BadStack());
+    return;
+  }
   // An SWI stacks the address behind itself; one of the program's own is left there.
   const Address before = Low16(frame_.PC - 1);
   const bool hardware = breakpoints_.HardwareBreakMode();

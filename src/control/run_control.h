@@ -83,7 +83,9 @@ class RunControl {
  private:
   bool HasStopped(link::PollWait wait);
   // While the program runs or the link is lost there is no monitor to ask.
-  bool MayStart() const { return !activity_.WaitingForBreak() && !link_.LinkError; }
+  // Nor can anything run where no stop could save the registers, which is told as a stop.
+  bool MayStart();
+  base::Stop BadStack() const;
   // One instruction. Nothing when the target has not stopped within the short wait (2 ms and a
   // poll): its completion is left to the timer.
   std::optional<base::Stop> SingleStep(Calls calls);

@@ -65,6 +65,7 @@ void Trace::Advance() {
 }
 
 std::optional<base::StopReason> Trace::EndReached() const {
+  if (!frame_.StackIsRam()) return base::StopReason::BadStack;
   const TraceRecord* last = ring_.Last();
   if (last != nullptr && breakpoints_.Has(last->instruction.address))
     return base::StopReason::Breakpoint;
@@ -78,6 +79,11 @@ void Trace::Abandon() {
 
 void Trace::FinishRecord() {
   if (!open_record_) return;
+  if (!frame_.StackIsRam()) {
+    // Nobody knows what the registers were behind it.
+    open_record_.reset();
+    return;
+  }
   TraceRecord& record = *open_record_;
   const isa::Instruction& stepped = run_.last_instruction();
   const bool is_its = stepped.address == record.instruction.address;
