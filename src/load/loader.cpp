@@ -201,11 +201,9 @@ std::string Loader::ImportDebugInfo(const std::string& path) {
   symbols::ImportResult result;
   if (row && !row->companions.empty()) {
     result = Import(path);
+    // The question is of more use than the reason, which is told if it remains one.
+    if (!result.loaded && SwitchToolChain(path)) result = Import(path);
     if (result.message) ui_.ShowMessage(*result.message);
-    if (!result.loaded && SwitchToolChain(path)) {
-      result = Import(path);
-      if (result.message) ui_.ShowMessage(*result.message);
-    }
   }
   if (IsCCompiler(debug_info_.tool_chain)) Do(steps_.reset_source_view);
   return result.detail;
