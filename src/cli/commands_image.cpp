@@ -2,10 +2,13 @@
 // Programs and files.
 #include <fmt/format.h>
 
+#include <algorithm>
+
 #include "base/files.h"
 #include "cli/command_table.h"
 #include "cli/session.h"
 #include "cli/shown_progress.h"
+#include "devices/device.h"
 #include "images/image_file.h"
 #include "load/read_out.h"
 #include "load/verify.h"
@@ -81,6 +84,15 @@ Result Verify(Session& session, const ParsedArguments& arguments) {
     return Failure(ExitStatus::File, "nothing was compared");
   }
   for (const base::Message& remark : file.report.Remarks(path)) session.ui().ShowMessage(remark);
+  const memory::Memory& memory = session.debugger().memory;
+  const auto in_flash = [&memory](const images::Block& block) {
+    const auto last = block.address + static_cast<base::Address>(block.bytes.size()) - 1;
+    return !devices::FlashWithin(memory.device(), block.address, last).empty();
+  };
+  if (!session.debugger().security.passed() && std::ranges::any_of(image.Blocks(), in_flash)) {
+    return Failure(ExitStatus::Security,
+                   "flash cannot be read: the security code was not accepted");
+  }
   ShownProgress progress(session.ui(), "Verifying");
   const load::VerifyResult verified = load::Verify(session.debugger().memory, image, progress);
   if (verified.outcome == load::VerifyOutcome::LinkLost) return LinkLost();

@@ -106,7 +106,7 @@ LoadResult Loader::LoadImage(const std::string& path) {
     debug_info_.DebugInfoLoaded = false;
   } else {
     result.debug_info_detail = ImportDebugInfo(path);
-    IgnoreEntryOfSdcc(result.report);
+    IgnoreEmptyEntry(file.ToImage(), result.report);
     Do(steps_.load_watch_configuration, symbols::CompanionPath(path, kWatchExtension));
   }
   ui_.SetTitle(path);
@@ -209,11 +209,10 @@ std::string Loader::ImportDebugInfo(const std::string& path) {
   return result.detail;
 }
 
-// The end record of SDCC's linker always says 0000, where no program can be: the program starts at
-// its reset vector.
-void Loader::IgnoreEntryOfSdcc(images::ReadReport& report) {
-  if (debug_info_.tool_chain != symbols::ToolChain::Sdcc || report.entry != base::Address{0})
-    return;
+// The end record of many linkers, SDCC's among them, always says 0000. Where the image has no code
+// there, the program starts at its reset vector.
+void Loader::IgnoreEmptyEntry(const images::Image& image, images::ReadReport& report) {
+  if (report.entry != base::Address{0} || image.At(0)) return;
   report.entry.reset();
   start_.EntryFromImage = false;
   frame_.LoadResetPC();

@@ -87,7 +87,7 @@ class Loader {
   VerifyResult Compare(const images::Image& image);
   std::string ImportDebugInfo(const std::string& path);
   symbols::ImportResult Import(const std::string& path);
-  void IgnoreEntryOfSdcc(images::ReadReport& report);
+  void IgnoreEmptyEntry(const images::Image& image, images::ReadReport& report);
   bool SwitchToolChain(const std::string& path);
 
   memory::Memory& memory_;

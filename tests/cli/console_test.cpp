@@ -152,6 +152,10 @@ TEST_F(Console, AWrongSecurityCodeLeavesRamAndIsTold) {
   EXPECT_EQ(outcome.status, 6);
   EXPECT_THAT(outcome.out, HasSubstr("security not passed"));
   EXPECT_THAT(outcome.out, HasSubstr("000080 12"));
+  const Outcome verify = Run({"-p", "sim", "-s", "0011223344556677",
+                              "verify " BREVANT_TEST_DATA "/programs/counters.s19"});
+  EXPECT_EQ(verify.status, 6);
+  EXPECT_THAT(verify.err, HasSubstr("flash cannot be read"));
 }
 
 }  // namespace

@@ -86,6 +86,14 @@ TEST(LoadImage, SaysWhatItDidNotLoad) {
   EXPECT_FALSE(bench.settings.Has("config", "TimeStamp"));
 }
 
+TEST(LoadImage, TakesAnEntryOf0000OnlyWhereTheImageHasCodeThere) {
+  LoadBench bench;
+  bench.Load("a.s19", "S10501001122C6 S9030000FC");
+  EXPECT_FALSE(bench.start.EntryFromImage);
+  bench.Load("b.s19", "S10500001122C7 S9030000FC");
+  EXPECT_TRUE(bench.start.EntryFromImage);
+}
+
 TEST(LoadImage, KnowsTheFormatByTheContentAndRefusesWhatIsDamaged) {
   LoadBench bench;
   bench.Load("a.hex", "S10501001122C6");
