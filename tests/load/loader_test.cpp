@@ -187,6 +187,25 @@ TEST(LoadImage, CanBeCancelledBetweenRecords) {
   EXPECT_EQ(bench.steps, "refresh ");
 }
 
+// Whatever one byte on the line comes to: "loaded" is said of what the board holds.
+TEST(LoadImage, ClaimsNothingThatTheBoardDoesNotBearOut) {
+  using enum simulator::FaultKind;
+  const std::vector<ByteList> blocks{{0x11, 0x22, 0x33, 0x44}, {0x55, 0x66}};
+  for (const simulator::FaultKind kind : {LoseHostByte, DropLocalEcho, DropMonitorEcho, FlipEcho,
+                                          FlipHostByte, ExtraByte, LoseReply, FlipReply}) {
+    for (std::uint64_t at = 0; at < 36; ++at) {
+      LoadBench bench;
+      bench.target.board().Load(0xFDFE, blocks[1]);
+      bench.target.SetFaultPlan({{.kind = kind, .at_host_byte = at, .bit = 3}});
+      const LoadResult result = bench.Load("a.s19", "S1070100112233444D S105FDFE556644");
+      if (result.outcome != LoadOutcome::Loaded) continue;
+      for (base::Address i = 0; i < 4; ++i) {
+        EXPECT_EQ(bench.Peek(0x0100 + i), blocks[0][i]) << static_cast<int>(kind) << " at " << at;
+      }
+    }
+  }
+}
+
 TEST(LoadImage, SaysThatTheTargetDidNotAnswer) {
   LoadBench bench;
   bench.target.SetFaultPlan({{.kind = simulator::FaultKind::CutLine, .at_host_byte = 4}});
