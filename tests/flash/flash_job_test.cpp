@@ -119,6 +119,22 @@ TEST(FlashJob, SaysAtOnceHowFarItCameWhenTheLinkIsLost) {
   EXPECT_EQ(bench.user.texts.size(), 1u);
 }
 
+// Whatever one byte on the line comes to: "done" is said of what flash holds.
+TEST(FlashJob, ClaimsNothingThatTheBoardDoesNotBearOut) {
+  using enum simulator::FaultKind;
+  const ByteList bytes{0x10, 0x32, 0x54, 0x76, 0x98, 0xBA, 0xDC, 0xFE, 0x0F, 0x1E,
+                       0x2D, 0x3C, 0x4B, 0x5A, 0x69, 0x78, 0x87, 0x96, 0xA5, 0xB4};
+  for (const simulator::FaultKind kind : {LoseHostByte, DropLocalEcho, DropMonitorEcho, FlipEcho,
+                                          FlipHostByte, ExtraByte, LoseReply, FlipReply}) {
+    for (std::uint64_t at = 1; at < 320; ++at) {
+      Bench bench;
+      bench.target.SetFaultPlan({{.kind = kind, .at_host_byte = at, .bit = 3}});
+      if (!bench.ProgramText(Record(0x9000, bytes))) continue;
+      EXPECT_TRUE(bench.Holds(0x9000, bytes)) << static_cast<int>(kind) << " at " << at;
+    }
+  }
+}
+
 TEST(FlashJob, TellsWhatFailedWhenTheTargetDoesNotAnswer) {
   const std::pair<std::function<bool(FlashJob&)>, std::string> cases[] = {
       {MassEraseFlash, "Error in mass-erasing flash"},
