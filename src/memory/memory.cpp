@@ -61,8 +61,8 @@ std::uint8_t Memory::ReadByte(Address address) {
 
 std::uint8_t Memory::AskByte(Address address) {
   std::uint8_t byte = 0;
-  Soundly(address, [&] { byte = monitor_.ReadByte(Low16(address)); });
-  Keep(address, base::Bytes(&byte, 1));
+  const bool sound = Soundly(address, [&] { byte = monitor_.ReadByte(Low16(address)); });
+  if (sound) Keep(address, base::Bytes(&byte, 1));
   return byte;
 }
 
@@ -73,7 +73,7 @@ std::uint32_t Memory::ReadWord(Address address) {
 }
 
 void Memory::AskChecked(std::span<std::uint8_t> destination, Address address) {
-  Soundly(address, [&] {
+  const bool sound = Soundly(address, [&] {
     const bool odd = destination.size() % 2 != 0;
     const std::uint8_t first = monitor_.ReadByte(Low16(odd ? address : address - 1));
     if (odd) destination[0] = first;
@@ -83,7 +83,7 @@ void Memory::AskChecked(std::span<std::uint8_t> destination, Address address) {
       destination[i + 1] = base::LowByte(word);
     }
   });
-  Keep(address, destination);
+  if (sound) Keep(address, destination);
 }
 
 void Memory::ReadChecked(std::span<std::uint8_t> destination, Address address) {
@@ -94,20 +94,22 @@ void Memory::ReadChecked(std::span<std::uint8_t> destination, Address address) {
   }
 }
 
-void Memory::Soundly(Address address, base::FunctionRef<void()> exchange) {
+bool Memory::Soundly(Address address, base::FunctionRef<void()> exchange) {
   for (int tries = 0; tries < 2 && !LinkError(); ++tries) {
     const long before = damage();
     exchange();
-    if (LinkError()) return;
-    if (damage() == before) return;
+    if (LinkError()) return false;
+    if (damage() == before) return true;
     monitor_.DiscardUnexpected();
   }
   if (!LinkError() && !damaged_) damaged_ = Low16(address);
+  return false;
 }
 
 void Memory::AskBytes(std::span<std::uint8_t> destination, Address address) {
-  Soundly(address, [&] { monitor_.ReadBlockBytes(destination, Low16(address)); });
-  Keep(address, destination);
+  const bool sound =
+      Soundly(address, [&] { monitor_.ReadBlockBytes(destination, Low16(address)); });
+  if (sound) Keep(address, destination);
 }
 
 void Memory::ReadBytes(std::span<std::uint8_t> destination, Address address) {
@@ -128,21 +130,21 @@ void Memory::ReadBytes(std::span<std::uint8_t> destination, Address address) {
   }
 }
 
-void Memory::NoteWritten(Address address, base::Bytes bytes) {
+void Memory::NoteWritten(Address address, base::Bytes bytes, bool sound) {
   ++generation_;
   for (std::size_t i = 0; i < bytes.size(); ++i) {
     const Address at = Low16(address + static_cast<Address>(i));
     // Only RAM can be taken at its word; what else has become of it is for a read to tell.
-    kept_[at] = KindOf(at) == MemoryKind::Ram && Keepable(at) && !LinkError();
+    kept_[at] = sound && KindOf(at) == MemoryKind::Ram && Keepable(at);
     bytes_[at] = bytes[i];
     written_[at >> kLineShift] = changed_[at >> kLineShift] = generation_;
   }
 }
 
 void Memory::WriteByte(Address address, std::uint32_t data) {
-  Soundly(address, [&] { monitor_.WriteByte(Low16(address), data); });
+  const bool sound = Soundly(address, [&] { monitor_.WriteByte(Low16(address), data); });
   const std::uint8_t byte = base::LowByte(data);
-  NoteWritten(address, base::Bytes(&byte, 1));
+  NoteWritten(address, base::Bytes(&byte, 1), sound);
 }
 
 void Memory::WriteWord(Address address, std::uint32_t value) {
@@ -150,8 +152,8 @@ void Memory::WriteWord(Address address, std::uint32_t value) {
 }
 
 void Memory::WriteBytes(Address address, base::Bytes bytes) {
-  Soundly(address, [&] { monitor_.WriteBlock(Low16(address), bytes); });
-  NoteWritten(address, bytes);
+  const bool sound = Soundly(address, [&] { monitor_.WriteBlock(Low16(address), bytes); });
+  NoteWritten(address, bytes, sound);
 }
 
 std::optional<Difference> Memory::WriteAndLook(Address address, base::Bytes bytes) {

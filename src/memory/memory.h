@@ -116,12 +116,13 @@ class Memory {
  private:
   static constexpr int kLineShift = 4;  // generations are counted for lines of 16 bytes
 
-  // Does the exchange, and once more if the line has damaged it.
-  void Soundly(base::Address address, base::FunctionRef<void()> exchange);
+  // Does the exchange, and once more if the line has damaged it. False when it was damaged again:
+  // nothing of it may be kept.
+  bool Soundly(base::Address address, base::FunctionRef<void()> exchange);
   bool Keepable(base::Address address) const;
   void Keep(base::Address address, base::Bytes bytes);
   void DropAt(const Range& range);
-  void NoteWritten(base::Address address, base::Bytes bytes);
+  void NoteWritten(base::Address address, base::Bytes bytes, bool sound);
   static long Latest(const std::vector<long>& lines, base::Address first, base::Address count);
 
   link::Monitor& monitor_;

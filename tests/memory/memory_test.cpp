@@ -146,6 +146,9 @@ TEST_F(MemoryTest, DoesADamagedBlockAgain) {
   memory.WriteBytes(0x0110, wanted);
   EXPECT_EQ(memory.TakeDamage(), 0x0110u);
   EXPECT_EQ(memory.TakeDamage(), std::nullopt);
+  Sent();
+  EXPECT_EQ(Read(0x0110, 4), wanted);
+  EXPECT_EQ(Sent(), "R010F r r") << "what was in doubt is not handed out again";
 }
 
 TEST_F(MemoryTest, KeepsNothingOfALostLink) {
