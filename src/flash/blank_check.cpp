@@ -60,8 +60,11 @@ BlankCheck::Found BlankCheck::FirstUsed(base::Address first, base::Address last)
   if (!AwaitEnd() || !frame_.ReadRegisters()) return {};
   // A routine that ended elsewhere has seen nothing.
   if (frame_.PC != kRoutine + kRoutineBytes.size()) return {};
-  if (frame_.A == 0) return {.ended = true, .used = std::nullopt};
-  return {.ended = true, .used = frame_.HX};
+  if (memory_.TakeDamage()) return {};
+  // A and H:X have to agree: no single byte that the line has altered makes used flash blank.
+  const bool blank = frame_.A == 0;
+  if (blank ? frame_.HX != base::Low16(last + 1) : frame_.HX < first || frame_.HX > last) return {};
+  return {.ended = true, .used = blank ? std::nullopt : std::optional(frame_.HX)};
 }
 
 bool BlankCheck::AwaitEnd() {

@@ -230,9 +230,12 @@ void FlashJob::WriteTrimBack() {
   const FlashPlan plan =
       PlanLocations(with_.memory.device().flash, at, base::Bytes(&*plan_.trim, 1));
   driver_.Prepare(plan);
-  with_.memory.RunTarget();
-  AwaitBreakAtOnce();
-  const bool failed = driver_.VerifyFailed() || with_.memory.LinkError();
+  bool failed = with_.memory.TakeDamage().has_value();
+  if (!failed) {
+    with_.memory.RunTarget();
+    AwaitBreakAtOnce();
+    failed = driver_.VerifyFailed() || with_.memory.LinkError();
+  }
   if (failed) with_.ui.ShowMessage(ToMessage(messages::kTrimNotWritten, at, *plan_.trim));
 }
 
