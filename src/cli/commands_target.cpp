@@ -20,7 +20,6 @@ namespace {
 constexpr std::uint32_t kDefaultReadCount = 0x10;
 constexpr std::uint32_t kAnyNumber = 0xFFFFFFFF;
 constexpr std::size_t kBytesPerLine = 16;
-constexpr base::Address kMonitorStack = 8;  // what the monitor uses below the stacked registers
 
 // Written as the registers window writes its cells.
 struct RegisterRow {
@@ -93,14 +92,12 @@ Result CheckBlock(Session& session, base::Address first, base::Address last) {
   last |= 1;
   Result refused = CheckWritable(session, first, last);
   if (!refused.ok()) return refused;
-  const control::RegisterFrame& frame = session.debugger().frame;
-  const base::Address frame_begin = frame.SP - std::min(frame.SP, kMonitorStack);
-  const base::Address frame_end = frame.ProgramSP();
-  if (first > frame_end || last < frame_begin) return {};
+  const auto stack = session.debugger().frame.stack_in_use();
+  if (!stack.Meets(first, last)) return {};
   return Failure(ExitStatus::Failed,
                  fmt::format("nothing was written: the monitor works on the stack, {:04x} to "
                              "{:04x}; set SP to a place outside the block first",
-                             frame_begin, frame_end));
+                             stack.first, stack.last));
 }
 
 // A register may well read differently from what was written; RAM may not.

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "control/register_frame.h"
 
+#include <algorithm>
 #include <array>
 
 #include "base/text_number.h"
@@ -18,6 +19,7 @@ using base::LowByte;
 // Offsets of the stacked bytes from the frame base.
 constexpr Address kH = 0, kCCR = 1, kA = 2, kX = 3, kPC = 4;
 constexpr int kFrameBytes = 6;
+constexpr Address kMonitorStack = 8;
 // READSP answers one above the monitor's own stack pointer; five bytes of the frame lie above it.
 constexpr Address kProgramSP = 5;
 // When a break signal stops a program, its interrupt frame lies above the monitor's own frame.
@@ -46,6 +48,10 @@ bool RegisterFrame::ReadRegisters() {
   PC = base::Word(frame[kPC], frame[kPC + 1]);
   ++generation_;
   return true;
+}
+
+RegisterFrame::StackInUse RegisterFrame::stack_in_use() const {
+  return {SP - std::min(SP, kMonitorStack), ProgramSP()};
 }
 
 bool RegisterFrame::IsRam(Address base) const {

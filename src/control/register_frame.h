@@ -41,6 +41,14 @@ class RegisterFrame {
   // Moves whenever the registers have been read or changed.
   long generation() const { return generation_; }
 
+  // The stacked registers and what the monitor uses of the stack below them: who writes there loses
+  // the link.
+  struct StackInUse {
+    base::Address first = 0, last = 0;
+    bool Meets(base::Address from, base::Address to) const { return first <= to && last >= from; }
+  };
+  StackInUse stack_in_use() const;
+
   base::Address ProgramSP() const { return base::Low16(SP + 5); }
 
   // False when the link failed on the way; the registers known before are then kept. Where the
@@ -59,8 +67,8 @@ class RegisterFrame {
   void WriteCCR(std::uint32_t value);
   // Gives the stopped program a new stack pointer by running LDHX #value+1; TXS; SWI from RAM that
   // is borrowed at $0080-$0085. False when a frame there would not lie in RAM, and then nothing is
-  // done, and when that program did not come back within 40 polls; the
-  // borrowed RAM and the frame are then restored provided that the monitor still answers.
+  // done; or when that program did not come back within 40 polls, and then the borrowed RAM and the
+  // frame are restored provided that the monitor still answers.
   bool SetStackPointer(base::Address value);
   // Reads the frame base and sets PC from the reset vector, unless that is erased ($FFFF).
   void LoadResetPC();

@@ -6,9 +6,6 @@
 namespace brevant::flash {
 namespace {
 
-// The registers that the monitor stacks, and the stack that it uses itself below them.
-constexpr base::Address kFrameSize = 6;
-constexpr base::Address kMonitorStack = 8;
 constexpr base::Address kLastUsed = kBlockData + kBlockSize - 1;
 
 }  // namespace
@@ -22,9 +19,7 @@ void FlashDriver::Prepare(const FlashPlan& plan) {
 // and would overwrite parameters and data while they are being sent. A stack as after a reset stays
 // where it is.
 void FlashDriver::MakeRoom() {
-  const base::Address first = frame_.SP - kMonitorStack;
-  const base::Address last = frame_.SP + kFrameSize - 1;
-  const bool in_the_way = frame_.SP >= kMonitorStack && first <= kLastUsed && last >= kRoutine;
+  const bool in_the_way = frame_.stack_in_use().Meets(kRoutine, kLastUsed);
   if (in_the_way && !memory_.LinkError()) frame_.SetStackPointer(kRoutineStack);
 }
 
