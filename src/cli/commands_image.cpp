@@ -141,7 +141,7 @@ Result Save(Session& session, const ParsedArguments& arguments) {
 }
 
 constexpr Command kRows[] = {
-    {"load", {File("FILE")}, kStopped, Load, "load an S19, SX or HEX image into the target"},
+    {"load", {File("FILE")}, kStopped, Load, "load an image: RAM is written, flash compared"},
     {"verify", {File("FILE")}, kStopped, Verify, "compare target memory with an image"},
     {"save",
      {Address("FROM"), Address("TO"), File("FILE")},

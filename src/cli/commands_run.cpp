@@ -23,14 +23,19 @@ Result WithReason(Result result, base::StopReason reason) {
   return result;
 }
 
+// What a stop comes to whose registers could not be read; nothing for all others.
+std::optional<Result> BadStack(Session& session) {
+  const auto& stop = session.debugger().run_control.last_stop();
+  if (!stop || stop->reason != base::StopReason::BadStack) return std::nullopt;
+  return WithReason(Failure(ExitStatus::Failed, base::StopText(*stop)), stop->reason);
+}
+
 // The registers, and why the target has stopped.
 Result StopResult(Session& session) {
   Result result = RegisterResult(session.debugger().frame);
   const auto& stop = session.debugger().run_control.last_stop();
   if (!stop) return result;
-  if (stop->reason == base::StopReason::BadStack) {
-    return WithReason(Failure(ExitStatus::Failed, base::StopText(*stop)), stop->reason);
-  }
+  if (const auto failed = BadStack(session)) return *failed;
   result.note = base::StopText(*stop);
   return WithReason(std::move(result), stop->reason);
 }
@@ -142,12 +147,7 @@ Result Trace(Session& session, const ParsedArguments& arguments) {
     if (session.debugger().Busy()) return GiveUpWaiting(session, why, ExitStatus::NoAnswer);
     return Failure(ExitStatus::Failed, why);
   }
-  const auto& stop = session.debugger().run_control.last_stop();
-  const bool bad_stack = stop && stop->reason == base::StopReason::BadStack;
-  Result result;
-  if (bad_stack) {
-    result = WithReason(Failure(ExitStatus::Failed, base::StopText(*stop)), stop->reason);
-  }
+  Result result = BadStack(session).value_or(Result{});
   result.text = trace.LogText();
   result.fields.update(
       {{"steps", trace.steps()}, {"log", trace.LogPath()}, {"text", trace.LogText()}});

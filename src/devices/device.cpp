@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <array>
 
-#include "base/text_format.h"
 #include "devices/hc08.h"
 
 namespace brevant::devices {
@@ -86,16 +85,6 @@ std::optional<base::Address> FirstOutsideFlash(const Device& device, base::Addre
     if (KindOf(device, at) != Flash) return at;
   }
   return std::nullopt;
-}
-
-std::string FlashText(const Device& device) {
-  std::string text;
-  for (const MemoryRange& range : FlashWithin(device, 0, base::kAddressSpace - 1)) {
-    if (!text.empty()) text += ", ";
-    text += base::Format("%04x", range.first);
-    if (range.last != range.first) text += base::Format("-%04x", range.last);
-  }
-  return text;
 }
 
 }  // namespace brevant::devices

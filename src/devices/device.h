@@ -6,7 +6,6 @@
 #include <cstdint>
 #include <optional>
 #include <span>
-#include <string>
 #include <string_view>
 #include <vector>
 
@@ -68,7 +67,5 @@ std::vector<MemoryRange> FlashWithin(const Device& device, base::Address first, 
 // The first of so many addresses that is not flash. Those above $FFFF are not.
 std::optional<base::Address> FirstOutsideFlash(const Device& device, base::Address first,
                                                base::Address count);
-// "8000-fdff, ff7e, ffdc-ffff".
-std::string FlashText(const Device& device);
 
 }  // namespace brevant::devices

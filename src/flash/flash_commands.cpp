@@ -12,7 +12,6 @@
 namespace brevant::flash {
 namespace {
 
-constexpr base::Address kLastAddress = 0xFFFF;
 constexpr std::uint8_t kBlank = 0xFF;
 constexpr std::uint32_t kBlankWord = 0xFFFF;
 
@@ -21,10 +20,21 @@ bool RefuseSaying(FlashJob& job, const base::Message& why) {
   return job.Refuse();
 }
 
+// "8000-fdff, ff7e, ffdc-ffff".
+std::string FlashText(const devices::Device& device) {
+  std::string text;
+  for (const devices::MemoryRange& range : devices::FlashWithin(device, 0, base::kLastAddress)) {
+    if (!text.empty()) text += ", ";
+    text += base::Format("%04x", range.first);
+    if (range.last != range.first) text += base::Format("-%04x", range.last);
+  }
+  return text;
+}
+
 bool RefuseOutsideFlash(FlashJob& job, base::Address address) {
   const devices::Device& device = job.surroundings().memory.device();
-  return RefuseSaying(job, ToMessage(messages::kNotFlash, address, std::string(device.name),
-                                     devices::FlashText(device)));
+  return RefuseSaying(
+      job, ToMessage(messages::kNotFlash, address, std::string(device.name), FlashText(device)));
 }
 
 // The first address of the file that no flash can take, if any.
@@ -85,7 +95,7 @@ bool EraseFlashRange(FlashJob& job, base::Address start, base::Address end) {
   if (with.ui.ShowMessage(ToMessage(messages::kConfirmErase)) != base::Answer::Ok) {
     return job.Refuse();
   }
-  if (end <= start || end > kLastAddress) {
+  if (end <= start || end > base::kLastAddress) {
     return RefuseSaying(job, ToMessage(messages::kEndNotAboveStart));
   }
   const devices::Device& device = with.memory.device();
@@ -110,7 +120,7 @@ bool ProgramIrqVector(FlashJob& job) {
 
 bool ProgramFlashLocations(FlashJob& job, base::Address address, base::Bytes bytes) {
   if (bytes.empty()) return RefuseSaying(job, ToMessage(messages::kNoData));
-  if (address > kLastAddress) return RefuseSaying(job, ToMessage(messages::kNotHexAddress));
+  if (address > base::kLastAddress) return RefuseSaying(job, ToMessage(messages::kNotHexAddress));
   const devices::Device& device = job.surroundings().memory.device();
   const auto count = static_cast<base::Address>(bytes.size());
   if (const auto at = devices::FirstOutsideFlash(device, address, count)) {

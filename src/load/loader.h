@@ -40,8 +40,8 @@ enum class LoadOutcome {
   WrongFormat,  // no extension of an image
   NotReadable,
   Damaged,    // a malformed record, or none at all; nothing was done
-  Differs,    // what the file has for flash is not there, or cannot be looked at; the rest of the
-              // sequence has been done
+  Differs,    // the target does not hold all of the image, or that could not be looked at; the
+              // rest of the sequence has been done
   Cancelled,  // by the user, during the transfer; what was written stays
   LinkLost,   // the target does not answer; the rest of the sequence has been done
 };
