@@ -20,7 +20,7 @@ bool Allowed(const CommandContext& context, const workspace::CommandRow& command
       return false;
     case workspace::Verdict::StopFirst:
       context.session.ui.Beep();
-      context.window.status().ShowNotice(kStopFirst);
+      context.window.status().ShowNoticeOfState(kStopFirst);
       return false;
   }
   return false;

@@ -23,6 +23,8 @@ StatusLine::StatusLine() : connection_(new QLabel), clock_(new QLabel) {
 void StatusLine::ShowConnection(const ConnectionState& state) {
   const QString text = Text(StatusText(state));
   if (connection_->text() == text) return;
+  if (!notice_of_state_.isEmpty() && currentMessage() == notice_of_state_) clearMessage();
+  notice_of_state_.clear();
   connection_->setText(text);
   connection_->setToolTip(text);
   QFont font = this->font();
@@ -32,6 +34,11 @@ void StatusLine::ShowConnection(const ConnectionState& state) {
 
 void StatusLine::ShowNotice(const std::string& text) {
   showMessage(Text(text));
+}
+
+void StatusLine::ShowNoticeOfState(const std::string& text) {
+  notice_of_state_ = Text(text);
+  showMessage(notice_of_state_);
 }
 
 void StatusLine::UpdateClock() {

@@ -18,12 +18,15 @@ class StatusLine final : public QStatusBar {
   void ShowConnection(const ConnectionState& state);
   // Stays until a menu is opened or the next one.
   void ShowNotice(const std::string& text);
+  // The same for what is true only while the connection's state is as it is shown.
+  void ShowNoticeOfState(const std::string& text);
   // Ten times a second is enough.
   void UpdateClock();
 
  private:
   QLabel* connection_;
   QLabel* clock_;
+  QString notice_of_state_;
 };
 
 }  // namespace brevant::gui

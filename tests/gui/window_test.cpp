@@ -143,6 +143,7 @@ TEST_F(Desktop, StaysUsableWhileTheTargetRuns) {
   Press(Qt::Key_F7);
   Settle();
   EXPECT_TRUE(Status().contains(": stopped, user's break at "));
+  EXPECT_EQ(window().statusBar()->currentMessage(), "") << "true no more";
   EXPECT_GE(RowOf(debugger().frame.PC), 0);
 }
 
