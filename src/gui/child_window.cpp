@@ -32,12 +32,13 @@ class WithoutCloseButton final : public QProxyStyle {
 
 }  // namespace
 
-ChildWindow::ChildWindow(QWidget* content, const QString& title, Kind kind) : kind_(kind) {
+ChildWindow::ChildWindow(QWidget* content, const QString& title, bool permanent)
+    : permanent_(permanent) {
   setWidget(content);
   setWindowTitle(title);
   setObjectName("child" + content->objectName());
-  setAttribute(Qt::WA_DeleteOnClose, kind == Kind::Closable);
-  if (kind == Kind::Closable) return;
+  setAttribute(Qt::WA_DeleteOnClose, !permanent);
+  if (!permanent) return;
   setWindowFlags(kPermanentFlags);
   auto* const style = new WithoutCloseButton;
   style->setParent(this);
@@ -48,7 +49,7 @@ ChildWindow::ChildWindow(QWidget* content, const QString& title, Kind kind) : ki
 }
 
 void ChildWindow::closeEvent(QCloseEvent* event) {
-  if (kind_ == Kind::Permanent) {
+  if (permanent_) {
     event->ignore();
   } else {
     QMdiSubWindow::closeEvent(event);

@@ -8,18 +8,15 @@ namespace brevant::gui {
 
 class ChildWindow final : public QMdiSubWindow {
  public:
-  enum class Kind {
-    Permanent,  // cannot be closed or maximised
-    Closable,   // and is deleted with its content when it is closed
-  };
-
-  ChildWindow(QWidget* content, const QString& title, Kind kind);
+  // A permanent one cannot be closed or maximised; another is deleted with its content when it is
+  // closed.
+  ChildWindow(QWidget* content, const QString& title, bool permanent);
 
  protected:
   void closeEvent(QCloseEvent* event) override;
 
  private:
-  Kind kind_;
+  bool permanent_;
 };
 
 }  // namespace brevant::gui

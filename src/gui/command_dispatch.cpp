@@ -37,6 +37,10 @@ void CommandDispatch::Enter(const Work& work) {
   if (entered) context_.window.Refresh();
 }
 
+void CommandDispatch::CarryOut(const std::function<void()>& work) {
+  Enter(work);
+}
+
 void CommandDispatch::Send(int id) {
   Enter([this, id] { Carry(id); });
 }
@@ -52,7 +56,7 @@ void CommandDispatch::Carry(int id) {
   const workspace::CommandRow* const command = workspace::FindCommand(id);
   if (command == nullptr || !IsBuilt(id) || !Allowed(context_, *command)) return;
   if (const WindowKind* const kind = KindOpenedBy(id)) {
-    context_.window.Open(*kind);
+    context_.window.Open(*kind).setWindowTitle(kind->title_by_command);
   } else {
     FindAction(id)->run(context_);
   }

@@ -3,6 +3,7 @@
 // it may run is said by its row in the workspace, what it does by its action.
 #pragma once
 
+#include <functional>
 #include <string>
 
 #include "gui/command_actions.h"
@@ -17,6 +18,8 @@ class CommandDispatch {
   void Send(int id);
   // A file that was dropped on the window or named at start-up.
   void LoadFile(const std::string& path);
+  // What a window does by itself, as a command is done.
+  void CarryOut(const std::function<void()>& work);
   // From within a command.
   void Carry(int id);
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Commands of the program windows and of their popup menu. They act on the one that was active
 // last.
+#include "gui/address_prompts.h"
 #include "gui/command_actions.h"
 #include "gui/edit_dialogs.h"
 #include "gui/main_window.h"
@@ -20,34 +21,6 @@ views::ProgramView* Allowed(const CommandContext& context) {
   views::ProgramView* const view = context.session.program_views.main();
   const bool allowed = !context.session.debugger.activity.FileIoActive();
   return view != nullptr && allowed && !view->Running() ? view : nullptr;
-}
-
-// What the prompt accepts; nothing when it was cancelled.
-template <typename Prompt>
-std::optional<base::Address> Ask(const CommandContext& context, Prompt& prompt,
-                                 EditRequest request) {
-  request.title = prompt.title();
-  request.name = "CBDlgEdit";
-  request.max_length = Prompt::kMaxLength;
-  request.choices = prompt.Choices();
-  std::optional<base::Address> address;
-  AskForText(&context.window, context.window.view_font(), request, [&](std::string_view text) {
-    address = prompt.Accept(text);
-    return address.has_value();
-  });
-  return address;
-}
-
-std::optional<base::Address> AskForSymbol(const CommandContext& context, const char* title) {
-  Session& session = context.session;
-  views::SymbolPrompt prompt(title, session.debugger.debug_info, session.ui);
-  return Ask(context, prompt, {.expected = views::messages::kExpectSymbol});
-}
-
-std::optional<base::Address> AskForAddress(const CommandContext& context, const char* title) {
-  views::AddressPrompt prompt(title, context.session.addresses, context.session.ui);
-  return Ask(context, prompt,
-             {.text = prompt.InitialText(), .expected = views::messages::kExpectAddress});
 }
 
 void RunToCursor(const CommandContext& context) {

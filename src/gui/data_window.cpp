@@ -5,11 +5,17 @@
 #include <QMouseEvent>
 #include <QPainter>
 
+#include "base/text_number.h"
+#include "gui/edit_dialogs.h"
 #include "gui/qt_user_interface.h"
 #include "gui/session.h"
+#include "views/location_editor.h"
+#include "views/messages.h"
 
 namespace brevant::gui {
 namespace {
+
+namespace commands = workspace::commands;
 
 constexpr int kUsualColumns = 66;
 constexpr int kUsualLines = 16;
@@ -18,16 +24,59 @@ constexpr int kFirstHitColumn = views::kFirstCellColumn - 1;
 
 }  // namespace
 
-DataWindow::DataWindow(Session& session, FrameLinks links, const QFont& font)
+DataWindow::DataWindow(Session& session, FrameLinks links, const QFont& font,
+                       const workspace::WindowAttributes& starting)
     : ScrollingView(session.gate, std::move(links), font),
+      session_(session),
+      attribute_(starting[1]),
       view_(session.views, session.debugger.memory, session.debugger.activity,
-            session.data_settings()) {
+            session.data_settings(), starting[0]) {
   setObjectName("MDI_Data");
   setAccessibleName("Data");
 }
 
 QSize DataWindow::sizeHint() const {
   return {kUsualColumns * cell().width, kUsualLines * cell().height};
+}
+
+workspace::WindowAttributes DataWindow::Attributes() const {
+  return {view_.state().topLine, attribute_};
+}
+
+std::optional<PopupItem> DataWindow::ItemOf(int command) const {
+  const views::DataSettings& settings = view_.settings();
+  switch (command) {
+    case commands::kDataPerLine:
+      return PopupItem{QString("Toggle data per line (%1)").arg(settings.bytes_per_line)};
+    case commands::kDataUnit:
+      return PopupItem{settings.unit == views::DataUnit::Bytes ? "Display as BYTE"
+                                                               : "Display as WORD"};
+    case commands::kDataAscii:
+      return PopupItem{"Display ASCII data", settings.characters};
+    default:
+      return std::nullopt;
+  }
+}
+
+QPoint DataWindow::PopupPlace() const {
+  const views::DataViewState& state = view_.state();
+  return {
+      cell().width * (views::kFirstCellColumn + state.cursorColumn * view_.settings().cell_width()),
+      cell().height * (state.cursorRow + 1)};
+}
+
+void DataWindow::EditCell(char key) {
+  const control::Activity& activity = session_.debugger.activity;
+  if (activity.FileIoActive() || activity.WaitingForBreak() || view_.lines().empty()) return;
+  views::LocationEditor editor(session_.debugger.memory, view_.settings().unit,
+                               view_.CursorCellAddress(), session_.ui);
+  const EditRequest request{.title = editor.Title(),
+                            .text = key != 0 ? std::string(1, key) : editor.initial_text(),
+                            .expected = views::messages::kExpectHex,
+                            .max_length = editor.max_length(),
+                            .typing_continues = key != 0};
+  AskForText(window(), view_font(), request,
+             [&editor](std::string_view text) { return editor.Accept(text); });
 }
 
 void DataWindow::CellsChanged() {
@@ -54,6 +103,7 @@ void DataWindow::paintEvent(QPaintEvent*) {
 
 void DataWindow::mousePressEvent(QMouseEvent* event) {
   if (event->button() != Qt::LeftButton) return;
+  setFocus();
   const QPoint at = event->position().toPoint();
   const int width = view_.settings().cell_width() * cell().width;
   const int first = kFirstHitColumn * cell().width;
@@ -63,6 +113,10 @@ void DataWindow::mousePressEvent(QMouseEvent* event) {
                          row < static_cast<int>(view_.lines().size());
   if (on_a_cell) view_.MoveCursor(column, row);
   mark_.Blink(true);
+}
+
+void DataWindow::mouseDoubleClickEvent(QMouseEvent* event) {
+  if (event->button() == Qt::LeftButton) links_.send_command(commands::kDataEdit);
 }
 
 void DataWindow::keyPressEvent(QKeyEvent* event) {
@@ -76,8 +130,17 @@ void DataWindow::keyPressEvent(QKeyEvent* event) {
       return view_.MoveCursor(state.cursorColumn - 1, state.cursorRow);
     case Qt::Key_Right:
       return view_.MoveCursor(state.cursorColumn + 1, state.cursorRow);
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+      return links_.send_command(commands::kDataEdit);
     default:
-      if (!ScrollByKey(event->key())) event->ignore();
+      break;
+  }
+  const std::string typed = Bytes(event->text());
+  if (typed.size() == 1 && base::IsHexField(typed)) {
+    links_.carry_out([this, key = typed.front()] { EditCell(key); });
+  } else if (!ScrollByKey(event->key())) {
+    event->ignore();
   }
 }
 

@@ -11,10 +11,17 @@ namespace brevant::gui {
 
 class DataWindow final : public ScrollingView {
  public:
-  DataWindow(Session& session, FrameLinks links, const QFont& font);
+  // Starts with its first line and a number that is kept for the layout.
+  DataWindow(Session& session, FrameLinks links, const QFont& font,
+             const workspace::WindowAttributes& starting);
 
-  const views::DataView& view() const { return view_; }
+  views::DataView& view() { return view_; }
+  // Opens the editor of the cell under the cursor; key is what was typed, 0 for none. From within a
+  // command.
+  void EditCell(char key);
   void RefreshFromTarget() override { view_.Refresh(); }
+  workspace::WindowAttributes Attributes() const override;
+  std::optional<PopupItem> ItemOf(int command) const override;
   QSize sizeHint() const override;
 
  protected:
@@ -22,12 +29,16 @@ class DataWindow final : public ScrollingView {
   ScrollBarState BarState() const override;
   void Scroll(views::ScrollCode code, int position) override { view_.Scroll(code, position); }
 
+  QPoint PopupPlace() const override;
   void CellsChanged() override;
   void paintEvent(QPaintEvent* event) override;
   void mousePressEvent(QMouseEvent* event) override;
+  void mouseDoubleClickEvent(QMouseEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
 
  private:
+  Session& session_;
+  const int attribute_;
   views::DataView view_;
   BlinkingMark mark_{*this};
 };

@@ -13,7 +13,6 @@
 #include <algorithm>
 
 #include "base/files.h"
-#include "gui/edit_dialogs.h"
 #include "gui/window_layout.h"
 #include "gui/window_list.h"
 
@@ -52,7 +51,9 @@ MainWindow::MainWindow(Session& session)
     const auto active = std::ranges::find(windows_, child, &OpenWindow::child);
     if (active != windows_.end()) active->view->Activated();
   });
-  Open(kRegistersKind);
+  for (const WindowKind& kind : WindowKinds()) {
+    if (kind.Permanent()) Open(kind);
+  }
   menus_.SetChecked(commands::kSaveOnExit, session_.settings.Integer(keys::kSaveOnExit) > 0);
   menus_.SetChecked(commands::kRunToMain, session_.settings.Integer(keys::kRunToMain) > 0);
   menus_.ShowRecentFiles(session_.recent_files);
@@ -68,13 +69,19 @@ MainWindow::~MainWindow() {
   delete takeCentralWidget();
 }
 
-ChildWindow& MainWindow::Open(const WindowKind& kind) {
-  const FrameLinks links{.send_command = [this](int id) { Send(id); },
-                         .program_popup = [this] { return menus_.popup(); },
-                         .follow_engine = [this] { UpdateViews(); },
-                         .edit_register = [this](char key) { OpenRegisterEditor(key); }};
-  TextView* const view = kind.make(session_, links, font_);
-  auto* const child = new ChildWindow(view, kind.title, kind.child);
+ChildWindow& MainWindow::Open(const WindowKind& kind, const workspace::WindowAttributes& starting) {
+  const std::vector<ChildWindow*> open = Children(kind);
+  if (kind.OneAtMost() && !open.empty()) {
+    area_->setActiveSubWindow(open.front());
+    return *open.front();
+  }
+  const FrameLinks links{
+      .send_command = [this](int id) { Send(id); },
+      .show_popup = [this](TextView& view, QPoint global) { ShowPopup(view, global); },
+      .follow_engine = [this] { UpdateViews(); },
+      .carry_out = [this](const std::function<void()>& work) { dispatch_.CarryOut(work); }};
+  TextView* const view = kind.make(session_, links, font_, starting);
+  auto* const child = new ChildWindow(view, kind.title, kind.Permanent());
   child->setWindowIcon(kind.icon());
   windows_.push_back({&kind, view, child});
   connect(view, &QObject::destroyed, this, [this, view] {
@@ -120,9 +127,13 @@ void MainWindow::UpdateViews() {
   for (const OpenWindow& window : windows_) window.view->ShowChanges();
 }
 
-void MainWindow::RefreshActive() {
+TextView* MainWindow::active_view() const {
   const auto active = std::ranges::find(windows_, area_->activeSubWindow(), &OpenWindow::child);
-  if (active != windows_.end()) active->view->RefreshFromTarget();
+  return active == windows_.end() ? nullptr : active->view;
+}
+
+void MainWindow::RefreshActive() {
+  if (TextView* const view = active_view()) view->RefreshFromTarget();
 }
 
 workspace::CommandConditions MainWindow::Conditions() const {
@@ -144,23 +155,12 @@ void MainWindow::RepaintAtWork() {
   QApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
 }
 
-void MainWindow::OpenRegisterEditor(char key) {
-  session_.gate.Run([&] {
-    if (session_.debugger.activity.FileIoActive() || session_.debugger.activity.WaitingForBreak()) {
-      return;
-    }
-    views::RegisterEditor editor = session_.registers.OpenEditor(key);
-    EditRequest request{.title = editor.caption(),
-                        .text = editor.initial_text(),
-                        .expected = editor.expected(),
-                        .max_length = editor.max_length(),
-                        .typing_continues = editor.typing_continues()};
-    AskForText(this, font_, request,
-               [&editor](std::string_view text) { return editor.Accept(text); });
-    session_.registers.UpdateChangeFlags();
-    UpdateViews();
-  });
+void MainWindow::ShowPopup(TextView& view, QPoint global) {
+  const auto window = std::ranges::find(windows_, &view, &OpenWindow::view);
+  if (window == windows_.end()) return;
+  area_->setActiveSubWindow(window->child);
   Refresh();
+  menus_.PopUp(window->kind->popup, global, [&view](int id) { return view.ItemOf(id); });
 }
 
 bool MainWindow::event(QEvent* event) {
@@ -198,7 +198,11 @@ void MainWindow::closeEvent(QCloseEvent* event) {
     close_wanted_ = true;
     return;
   }
-  if (session_.settings.Integer(keys::kSaveOnExit) != 0) StoreLayout(*this, session_.settings);
+  if (session_.settings.Integer(keys::kSaveOnExit) != 0) {
+    StoreLayout(*this, session_.settings);
+  } else {
+    StoreAttributes(*this, session_.settings);
+  }
   event->accept();
   QApplication::quit();
 }

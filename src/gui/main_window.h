@@ -35,9 +35,13 @@ class MainWindow final : public QMainWindow, private Screen {
   // Every 10 ms.
   void Tick();
 
-  ChildWindow& Open(const WindowKind& kind);
+  // One more; where there can be only one, that.
+  ChildWindow& Open(const WindowKind& kind) { return Open(kind, kind.starting); }
+  ChildWindow& Open(const WindowKind& kind, const workspace::WindowAttributes& starting);
   // In the order in which they were opened.
   std::vector<ChildWindow*> Children(const WindowKind& kind) const;
+  // Of the active window; nullptr when there is none.
+  TextView* active_view() const;
   QMdiArea& area() { return *area_; }
   StatusLine& status() { return *status_; }
   Menus& menus() { return menus_; }
@@ -68,7 +72,7 @@ class MainWindow final : public QMainWindow, private Screen {
   };
 
   void RepaintAtWork() override;
-  void OpenRegisterEditor(char key);
+  void ShowPopup(TextView& view, QPoint global);
   void ReloadIfNewer();
   // As soon as nothing else is under way.
   void LoadWhenFree(const std::string& path);

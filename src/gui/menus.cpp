@@ -13,6 +13,13 @@ namespace {
 
 namespace commands = workspace::commands;
 
+struct PopupName {
+  workspace::Menu menu;
+  const char* name;
+};
+constexpr PopupName kPopups[] = {{workspace::Menu::ProgramPopup, "ProgMenu"},
+                                 {workspace::Menu::DataPopup, "DataMenu"}};
+
 // What stands before the tab; the shortcut is the action's own.
 QString ItemText(const workspace::CommandRow& row, bool running) {
   return Text(workspace::MenuText(row, running)).section('\t', 0, 0);
@@ -28,25 +35,44 @@ QList<QKeySequence> Shortcuts(const workspace::CommandRow& row) {
 
 }  // namespace
 
-Menus::Menus(QMenuBar& bar, std::function<void(int id)> send)
-    : send_(std::move(send)), popup_(bar.window()) {
-  popup_.setObjectName("ProgMenu");
+Menus::Menus(QMenuBar& bar, std::function<void(int id)> send) : send_(std::move(send)) {
   QWidget& window = *bar.window();
   for (const workspace::MenuTitle& title : workspace::MenuBar()) {
-    auto* const menu = new QMenu(Text(title.text), &bar);
-    for (const workspace::CommandRow& row : workspace::CommandRows()) {
-      if (row.menu == title.menu) AddRow(*menu, window, row);
-    }
-    if (menu->isEmpty()) {
-      delete menu;
-    } else {
-      bar.addMenu(menu);
-      menus_[title.menu] = menu;
+    if (QMenu* const menu = MakeMenu(title.menu, Text(title.text), bar, window)) bar.addMenu(menu);
+  }
+  for (const PopupName& popup : kPopups) {
+    if (QMenu* const menu = MakeMenu(popup.menu, {}, window, window)) {
+      menu->setObjectName(popup.name);
     }
   }
+}
+
+QMenu* Menus::MakeMenu(workspace::Menu which, const QString& title, QWidget& parent,
+                       QWidget& window) {
+  auto* const menu = new QMenu(title, &parent);
   for (const workspace::CommandRow& row : workspace::CommandRows()) {
-    if (row.menu == workspace::Menu::ProgramPopup) AddRow(popup_, window, row);
+    if (row.menu == which) AddRow(*menu, window, row);
   }
+  if (menu->isEmpty()) {
+    delete menu;
+    return nullptr;
+  }
+  menus_[which] = menu;
+  return menu;
+}
+
+void Menus::PopUp(workspace::Menu popup, QPoint global,
+                  const std::function<std::optional<PopupItem>(int id)>& item) {
+  for (const workspace::CommandRow& row : workspace::CommandRows()) {
+    if (row.menu != popup || !actions_.contains(row.id)) continue;
+    const auto shown = item(row.id);
+    if (!shown) continue;
+    QAction* const action = actions_.at(row.id);
+    action->setText(shown->text);
+    action->setChecked(shown->checked);
+    if (!shown->enabled) action->setEnabled(false);
+  }
+  menu(popup).popup(global);
 }
 
 void Menus::AddRow(QMenu& menu, QWidget& window, const workspace::CommandRow& row) {
@@ -65,15 +91,15 @@ void Menus::AddRow(QMenu& menu, QWidget& window, const workspace::CommandRow& ro
   QObject::connect(action, &QAction::triggered, &window, [this, id = row.id] { send_(id); });
   menu.addAction(action);
   // The shortcuts of popup items work without the popup.
-  if (row.menu == workspace::Menu::ProgramPopup) window.addAction(action);
+  if (workspace::IsPopup(row.menu)) window.addAction(action);
   actions_[row.id] = action;
 }
 
 void Menus::Update(const workspace::CommandConditions& conditions) {
   for (const auto& [id, action] : actions_) {
     const workspace::CommandRow& row = *workspace::FindCommand(id);
-    const auto place = row.menu == workspace::Menu::ProgramPopup ? workspace::Place::Popup
-                                                                 : workspace::Place::MenuBar;
+    const auto place =
+        workspace::IsPopup(row.menu) ? workspace::Place::Popup : workspace::Place::MenuBar;
     action->setEnabled(workspace::IsEnabled(row, conditions, place));
     if (id == commands::kGo) action->setText(ItemText(row, conditions.running));
   }

@@ -1,12 +1,14 @@
 // SPDX-License-Identifier: MIT
-// The menu bar and the popup menu of program windows, made from the command rows. Commands that
+// The menu bar and the popup menus of the windows, made from the command rows. Commands that
 // this version does not carry out are absent, and so are menus without any item.
 #pragma once
 
 #include <QMenu>
 #include <functional>
 #include <map>
+#include <optional>
 
+#include "gui/text_view.h"
 #include "workspace/command_rows.h"
 #include "workspace/recent_files.h"
 
@@ -20,7 +22,9 @@ class Menus {
   // The actions belong to bar's window. send gets the id of what the user chooses.
   Menus(QMenuBar& bar, std::function<void(int id)> send);
 
-  QMenu* popup() { return &popup_; }
+  // A popup menu of views, its items as item says, else as their rows do.
+  void PopUp(workspace::Menu popup, QPoint global,
+             const std::function<std::optional<PopupItem>(int id)>& item);
   // One that has items.
   QMenu& menu(workspace::Menu menu) const { return *menus_.at(menu); }
   void Update(const workspace::CommandConditions& conditions);
@@ -28,10 +32,10 @@ class Menus {
   void ShowRecentFiles(const workspace::RecentFiles& files);
 
  private:
+  QMenu* MakeMenu(workspace::Menu which, const QString& title, QWidget& parent, QWidget& window);
   void AddRow(QMenu& menu, QWidget& window, const workspace::CommandRow& row);
 
   std::function<void(int)> send_;
-  QMenu popup_;
   std::map<workspace::Menu, QMenu*> menus_;
   std::map<int, QAction*> actions_;
   QAction* recent_separator_ = nullptr;

@@ -1,13 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "gui/program_window.h"
 
-#include <QContextMenuEvent>
 #include <QKeyEvent>
-#include <QMenu>
 #include <QMouseEvent>
 #include <QPainter>
 
 #include "gui/qt_user_interface.h"
+#include "gui/session.h"
 #include "workspace/command_rows.h"
 
 namespace brevant::gui {
@@ -19,9 +18,11 @@ constexpr int kUsualLines = 20;
 
 }  // namespace
 
-ProgramWindow::ProgramWindow(views::ProgramViews& views, Gate& gate, FrameLinks links,
-                             const QFont& font)
-    : ScrollingView(gate, std::move(links), font), views_(views), view_(views.Open()) {
+ProgramWindow::ProgramWindow(Session& session, FrameLinks links, const QFont& font,
+                             const workspace::WindowAttributes&)
+    : ScrollingView(session.gate, std::move(links), font),
+      views_(session.program_views),
+      view_(views_.Open()) {
   setObjectName("MDI_Prog");
   setAccessibleName("Program");
 }
@@ -68,12 +69,8 @@ void ProgramWindow::mouseDoubleClickEvent(QMouseEvent* event) {
   if (event->button() == Qt::LeftButton) links_.send_command(workspace::commands::kPopupEdit);
 }
 
-void ProgramWindow::contextMenuEvent(QContextMenuEvent* event) {
-  const QPoint keyboard_place(cell().width * views::kHighlightColumn,
-                              cell().height * (view_->state().cursorLine + 1));
-  links_.program_popup()->popup(event->reason() == QContextMenuEvent::Keyboard
-                                    ? viewport()->mapToGlobal(keyboard_place)
-                                    : event->globalPos());
+QPoint ProgramWindow::PopupPlace() const {
+  return {cell().width * views::kHighlightColumn, cell().height * (view_->state().cursorLine + 1)};
 }
 
 void ProgramWindow::keyPressEvent(QKeyEvent* event) {

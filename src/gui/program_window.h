@@ -12,7 +12,8 @@ namespace brevant::gui {
 
 class ProgramWindow final : public ScrollingView {
  public:
-  ProgramWindow(views::ProgramViews& views, Gate& gate, FrameLinks links, const QFont& font);
+  ProgramWindow(Session& session, FrameLinks links, const QFont& font,
+                const workspace::WindowAttributes& starting);
 
   views::ProgramView& view() { return *view_; }
   void Activated() override { views_.Activate(*view_); }
@@ -25,11 +26,11 @@ class ProgramWindow final : public ScrollingView {
   ScrollBarState BarState() const override;
   void Scroll(views::ScrollCode code, int position) override { view_->Scroll(code, position); }
 
+  QPoint PopupPlace() const override;
   void CellsChanged() override;
   void paintEvent(QPaintEvent* event) override;
   void mousePressEvent(QMouseEvent* event) override;
   void mouseDoubleClickEvent(QMouseEvent* event) override;
-  void contextMenuEvent(QContextMenuEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
 
  private:

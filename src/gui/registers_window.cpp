@@ -6,13 +6,15 @@
 #include <QPainter>
 
 #include "base/text_number.h"
+#include "gui/edit_dialogs.h"
 #include "gui/qt_user_interface.h"
+#include "gui/session.h"
 
 namespace brevant::gui {
 
-RegistersWindow::RegistersWindow(views::RegisterCells& cells, std::function<void(char)> open_editor,
-                                 const QFont& font)
-    : TextView(font), cells_(cells), open_editor_(std::move(open_editor)) {
+RegistersWindow::RegistersWindow(Session& session, FrameLinks links, const QFont& font,
+                                 const workspace::WindowAttributes&)
+    : TextView(font), session_(session), links_(std::move(links)), cells_(session.registers) {
   setObjectName("MDI_Regs");
   setAccessibleName("Regs");
   setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
@@ -48,9 +50,25 @@ void RegistersWindow::Select(int cell) {
   mark_.Blink(hasFocus());
 }
 
+void RegistersWindow::OpenEditor(char key) {
+  links_.carry_out([this, key] {
+    const control::Activity& activity = session_.debugger.activity;
+    if (activity.FileIoActive() || activity.WaitingForBreak()) return;
+    views::RegisterEditor editor = cells_.OpenEditor(key);
+    EditRequest request{.title = editor.caption(),
+                        .text = editor.initial_text(),
+                        .expected = editor.expected(),
+                        .max_length = editor.max_length(),
+                        .typing_continues = editor.typing_continues()};
+    AskForText(window(), view_font(), request,
+               [&editor](std::string_view text) { return editor.Accept(text); });
+    cells_.UpdateChangeFlags();
+  });
+}
+
 void RegistersWindow::mousePressEvent(QMouseEvent* event) {
   if (event->button() == Qt::RightButton) {
-    open_editor_(0);
+    OpenEditor();
     return;
   }
   const QPoint at = event->position().toPoint();
@@ -58,7 +76,7 @@ void RegistersWindow::mousePressEvent(QMouseEvent* event) {
 }
 
 void RegistersWindow::mouseDoubleClickEvent(QMouseEvent*) {
-  open_editor_(0);
+  OpenEditor();
 }
 
 void RegistersWindow::keyPressEvent(QKeyEvent* event) {
@@ -73,13 +91,13 @@ void RegistersWindow::keyPressEvent(QKeyEvent* event) {
       return Select(cells_.selected() + cells_.cells_per_row());
     case Qt::Key_Return:
     case Qt::Key_Enter:
-      return open_editor_(0);
+      return OpenEditor();
     default:
       break;
   }
   const std::string typed = Bytes(event->text());
   if (typed.size() == 1 && base::IsHexField(typed)) {
-    open_editor_(typed.front());
+    OpenEditor(typed.front());
   } else {
     event->ignore();
   }

@@ -1,21 +1,19 @@
 // SPDX-License-Identifier: MIT
 // The window of the six register cells. It paints the cells and the blinking mark of the selected
-// one, and asks for the editor when the user clicks or types.
+// one, and opens the editor when the user clicks or types.
 #pragma once
-
-#include <functional>
 
 #include "gui/blinking_mark.h"
 #include "gui/text_view.h"
+#include "gui/window_kinds.h"
 #include "views/register_cells.h"
 
 namespace brevant::gui {
 
 class RegistersWindow final : public TextView {
  public:
-  // open_editor gets the key that was typed, 0 for none.
-  RegistersWindow(views::RegisterCells& cells, std::function<void(char key)> open_editor,
-                  const QFont& font);
+  RegistersWindow(Session& session, FrameLinks links, const QFont& font,
+                  const workspace::WindowAttributes& starting);
 
   // All cells in one row.
   QSize sizeHint() const override;
@@ -31,8 +29,12 @@ class RegistersWindow final : public TextView {
  private:
   void Select(int cell);
 
+  // For the selected cell; key is what was typed, 0 for none.
+  void OpenEditor(char key = 0);
+
+  Session& session_;
+  FrameLinks links_;
   views::RegisterCells& cells_;
-  std::function<void(char)> open_editor_;
   BlinkingMark mark_{*this};
 };
 

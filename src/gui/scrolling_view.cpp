@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "gui/scrolling_view.h"
 
+#include <QContextMenuEvent>
 #include <QScrollBar>
 #include <QSignalBlocker>
 #include <QWheelEvent>
@@ -80,6 +81,12 @@ bool ScrollingView::ScrollByKey(int key) {
   if (known == kScrollKeys.end()) return false;
   Scroll(known->code, 0);
   return true;
+}
+
+void ScrollingView::contextMenuEvent(QContextMenuEvent* event) {
+  const bool by_keyboard = event->reason() == QContextMenuEvent::Keyboard;
+  links_.show_popup(*this,
+                    by_keyboard ? viewport()->mapToGlobal(PopupPlace()) : event->globalPos());
 }
 
 void ScrollingView::wheelEvent(QWheelEvent* event) {

@@ -29,7 +29,10 @@ class ScrollingView : public TextView {
 
   // Arrows and page keys. False for any other key.
   bool ScrollByKey(int key);
+  // Where the keyboard opens the popup menu, in pixels of the viewport.
+  virtual QPoint PopupPlace() const = 0;
   void wheelEvent(QWheelEvent* event) override;
+  void contextMenuEvent(QContextMenuEvent* event) override;
 
   Gate& gate_;
   FrameLinks links_;

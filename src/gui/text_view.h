@@ -5,8 +5,10 @@
 
 #include <QAbstractScrollArea>
 #include <QColor>
+#include <optional>
 
 #include "views/program_view.h"
+#include "workspace/layout.h"
 #include "workspace/view_font.h"
 
 namespace brevant::gui {
@@ -14,6 +16,13 @@ namespace brevant::gui {
 struct TextColours {
   QColor text;
   QColor background;  // invalid: the window's own
+};
+
+// How an item of a popup menu stands.
+struct PopupItem {
+  QString text;
+  bool checked = false;
+  bool enabled = true;
 };
 
 // The named family when it is there, else the desktop's fixed-pitch font.
@@ -24,6 +33,7 @@ class TextView : public QAbstractScrollArea {
   explicit TextView(const QFont& font, QWidget* parent = nullptr);
 
   views::CellSize cell() const { return cell_; }
+  const QFont& view_font() const { return font_; }
   void SetViewFont(const QFont& font);
   // What is shown is no longer known to be so: all text is painted greyed.
   void SetStale(bool stale);
@@ -35,6 +45,10 @@ class TextView : public QAbstractScrollArea {
   virtual void ShowChanges() {}
   // Asks the target for everything that is shown.
   virtual void RefreshFromTarget() {}
+  // What the layout keeps of it, beside its place.
+  virtual workspace::WindowAttributes Attributes() const { return {}; }
+  // How its view lets a command of its popup menu stand; nothing: as the command's row says.
+  virtual std::optional<PopupItem> ItemOf(int) const { return std::nullopt; }
   // Its window has become the active one.
   virtual void Activated() {}
 

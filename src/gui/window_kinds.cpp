@@ -8,37 +8,60 @@
 #include "gui/icons.h"
 #include "gui/program_window.h"
 #include "gui/registers_window.h"
-#include "gui/session.h"
-#include "workspace/command_rows.h"
 
 namespace brevant::gui {
 namespace {
 
-TextView* MakeRegisters(Session& session, const FrameLinks& links, const QFont& font) {
-  return new RegistersWindow(session.registers, links.edit_register, font);
-}
+namespace keys = base::keys;
+namespace commands = workspace::commands;
+using HowMany = workspace::WindowKeys::HowMany;
+using workspace::Menu;
 
-TextView* MakeProgram(Session& session, const FrameLinks& links, const QFont& font) {
-  return new ProgramWindow(session.program_views, session.gate, links, font);
-}
-
-TextView* MakeData(Session& session, const FrameLinks& links, const QFont& font) {
-  return new DataWindow(session, links, font);
+template <typename Window>
+TextView* Make(Session& session, const FrameLinks& links, const QFont& font,
+               const workspace::WindowAttributes& starting) {
+  return new Window(session, links, font, starting);
 }
 
 constexpr std::array kKinds{
-    WindowKind{"Regs", RegsIcon, ChildWindow::Kind::Permanent, 0, MakeRegisters},
-    WindowKind{"Program", ProgIcon, ChildWindow::Kind::Closable, workspace::commands::kOpenProgram,
-               MakeProgram},
-    WindowKind{"Data", DataIcon, ChildWindow::Kind::Closable, workspace::commands::kOpenData,
-               MakeData},
+    WindowKind{"Regs",
+               "Regs",
+               RegsIcon,
+               0,
+               Menu::None,
+               {HowMany::One, nullptr, &keys::kRegistersGeometry},
+               {},
+               Make<RegistersWindow>},
+    WindowKind{"Data",
+               "Data (Data page)",
+               DataIcon,
+               commands::kOpenData,
+               Menu::DataPopup,
+               {HowMany::Many,
+                &keys::kDataWindowCount,
+                &keys::kDataGeometry,
+                {&keys::kDataFirstLine, &keys::kDataAttribute}},
+               {0, 128},
+               Make<DataWindow>},
+    WindowKind{"Program",
+               "Program",
+               ProgIcon,
+               commands::kOpenProgram,
+               Menu::ProgramPopup,
+               {HowMany::Many, &keys::kProgramWindowCount, &keys::kProgramGeometry},
+               {},
+               Make<ProgramWindow>},
 };
 
 }  // namespace
 
 constinit const WindowKind& kRegistersKind = kKinds[0];
-constinit const WindowKind& kProgramKind = kKinds[1];
-constinit const WindowKind& kDataKind = kKinds[2];
+constinit const WindowKind& kDataKind = kKinds[1];
+constinit const WindowKind& kProgramKind = kKinds[2];
+
+std::span<const WindowKind> WindowKinds() {
+  return kKinds;
+}
 
 const WindowKind* KindOpenedBy(int command) {
   const auto* const kind = std::find_if(kKinds.begin(), kKinds.end(), [command](const auto& row) {

@@ -1,15 +1,15 @@
 // SPDX-License-Identifier: MIT
-// The kinds of windows inside the frame, a row each: a new kind is a row here and a widget.
+// The kinds of windows inside the frame, a row each: a new kind is a row here, a view and a widget.
 #pragma once
 
 #include <QFont>
 #include <QIcon>
 #include <functional>
+#include <span>
 
-#include "gui/child_window.h"
 #include "gui/text_view.h"
-
-class QMenu;
+#include "workspace/command_rows.h"
+#include "workspace/layout.h"
 
 namespace brevant::gui {
 
@@ -18,26 +18,36 @@ class Session;
 // What a window asks of the frame.
 struct FrameLinks {
   std::function<void(int id)> send_command;
-  // The popup menu of program windows, ready to be shown. Borrowed.
-  std::function<QMenu*()> program_popup;
+  // The popup menu of the window's kind.
+  std::function<void(TextView& view, QPoint global)> show_popup;
   // Lets all views follow the engine now. The gate is held.
   std::function<void()> follow_engine;
-  // For the selected register; key is what was typed, 0 for none.
-  std::function<void(char key)> edit_register;
+  // Does the work as a command is done: alone, and the views follow it.
+  std::function<void(const std::function<void()>& work)> carry_out;
 };
 
 struct WindowKind {
   const char* title;
+  const char* title_by_command;  // of one that its command opens
   QIcon (*icon)();
-  ChildWindow::Kind child;
-  int command;  // opens one; 0: none does
+  int command;                   // opens one; 0: none does
+  workspace::Menu popup;         // None: none
+  workspace::WindowKeys stored;  // how many there can be, and how they are found again
+  workspace::WindowAttributes starting;
   // The widget; its object name is the kind's class name.
-  TextView* (*make)(Session& session, const FrameLinks& links, const QFont& font);
+  TextView* (*make)(Session& session, const FrameLinks& links, const QFont& font,
+                    const workspace::WindowAttributes& starting);
+
+  bool OneAtMost() const { return stored.how_many != workspace::WindowKeys::HowMany::Many; }
+  bool Permanent() const { return stored.how_many == workspace::WindowKeys::HowMany::One; }
 };
 
+// In the order in which a layout is restored.
+std::span<const WindowKind> WindowKinds();
+
 extern const WindowKind& kRegistersKind;
-extern const WindowKind& kProgramKind;
 extern const WindowKind& kDataKind;
+extern const WindowKind& kProgramKind;
 
 // nullptr for a command that opens no window.
 const WindowKind* KindOpenedBy(int command);

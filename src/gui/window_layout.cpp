@@ -4,6 +4,7 @@
 #include <QGuiApplication>
 #include <QMdiArea>
 #include <QScreen>
+#include <QWindow>
 #include <algorithm>
 
 #include "gui/main_window.h"
@@ -37,17 +38,18 @@ bool OnAScreen(const QRect& place) {
   });
 }
 
-void PlaceFrame(MainWindow& window, const std::optional<workspace::FramePlace>& frame) {
-  if (!frame) {
-    const QSize screen = QGuiApplication::primaryScreen()->availableSize();
-    window.resize(kDefaultFrame.boundedTo(screen - kDesktopMargin));
-    return;
-  }
-  const workspace::WindowPlace& place = frame->place;
-  const QRect at(place.left, place.top, std::max(place.width, 1), std::max(place.height, 1));
-  if (OnAScreen(at)) window.move(at.topLeft());
-  window.resize(at.size());
-  if (frame->state == static_cast<int>(workspace::SizeState::Maximized)) {
+void SizeFrame(MainWindow& window, const std::optional<workspace::FramePlace>& frame) {
+  const QSize screen = QGuiApplication::primaryScreen()->availableSize();
+  window.resize(frame ? QSize(std::max(frame->place.width, 1), std::max(frame->place.height, 1))
+                      : kDefaultFrame.boundedTo(screen - kDesktopMargin));
+}
+
+void PlaceFrame(MainWindow& window, const workspace::FramePlace& frame) {
+  const QPoint at(frame.place.left, frame.place.top);
+  // Moving the widget would place the inside of a window that has been made but not shown, and the
+  // frame would creep up by the height of its title bar from one run to the next.
+  if (OnAScreen({at, window.size()})) window.windowHandle()->setFramePosition(at);
+  if (frame.state == static_cast<int>(workspace::SizeState::Maximized)) {
     window.setWindowState(Qt::WindowMaximized);
   }
 }
@@ -70,36 +72,53 @@ void PlaceByDefault(MainWindow& window, bool opens_program) {
                       std::max(window.area().height() - top - kGap, kLeastProgramHeight));
 }
 
-}  // namespace
+std::vector<workspace::WindowKeys> StoredKinds() {
+  std::vector<workspace::WindowKeys> stored;
+  for (const WindowKind& kind : WindowKinds()) stored.push_back(kind.stored);
+  return stored;
+}
 
+// As the windows stand now.
 workspace::Layout CurrentLayout(const MainWindow& window) {
   workspace::Layout layout;
   const QPoint at = window.pos();
   layout.frame = {{at.x(), at.y(), window.width(), window.height()}, SizeStateOf(window)};
-  layout.registers = PlaceOf(*window.Children(kRegistersKind).front());
-  for (const QMdiSubWindow* child : window.Children(kProgramKind)) {
-    layout.programs.push_back(PlaceOf(*child));
+  for (const WindowKind& kind : WindowKinds()) {
+    std::vector<workspace::SavedWindow>& windows = layout.windows.emplace_back();
+    for (const ChildWindow* child : window.Children(kind)) {
+      windows.push_back(
+          {PlaceOf(*child), static_cast<const TextView*>(child->widget())->Attributes()});
+    }
   }
   return layout;
 }
 
+}  // namespace
+
 void RestoreLayout(MainWindow& window, const base::SettingsFile& settings) {
-  const workspace::Layout layout = workspace::ReadLayout(settings);
-  PlaceFrame(window, layout.frame);
+  const workspace::Layout layout = workspace::ReadLayout(settings, StoredKinds());
+  SizeFrame(window, layout.frame);
   // The area for children gets its size only now.
   window.ensurePolished();
   window.LayOutNow();
+  if (layout.frame) PlaceFrame(window, *layout.frame);
   const auto& count = base::keys::kProgramWindowCount;
   PlaceByDefault(window, !settings.Has(count.section, count.key));
-  PlaceChildAt(*window.Children(kRegistersKind).front(),
-               workspace::PlaceChild(layout.frame, layout.registers));
-  for (const workspace::ChildPlace& place : layout.programs) {
-    PlaceChildAt(window.Open(kProgramKind), workspace::PlaceChild(layout.frame, place));
+  for (std::size_t k = 0; k < layout.windows.size(); ++k) {
+    const WindowKind& kind = WindowKinds()[k];
+    for (const workspace::SavedWindow& saved : layout.windows[k]) {
+      PlaceChildAt(window.Open(kind, saved.attributes),
+                   workspace::PlaceChild(layout.frame, saved.place));
+    }
   }
 }
 
 bool StoreLayout(const MainWindow& window, base::SettingsFile& settings) {
-  return workspace::SaveLayout(settings, CurrentLayout(window));
+  return workspace::SaveLayout(settings, StoredKinds(), CurrentLayout(window));
+}
+
+bool StoreAttributes(const MainWindow& window, base::SettingsFile& settings) {
+  return workspace::SaveAttributes(settings, StoredKinds(), CurrentLayout(window));
 }
 
 }  // namespace brevant::gui

@@ -38,6 +38,15 @@ DataSettings ReadDataSettings(const base::SettingsFile& settings) {
   return read;
 }
 
+bool StoreDataSettings(const DataSettings& wanted, base::SettingsFile& settings) {
+  namespace keys = base::keys;
+  base::SettingsFile::Change change;
+  change.Store(keys::kDataUnit, long{wanted.cell_width()});
+  change.Store(keys::kDataPerLine, wanted.bytes_per_line == 16 ? 1L : 0L);
+  change.Store(keys::kDataAscii, wanted.characters ? 1L : 0L);
+  return settings.Apply(change);
+}
+
 DataView::DataView(OpenViews& open, memory::Memory& memory, const control::Activity& activity,
                    const DataSettings& settings, int top_line)
     : View(open), memory_(memory), activity_(activity), settings_(settings) {

@@ -39,6 +39,8 @@ struct DataSettings {
 };
 // Keys "WordByte", "DataPerLine", "DisPlayAscii" and "DataAddrRange".
 DataSettings ReadDataSettings(const base::SettingsFile& settings);
+// All but the range. False when the settings file could not be written.
+bool StoreDataSettings(const DataSettings& wanted, base::SettingsFile& settings);
 
 struct DataViewState {
   int topLine = 0;    // counted in lines from address 0

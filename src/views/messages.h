@@ -18,7 +18,15 @@ inline constexpr base::MessageText kInstructionNotTaken{
     "RAM can be edited; flash changes only by erasing and programming, ROM never.",
     base::captions::kInformation, base::Icon::Information};
 
-inline constexpr const base::MessageText* kAll[] = {&kStackPointerNotSet, &kInstructionNotTaken};
+inline constexpr base::MessageText kLocationNotTaken{
+    "edit.location-not-taken", base::Severity::Warning,
+    "The byte at %04x reads %02x, not the %02x that was written.\n\n"
+    "RAM can be edited; flash changes only by erasing and programming, ROM never, and registers "
+    "have bits of their own.",
+    base::captions::kInformation, base::Icon::Information};
+
+inline constexpr const base::MessageText* kAll[] = {&kStackPointerNotSet, &kInstructionNotTaken,
+                                                    &kLocationNotTaken};
 
 // Shown below a field whose text was refused.
 inline constexpr const char* kExpectInstruction =

@@ -17,6 +17,7 @@ namespace brevant::views {
 namespace prompt_titles {
 inline constexpr const char* kGoToAddress = "Goto Address";
 inline constexpr const char* kGoToSymbol = "Go to symbol";
+inline constexpr const char* kDataGoToSymbol = "Goto symbol";
 inline constexpr const char* kRunTo = "Run to label or address";
 }  // namespace prompt_titles
 

@@ -104,6 +104,20 @@ constexpr CommandRow kRows[] = {
      "Set or clear a breakpoint at the cursor position", kNotDuringFileIo, "", "F9"},
     {kPopupRefresh, Menu::ProgramPopup, "Refresh",
      "Read what the window shows from the target again", kPopup, "", "", kRefresh},
+    // Popup menu of the data views
+    {kDataEdit, Menu::DataPopup, "Edit", "Edit the contents of a memory location in data window",
+     kPopup},
+    {kDataGoToAddress, Menu::DataPopup, "Go to Address", "Go to an address location in data window",
+     kPopup},
+    {kDataGoToSymbol, Menu::DataPopup, "Go to Symbol",
+     "Go to a symbol in the symbol list in data dindow", kPopup},
+    {kDataGoToPc, Menu::DataPopup, "Go to PC", "Go to PC position in data window", kPopup},
+    {kDataPerLine, Menu::DataPopup, "Toggle data per line (16)",
+     "Toggle between 8 or 16 bytes per line", kNotDuringFileIo | kSeparatorBefore},
+    {kDataUnit, Menu::DataPopup, "Display as BYTE", "", kNotDuringFileIo},
+    {kDataAscii, Menu::DataPopup, "Display ASCII data", "", kNotDuringFileIo | kCheckable},
+    {kDataRefresh, Menu::DataPopup, "Refresh", "Read what the window shows from the target again",
+     kPopup, "", "", kRefresh},
     // Shortcut of the source window
     {kFindNext, Menu::None, "", "Find the next string in source window", kNoFlags, "F3"},
     // Toolbar
@@ -139,6 +153,9 @@ constexpr std::string_view kGoIsRunning = "MCU is running, click this button to 
 
 }  // namespace
 
+bool IsPopup(Menu menu) {
+  return menu == Menu::ProgramPopup || menu == Menu::DataPopup;
+}
 std::span<const MenuTitle> MenuBar() {
   return kMenuBar;
 }

@@ -20,7 +20,10 @@ enum class Menu {
   Window,
   Help,
   ProgramPopup,  // of a program view
+  DataPopup,     // of a data view
 };
+// Pops up over a view; its items act on that.
+bool IsPopup(Menu menu);
 
 // The menu bar in its order.
 struct MenuTitle {
@@ -68,11 +71,14 @@ inline constexpr int kHelpContents = 240, kHelpSearch = 241, kHelpOnHelp = 242, 
 inline constexpr int kPopupRunToCursor = 260, kPopupRunToLabel = 261, kPopupEdit = 262;
 inline constexpr int kPopupGoToBreakpoint = 263, kPopupGoToAddress = 264, kPopupGoToSymbol = 265;
 inline constexpr int kPopupGoToPc = 266, kPopupSetPc = 267, kPopupClearBreakpoints = 268;
+inline constexpr int kDataEdit = 280, kDataGoToAddress = 281, kDataGoToSymbol = 282;
+inline constexpr int kDataGoToPc = 283, kDataPerLine = 286, kDataAscii = 287, kDataUnit = 40013;
 inline constexpr int kFindNext = 324;
 inline constexpr int kReset = 340, kToolbarStep = 341, kToolbarNStep = 342;
 inline constexpr int kToolbarStepOver = 343, kToolbarGo = 344, kToolbarTrace = 345;
 inline constexpr int kRunMacro = 346, kToolbarRunToCursor = 347, kReStart = 348;
 inline constexpr int kToggleBreakpoint = 41000, kRefresh = 41001, kPopupRefresh = 41002;
+inline constexpr int kDataRefresh = 41003;
 }  // namespace commands
 
 // In menu order.

@@ -34,27 +34,30 @@ std::size_t ScanIntegers(std::string_view text, std::array<int, N>& fields) {
   return count;
 }
 
-int ReadCount(const base::SettingsFile& settings, const base::SettingsKey& key) {
-  return std::clamp(settings.Integer(key), 0, kMostWindows);
+int ReadCount(const base::SettingsFile& settings, const WindowKeys& kind) {
+  if (kind.count == nullptr) return 1;
+  const int most = kind.how_many == WindowKeys::HowMany::Many ? kMostWindows : 1;
+  return std::clamp(settings.Integer(*kind.count), 0, most);
 }
 
-void StorePlace(base::SettingsFile::Change& change, const base::SettingsKey& key,
-                const ChildPlace& place, int n = 0) {
-  if (place) change.Store(key, FormatWindowPlace(*place), n);
-}
-
-void StoreSingle(base::SettingsFile::Change& change, const base::SettingsKey& open_key,
-                 const base::SettingsKey& place_key, const std::optional<SingleWindow>& window) {
-  if (!window) return;
-  change.Store(open_key, window->open ? 1L : 0L);
-  if (window->open) StorePlace(change, place_key, window->place);
-}
-
-void StoreDataAttributes(base::SettingsFile::Change& change, const std::vector<DataWindow>& data) {
-  for (std::size_t n = 0; n < data.size(); ++n) {
-    change.Store(base::keys::kDataFirstLine, long{data[n].first_line}, static_cast<int>(n));
-    change.Store(base::keys::kDataAttribute, long{data[n].attribute}, static_cast<int>(n));
+void StoreAttributes(base::SettingsFile::Change& change, const WindowKeys& kind,
+                     const std::vector<SavedWindow>& windows) {
+  for (std::size_t n = 0; n < windows.size(); ++n) {
+    for (std::size_t i = 0; i < kind.attributes.size(); ++i) {
+      if (kind.attributes[i] == nullptr) continue;
+      change.Store(*kind.attributes[i], long{windows[n].attributes[i]}, static_cast<int>(n));
+    }
   }
+}
+
+void StoreWindows(base::SettingsFile::Change& change, const WindowKeys& kind,
+                  const std::vector<SavedWindow>& windows) {
+  if (kind.count != nullptr) change.Store(*kind.count, static_cast<long>(windows.size()));
+  for (std::size_t n = 0; n < windows.size(); ++n) {
+    if (!windows[n].place) continue;
+    change.Store(*kind.place, FormatWindowPlace(*windows[n].place), static_cast<int>(n));
+  }
+  StoreAttributes(change, kind, windows);
 }
 
 }  // namespace
@@ -98,52 +101,37 @@ ChildPlace PlaceChild(const std::optional<FramePlace>& frame, const ChildPlace& 
   return place;
 }
 
-Layout ReadLayout(const base::SettingsFile& settings) {
-  namespace keys = base::keys;
-  const auto place = [&settings](const base::SettingsKey& key, int n = 0) {
-    return ParseWindowPlace(settings.String(key, n));
-  };
+Layout ReadLayout(const base::SettingsFile& settings, std::span<const WindowKeys> kinds) {
   Layout layout;
-  layout.frame = ParseFramePlace(settings.String(keys::kFrameGeometry));
-  layout.watch = {settings.Integer(keys::kWatchOpen) != 0, place(keys::kWatchGeometry)};
-  layout.registers = place(keys::kRegistersGeometry);
-  layout.data.emplace();
-  for (int n = 0, count = ReadCount(settings, keys::kDataWindowCount); n < count; ++n) {
-    layout.data->push_back({place(keys::kDataGeometry, n),
-                            settings.Integer(keys::kDataFirstLine, n),
-                            settings.Integer(keys::kDataAttribute, n)});
+  layout.frame = ParseFramePlace(settings.String(base::keys::kFrameGeometry));
+  for (const WindowKeys& kind : kinds) {
+    std::vector<SavedWindow>& windows = layout.windows.emplace_back();
+    for (int n = 0, count = ReadCount(settings, kind); n < count; ++n) {
+      SavedWindow& window = windows.emplace_back();
+      window.place = ParseWindowPlace(settings.String(*kind.place, n));
+      for (std::size_t i = 0; i < kind.attributes.size(); ++i) {
+        if (kind.attributes[i] == nullptr) continue;
+        window.attributes[i] = settings.Integer(*kind.attributes[i], n);
+      }
+    }
   }
-  for (int n = 0, count = ReadCount(settings, keys::kProgramWindowCount); n < count; ++n) {
-    layout.programs.push_back(place(keys::kProgramGeometry, n));
-  }
-  layout.source = {settings.Integer(keys::kSourceOpen) != 0, place(keys::kSourceGeometry)};
   return layout;
 }
 
-bool SaveLayout(base::SettingsFile& settings, const Layout& layout) {
-  namespace keys = base::keys;
+bool SaveLayout(base::SettingsFile& settings, std::span<const WindowKeys> kinds,
+                const Layout& layout) {
   base::SettingsFile::Change change;
-  if (layout.frame) change.Store(keys::kFrameGeometry, FormatFramePlace(*layout.frame));
-  StoreSingle(change, keys::kWatchOpen, keys::kWatchGeometry, layout.watch);
-  StoreSingle(change, keys::kSourceOpen, keys::kSourceGeometry, layout.source);
-  StorePlace(change, keys::kRegistersGeometry, layout.registers);
-  change.Store(keys::kProgramWindowCount, static_cast<long>(layout.programs.size()));
-  for (std::size_t n = 0; n < layout.programs.size(); ++n) {
-    StorePlace(change, keys::kProgramGeometry, layout.programs[n], static_cast<int>(n));
-  }
-  if (layout.data) {
-    change.Store(keys::kDataWindowCount, static_cast<long>(layout.data->size()));
-    for (std::size_t n = 0; n < layout.data->size(); ++n) {
-      StorePlace(change, keys::kDataGeometry, (*layout.data)[n].place, static_cast<int>(n));
-    }
-    StoreDataAttributes(change, *layout.data);
-  }
+  if (layout.frame) change.Store(base::keys::kFrameGeometry, FormatFramePlace(*layout.frame));
+  for (std::size_t k = 0; k < kinds.size(); ++k) StoreWindows(change, kinds[k], layout.windows[k]);
   return settings.Apply(change);
 }
 
-bool SaveDataAttributes(base::SettingsFile& settings, const std::vector<DataWindow>& data) {
+bool SaveAttributes(base::SettingsFile& settings, std::span<const WindowKeys> kinds,
+                    const Layout& layout) {
   base::SettingsFile::Change change;
-  StoreDataAttributes(change, data);
+  for (std::size_t k = 0; k < kinds.size(); ++k) {
+    StoreAttributes(change, kinds[k], layout.windows[k]);
+  }
   return settings.Apply(change);
 }
 

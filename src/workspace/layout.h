@@ -3,7 +3,9 @@
 // the next. Children are placed in the frame's client area. All numbers are pixels.
 #pragma once
 
+#include <array>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -32,38 +34,41 @@ struct FramePlace {
 // key that is absent or malformed, so that the window gets its default place.
 using ChildPlace = std::optional<WindowPlace>;
 
-// A window of which there is at most one.
-struct SingleWindow {
-  bool open = false;
-  ChildPlace place;
-  bool operator==(const SingleWindow&) const = default;
+// How section "window" keeps the windows of one kind.
+struct WindowKeys {
+  enum class HowMany { One, AtMostOne, Many };
+  static constexpr std::size_t kMostAttributes = 2;
+
+  HowMany how_many;
+  const base::SettingsKey* count;  // how many are open; nullptr: always one
+  const base::SettingsKey* place;  // of the n-th
+  // Numbers of the n-th window's own, with their defaults; nullptr: none.
+  std::array<const base::SettingsKey*, kMostAttributes> attributes = {};
+};
+using WindowAttributes = std::array<int, WindowKeys::kMostAttributes>;
+
+struct SavedWindow {
+  ChildPlace place = {};
+  WindowAttributes attributes = {};
+  bool operator==(const SavedWindow&) const = default;
 };
 
-struct DataWindow {
-  ChildPlace place;
-  int first_line = 0;
-  int attribute = 128;  // the window's own
-  bool operator==(const DataWindow&) const = default;
-};
-
-// Kinds of windows that a front end does not have are left empty; saving then leaves all their keys
-// as they are.
+// windows[k] are those of the k-th kind, in the order in which they were opened. Keys of kinds that
+// are not asked for stay as they are.
 struct Layout {
   std::optional<FramePlace> frame = {};
-  ChildPlace registers = {};
-  std::vector<ChildPlace> programs = {};  // in the order in which they were opened
-  std::optional<SingleWindow> watch = {};
-  std::optional<SingleWindow> source = {};
-  std::optional<std::vector<DataWindow>> data = {};
+  std::vector<std::vector<SavedWindow>> windows = {};
   bool operator==(const Layout&) const = default;
 };
 
 // Everything that is stored, at most 100 windows of a kind.
-Layout ReadLayout(const base::SettingsFile& settings);
+Layout ReadLayout(const base::SettingsFile& settings, std::span<const WindowKeys> kinds);
 // False when nothing could be stored.
-bool SaveLayout(base::SettingsFile& settings, const Layout& layout);
+bool SaveLayout(base::SettingsFile& settings, std::span<const WindowKeys> kinds,
+                const Layout& layout);
 // What is stored at every exit, even when the layout is not.
-bool SaveDataAttributes(base::SettingsFile& settings, const std::vector<DataWindow>& data);
+bool SaveAttributes(base::SettingsFile& settings, std::span<const WindowKeys> kinds,
+                    const Layout& layout);
 
 // "left,top,width,height"; further fields are ignored. Nothing unless all four are integers.
 std::optional<WindowPlace> ParseWindowPlace(std::string_view text);

@@ -13,6 +13,7 @@
 #include <QMimeData>
 #include <fstream>
 
+#include "gui/data_window.h"
 #include "gui/desktop.h"
 
 namespace brevant::gui {
@@ -199,6 +200,57 @@ TEST_F(Commands, PopUpWhereTheMouseIsAndLeaveTheCursor) {
   QTest::mouseClick(popup, Qt::LeftButton, {}, popup->actionGeometry(set_pc).center());
   EXPECT_EQ(debugger().frame.PC, cursor);
   EXPECT_FALSE(popup->isVisible());
+}
+
+TEST_F(Commands, ADataWindowIsEditedAndDisplaysAsItsPopupSays) {
+  Start();
+  Press(Qt::Key_D, Qt::AltModifier);
+  EXPECT_EQ(window().Children(kDataKind).front()->windowTitle(), "Data (Data page)");
+  auto& data = static_cast<DataWindow&>(*window().active_view());
+  AnswerPrompt("Goto Address", "0121");
+  Choose(commands::kDataGoToAddress);
+  const auto popup_item = [&](int command) {
+    QContextMenuEvent key(QContextMenuEvent::Keyboard, {5, 5}, {});
+    QApplication::sendEvent(data.viewport(), &key);
+    auto* const popup = window().findChild<QMenu*>("DataMenu");
+    EXPECT_TRUE(popup->isVisible());
+    popup->hide();
+    return window().findChild<QAction*>(QString("command%1").arg(command));
+  };
+  EXPECT_EQ(popup_item(commands::kDataUnit)->text(), "Display as WORD");
+  Choose(commands::kDataUnit);
+  EXPECT_EQ(popup_item(commands::kDataUnit)->text(), "Display as BYTE");
+  Choose(commands::kDataPerLine);
+  EXPECT_EQ(popup_item(commands::kDataPerLine)->text(), "Toggle data per line (8)");
+  EXPECT_TRUE(popup_item(commands::kDataAscii)->isChecked());
+  Choose(commands::kDataAscii);
+  EXPECT_FALSE(popup_item(commands::kDataAscii)->isChecked());
+  EXPECT_EQ(session().settings.Integer(base::keys::kDataPerLine), 0);
+
+  AnswerPrompt("Goto Address", "0121");
+  Choose(commands::kDataGoToAddress);
+  data.setFocus();
+  OnDialog("DlgEdit", [](QDialog& dialog) {
+    EXPECT_EQ(dialog.windowTitle(), "Edit at 0121");
+    QTest::qWait(10);
+    QTest::keyClicks(&Field(dialog, "text"), "f");
+    QTest::keyClick(&Field(dialog, "text"), Qt::Key_Return);
+  });
+  Press(Qt::Key_3);
+  EXPECT_EQ(debugger().monitor.ReadByte(0x0121), 0x3F);
+  EXPECT_EQ(data.view().lines()[0].text.substr(7, 5).substr(3), "3f");
+  // Flash is not changed by writing to it, and the user hears so.
+  AnswerPrompt("Goto Address", "8000");
+  Choose(commands::kDataGoToAddress);
+  OnDialog("message", [](QDialog& message) {
+    EXPECT_TRUE(static_cast<QMessageBox&>(message).text().startsWith("The byte at 8000 reads"));
+    message.accept();
+  });
+  OnDialog("DlgEdit", [](QDialog& dialog) {
+    Field(dialog, "text").setText("00");
+    Push(dialog, "ok");
+  });
+  Choose(commands::kDataEdit);
 }
 
 TEST_F(Commands, F1OnAMenuItemExplainsItInsteadOfCarryingItOut) {

@@ -10,6 +10,7 @@
 #include <set>
 
 #include "gui/command_actions.h"
+#include "gui/data_window.h"
 #include "gui/desktop.h"
 
 namespace brevant::gui {
@@ -186,9 +187,12 @@ TEST_F(Desktop, FindsItsWindowsWhereTheyWere) {
   window().Children(kProgramKind)[0]->setGeometry(first);
   window().Children(kProgramKind)[1]->setGeometry(second);
   window().Children(kRegistersKind).front()->setGeometry(5, 5, 300, 90);
+  window().Open(kDataKind, {0x12, 129}).setGeometry(first);
   Choose(commands::kSaveSettings);
-  // Not saved: the setting for that is off.
+  // Not saved, as the setting for that is off, save where data windows stand.
   window().Children(kProgramKind)[0]->setGeometry(first.translated(50, 50));
+  static_cast<DataWindow&>(*window().active_view()).view().GoToDataAddress(0x0140);
+  QTest::qWait(20);
   window().close();
   Quit();
 
@@ -198,6 +202,10 @@ TEST_F(Desktop, FindsItsWindowsWhereTheyWere) {
   EXPECT_EQ(window().Children(kProgramKind)[0]->geometry(), first);
   EXPECT_EQ(window().Children(kProgramKind)[1]->geometry(), second);
   EXPECT_EQ(window().Children(kRegistersKind).front()->geometry(), QRect(5, 5, 300, 90));
+  ASSERT_EQ(window().Children(kDataKind).size(), 1u);
+  EXPECT_EQ(window().Children(kDataKind)[0]->geometry(), first);
+  EXPECT_EQ(static_cast<TextView*>(window().Children(kDataKind)[0]->widget())->Attributes(),
+            (workspace::WindowAttributes{0x14, 129}));
   window().Children(kRegistersKind).front()->close();
   EXPECT_TRUE(window().Children(kRegistersKind).front()->isVisible())
       << "the registers cannot be closed";
@@ -268,7 +276,8 @@ TEST_F(Desktop, OffersEveryCommandThatIsBuiltAndNoOther) {
     EXPECT_EQ(offered, IsBuilt(row.id)) << row.id;
   }
   std::set<int> acted;
-  for (const auto group : {FileActions(), RunActions(), ProgramActions(), WindowActions()}) {
+  for (const auto group :
+       {FileActions(), RunActions(), ProgramActions(), DataActions(), WindowActions()}) {
     for (const CommandAction& action : group) {
       EXPECT_NE(workspace::FindCommand(action.id), nullptr) << action.id;
       EXPECT_TRUE(acted.insert(action.id).second) << action.id;

@@ -8,6 +8,18 @@
 namespace brevant::workspace {
 namespace {
 
+namespace keys = base::keys;
+using HowMany = WindowKeys::HowMany;
+
+constexpr WindowKeys kKinds[] = {
+    {HowMany::AtMostOne, &keys::kWatchOpen, &keys::kWatchGeometry},
+    {HowMany::One, nullptr, &keys::kRegistersGeometry},
+    {HowMany::Many,
+     &keys::kDataWindowCount,
+     &keys::kDataGeometry,
+     {&keys::kDataFirstLine, &keys::kDataAttribute}},
+};
+
 class LayoutTest : public ::testing::Test {
  protected:
   base::TemporaryFolder folder;
@@ -15,50 +27,41 @@ class LayoutTest : public ::testing::Test {
 };
 
 TEST_F(LayoutTest, ComesBackAsItWasSaved) {
-  const Layout layout{
-      .frame = FramePlace{{-8, 0, 1024, 768}, 2},
-      .registers = WindowPlace{0, 0, 300, 60},
-      .programs = {WindowPlace{10, 70, 500, 400}, WindowPlace{600, 70, 500, 400}},
-      .watch = SingleWindow{true, WindowPlace{1, 2, 3, 4}},
-      .source = SingleWindow{},
-      .data = std::vector{DataWindow{WindowPlace{5, 6, 7, 8}, 12, 129}, DataWindow{}},
-  };
-  SaveLayout(settings, layout);
-  EXPECT_EQ(ReadLayout(settings), layout);
-  EXPECT_EQ(settings.String(base::keys::kFrameGeometry), "-8,0,1024,768,2");
+  const SavedWindow registers{WindowPlace{0, 0, 300, 60}};
+  Layout layout{FramePlace{{-8, 0, 1024, 768}, 2},
+                {{{WindowPlace{1, 2, 3, 4}}},
+                 {registers},
+                 {{WindowPlace{5, 6, 7, 8}, {12, 129}}, {{}, {7, 128}}}}};
+  EXPECT_TRUE(SaveLayout(settings, kKinds, layout));
+  EXPECT_EQ(ReadLayout(settings, kKinds), layout);
+  EXPECT_EQ(settings.String(keys::kFrameGeometry), "-8,0,1024,768,2");
   EXPECT_EQ(settings.ReadString("window", "data0p", "", 20), "129");
-}
 
-TEST_F(LayoutTest, WindowsThatAreNotRestoredKeepTheirOlderPlace) {
-  SaveLayout(settings,
-             {.registers = WindowPlace{1, 1, 1, 1}, .programs = {WindowPlace{2, 2, 2, 2}}});
-  SaveLayout(settings, {.programs = {std::nullopt, WindowPlace{3, 3, 3, 3}}});
-  const Layout layout = ReadLayout(settings);
-  EXPECT_EQ(layout.registers, (WindowPlace{1, 1, 1, 1}));
-  ASSERT_EQ(layout.programs.size(), 2u);
-  EXPECT_EQ(layout.programs[0], (WindowPlace{2, 2, 2, 2}));
-}
+  // A window that is not restored keeps its older place, a kind that is not asked for all its keys.
+  layout.windows[2][0].place.reset();
+  layout.windows[1][0].place.reset();
+  EXPECT_TRUE(SaveLayout(settings, std::span(kKinds).subspan(1),
+                         {{}, {layout.windows[1], layout.windows[2]}}));
+  const Layout read = ReadLayout(settings, kKinds);
+  EXPECT_EQ(read.windows[0].size(), 1u);
+  EXPECT_EQ(read.windows[1][0], registers);
+  EXPECT_EQ(read.windows[2][0].place, (WindowPlace{5, 6, 7, 8}));
 
-TEST_F(LayoutTest, KindsOfWindowsThatAreNotThereKeepTheirKeys) {
-  const Layout full{.watch = SingleWindow{true, WindowPlace{1, 2, 3, 4}},
-                    .source = SingleWindow{true, {}},
-                    .data = std::vector{DataWindow{{}, 7, 9}}};
-  SaveLayout(settings, full);
-  SaveLayout(settings, {.programs = {std::nullopt}});
-  const Layout read = ReadLayout(settings);
-  EXPECT_EQ(read.watch, full.watch);
-  EXPECT_EQ(read.source, full.source);
-  EXPECT_EQ(read.data, full.data);
-  SaveDataAttributes(settings, {DataWindow{WindowPlace{}, 8, 10}});
-  EXPECT_EQ(ReadLayout(settings).data, std::vector({DataWindow{{}, 8, 10}}));
+  layout.windows[2].resize(1);
+  layout.windows[2][0].attributes = {8, 10};
+  EXPECT_TRUE(SaveAttributes(settings, kKinds, layout));
+  EXPECT_EQ(ReadLayout(settings, kKinds).windows[2][0].attributes, (WindowAttributes{8, 10}));
+  EXPECT_EQ(ReadLayout(settings, kKinds).windows[2].size(), 2u) << "only the attributes";
 }
 
 TEST_F(LayoutTest, IsEmptyWithoutSettingsAndBoundedWithBrokenOnes) {
-  EXPECT_EQ(ReadLayout(settings), (Layout{.watch = SingleWindow{},
-                                          .source = SingleWindow{},
-                                          .data = std::vector<DataWindow>{}}));
-  settings.WriteString("window", "nprog", "2000000000");
-  EXPECT_EQ(ReadLayout(settings).programs.size(), 100u);
+  EXPECT_EQ(ReadLayout(settings, kKinds), (Layout{{}, {{}, {{}}, {}}}));
+  settings.WriteString("window", "ndata", "2000000000");
+  settings.WriteString("window", "nwatch", "9");
+  const Layout read = ReadLayout(settings, kKinds);
+  EXPECT_EQ(read.windows[0].size(), 1u);
+  ASSERT_EQ(read.windows[2].size(), 100u);
+  EXPECT_EQ(read.windows[2][99].attributes, (WindowAttributes{0, 128}));
 }
 
 TEST(WindowPlaces, AreReadFromTheirText) {
