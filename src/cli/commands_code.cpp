@@ -2,9 +2,11 @@
 // Instructions and breakpoints.
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <vector>
 
 #include "cli/command_table.h"
+#include "cli/interrupt.h"
 #include "cli/session.h"
 #include "control/messages.h"
 #include "frontend/address_names.h"
@@ -16,6 +18,7 @@ namespace {
 
 constexpr int kDefaultLines = 10;
 constexpr int kMostLines = 65536;
+constexpr int kBatch = 32;  // lines, between which Ctrl-C is seen
 
 Result ListBreakpoints(Session& session) {
   Result result;
@@ -34,10 +37,20 @@ Result Disassembled(Session& session, base::Address address, int count) {
   debugger::Debugger& debugger = session.debugger();
   Result result;
   result.fields["lines"] = nlohmann::ordered_json::array();
-  for (const views::CodeLine& line :
-       views::ReadCodeLines(debugger.memory, debugger.debug_info.SymbolTable, address, count)) {
-    result.text += line.text + '\n';
-    result.fields["lines"].push_back(line.text);
+  for (int to_come = count; to_come > 0 && address <= base::kLastAddress; to_come -= kBatch) {
+    const auto lines = views::ReadCodeLines(debugger.memory, debugger.debug_info.SymbolTable,
+                                            address, std::min(to_come, kBatch));
+    for (const views::CodeLine& line : lines) {
+      result.text += line.text + '\n';
+      result.fields["lines"].push_back(line.text);
+      address = line.address + isa::InstructionAt(line.address, line.bytes).length();
+    }
+    if (lines.empty()) break;
+    if (Interrupted()) {
+      result.status = ExitStatus::Interrupted;
+      result.error = fmt::format("interrupted before {:04x}", address);
+      break;
+    }
   }
   return result;
 }

@@ -7,6 +7,7 @@
 
 #include "base/files.h"
 #include "cli/command_table.h"
+#include "cli/interrupt.h"
 #include "cli/session.h"
 #include "cli/shown_progress.h"
 #include "devices/hc08.h"
@@ -24,13 +25,7 @@ Result AwaitFlash(Session& session, bool started) {
   if (started) {
     const auto end = session.WaitForStop([&status] { return status.bytes_programmed; });
     if (end == frontend::WaitEnd::Interrupted || end == frontend::WaitEnd::TimedOut) {
-      session.debugger().Reset();
-      return Failure(
-          end == frontend::WaitEnd::TimedOut ? ExitStatus::NoAnswer : ExitStatus::Failed,
-          fmt::format(
-              "{}; {} bytes are in flash, and the target was reset",
-              end == frontend::WaitEnd::TimedOut ? "the flash routine did not end" : "interrupted",
-              status.bytes_programmed));
+      session.debugger().flash.Cancel();
     }
   }
   switch (status.outcome) {
@@ -44,7 +39,9 @@ Result AwaitFlash(Session& session, bool started) {
     case flash::FlashOutcome::LinkLost:
       return LinkLost();
     case flash::FlashOutcome::Cancelled:
-      return Failure(ExitStatus::Failed, "cancelled");
+      if (Interrupted()) return Interruption("; the target was reset");
+      return Failure(ExitStatus::NoAnswer,
+                     "the flash routine did not end in time, and the target was reset");
     case flash::FlashOutcome::None:
     case flash::FlashOutcome::Running:
     case flash::FlashOutcome::Refused:
@@ -63,7 +60,7 @@ std::string_view Diagnosis(std::uint8_t expected, std::uint8_t found) {
 Result Compared(const load::VerifyResult& verified) {
   if (verified.outcome == load::VerifyOutcome::LinkLost) return LinkLost();
   if (verified.outcome == load::VerifyOutcome::Cancelled) {
-    return Failure(ExitStatus::Failed, "interrupted while verifying");
+    return Interruption(fmt::format(" after {} bytes were found as programmed", verified.compared));
   }
   if (!verified.first) return {};
   const load::Difference& first = *verified.first;

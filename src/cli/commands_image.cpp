@@ -66,7 +66,7 @@ Result Load(Session& session, const ParsedArguments& arguments) {
     case load::LoadOutcome::Differs:
       return NotThere(session, path, loaded);
     case load::LoadOutcome::Cancelled:
-      return Failure(ExitStatus::Failed, "interrupted; what was written so far stays");
+      return Interruption("; what was written so far stays");
     case load::LoadOutcome::LinkLost:
       return LinkLost();
   }
@@ -97,7 +97,8 @@ Result Verify(Session& session, const ParsedArguments& arguments) {
   const load::VerifyResult verified = load::Verify(session.debugger().memory, image, progress);
   if (verified.outcome == load::VerifyOutcome::LinkLost) return LinkLost();
   if (verified.outcome == load::VerifyOutcome::Cancelled) {
-    return Failure(ExitStatus::Failed, "interrupted");
+    return Interruption(
+        fmt::format(" after {} bytes, {} of which differ", verified.compared, verified.different));
   }
   Result result;
   result.fields = {{"compared", verified.compared}, {"different", verified.different}};
@@ -128,7 +129,7 @@ Result Save(Session& session, const ParsedArguments& arguments) {
     case load::ReadOutOutcome::BadRange:
       return UsageError("the second address is below the first");
     case load::ReadOutOutcome::Cancelled:
-      return Failure(ExitStatus::Failed, "interrupted; no file was written");
+      return Interruption("; no file was written");
     case load::ReadOutOutcome::LinkLost:
       return LinkLost();
     case load::ReadOutOutcome::NotWritten:

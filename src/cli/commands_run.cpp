@@ -58,8 +58,13 @@ Result StopNow(Session& session) {
 }
 
 // The target did not stop by itself: take it back, so that a script never leaves it running unseen.
+// Who interrupts it wants it stopped at any price.
 Result GiveUpWaiting(Session& session, std::string why, ExitStatus status) {
   const Result stopped = StopNow(session);
+  if (!stopped.ok() && status == ExitStatus::Interrupted && session.debugger().Busy()) {
+    session.debugger().Reset();
+    return Failure(status, why + "; a break had no effect, so the target was reset");
+  }
   why += stopped.ok() ? fmt::format("; the target was stopped at {}",
                                     frontend::Described(session.debugger().frame.PC,
                                                         session.debugger().debug_info))
@@ -76,7 +81,7 @@ Result AwaitStop(Session& session) {
                            fmt::format("no stop within {} s", session.options().timeout_seconds),
                            ExitStatus::NoAnswer);
     case frontend::WaitEnd::Interrupted:
-      return GiveUpWaiting(session, "interrupted", ExitStatus::Failed);
+      return GiveUpWaiting(session, "interrupted", ExitStatus::Interrupted);
     case frontend::WaitEnd::LinkLost:
       break;
   }
@@ -84,8 +89,13 @@ Result AwaitStop(Session& session) {
 }
 
 Result StepTimes(Session& session, const ParsedArguments& arguments, control::Calls calls) {
+  const std::uint32_t steps = arguments.Number(0, 1);
   Result result;
-  for (std::uint32_t steps = arguments.Number(0, 1); steps > 0 && result.ok(); --steps) {
+  for (std::uint32_t step = 0; step < steps && result.ok(); ++step) {
+    if (Interrupted()) {
+      return Interruption(fmt::format(" after {} of {} steps, at {:04x}", step, steps,
+                                      session.debugger().frame.PC));
+    }
     session.debugger().run_control.StepCommand(calls);
     result = AwaitStop(session);
   }
@@ -142,10 +152,12 @@ Result Trace(Session& session, const ParsedArguments& arguments) {
   const frontend::WaitEnd end = session.WaitForStop([&trace] { return trace.steps(); });
   if (end == frontend::WaitEnd::LinkLost) return LinkLost();
   if (end != frontend::WaitEnd::Stopped) {
-    const std::string why = end == frontend::WaitEnd::Interrupted ? "interrupted" : "no step ended";
+    const bool interrupted = end == frontend::WaitEnd::Interrupted;
+    const std::string why = interrupted ? "interrupted" : "no step ended";
+    const ExitStatus status = interrupted ? ExitStatus::Interrupted : ExitStatus::NoAnswer;
     trace.Stop();
-    if (session.debugger().Busy()) return GiveUpWaiting(session, why, ExitStatus::NoAnswer);
-    return Failure(ExitStatus::Failed, why);
+    if (session.debugger().Busy()) return GiveUpWaiting(session, why, status);
+    return Failure(status, fmt::format("{} after {} steps", why, trace.steps()));
   }
   Result result = BadStack(session).value_or(Result{});
   result.text = trace.LogText();

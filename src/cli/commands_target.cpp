@@ -9,9 +9,11 @@
 #include "base/file_names.h"
 #include "base/text_number.h"
 #include "cli/command_table.h"
+#include "cli/interrupt.h"
 #include "cli/register_line.h"
 #include "cli/session.h"
 #include "devices/device.h"
+#include "load/target_range.h"
 #include "views/block_operation.h"
 
 namespace brevant::cli {
@@ -48,9 +50,8 @@ Result RunBlockOperation(Session& session, views::BlockOperation operation) {
   }
   session.ui().EndProgress();
   if (!wanted) {
-    return Failure(ExitStatus::Failed,
-                   fmt::format("interrupted after {} of {} words", operation.words_done(),
-                               operation.words_total()));
+    return Interruption(
+        fmt::format(" after {} of {} words", operation.words_done(), operation.words_total()));
   }
   return {};
 }
@@ -167,9 +168,16 @@ Result Read(Session& session, const ParsedArguments& arguments) {
   if (count > room) {
     return UsageError(fmt::format("count {:X} is beyond {:X}, the end of memory", count, room));
   }
-  std::vector<std::uint8_t> bytes(count);
-  session.debugger().memory.AskBytes(bytes, address);
+  std::vector<std::uint8_t> bytes;
+  const auto collect = [&bytes](base::Address, base::Bytes portion) {
+    bytes.insert(bytes.end(), portion.begin(), portion.end());
+    return !Interrupted();
+  };
+  const auto range = load::ReadRange(session.debugger().memory, address, count, collect);
   Result result;
+  if (range == load::RangeResult::Stopped && bytes.size() < count) {
+    result = Interruption(fmt::format(" after {:X} of {:X} bytes", bytes.size(), count));
+  }
   for (std::size_t at = 0; at < bytes.size(); at += kBytesPerLine) {
     result.text += fmt::format("{:06x}", address + at);
     for (std::size_t i = at; i < std::min(at + kBytesPerLine, bytes.size()); ++i) {

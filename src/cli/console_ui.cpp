@@ -68,10 +68,18 @@ base::Answer ConsoleUi::ShowMessage(const base::Message& message) {
     return base::Answer::Ok;
   }
   const bool yes_no = message.buttons == base::Buttons::YesNo;
-  if (!style_.answer_yes) said_.refused = true;
-  Notice(line + (style_.answer_yes ? " yes" : " Refused: only with --yes."));
-  if (style_.answer_yes) return yes_no ? base::Answer::Yes : base::Answer::Ok;
+  if (Agreed(line)) return yes_no ? base::Answer::Yes : base::Answer::Ok;
   return yes_no ? base::Answer::No : base::Answer::Cancel;
+}
+
+bool ConsoleUi::Agreed(const std::string& question) {
+  if (!style_.answer_yes && ask_) {
+    EraseProgress();
+    return ask_(question);
+  }
+  if (!style_.answer_yes) said_.refused = true;
+  Notice(question + (style_.answer_yes ? " yes" : " Refused: only with --yes."));
+  return style_.answer_yes;
 }
 
 void ConsoleUi::Beep() {}

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cstdio>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -15,12 +16,15 @@ namespace brevant::cli {
 class ConsoleUi final : public base::UserInterface {
  public:
   struct Style {
-    bool answer_yes = false;  // questions are answered yes, else refused
+    bool answer_yes = false;  // questions are answered yes, else asked, else refused
     bool quiet = false;       // notices are kept back, errors are not
     bool json = false;        // messages go into the result's object instead
     bool progress = false;    // standard error is a terminal
   };
   explicit ConsoleUi(const Style& style) : style_(style) {}
+
+  // There is someone who can be asked.
+  void AnswerWith(std::function<bool(const std::string& question)> ask) { ask_ = std::move(ask); }
 
   // What was said since the last call, one line a message, and whether a question was refused.
   struct Said {
@@ -46,9 +50,11 @@ class ConsoleUi final : public base::UserInterface {
   void SetBusyCursor(bool busy) override;
 
  private:
+  bool Agreed(const std::string& question);
   void EraseProgress();
 
   Style style_;
+  std::function<bool(const std::string& question)> ask_;
   Said said_;
   bool can_cancel_ = false;
   std::size_t progress_width_ = 0;

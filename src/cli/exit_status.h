@@ -13,7 +13,8 @@ enum class ExitStatus {
   NoAnswer = 5,  // no answer or time-out
   Security = 6,  // the security code was not accepted
   VerifyDiffers = 7,
-  NeedsYes = 8,  // refused for want of --yes
+  NeedsYes = 8,       // refused for want of --yes
+  Interrupted = 130,  // by a signal: 128 and its number, this one for SIGINT
 };
 
 }  // namespace brevant::cli

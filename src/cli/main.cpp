@@ -17,14 +17,30 @@ namespace {
 
 using brevant::cli::ExitStatus;
 
+// Ctrl-C drops the line, and stops a program that runs; a second one behind it leaves. False when
+// nothing is left to be said.
+bool TakeInterrupt(brevant::cli::Session& session, brevant::cli::Runner& runner, bool again) {
+  if (again || brevant::cli::Leaving()) return false;
+  brevant::cli::ClearInterrupt();
+  if (session.debugger().Busy()) return runner.Line("stop", true);
+  fmt::print(stderr, "Ctrl-C once more, or quit, leaves.\n");
+  return true;
+}
+
 void Talk(brevant::cli::Session& session, brevant::cli::Runner& runner) {
+  using brevant::cli::Prompt;
   fmt::print(stderr, "Connected. Type help for the commands, quit to leave.\n");
   runner.Line("info", true);
-  brevant::cli::Prompt prompt([&session] { return session.Idle(); });
-  while (const auto line = prompt.ReadLine()) {
-    if (!runner.Line(*line, true)) return;
+  session.ui().AnswerWith(Prompt::Ask);
+  Prompt prompt([&session] { return session.Idle(); });
+  for (Prompt::Typed before{}, typed{};; before = std::move(typed)) {
+    typed = prompt.ReadLine();
+    const bool again = before.end == Prompt::End::Interrupted;
+    if (typed.end == Prompt::End::EndOfInput) return;
+    const bool goes_on = typed.end == Prompt::End::Line ? runner.Line(typed.line, true)
+                                                        : TakeInterrupt(session, runner, again);
+    if (!goes_on) return;
   }
-  std::putchar('\n');
 }
 
 // Commands first, then files: whichever fails ends the run.
@@ -49,22 +65,28 @@ int main(int argc, char** argv) {
   brevant::cli::Session session(options, isatty(STDERR_FILENO) != 0);
   brevant::cli::Runner runner(session, options);
   const brevant::cli::Result connected = session.Connect();
-  if (!connected.ok()) {
-    runner.Report("connect", connected);
-    return static_cast<int>(runner.status());
+  if (!connected.ok() || brevant::cli::Interrupted()) {
+    runner.Report("connect", connected.ok()
+                                 ? brevant::cli::Interruption(" before the first command")
+                                 : connected);
+    return runner.status();
   }
   const bool terminal = isatty(STDIN_FILENO) != 0;
   if (!options.Interactive()) {
     RunAll(options, runner);
   } else if (terminal) {
     Talk(session, runner);
-    return static_cast<int>(ExitStatus::Ok);
+    if (!brevant::cli::Interrupted()) return static_cast<int>(ExitStatus::Ok);
   } else {
     runner.File("-");
   }
-  if (runner.status() == ExitStatus::Ok && !session.debugger().security.passed() &&
+  if (brevant::cli::Interrupted()) runner.StopBeforeLeaving();
+  if (runner.status() == 0 && !session.debugger().security.passed() &&
       !options.target.no_security) {
-    return static_cast<int>(ExitStatus::Security);
+    runner.Report("security",
+                  brevant::cli::Failure(ExitStatus::Security,
+                                        "the security code was not accepted: RAM could "
+                                        "be used, what was read of flash means nothing"));
   }
-  return static_cast<int>(runner.status());
+  return runner.status();
 }

@@ -4,6 +4,7 @@
 #include <fmt/ranges.h>
 
 #include <CLI/CLI.hpp>
+#include <cstdlib>
 #include <map>
 #include <vector>
 
@@ -15,6 +16,7 @@
 namespace brevant::cli {
 namespace {
 
+constexpr double kShortestTimeout = 0.01;
 constexpr double kLongestTimeout = 86400;
 
 std::string Footer() {
@@ -23,13 +25,21 @@ std::string Footer() {
          CommandSummary() +
          "Exit status: 0 all went well, 1 a command failed, 2 usage, 3 file or format, 4 port,\n"
          "5 no answer or time-out, 6 security, 7 verify found a difference, 8 refused for want of "
-         "--yes.";
+         "--yes,\n130 interrupted by Ctrl-C.";
 }
 
 std::vector<std::string> DeviceOptions() {
   std::vector<std::string> names;
   for (const devices::Device& device : devices::All()) names.emplace_back(device.option);
   return names;
+}
+
+// Not a comparison is true of a NaN, which strtod takes.
+std::string CheckTimeout(const std::string& text) {
+  const double seconds = std::strtod(text.c_str(), nullptr);
+  if (seconds >= kShortestTimeout && seconds <= kLongestTimeout) return {};
+  return fmt::format("\"{}\" is no time-out: seconds from {} to {}", text, kShortestTimeout,
+                     kLongestTimeout);
 }
 
 std::string CheckSecurity(const std::string& text) {
@@ -66,7 +76,7 @@ ParsedOptions ParseOptions(int argc, const char* const* argv, const std::string&
       ->check(CLI::IsMember({"instant", "bus", "wire"}));
   app.add_option("--timeout", options.timeout_seconds, "for each wait")
       ->type_name("SECONDS")
-      ->check(CLI::Range(0.01, kLongestTimeout))
+      ->check(CLI::Validator(CheckTimeout, "", "timeout"))
       ->capture_default_str();
   app.add_flag("--demo", options.demo, "put the demo program into the simulated target's flash");
   app.add_flag("--json", options.json, "one JSON object a command");

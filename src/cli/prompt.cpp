@@ -1,61 +1,33 @@
 // SPDX-License-Identifier: MIT
 #include "cli/prompt.h"
 
-#include <editline/readline.h>
 #include <fmt/format.h>
+#include <fmt/ranges.h>
+#include <langinfo.h>
+#include <poll.h>
+#include <unistd.h>
 
-#include <algorithm>
+#include <clocale>
 #include <cstdlib>
-#include <cstring>
+#include <cwchar>
 #include <filesystem>
 
-#include "cli/command_table.h"
+#include "cli/completion.h"
+#include "cli/interrupt.h"
 
 namespace brevant::cli {
 namespace {
 
 constexpr int kHistoryLines = 1000;
-constexpr const char* kPromptText = "brevant> ";
+constexpr int kIdleMs = 100;
+constexpr const char* kEraseLine = "\r\033[K";
 
-// The line editor calls back without an argument of ours.
-std::function<std::optional<std::string>()>& IdleHook() {
-  static std::function<std::optional<std::string>()> hook;
-  return hook;
-}
-
-int CallIdleHook() {
-  if (const auto line = IdleHook()()) {
-    fmt::print("\r{}\n", *line);
-    rl_on_new_line();
-    rl_forced_update_display();
-  }
-  return 0;
-}
-
-char* CompleteName(const char* start, int state) {
-  static std::size_t next = 0;
-  if (state == 0) next = 0;
-  for (const std::vector<Command> commands = Commands(); next < commands.size();) {
-    const std::string_view name = commands[next++].name;
-    if (name.starts_with(start)) return strdup(std::string(name).c_str());
-  }
-  return nullptr;
-}
-
-bool TakesFile(const Command& command) {
-  return std::ranges::find(command.arguments, Kind::File, &Argument::kind) !=
-         command.arguments.end();
-}
-
-// Command names at the start of the line; after a command that takes one file names, which are the
-// editor's own completion.
-char** Complete(const char* text, int start, int) {
-  if (start == 0) return rl_completion_matches(text, CompleteName);
-  const std::string_view line = rl_line_buffer;
-  const auto command = FindCommand(line.substr(0, line.find(' ')));
-  rl_attempted_completion_over = command && TakesFile(*command) ? 0 : 1;
-  return nullptr;
-}
+// The keys that terminals send for what the editor leaves unbound.
+constexpr const char* kBindings[][2] = {
+    {"^I", "brevant-complete"},   {"^R", "em-inc-search-prev"}, {"\\e[3~", "ed-delete-next-char"},
+    {"\\e[1~", "ed-move-to-beg"}, {"\\e[4~", "ed-move-to-end"}, {"\\e[H", "ed-move-to-beg"},
+    {"\\e[F", "ed-move-to-end"},
+};
 
 std::string HistoryFile() {
   std::filesystem::path folder;
@@ -72,31 +44,115 @@ std::string HistoryFile() {
   return error ? std::string() : (folder / "history").string();
 }
 
+// File names and symbols are UTF-8 whatever the environment says.
+void UseUtf8() {
+  if (std::setlocale(LC_CTYPE, "") != nullptr && std::string(nl_langinfo(CODESET)) == "UTF-8") {
+    return;
+  }
+  std::setlocale(LC_CTYPE, "C.UTF-8");
+}
+
+char* PromptText(EditLine*) {
+  static char text[] = "brevant> ";
+  return text;
+}
+
+unsigned char CompleteWord(EditLine* editor, int) {
+  const LineInfo* line = el_line(editor);
+  const Completion completion = Complete({line->buffer, line->cursor});
+  if (!completion.insert.empty()) {
+    return el_insertstr(editor, completion.insert.c_str()) == 0 ? CC_REFRESH : CC_ERROR;
+  }
+  if (completion.candidates.empty()) return CC_ERROR;
+  fmt::print("\n{}\n", fmt::join(completion.candidates, " "));
+  return CC_REDISPLAY;
+}
+
+bool Readable(int timeout_ms) {
+  pollfd input{.fd = STDIN_FILENO, .events = POLLIN, .revents = 0};
+  return poll(&input, 1, timeout_ms) > 0;
+}
+
 }  // namespace
 
-Prompt::Prompt(std::function<std::optional<std::string>()> idle) : history_file_(HistoryFile()) {
-  IdleHook() = std::move(idle);
-  rl_initialize();
-  rl_event_hook = CallIdleHook;
-  rl_attempted_completion_function = Complete;
-  using_history();
-  stifle_history(kHistoryLines);
-  if (!history_file_.empty()) read_history(history_file_.c_str());
+Prompt::Prompt(std::function<std::optional<std::string>()> idle)
+    : idle_(std::move(idle)),
+      history_file_(HistoryFile()),
+      history_(history_init(), history_end),
+      editor_(nullptr, el_end) {
+  UseUtf8();
+  editor_.reset(el_init("brevant", stdin, stdout, stderr));
+  HistEvent event;
+  history(history_.get(), &event, H_SETSIZE, kHistoryLines);
+  history(history_.get(), &event, H_SETUNIQUE, 1);
+  if (!history_file_.empty()) history(history_.get(), &event, H_LOAD, history_file_.c_str());
+  EditLine* const editor = editor_.get();
+  el_set(editor, EL_PROMPT, PromptText);
+  el_set(editor, EL_EDITOR, "emacs");
+  el_set(editor, EL_HIST, history, history_.get());
+  el_set(editor, EL_CLIENTDATA, this);
+  el_set(editor, EL_GETCFN, NextCharacter);
+  el_set(editor, EL_ADDFN, "brevant-complete", "complete a name", CompleteWord);
+  for (const auto& [key, function] : kBindings) {
+    el_set(editor, EL_BIND, key, function, static_cast<const char*>(nullptr));
+  }
+  el_source(editor, nullptr);
 }
 
 Prompt::~Prompt() {
-  if (!history_file_.empty()) write_history(history_file_.c_str());
-  rl_event_hook = nullptr;
-  IdleHook() = nullptr;
+  HistEvent event;
+  if (!history_file_.empty()) history(history_.get(), &event, H_SAVE, history_file_.c_str());
 }
 
-std::optional<std::string> Prompt::ReadLine() {
-  char* typed = readline(kPromptText);
-  if (typed == nullptr) return {};
-  std::string line = typed;
-  std::free(typed);
-  if (!line.empty()) add_history(line.c_str());
-  return line;
+Prompt::Typed Prompt::ReadLine() {
+  int count = 0;
+  const char* typed = el_gets(editor_.get(), &count);
+  if (typed == nullptr || count <= 0) {
+    fmt::print("\n");
+    return {Interrupted() ? End::Interrupted : End::EndOfInput, {}};
+  }
+  std::string line(typed, static_cast<std::size_t>(count));
+  while (line.ends_with('\n') || line.ends_with('\r')) line.pop_back();
+  HistEvent event;
+  if (!line.empty()) history(history_.get(), &event, H_ENTER, line.c_str());
+  return {End::Line, std::move(line)};
+}
+
+int Prompt::NextCharacter(EditLine* editor, wchar_t* character) {
+  void* self = nullptr;
+  el_get(editor, EL_CLIENTDATA, &self);
+  std::mbstate_t state{};
+  for (;;) {
+    if (Interrupted()) return -1;
+    if (!Readable(kIdleMs)) {
+      if (const auto line = static_cast<Prompt*>(self)->idle_()) {
+        fmt::print("{}{}\n", kEraseLine, *line);
+        el_set(editor, EL_REFRESH);
+      }
+      continue;
+    }
+    char byte = 0;
+    const ssize_t received = read(STDIN_FILENO, &byte, 1);
+    if (received == 0) return 0;
+    if (received < 0) continue;
+    const std::size_t decoded = std::mbrtowc(character, &byte, 1, &state);
+    if (decoded == static_cast<std::size_t>(-1)) {
+      state = {};
+    } else if (decoded != static_cast<std::size_t>(-2)) {
+      return 1;
+    }
+  }
+}
+
+bool Prompt::Ask(const std::string& question) {
+  fmt::print(stderr, "{} [y/N] ", question);
+  std::string answer;
+  for (char byte = 0; byte != '\n' && !Interrupted();) {
+    if (!Readable(kIdleMs)) continue;
+    if (read(STDIN_FILENO, &byte, 1) <= 0) break;
+    answer += byte;
+  }
+  return answer.starts_with('y') || answer.starts_with('Y');
 }
 
 }  // namespace brevant::cli

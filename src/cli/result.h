@@ -32,6 +32,11 @@ inline Result UsageError(std::string error) {
   return Failure(ExitStatus::Usage, std::move(error));
 }
 
+// How far it had come.
+inline Result Interruption(std::string how_far) {
+  return Failure(ExitStatus::Interrupted, "interrupted" + std::move(how_far));
+}
+
 inline Result LinkLost() {
   return Failure(ExitStatus::NoAnswer,
                  "the link to the target is lost: check cable and power, then start again");

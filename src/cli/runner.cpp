@@ -3,9 +3,11 @@
 
 #include <fmt/format.h>
 
+#include <cerrno>
 #include <cstdio>
-#include <fstream>
+#include <cstring>
 #include <iostream>
+#include <sstream>
 
 #include "base/files.h"
 #include "cli/interrupt.h"
@@ -15,12 +17,18 @@ namespace {
 
 // What a longer line is cannot be a command.
 constexpr std::size_t kLongestLine = 100000;
+constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
 std::string FirstWord(std::string_view line) {
-  const std::size_t first = line.find_first_not_of(" \t");
+  const std::size_t first = line.find_first_not_of(" \t\r");
   if (first == std::string_view::npos) return {};
   const std::size_t last = line.find_first_of(" \t\r", first);
   return std::string(line.substr(first, last == std::string_view::npos ? last : last - first));
+}
+
+int StatusOf(const Result& result) {
+  const bool interrupted = result.status == ExitStatus::Interrupted;
+  return interrupted ? InterruptStatus() : static_cast<int>(result.status);
 }
 
 }  // namespace
@@ -32,10 +40,13 @@ bool Runner::Line(std::string_view line, bool at_prompt) {
       line.size() > kLongestLine
           ? UsageError(fmt::format("a line of {} characters is no command", line.size()))
           : session_.Execute(line);
-  if (Interrupted() && result.ok()) result = Failure(ExitStatus::Failed, "interrupted");
-  ClearInterrupt();
+  if (Interrupted() && result.ok()) {
+    result.status = ExitStatus::Interrupted;
+    result.error = "interrupted when this was done";
+  }
   Report(name.substr(0, 40), result);
-  if (result.quit) return false;
+  ClearInterrupt();
+  if (result.quit || Leaving() || output_lost_) return false;
   return at_prompt || result.ok();
 }
 
@@ -52,36 +63,56 @@ bool Runner::File(const std::string& name) {
 }
 
 bool Runner::Lines(std::istream& lines) {
-  std::string line;
-  while (std::getline(lines, line)) {
-    if (!Line(line)) return false;
+  bool first = true;
+  for (std::string line; !Interrupted() && std::getline(lines, line); first = false) {
+    std::string_view command = line;
+    if (first && command.starts_with(kByteOrderMark)) command.remove_prefix(kByteOrderMark.size());
+    if (!Line(command)) return false;
   }
-  return true;
+  if (!Interrupted()) return true;
+  Report("-x", Interruption(" before the next command"));
+  return false;
 }
 
 void Runner::Report(std::string_view name, const Result& result) {
+  if (!result.ok()) status_ = StatusOf(result);
   if (options_.json) {
     nlohmann::ordered_json object{{"ok", result.ok()}, {"command", name}};
     if (result.fields.is_object()) object.update(result.fields);
     if (!result.ok()) {
       object["error"] = result.error;
-      object["status"] = static_cast<int>(result.status);
+      object["status"] = status_;
     }
     using nlohmann::ordered_json;
-    fmt::print("{}\n", object.dump(-1, ' ', true, ordered_json::error_handler_t::replace));
-  } else {
-    std::fputs(result.text.c_str(), stdout);
-    if (result.ok() && !result.note.empty() && !options_.quiet) {
-      std::fflush(stdout);
-      fmt::print(stderr, "{}\n", result.note);
-    }
-    if (!result.ok()) {
-      std::fflush(stdout);
-      fmt::print(stderr, "{}: {}\n", name, result.error);
-    }
+    Print(object.dump(-1, ' ', true, ordered_json::error_handler_t::replace) + '\n');
+    return;
   }
-  std::fflush(stdout);
-  if (!result.ok()) status_ = result.status;
+  Print(result.text);
+  if (result.ok() && !result.note.empty() && !options_.quiet) {
+    fmt::print(stderr, "{}\n", result.note);
+  }
+  if (!result.ok()) fmt::print(stderr, "{}: {}\n", name, result.error);
+}
+
+// A result that nobody receives is a failure: a full disk, or a reader that has gone.
+void Runner::Print(const std::string& text) {
+  std::fputs(text.c_str(), stdout);
+  if (std::fflush(stdout) == 0 && std::ferror(stdout) == 0) return;
+  const int reason = errno;
+  if (!std::exchange(output_lost_, true)) {
+    fmt::print(stderr, "cannot write the results: {}\n", std::strerror(reason));
+  }
+  status_ = static_cast<int>(ExitStatus::File);
+}
+
+void Runner::StopBeforeLeaving() {
+  status_ = InterruptStatus();
+  if (!session_.debugger().Busy()) return;
+  Result stopped = session_.Execute("stop");
+  if (!stopped.ok()) stopped = session_.Execute("reset");
+  fmt::print(stderr, "{}\n",
+             stopped.ok() ? "The target was stopped: " + stopped.note
+                          : "The target may still be running: " + stopped.error);
 }
 
 }  // namespace brevant::cli

@@ -6,8 +6,8 @@
 #include <string>
 #include <string_view>
 
-#include "cli/exit_status.h"
 #include "cli/options.h"
+#include "cli/result.h"
 #include "cli/session.h"
 
 namespace brevant::cli {
@@ -16,22 +16,28 @@ class Runner {
  public:
   Runner(Session& session, const Options& options) : session_(session), options_(options) {}
 
-  // Runs one line and prints its result. False once the session is over: after quit, and after a
-  // failure unless the lines come from a prompt.
+  // Runs one line and prints its result. False once the session is over: after quit, when the
+  // program is to end, and after a failure unless the lines come from a prompt.
   bool Line(std::string_view line, bool at_prompt = false);
   // Runs the lines of a file of commands, "-" being standard input.
   bool File(const std::string& name);
   // Prints the result of something that is not a command of the table.
   void Report(std::string_view name, const Result& result);
+  // A signal ends the program: what runs on the target is stopped, by a reset where a break has no
+  // effect, since nobody is there to do it later.
+  void StopBeforeLeaving();
 
-  ExitStatus status() const { return status_; }
+  // The program's exit status.
+  int status() const { return status_; }
 
  private:
   bool Lines(std::istream& lines);
+  void Print(const std::string& text);
 
   Session& session_;
   const Options& options_;
-  ExitStatus status_ = ExitStatus::Ok;
+  int status_ = 0;
+  bool output_lost_ = false;
 };
 
 }  // namespace brevant::cli

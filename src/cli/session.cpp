@@ -3,11 +3,14 @@
 
 #include <fmt/format.h>
 
+#include "base/file_names.h"
 #include "base/files.h"
 #include "cli/command_table.h"
 #include "cli/command_words.h"
 #include "cli/interrupt.h"
 #include "frontend/address_names.h"
+#include "link/messages.h"
+#include "link/port_map.h"
 
 namespace brevant::cli {
 namespace {
@@ -56,6 +59,12 @@ Result Session::ConnectFailed(const frontend::Connection& connection) const {
     why += (why.empty() ? "" : "\n") + OneLine(message.text);
   }
   if (why.empty()) why = "the target does not answer";
+  // The user has named a device, which is behind a logical port for this run alone.
+  const std::string& named = options_.target.port;
+  if (port && !named.empty() && !link::IsLogicalPort(base::UpperCase(named))) {
+    why = OneLine(ToMessage(link::kPortNotAvailable, named).text) + ' ' +
+          OneLine(debugger_.monitor_link.PortError());
+  }
   if (!port)
     why += fmt::format("\nThe port was {}. Try -p sim for the simulated target.", PortName());
   return Failure(port ? ExitStatus::Port : ExitStatus::NoAnswer, std::move(why));

@@ -11,6 +11,10 @@ namespace brevant::flash {
 namespace {
 
 constexpr int kMaxPolls = 100;
+// A poll waits 0.11 s; the longest routine, which erases 256 pages, takes 0.4 s.
+constexpr int kRoutinePolls = 20;
+// Of places that a cancelled job did not get to; each costs a fifth of a second.
+constexpr std::size_t kMostLookedAt = 16;
 constexpr const char* kBlockText = "Programming flash EEPROM\nlocation from %04x to %04x";
 
 }  // namespace
@@ -164,10 +168,63 @@ base::Address FlashJob::CurrentAddress() const {
   return plan_.blocks.empty() ? 0 : plan_.blocks.back().end();
 }
 
+bool FlashJob::AwaitRoutine() {
+  for (int polls = 0; polls < kRoutinePolls; ++polls) {
+    if (with_.link.PollBreak() == 0) {
+      with_.activity.BreakSeen();
+      return true;
+    }
+  }
+  return false;
+}
+
 void FlashJob::Cancel() {
   if (!running()) return;
+  const bool ran = with_.activity.WaitingForBreak();
+  const bool ended = !ran || AwaitRoutine();
+  if (Erasing()) {
+    if (ended) {
+      FinishErase();
+    } else {
+      ResetAndSayWhatIsErased();
+    }
+    return;
+  }
+  if (ran && ended && !TakeBlock()) return;
   End(FlashOutcome::Cancelled);
-  with_.reset_target();
+  ResetAndKeepCode();
+  SayWhatIsProgrammed();
+}
+
+// Runs of addresses, in the order of the plan.
+std::vector<devices::MemoryRange> FlashJob::RestOfPlan() const {
+  std::vector<devices::MemoryRange> rest;
+  for (std::size_t n = next_; n < plan_.blocks.size(); ++n) {
+    const FlashBlock& block = plan_.blocks[n];
+    const auto last = block.address + static_cast<base::Address>(block.bytes.size()) - 1;
+    if (!rest.empty() && rest.back().last + 1 == block.address) {
+      rest.back().last = last;
+    } else {
+      rest.push_back({block.address, last});
+    }
+  }
+  return rest;
+}
+
+void FlashJob::SayWhatIsProgrammed() {
+  const auto rest = RestOfPlan();
+  if (rest.size() <= kMostLookedAt && with_.security.passed() && !with_.activity.Busy()) {
+    status_.blank = blank_check_.Look(rest);
+  }
+  std::string text = "Whether the rest is blank was not looked at.";
+  if (status_.blank) {
+    text = status_.blank->blank()
+               ? "The rest is blank."
+               : base::Format("The rest is not blank: there is something at %04x.",
+                              status_.blank->used.front());
+  }
+  with_.ui.ShowMessage(
+      ToMessage(messages::kCancelled, status_.bytes_programmed, status_.bytes_total, text));
 }
 
 void FlashJob::Abandon() {
@@ -197,9 +254,13 @@ void FlashJob::FinishErase() {
   if (readable) LookForBlank();
   if (plan_.erases_security && (!readable || SecurityCodeIsBlank())) with_.security.Erased();
   if (status_.blank && status_.blank->blank()) WriteTrimBack();
+  ResetAndSayWhatIsErased();
+}
+
+void FlashJob::ResetAndSayWhatIsErased() {
   End(FlashOutcome::NotSeen);
   ResetAndKeepCode();
-  if (!readable && with_.security.passed() && !with_.activity.Busy()) LookForBlank();
+  if (!status_.blank && with_.security.passed() && !with_.activity.Busy()) LookForBlank();
   if (!status_.blank) {
     with_.ui.ShowMessage(ToMessage(messages::kEraseNotSeen));
   } else if (!status_.blank->blank()) {

@@ -56,7 +56,8 @@ struct FlashStatus {
   long bytes_total = 0;       // known from the start; 0 for erasing
   // What an erase was to make blank: the flash in the pages that it covers.
   std::vector<devices::MemoryRange> to_erase{};
-  // What a look at it has shown. Nothing when it could not be looked at.
+  // What a look at it has shown; of a program job that was cancelled, at the places that it did not
+  // get to. Nothing when it could not be looked at.
   std::optional<BlankReport> blank{};
 };
 
@@ -74,7 +75,9 @@ class FlashJob final : public control::Operation {
   bool Start(FlashPlan plan);
   // A command does not get as far as a plan. Always false.
   bool Refuse();
-  // The user's "Cancel": resets the target at once. What has been programmed stays.
+  // The user's "Cancel": waits for the end of the routine, which comes soon, since a reset under
+  // high voltage can leave anything in flash; then resets the target, looks at what is in flash
+  // now, and says so. An erase is over by then.
   void Cancel();
 
   // The routine has ended, or the next records of a file are due.
@@ -99,6 +102,11 @@ class FlashJob final : public control::Operation {
   base::Address CurrentAddress() const;
   bool Erasing() const { return plan_.blocks.empty() && !status_.to_erase.empty(); }
   void FinishErase();
+  void ResetAndSayWhatIsErased();
+  // False when it has not ended in a time that is enough for all of them.
+  bool AwaitRoutine();
+  void SayWhatIsProgrammed();
+  std::vector<devices::MemoryRange> RestOfPlan() const;
   // Resets, and keeps the code that the part now asks for.
   void ResetAndKeepCode();
   bool SecurityCodeIsBlank() const;

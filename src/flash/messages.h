@@ -81,6 +81,10 @@ inline constexpr MessageText kEraseFailed{"flash.erase-failed", Severity::Warnin
 inline constexpr MessageText kProgramFailed{"flash.program-failed", Severity::Warning,
                                             "Error in programming flash. Check the reset switch",
                                             base::captions::kInformation, Icon::Warning};
+inline constexpr MessageText kCancelled{
+    "flash.cancelled", Severity::Warning,
+    "Programming was cancelled: %ld of %ld bytes are programmed and verified.\n%s",
+    base::captions::kForYourInformation, Icon::Warning};
 inline constexpr MessageText kNotBlank{"flash.not-blank", Severity::Warning,
                                        "Flash EEPROM not blank or an error found in programming",
                                        base::captions::kForYourInformation, Icon::Information};
@@ -152,6 +156,7 @@ inline constexpr const MessageText* kAll[] = {&kConfirmMassErase,
                                               &kLocationFailed,
                                               &kEraseFailed,
                                               &kProgramFailed,
+                                              &kCancelled,
                                               &kNotBlank,
                                               &kLinkLostWhileProgramming};
 

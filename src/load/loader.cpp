@@ -98,11 +98,12 @@ LoadResult Loader::LoadImage(const std::string& path) {
   memory_.TakeDamage();  // of what came before
   const bool complete = TransferWithProgress(path, file);
   TellAbout(path, result.report, complete);
-  if (complete && !Arrived(file.ToImage(), result)) result.outcome = LoadOutcome::Differs;
-  if (memory_.LinkError()) result.outcome = LoadOutcome::LinkLost;
-  if (!complete) {
+  result.outcome = complete ? LookAt(file.ToImage(), result) : LoadOutcome::Cancelled;
+  if (result.outcome != LoadOutcome::Cancelled && memory_.LinkError()) {
+    result.outcome = LoadOutcome::LinkLost;
+  }
+  if (result.outcome == LoadOutcome::Cancelled) {
     // The tables describe the image before this one, whose bytes are partly gone.
-    result.outcome = LoadOutcome::Cancelled;
     debug_info_.DebugInfoLoaded = false;
   } else {
     result.debug_info_detail = ImportDebugInfo(path);
@@ -135,13 +136,13 @@ void Loader::TellAbout(const std::string& path, const images::ReadReport& report
   if (memory_.LinkError()) ui_.ShowMessage(ToMessage(messages::kLinkLostWhileLoading, path));
 }
 
-bool Loader::Arrived(const images::Image& image, LoadResult& result) {
+LoadOutcome Loader::LookAt(const images::Image& image, LoadResult& result) {
   std::optional<base::Message> message;
   for (const images::Block& block : image.Blocks()) {
     if (memory_.KindOf(block.address) != devices::MemoryKind::Ram) continue;
     const std::uint8_t wanted = block.bytes.front();
     const std::uint8_t found = memory_.AskByte(block.address);
-    if (memory_.LinkError()) return true;  // said by others
+    if (memory_.LinkError()) return LoadOutcome::LinkLost;
     if (found == wanted) {
       arrived_[block.address] = wanted;
     } else if (!message) {
@@ -151,10 +152,11 @@ bool Loader::Arrived(const images::Image& image, LoadResult& result) {
   const images::Image unwritable = Unwritable(memory_, image);
   if (!unwritable.empty() && steps_.flash_is_readable && !steps_.flash_is_readable()) {
     ui_.ShowMessage(ToMessage(messages::kFlashNotSeen));
-    return false;
+    return LoadOutcome::Differs;
   }
   const VerifyResult flash = Compare(unwritable);
-  if (memory_.LinkError()) return true;
+  if (memory_.LinkError()) return LoadOutcome::LinkLost;
+  if (flash.outcome == VerifyOutcome::Cancelled) return LoadOutcome::Cancelled;
   result.compared = flash.compared;
   if (!message && flash.first) {
     message = ToMessage(messages::kNotInFlash, flash.first->address, flash.first->found,
@@ -164,15 +166,14 @@ bool Loader::Arrived(const images::Image& image, LoadResult& result) {
     message = ToMessage(messages::kLineDamaged, *damaged);
   }
   if (message) ui_.ShowMessage(*message);
-  return !message;
+  return message ? LoadOutcome::Differs : LoadOutcome::Loaded;
 }
 
 VerifyResult Loader::Compare(const images::Image& image) {
   if (image.empty()) return {};
-  ui_.BeginProgress(kComparingTitle, kComparingTitle, false);
+  ui_.BeginProgress(kComparingTitle, kComparingTitle, true);
   const VerifyResult verified = Verify(memory_, image, [&](long done, long total) {
-    ui_.UpdateProgress(kComparingTitle, done, total);
-    return true;
+    return ui_.UpdateProgress(kComparingTitle, done, total);
   });
   ui_.EndProgress();
   return verified;

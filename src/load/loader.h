@@ -42,7 +42,7 @@ enum class LoadOutcome {
   Damaged,    // a malformed record, or none at all; nothing was done
   Differs,    // the target does not hold all of the image, or that could not be looked at; the
               // rest of the sequence has been done
-  Cancelled,  // by the user, during the transfer; what was written stays
+  Cancelled,  // by the user, during the transfer or the look at it; what was written stays
   LinkLost,   // the target does not answer; the rest of the sequence has been done
 };
 
@@ -81,9 +81,9 @@ class Loader {
   // False when the user has cancelled it.
   bool TransferWithProgress(const std::string& path, const images::ImageFile& file);
   void TellAbout(const std::string& path, const images::ReadReport& report, bool complete);
-  // Looks at the first byte of each block in RAM, and at all that no load can write. False when
-  // something differs, which the user has been told.
-  bool Arrived(const images::Image& image, LoadResult& result);
+  // Looks at the first byte of each block in RAM, and at all that no load can write. Where
+  // something differs the user has been told.
+  LoadOutcome LookAt(const images::Image& image, LoadResult& result);
   VerifyResult Compare(const images::Image& image);
   std::string ImportDebugInfo(const std::string& path);
   symbols::ImportResult Import(const std::string& path);

@@ -4,6 +4,7 @@
 #include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <signal.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -43,11 +44,15 @@ class Console : public testing::Test {
   // Runs brevant-cli in a folder of its own.
   Outcome Run(std::vector<std::string> arguments, const std::string& input = "") {
     Put("stdin", input);
+    return EndOf(Start(std::move(arguments)));
+  }
+  pid_t Start(std::vector<std::string> arguments) {
+    std::filesystem::remove(folder_ / "stdout");
     const pid_t child = fork();
     if (child == 0) {
       if (chdir(folder_.c_str()) != 0) _exit(99);
       Redirect("stdin", O_RDONLY, STDIN_FILENO);
-      Redirect("stdout", O_WRONLY | O_CREAT | O_TRUNC, STDOUT_FILENO);
+      Redirect(output_, O_WRONLY | O_CREAT | O_TRUNC, STDOUT_FILENO);
       Redirect("stderr", O_WRONLY | O_CREAT | O_TRUNC, STDERR_FILENO);
       std::vector<char*> argv;
       std::string program = BREVANT_BIN "/brevant-cli";
@@ -57,6 +62,9 @@ class Console : public testing::Test {
       execv(program.c_str(), argv.data());
       _exit(98);
     }
+    return child;
+  }
+  Outcome EndOf(pid_t child) {
     int status = 0;
     waitpid(child, &status, 0);
     return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, Slurp(folder_ / "stdout"),
@@ -75,6 +83,7 @@ class Console : public testing::Test {
   }
 
   std::filesystem::path folder_;
+  const char* output_ = "stdout";
 
  private:
   void Redirect(const char* name, int flags, int descriptor) {
@@ -106,6 +115,7 @@ TEST_F(Console, BadInputIsNamedAndStopsTheScript) {
       {{"-x", "missing.txt"}, 3, "missing.txt"},
       {{"--pace", "slow"}, 2, "pace"},
       {{"-s", "1234"}, 2, "16 hexadecimal digits"},
+      {{"--timeout", "nan"}, 2, "\"nan\" is no time-out"},
   };
   for (const auto& row : rows) {
     std::vector<std::string> arguments = row.arguments;
@@ -133,10 +143,44 @@ TEST_F(Console, PrintsOneObjectACommandAsJson) {
 }
 
 TEST_F(Console, RunsCommandsFromFilesAndStandardInput) {
-  Put("script", "# a comment\nwrite 80 aa\n\nread 80 1 # and another\n");
+  Put("script", "\xEF\xBB\xBF# a comment\nwrite 80 aa\n\nread 80 1 # and another\n");
   EXPECT_EQ(Sim({"-x", "script"}).out, "000080 aa\n");
   EXPECT_EQ(Run({"-p", "sim", "-x", "-"}, "read 0 1\nquit\nread 1 1\n").status, 0);
   EXPECT_EQ(Run({"-p", "sim"}, "step x\n").status, 2);
+}
+
+TEST_F(Console, ASignalEndsAnyCommandAndStopsTheTarget) {
+  const struct {
+    std::string command;
+    int signal;
+    int status;
+    const char* message;
+  } rows[] = {
+      {"go 100", SIGINT, 130, "go: interrupted; the target was stopped at 0100"},
+      {"go 102", SIGTERM, 143, "go: interrupted; a break had no effect, so the target was reset"},
+      {"step 1000000", SIGINT, 130, "of 1000000 steps, at 8"},
+      {"read 0 8000", SIGHUP, 129, "of 8000 bytes"},
+  };
+  for (const auto& row : rows) {
+    Put("stdin", "");
+    // A loop, and one that no break reaches.
+    const pid_t child =
+        Start({"-p", "sim", "--demo", "--pace", row.command[0] == 'g' ? "bus" : "wire", "--timeout",
+               "60", "write 100 20 fe 9b 20 fe", "read 100 1", row.command, "read 90 1"});
+    while (Slurp(folder_ / "stdout").empty()) usleep(1000);
+    kill(child, row.signal);
+    const Outcome outcome = EndOf(child);
+    EXPECT_EQ(outcome.status, row.status) << outcome.err;
+    EXPECT_THAT(outcome.err, HasSubstr(row.message));
+    EXPECT_THAT(outcome.out, testing::Not(HasSubstr("\n000090")));
+  }
+}
+
+TEST_F(Console, AResultThatNobodyReceivesIsAFailure) {
+  output_ = "/dev/full";
+  const Outcome outcome = Sim({"read 80"});
+  EXPECT_EQ(outcome.status, 3);
+  EXPECT_THAT(outcome.err, HasSubstr("cannot write the results: No space left on device"));
 }
 
 TEST_F(Console, APortThatIsNotThereIsSaidWithWhatToDo) {
