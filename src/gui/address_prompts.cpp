@@ -4,7 +4,6 @@
 #include "gui/edit_dialogs.h"
 #include "gui/main_window.h"
 #include "gui/session.h"
-#include "views/messages.h"
 
 namespace brevant::gui {
 namespace {
@@ -20,7 +19,7 @@ std::optional<base::Address> Ask(const CommandContext& context, Prompt& prompt,
   std::optional<base::Address> address;
   AskForText(&context.window, context.window.view_font(), request, [&](std::string_view text) {
     address = prompt.Accept(text);
-    return address.has_value();
+    return address ? std::string() : prompt.refusal();
   });
   return address;
 }
@@ -30,13 +29,12 @@ std::optional<base::Address> Ask(const CommandContext& context, Prompt& prompt,
 std::optional<base::Address> AskForSymbol(const CommandContext& context, const char* title) {
   Session& session = context.session;
   views::SymbolPrompt prompt(title, session.debugger.debug_info, session.ui);
-  return Ask(context, prompt, {.expected = views::messages::kExpectSymbol});
+  return Ask(context, prompt, {});
 }
 
 std::optional<base::Address> AskForAddress(const CommandContext& context, const char* title) {
   views::AddressPrompt prompt(title, context.session.addresses, context.session.ui);
-  return Ask(context, prompt,
-             {.text = prompt.InitialText(), .expected = views::messages::kExpectAddress});
+  return Ask(context, prompt, {.text = prompt.InitialText()});
 }
 
 }  // namespace brevant::gui

@@ -20,7 +20,7 @@ bool Allowed(const CommandContext& context, const workspace::CommandRow& command
       return false;
     case workspace::Verdict::StopFirst:
       context.session.ui.Beep();
-      context.window.status().ShowNoticeOfState(kStopFirst);
+      context.window.status().ShowNotice(kStopFirst, NoticeEnds::WithTheState);
       return false;
   }
   return false;
@@ -31,6 +31,7 @@ bool Allowed(const CommandContext& context, const workspace::CommandRow& command
 template <typename Work>
 void CommandDispatch::Enter(const Work& work) {
   const bool entered = context_.session.gate.Run([&] {
+    context_.window.status().BeginCommand();
     work();
     context_.window.UpdateViews();
   });

@@ -27,9 +27,8 @@ load::LoadOutcome Load(const CommandContext& context, const std::string& path) {
   const load::LoadResult result = session.debugger.loader.LoadImage(path);
   const bool came =
       result.outcome == load::LoadOutcome::Loaded || result.outcome == load::LoadOutcome::Differs;
-  if (came && session.debugger.debug_info.DebugInfoLoaded) {
-    context.window.status().ShowNotice(result.debug_info_detail);
-  }
+  const bool told = came && session.debugger.debug_info.DebugInfoLoaded;
+  context.window.status().ShowNotice(told ? result.debug_info_detail : "");
   return result.outcome;
 }
 
@@ -67,9 +66,7 @@ void LoadChosenSymbols(const CommandContext& context) {
   Session& session = context.session;
   if (const auto path = Choose(context, workspace::Chooser::SymbolFile, "")) {
     const std::string problem = session.debugger.LoadSymbols(*path);
-    if (!problem.empty()) {
-      session.ui.ShowMessage(base::ToMessage(messages::kSymbolsNotLoaded, problem));
-    }
+    context.window.status().ShowNotice(problem);
   }
   session.debugger.RefreshAfterStop();
 }

@@ -8,7 +8,6 @@
 #include "gui/session.h"
 #include "views/breakpoint_list.h"
 #include "views/instruction_editor.h"
-#include "views/messages.h"
 #include "workspace/command_rows.h"
 
 namespace brevant::gui {
@@ -51,10 +50,10 @@ void PopupEdit(const CommandContext& context) {
                                   session.debugger.debug_info.SymbolTable, session.ui);
   const EditRequest request{.title = editor.Title(),
                             .text = editor.initial_text(),
-                            .expected = views::messages::kExpectInstruction,
                             .max_length = views::InstructionEditor::kMaxLength};
-  AskForText(&context.window, context.window.view_font(), request,
-             [&](std::string_view text) { return editor.Accept(text); });
+  AskForText(&context.window, context.window.view_font(), request, [&](std::string_view text) {
+    return editor.Accept(text) ? std::string() : editor.refusal();
+  });
 }
 
 void PopupGoToBreakpoint(const CommandContext& context) {

@@ -49,13 +49,12 @@ void SetProgramRange(const CommandContext& context) {
                             .name = "PROGRANGE",
                             .label = views::ProgramRangeForm::kLabel,
                             .text = form.InitialText(),
-                            .expected = views::messages::kExpectHex,
                             .max_length = views::ProgramRangeForm::kMaxLength};
   std::optional<views::ScrollRange> range;
   session.gate.OpenDuring([&] {
     AskForText(&context.window, context.window.view_font(), request, [&](std::string_view text) {
       range = form.Accept(text);
-      return range.has_value();
+      return range ? std::string() : views::messages::kExpectHex;
     });
   });
   if (range) session.program_views.SetRange(*range);

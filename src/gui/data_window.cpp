@@ -72,11 +72,11 @@ void DataWindow::EditCell(char key) {
                                view_.CursorCellAddress(), session_.ui);
   const EditRequest request{.title = editor.Title(),
                             .text = key != 0 ? std::string(1, key) : editor.initial_text(),
-                            .expected = views::messages::kExpectHex,
                             .max_length = editor.max_length(),
                             .typing_continues = key != 0};
-  AskForText(window(), view_font(), request,
-             [&editor](std::string_view text) { return editor.Accept(text); });
+  AskForText(window(), view_font(), request, [&editor](std::string_view text) {
+    return editor.Accept(text) ? std::string() : views::messages::kExpectHex;
+  });
 }
 
 void DataWindow::CellsChanged() {

@@ -57,10 +57,10 @@ bool AskForText(QWidget* parent, const QFont& font, const EditRequest& request, 
   shown->setMinimumWidth(field->fontMetrics().averageCharWidth() * kFieldCharacters);
   if (!request.label.empty()) layout->addWidget(new QLabel(Text(request.label)));
   layout->addWidget(shown);
-  auto* const expected = new QLabel(Text(request.expected));
-  expected->setObjectName("expected");
-  expected->hide();
-  layout->addWidget(expected);
+  auto* const refusal = new QLabel;
+  refusal->setObjectName("refusal");
+  refusal->hide();
+  layout->addWidget(refusal);
 
   auto* const buttons = new QHBoxLayout;
   buttons->addStretch(1);
@@ -69,8 +69,10 @@ bool AskForText(QWidget* parent, const QFont& font, const EditRequest& request, 
   layout->addLayout(buttons);
   ok->setDefault(true);
   QObject::connect(ok, &QPushButton::clicked, &dialog, [&] {
-    if (accept(Bytes(field->text()))) return dialog.accept();
-    expected->setVisible(!request.expected.empty());
+    const std::string refused = accept(Bytes(field->text()));
+    if (refused.empty()) return dialog.accept();
+    refusal->setText(Text(refused));
+    refusal->show();
     field->setFocus();
   });
   QObject::connect(cancel, &QPushButton::clicked, &dialog, &QDialog::reject);

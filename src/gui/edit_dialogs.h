@@ -21,15 +21,15 @@ struct EditRequest {
   const char* name = "DlgEdit";  // of the dialog's template
   std::string label = {};        // before the field; empty for none
   std::string text = {};
-  std::string expected = {};  // shown when what was typed is refused
   int max_length = 0;
   bool typing_continues = false;  // after the text, instead of replacing it
   // With choices the field gets a list that drops down.
   std::optional<std::vector<std::string>> choices = {};
 };
 
-// What becomes of the text when "Ok" is chosen; false keeps the dialog open.
-using AcceptText = base::FunctionRef<bool(std::string_view text)>;
+// What becomes of the text when "Ok" is chosen. Empty: accepted; else why not, which is shown below
+// the field while the dialog stays open.
+using AcceptText = base::FunctionRef<std::string(std::string_view text)>;
 
 // True when a text was accepted, false when the dialog was cancelled.
 bool AskForText(QWidget* parent, const QFont& font, const EditRequest& request, AcceptText accept);

@@ -185,7 +185,7 @@ void MainWindow::ReloadIfNewer() {
       Send(commands::kFirstRecentFile);
       break;
     case workspace::Verdict::StopFirst:
-      status_->ShowNotice(kChangedMeanwhile);
+      status_->ShowNotice(kChangedMeanwhile, NoticeEnds::WhenReplaced);
       break;
     case workspace::Verdict::Ignore:
       break;

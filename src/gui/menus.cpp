@@ -20,9 +20,9 @@ struct PopupName {
 constexpr PopupName kPopups[] = {{workspace::Menu::ProgramPopup, "ProgMenu"},
                                  {workspace::Menu::DataPopup, "DataMenu"}};
 
-// What stands before the tab; the shortcut is the action's own.
+// Behind a tab stand all its shortcuts; by itself an action would show only the first.
 QString ItemText(const workspace::CommandRow& row, bool running) {
-  return Text(workspace::MenuText(row, running)).section('\t', 0, 0);
+  return Text(workspace::MenuText(row, running));
 }
 
 QList<QKeySequence> Shortcuts(const workspace::CommandRow& row) {

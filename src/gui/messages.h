@@ -14,10 +14,7 @@ inline constexpr base::MessageText kSettingsNotStored{
 inline constexpr base::MessageText kPathTooLong{"file.path-too-long", base::Severity::Error,
                                                 "The path is longer than %d characters:\n%s",
                                                 base::captions::kError, base::Icon::Warning};
-inline constexpr base::MessageText kSymbolsNotLoaded{
-    "symbols.not-loaded", base::Severity::Error, "%s", base::captions::kError, base::Icon::Warning};
 
-inline constexpr const base::MessageText* kAll[] = {&kSettingsNotStored, &kPathTooLong,
-                                                    &kSymbolsNotLoaded};
+inline constexpr const base::MessageText* kAll[] = {&kSettingsNotStored, &kPathTooLong};
 
 }  // namespace brevant::gui::messages

@@ -57,11 +57,11 @@ void RegistersWindow::OpenEditor(char key) {
     views::RegisterEditor editor = cells_.OpenEditor(key);
     EditRequest request{.title = editor.caption(),
                         .text = editor.initial_text(),
-                        .expected = editor.expected(),
                         .max_length = editor.max_length(),
                         .typing_continues = editor.typing_continues()};
-    AskForText(window(), view_font(), request,
-               [&editor](std::string_view text) { return editor.Accept(text); });
+    AskForText(window(), view_font(), request, [&editor](std::string_view text) {
+      return editor.Accept(text) ? std::string() : editor.expected();
+    });
     cells_.UpdateChangeFlags();
   });
 }
@@ -75,7 +75,11 @@ void RegistersWindow::mousePressEvent(QMouseEvent* event) {
   if (const auto hit = cells_.HitTest(at.x(), at.y(), cell().width, cell().height)) Select(*hit);
 }
 
-void RegistersWindow::mouseDoubleClickEvent(QMouseEvent*) {
+void RegistersWindow::mouseDoubleClickEvent(QMouseEvent* event) {
+  const QPoint at = event->position().toPoint();
+  if (const auto under = cells_.CellAt(at.x(), at.y(), cell().width, cell().height)) {
+    Select(*under);
+  }
   OpenEditor();
 }
 

@@ -90,6 +90,7 @@ ConnectionState Session::Connection() const {
           .running = debugger.activity.Busy(),
           .link_lost = debugger.monitor_link.LinkError,
           .security_passed = debugger.security.passed(),
+          .damage = debugger.memory.damage(),
           .stop = debugger.run_control.last_stop()};
 }
 

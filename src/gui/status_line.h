@@ -1,32 +1,44 @@
 // SPDX-License-Identifier: MIT
 // The status bar: help for the menu item under the mouse or a notice, the state of the connection,
-// and the clock.
+// and the clock. Texts that are too long for their room end in an ellipsis; the mouse over them
+// shows them whole.
 #pragma once
 
+#include <QLabel>
 #include <QStatusBar>
 
 #include "gui/status_text.h"
 
-class QLabel;
-
 namespace brevant::gui {
+
+// How long a notice holds.
+enum class NoticeEnds {
+  WithTheNextCommand,
+  WithTheState,  // of the connection, as it is shown
+  WhenReplaced,  // by another, even an empty one
+};
 
 class StatusLine final : public QStatusBar {
  public:
   StatusLine();
 
   void ShowConnection(const ConnectionState& state);
-  // Stays until a menu is opened or the next one.
-  void ShowNotice(const std::string& text);
-  // The same for what is true only while the connection's state is as it is shown.
-  void ShowNoticeOfState(const std::string& text);
+  void ShowNotice(const std::string& text, NoticeEnds ends = NoticeEnds::WithTheNextCommand);
+  // A command is about to be carried out.
+  void BeginCommand() { EndNotice(NoticeEnds::WithTheNextCommand); }
   // Ten times a second is enough.
   void UpdateClock();
 
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+
  private:
+  void EndNotice(NoticeEnds which);
+
   QLabel* connection_;
   QLabel* clock_;
-  QString notice_of_state_;
+  QString notice_;
+  NoticeEnds notice_ends_ = NoticeEnds::WithTheNextCommand;
 };
 
 }  // namespace brevant::gui

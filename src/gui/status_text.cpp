@@ -13,6 +13,10 @@ std::string StatusText(const ConnectionState& state) {
   }
   text += state.running ? ": running" : ": stopped";
   if (!state.running && state.stop) text += ", " + base::StopText(*state.stop);
+  if (state.damage > 0) {
+    text += " (line damaged " + std::to_string(state.damage) +
+            (state.damage == 1 ? " time)" : " times)");
+  }
   if (!state.security_passed) text += " (security not passed, RAM only)";
   return text;
 }

@@ -17,6 +17,7 @@ struct ConnectionState {
   bool running = false;
   bool link_lost = false;
   bool security_passed = true;
+  long damage = 0;                      // how often the line has altered, lost or added a byte
   std::optional<base::Stop> stop = {};  // the last one, and why
   bool operator==(const ConnectionState&) const = default;
 };

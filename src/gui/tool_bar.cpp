@@ -17,8 +17,7 @@ ToolBar::ToolBar(const std::function<void(int id)>& send) {
   for (const workspace::ToolbarButton& button : workspace::Toolbar()) {
     QAction* const action = addAction(Text(button.text));
     action->setObjectName(QString("button%1").arg(button.id));
-    // The others' menu commands have theirs.
-    action->setShortcut(QKeySequence(Text(workspace::FindCommand(button.id)->second_shortcut)));
+    action->setVisible(IsBuilt(button.id));
     connect(action, &QAction::triggered, this, [send, id = button.id] { send(id); });
     actions_[button.id] = action;
   }
@@ -29,11 +28,9 @@ void ToolBar::Update(const workspace::CommandConditions& conditions) {
   for (const workspace::ToolbarButton& button : workspace::Toolbar()) {
     const workspace::CommandRow& row = *workspace::FindCommand(button.id);
     QAction* const action = actions_.at(button.id);
-    const bool built = IsBuilt(row.id);
-    action->setEnabled(built && workspace::IsEnabled(row, conditions, workspace::Place::Toolbar));
+    action->setEnabled(workspace::IsEnabled(row, conditions, workspace::Place::Toolbar));
     action->setText(Text(workspace::ToolbarText(button, conditions.running)));
-    QString tip = Text(workspace::Tooltip(button, conditions.running));
-    if (!built) tip += (tip.isEmpty() ? "" : "\n") + tr("(not in this version)");
+    const QString tip = Text(workspace::Tooltip(button, conditions.running));
     action->setToolTip(tip);
     // Without this one that has none would show its own text again.
     widgetForAction(action)->setToolTip(tip);

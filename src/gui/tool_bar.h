@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The ten buttons under the menu bar. Those whose command this version does not carry out are
-// disabled and say so.
+// hidden.
 #pragma once
 
 #include <QToolBar>

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "base/file_names.h"
+#include "base/text_format.h"
 #include "base/text_number.h"
 #include "isa/instruction_table.h"
 
@@ -49,8 +50,9 @@ using Words = std::initializer_list<std::string_view>;
 // and the first value's size fit wins, and what does not fit after that fails the line.
 class OperandForms {
  public:
-  OperandForms(int mnemonic, Address address, const SymbolNames& symbols)
-      : mnemonic_(mnemonic), address_(address), symbols_(symbols) {}
+  // why becomes a sentence when Parse fails.
+  OperandForms(int mnemonic, Address address, const SymbolNames& symbols, std::string& why)
+      : mnemonic_(mnemonic), address_(address), symbols_(symbols), why_(why) {}
 
   Result Parse(std::span<const std::string> operands) const {
     switch (operands.size()) {
@@ -63,23 +65,37 @@ class OperandForms {
       case 3:
         return Three(operands[0], operands[1], operands[2]);
       default:
-        return std::nullopt;
+        return Fail(kNoSuchForm);
     }
   }
 
  private:
+  static constexpr const char* kNoSuchForm = "This instruction does not take such operands.";
+
+  // The first thing that is wrong is what the user is told.
+  std::nullopt_t Fail(std::string_view why) const {
+    if (why_.empty()) why_ = why;
+    return std::nullopt;
+  }
+  std::nullopt_t TooLarge(std::string_view word) const {
+    return Fail(base::Format("%s does not fit into a byte, which is all there is room for here.",
+                             std::string(word)));
+  }
+
   Result One(std::string_view a) const {
     if (a == "X" && Has(Mode::Indexed)) return Emit(Mode::Indexed, {});
     const auto value = Value(a);
     if (!value) return std::nullopt;
     const bool is_byte = *value < 0x100;
     if (a.starts_with('#')) {
+      if (!is_byte && Has(Mode::Immediate) && !Has(Mode::Immediate16)) return TooLarge(a);
       return is_byte && Has(Mode::Immediate) ? EmitByte(Mode::Immediate, *value)
                                              : EmitWord(Mode::Immediate16, *value);
     }
     if (is_byte && Has(Mode::Direct)) return EmitByte(Mode::Direct, *value);
     // Every extended form has a direct one beside it, which small values have taken.
     if (Has(Mode::Extended)) return EmitWord(Mode::Extended, *value);
+    if (Has(Mode::Direct)) return TooLarge(a);
     return Branch(FirstOf({Mode::Relative, Mode::DecBranchRegister}), {}, a);
   }
 
@@ -131,13 +147,17 @@ class OperandForms {
     return found == modes.end() ? std::nullopt : std::optional(*found);
   }
   std::optional<std::uint32_t> Value(std::string_view word) const {
-    return ParseOperandValue(word, symbols_);
+    const auto value = ParseOperandValue(word, symbols_);
+    if (!value) {
+      Fail(base::Format("%s is neither a hexadecimal number nor a symbol.", std::string(word)));
+    }
+    return value;
   }
 
   // Everything below fails when there is no mode or the mnemonic does not have it.
   Result Emit(std::optional<Mode> mode, std::initializer_list<std::uint8_t> operands) const {
     const auto opcode = mode ? Opcode(*mode) : std::nullopt;
-    if (!opcode) return std::nullopt;
+    if (!opcode) return Fail(kNoSuchForm);
     Code result;
     if (IsPageMode(*mode)) Append(result, kPagePrefix);
     Append(result, *opcode);
@@ -154,7 +174,8 @@ class OperandForms {
     Result result = Emit(mode, {});
     for (std::string_view word : words) {
       const auto value = Value(word);
-      if (!result || !value || *value >= 0x100) return std::nullopt;
+      if (!result || !value) return std::nullopt;
+      if (*value >= 0x100) return TooLarge(word);
       Append(*result, LowByte(*value));
     }
     return result;
@@ -166,13 +187,18 @@ class OperandForms {
     if (!result || !to) return std::nullopt;
     const auto length = static_cast<Address>(result->length) + 1;
     const auto offset = static_cast<std::int32_t>(*to - address_ - length);
-    if (offset < -128 || offset > 127) return std::nullopt;
+    if (offset < -128 || offset > 127) {
+      return Fail(base::Format("%04x is out of reach: from here a branch gets to %04x to %04x.",
+                               *to, base::Low16(address_ + length - 128),
+                               base::Low16(address_ + length + 127)));
+    }
     Append(*result, LowByte(static_cast<std::uint32_t>(offset)));
     return result;
   }
   // The opcodes found are those of bit 0; each further bit is two opcodes on.
-  static Result WithBit(std::uint32_t bit, Result result) {
-    if (!result || bit >= 8) return std::nullopt;
+  Result WithBit(std::uint32_t bit, Result result) const {
+    if (!result) return result;
+    if (bit >= 8) return Fail(base::Format("%x is no bit: they count from 0 to 7.", bit));
     result->bytes[0] = LowByte(result->bytes[0] + 2 * bit);
     return result;
   }
@@ -181,6 +207,7 @@ class OperandForms {
   int mnemonic_;
   Address address_;
   const SymbolNames& symbols_;
+  std::string& why_;
 };
 
 bool IsLetter(char c) {
@@ -190,12 +217,22 @@ bool IsLetter(char c) {
 }  // namespace
 
 std::optional<Instruction> AssembleLine(std::string_view text, base::Address address,
-                                        const SymbolNames& symbols) {
-  if (text.empty() || !IsLetter(text.front())) return std::nullopt;
+                                        const SymbolNames& symbols, std::string* why) {
+  std::string unheard;
+  std::string& reason = why != nullptr ? *why : unheard;
+  reason.clear();
+  if (text.empty() || !IsLetter(text.front())) {
+    reason = "A line begins with the name of its instruction.";
+    return std::nullopt;
+  }
   const std::vector<std::string> words = SplitWords(text);
   const auto mnemonic = MnemonicIndex(words.front());
-  if (!mnemonic) return std::nullopt;
-  const auto code = OperandForms(*mnemonic, address, symbols).Parse(std::span(words).subspan(1));
+  if (!mnemonic) {
+    reason = words.front() + " is no instruction of the HC08.";
+    return std::nullopt;
+  }
+  const auto code =
+      OperandForms(*mnemonic, address, symbols, reason).Parse(std::span(words).subspan(1));
   if (!code) return std::nullopt;
   return InstructionAt(address, code->bytes);
 }

@@ -24,9 +24,10 @@
 namespace brevant::isa {
 
 // The instruction for this address; branch targets are absolute in the text and must be in reach.
-// Nothing when any rule fails: unknown mnemonic or symbol, no such operand form, a value too large.
+// Nothing when any rule fails: unknown mnemonic or symbol, no such operand form, a value too large;
+// why, where it is asked for, is then a sentence for the user.
 std::optional<Instruction> AssembleLine(std::string_view text, base::Address address,
-                                        const SymbolNames& symbols);
+                                        const SymbolNames& symbols, std::string* why = nullptr);
 
 // "#12", "$12", "#$12" and "12" are 0x12; no digits at all are 0. What is not hexadecimal is the
 // name of a symbol, so a symbol named BEEF is out of reach. Digits beyond 32 bits are lost in

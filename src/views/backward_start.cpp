@@ -67,4 +67,14 @@ int BackwardStart(std::span<const int> lengths) {
   return start;
 }
 
+std::optional<int> StartFrom(std::span<const int> lengths, base::FunctionRef<bool(int j)> known) {
+  const Lengths length(lengths);
+  int start = 0;
+  while (start < length.size() && !known(start)) ++start;
+  if (start == length.size()) return std::nullopt;
+  while (start - length[start] >= 0) start -= length[start];
+  if (!EndsAtAddress(length, start)) return std::nullopt;
+  return start;
+}
+
 }  // namespace brevant::views

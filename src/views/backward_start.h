@@ -4,7 +4,10 @@
 // address would be. Pure functions.
 #pragma once
 
+#include <optional>
 #include <span>
+
+#include "base/function_ref.h"
 
 namespace brevant::views {
 
@@ -22,5 +25,10 @@ int ChooseBackwardStart(std::span<const int> lengths);
 // The j of the last instruction before the address, on the chain that begins at the likely start.
 // lengths must not be empty; the result is below 4 and below its size.
 int BackwardStart(std::span<const int> lengths);
+
+// The j of the last instruction before the address, on the chain that begins at the nearest place
+// of which known(j) says that an instruction begins there. Nothing when there is none, or when that
+// chain does not lead to the address.
+std::optional<int> StartFrom(std::span<const int> lengths, base::FunctionRef<bool(int j)> known);
 
 }  // namespace brevant::views

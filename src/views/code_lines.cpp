@@ -91,6 +91,10 @@ std::optional<CodeLine> CodeLines::KnownLineBefore(base::Address address) {
   return line;
 }
 
+bool CodeLines::KnownStart(base::Address address) const {
+  return debug_info_.LineTable.HasLineAt(address) || symbols_.FindSymbolName(address);
+}
+
 CodeLine CodeLines::FillLineBackward(CodeBytes& target_bytes, const CodeLine& below,
                                      int lines_to_come) {
   if (auto known = KnownLineBefore(below.address)) return *known;
@@ -108,7 +112,11 @@ CodeLine CodeLines::FillLineBackward(CodeBytes& target_bytes, const CodeLine& be
     const auto at = static_cast<std::size_t>(size - 1 - j);
     lengths[static_cast<std::size_t>(j)] = isa::InstructionLength(bytes[at], bytes[at + 1]);
   }
-  const int start = BackwardStart(std::span(lengths).first(static_cast<std::size_t>(size)));
+  const auto known_lengths = std::span(lengths).first(static_cast<std::size_t>(size));
+  const auto known = StartFrom(known_lengths, [&](int j) {
+    return KnownStart(below.address - 1 - static_cast<base::Address>(j));
+  });
+  const int start = known ? *known : BackwardStart(known_lengths);
   CodeLine line;
   line.address = below.address - 1 - static_cast<base::Address>(start);
   std::copy_n(bytes.begin() + (size - 1 - start), line.bytes.size(), line.bytes.begin());

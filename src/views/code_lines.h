@@ -18,6 +18,7 @@
 #include "isa/disassembler.h"
 #include "isa/symbol_names.h"
 #include "memory/memory.h"
+#include "symbols/debug_info.h"
 #include "views/code_bytes.h"
 #include "views/scroll_code.h"
 #include "views/scroll_range.h"
@@ -32,8 +33,8 @@ struct CodeLine {
 
 class CodeLines {
  public:
-  CodeLines(memory::Memory& memory, const isa::SymbolNames& symbols)
-      : memory_(memory), symbols_(symbols) {}
+  CodeLines(memory::Memory& memory, const symbols::DebugInfo& debug_info)
+      : memory_(memory), debug_info_(debug_info), symbols_(debug_info.SymbolTable) {}
 
   const std::vector<CodeLine>& lines() const { return lines_; }
   base::Address top() const { return lines_.empty() ? 0 : lines_.front().address; }
@@ -56,6 +57,8 @@ class CodeLines {
   void RecomputeLines(ScrollCode code, int position, const ScrollRange& range);
 
  private:
+  // An instruction or a variable begins here, as the loaded program's symbols and lines say.
+  bool KnownStart(base::Address address) const;
   // One of so many lines that are filled with the same bytes.
   CodeLine FillLineForward(CodeBytes& bytes, base::Address& address, int lines_to_come);
   // The instruction before below; below.address must not be 0.
@@ -68,6 +71,7 @@ class CodeLines {
   int count() const { return static_cast<int>(lines_.size()); }
 
   memory::Memory& memory_;
+  const symbols::DebugInfo& debug_info_;
   const isa::SymbolNames& symbols_;
   // By the address behind it, where each instruction begins that was met going forwards: the way
   // back shows the same instructions and costs nothing.

@@ -23,8 +23,10 @@ std::string InstructionEditor::Title() const {
 }
 
 bool InstructionEditor::Accept(std::string_view text) {
-  const auto instruction = isa::AssembleLine(text.substr(0, kMaxLength), address_, symbols_);
+  const auto instruction =
+      isa::AssembleLine(text.substr(0, kMaxLength), address_, symbols_, &refusal_);
   if (!instruction) {
+    refusal_ = refusal_ + '\n' + messages::kExpectInstruction;
     ui_.Beep();
     return false;
   }

@@ -28,10 +28,13 @@ class InstructionEditor {
   // no instruction; nothing has then been written and the editor stays open. Memory that did not
   // take the bytes, as flash does not, is told in a message.
   bool Accept(std::string_view text);
+  // What was wrong with the text that was refused last.
+  const std::string& refusal() const { return refusal_; }
 
  private:
   base::Address address_;
   std::string initial_text_;
+  std::string refusal_;
   memory::Memory& memory_;
   const isa::SymbolNames& symbols_;
   base::UserInterface& ui_;

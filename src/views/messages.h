@@ -30,8 +30,10 @@ inline constexpr const base::MessageText* kAll[] = {&kStackPointerNotSet, &kInst
 
 // Shown below a field whose text was refused.
 inline constexpr const char* kExpectInstruction =
-    "One instruction, such as LDA #1f or BRSET 3,80,loop.\nNumbers are hexadecimal.";
-inline constexpr const char* kExpectAddress = "1 to 6 hexadecimal digits.";
+    "Expected is one such as LDA #1f or BRSET 3,80,loop, with hexadecimal numbers.";
+inline constexpr const char* kExpectAddress = "1 to 4 hexadecimal digits.";
+inline constexpr const char* kBeyondAddressSpace =
+    "%s is beyond FFFF, the last address of the target.";
 inline constexpr const char* kExpectSymbol =
     "A symbol of the loaded program or a hexadecimal address.";
 inline constexpr const char* kExpectHex = "Hexadecimal digits only.";

@@ -29,7 +29,7 @@ ProgramView::ProgramView(OpenViews& open, const ProgramSources& sources, Program
     : View(open),
       sources_(sources),
       siblings_(siblings),
-      lines_(sources.memory, sources.debug_info.SymbolTable) {
+      lines_(sources.memory, sources.debug_info) {
   state_.top = first;
   siblings_.Enter(*this);
 }

@@ -36,7 +36,8 @@ class AddressHistory {
 
 class AddressPrompt {
  public:
-  static constexpr int kMaxLength = 6;
+  // Room for what may stand around the digits.
+  static constexpr int kMaxLength = 12;
 
   AddressPrompt(std::string title, AddressHistory& history, base::UserInterface& ui)
       : title_(std::move(title)), history_(history), ui_(ui) {}
@@ -44,12 +45,17 @@ class AddressPrompt {
   const std::string& title() const { return title_; }
   std::vector<std::string> Choices() const;
   std::string InitialText() const;  // the newest address, if any
-  // 1 to 6 hexadecimal digits, which become the history's newest entry.
+  // Hexadecimal digits, with "0x" or "$" in front and blanks around them if the user likes; the
+  // address becomes the history's newest entry. Nothing, after a beep, for anything else and for
+  // what is beyond FFFF.
   std::optional<base::Address> Accept(std::string_view text);
+  // What was wrong with the text that was refused last.
+  const std::string& refusal() const { return refusal_; }
 
  private:
   std::string title_;
   AddressHistory& history_;
+  std::string refusal_;
   base::UserInterface& ui_;
 };
 
@@ -62,12 +68,14 @@ class SymbolPrompt {
 
   const std::string& title() const { return title_; }
   std::vector<std::string> Choices() const;  // every symbol, in table order
-  // A symbol of the loaded program, ignoring case, or else a hexadecimal number.
+  // A symbol of the loaded program, ignoring case, or else an address as AddressPrompt takes it.
   std::optional<base::Address> Accept(std::string_view text);
+  const std::string& refusal() const { return refusal_; }
 
  private:
   std::string title_;
   const symbols::DebugInfo& debug_info_;
+  std::string refusal_;
   base::UserInterface& ui_;
 };
 

@@ -121,17 +121,21 @@ void RegisterCells::Select(int cell) {
   selected_ = std::clamp(cell, 0, kCells - 1);
 }
 
-std::optional<int> RegisterCells::HitTest(int x, int y, int character_width,
-                                          int line_height) const {
+std::optional<int> RegisterCells::CellAt(int x, int y, int character_width, int line_height) const {
   if (x < 0 || y < 0 || character_width <= 0 || line_height <= 0) return std::nullopt;
   const int column = x / character_width / kCellWidth;
-  const int character = x / character_width % kCellWidth;
   const int cell = y / line_height * cells_per_row_ + column;
   // The cells end at the last column of a row; beyond it the count would run into the next one.
-  if (character < kCaretColumn || character >= kCaretColumn + 5 || column >= cells_per_row_ ||
-      cell >= kCells) {
-    return std::nullopt;
-  }
+  if (column >= cells_per_row_ || cell >= kCells) return std::nullopt;
+  return cell;
+}
+
+std::optional<int> RegisterCells::HitTest(int x, int y, int character_width,
+                                          int line_height) const {
+  const auto cell = CellAt(x, y, character_width, line_height);
+  if (!cell) return std::nullopt;
+  const int character = x / character_width % kCellWidth;
+  if (character < kCaretColumn || character >= kCaretColumn + 5) return std::nullopt;
   return cell;
 }
 

@@ -78,6 +78,8 @@ class RegisterCells final : public View {
 
   int selected() const { return selected_; }
   void Select(int cell);
+  // The cell at the pixel, be it over its name or its value; nothing beside them.
+  std::optional<int> CellAt(int x, int y, int character_width, int line_height) const;
   // The cell whose value stands at the pixel; nothing over its name and beside it.
   std::optional<int> HitTest(int x, int y, int character_width, int line_height) const;
 

@@ -67,6 +67,9 @@ constexpr CommandRow kRows[] = {
      kNotDuringFileIo | kNotWhileRunning | kNeedsMonitor},
     {kProgramIrqVector, Menu::Debug, "Program &IRQ vector", "", kNotDuringFileIo},
     {kProgramLocations, Menu::Debug, "Program &locations", "", kNotDuringFileIo},
+    {kReset, Menu::Debug, "Rese&t", "Reset the MCU", kSeparatorBefore, "", "Ctrl+R"},
+    {kReStart, Menu::Debug, "ReSt&art", "Connect to the target again", kNoFlags, "",
+     "Ctrl+Shift+R"},
     // Window
     {kOpenProgram, Menu::Window, "&Program", "Open a new program window", kNotDuringFileIo,
      "Alt+P"},
@@ -121,7 +124,6 @@ constexpr CommandRow kRows[] = {
     // Shortcut of the source window
     {kFindNext, Menu::None, "", "Find the next string in source window", kNoFlags, "F3"},
     // Toolbar
-    {kReset, Menu::None, "", "Reset the MCU", kNoFlags, "", "Ctrl+R"},
     {kToolbarStep, Menu::None, "", "Run MCU one step", kUsesTarget | kNotWhileRunning, "", "",
      kStep},
     {kToolbarNStep, Menu::None, "", "Run MCU N steps", kNotWhileRunning},
@@ -133,11 +135,10 @@ constexpr CommandRow kRows[] = {
     {kRunMacro, Menu::None, "", "Load a macro file", kUsesTarget, "", "", kLoadMacro},
     {kToolbarRunToCursor, Menu::None, "", "Run to current cursor position",
      kNeedsMonitor | kNotWhileRunning, "", "", kRunToCursor},
-    {kReStart, Menu::None, "", "", kNoFlags, "", "Ctrl+Shift+R"},
 };
 
 constexpr ToolbarButton kToolbar[] = {
-    {kReStart, "ReStart", ""},
+    {kReStart, "ReStart", "Connect to the target again"},
     {kReset, "Reset", "Reset the MCU"},
     {kToolbarStep, "Step  F5", "Run MCU one step"},
     {kToolbarNStep, "N Step", "Run MCU N steps"},
@@ -171,18 +172,29 @@ const CommandRow* FindCommand(int id) {
   return row == std::end(kRows) ? nullptr : row;
 }
 
+std::string ShortcutText(const CommandRow& row) {
+  const CommandRow& own = row.same_as != 0 ? *FindCommand(row.same_as) : row;
+  std::string text(own.shortcut);
+  if (!own.shortcut.empty() && !own.second_shortcut.empty()) text += ", ";
+  return text.append(own.second_shortcut);
+}
+
 std::string MenuText(const CommandRow& row, bool running) {
   std::string text(row.id == kGo && running ? "&Break" : row.text);
-  if (!row.shortcut.empty()) text.append("\t").append(row.shortcut);
-  return text;
+  const std::string keys = ShortcutText(row);
+  return keys.empty() ? text : text + '\t' + keys;
 }
 
 std::string ToolbarText(const ToolbarButton& button, bool running) {
   return std::string(button.id == kToolbarGo && running ? "Break  F7" : button.text);
 }
 
-std::string_view Tooltip(const ToolbarButton& button, bool running) {
-  return button.id == kToolbarGo && running ? kGoIsRunning : button.tooltip;
+std::string Tooltip(const ToolbarButton& button, bool running) {
+  const bool stops = button.id == kToolbarGo && running;
+  std::string tip(stops ? kGoIsRunning : button.tooltip);
+  const std::string keys = ShortcutText(*FindCommand(button.id));
+  if (keys.empty()) return tip;
+  return tip.empty() ? keys : tip + " (" + keys + ')';
 }
 
 bool IsEnabled(const CommandRow& row, const CommandConditions& conditions, Place place) {

@@ -85,7 +85,9 @@ inline constexpr int kDataRefresh = 41003;
 std::span<const CommandRow> CommandRows();
 // nullptr for an id that is no command.
 const CommandRow* FindCommand(int id);
-// The menu item's text and, behind a tab, its shortcut. "Go" reads "Break" while running.
+// "F5, F11": the shortcuts of the command, or of the one whose action it shares.
+std::string ShortcutText(const CommandRow& row);
+// The menu item's text and, behind a tab, its shortcuts. "Go" reads "Break" while running.
 std::string MenuText(const CommandRow& row, bool running);
 
 struct ToolbarButton {
@@ -96,7 +98,8 @@ struct ToolbarButton {
 // In their order.
 std::span<const ToolbarButton> Toolbar();
 std::string ToolbarText(const ToolbarButton& button, bool running);
-std::string_view Tooltip(const ToolbarButton& button, bool running);
+// With the shortcuts behind it.
+std::string Tooltip(const ToolbarButton& button, bool running);
 
 // What decides whether a command may be carried out.
 struct CommandConditions {

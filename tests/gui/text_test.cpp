@@ -12,8 +12,10 @@ TEST(StatusText, SaysWhatToDoWhenTheLinkIsLost) {
   ConnectionState state{.port = "COM2", .device = "/dev/ttyUSB0", .target = "MC68HC908QL"};
   EXPECT_EQ(StatusText(state), "COM2 /dev/ttyUSB0 MC68HC908QL: stopped");
   state.security_passed = false;
+  state.damage = 2;
   EXPECT_EQ(StatusText(state),
-            "COM2 /dev/ttyUSB0 MC68HC908QL: stopped (security not passed, RAM only)");
+            "COM2 /dev/ttyUSB0 MC68HC908QL: stopped (line damaged 2 times) (security not passed, "
+            "RAM only)");
   state.running = state.link_lost = true;
   EXPECT_EQ(StatusText(state),
             "COM2 /dev/ttyUSB0 MC68HC908QL: link lost; check cable and power, then press ReStart");

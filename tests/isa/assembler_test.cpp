@@ -53,6 +53,27 @@ TEST(Assembler, ReadsLinesAsPeopleTypeThemAndRejectsWhatIsNoInstruction) {
   EXPECT_EQ(Assemble(""), Code());
 }
 
+TEST(Assembler, SaysWhyALineIsNoInstruction) {
+  struct Case {
+    const char* line;
+    const char* why;
+  };
+  for (const Case& c : {
+           Case{" NOP", "A line begins with the name of its instruction."},
+           Case{"LDQ 12", "LDQ is no instruction of the HC08."},
+           Case{"LDA #NOSUCH", "#NOSUCH is neither a hexadecimal number nor a symbol."},
+           Case{"NOP NOP", "NOP is neither a hexadecimal number nor a symbol."},
+           Case{"NOP 1", "This instruction does not take such operands."},
+           Case{"BRA 300", "0300 is out of reach: from here a branch gets to 0082 to 0181."},
+           Case{"BSET 8,80", "8 is no bit: they count from 0 to 7."},
+           Case{"NEG 1234", "1234 does not fit into a byte, which is all there is room for here."},
+       }) {
+    std::string why;
+    EXPECT_FALSE(AssembleLine(c.line, 0x0100, NoSymbols(), &why)) << c.line;
+    EXPECT_EQ(why, c.why);
+  }
+}
+
 // What must come back when the instruction's own text is assembled at its address. The same bytes,
 // but for two cases: 16-bit operands below 0x100 take the short form where there is one (extended
 // to direct, indexed and stack-relative from 16 to 8 bits), and a branch that wraps round the

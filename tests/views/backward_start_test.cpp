@@ -57,5 +57,15 @@ TEST(BackwardStart, WalksTheChainToTheLastInstruction) {
   EXPECT_EQ(BackwardStart(Lengths{3}), 0);
 }
 
+TEST(BackwardStart, BeginsWhereAnInstructionIsKnownToBegin) {
+  const auto from = [](const Lengths& lengths, int place) {
+    return StartFrom(lengths, [place](int j) { return j == place; });
+  };
+  const Lengths lengths = Row(2, {{0, 1}, {2, 3}, {5, 3}});
+  EXPECT_EQ(from(lengths, 5), 2);
+  EXPECT_EQ(from(lengths, kBackwardBytes), std::nullopt) << "nothing is known";
+  EXPECT_EQ(from(Row(2, {{2, 2}}), 2), std::nullopt) << "runs past the address";
+}
+
 }  // namespace
 }  // namespace brevant::views

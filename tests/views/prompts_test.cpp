@@ -6,16 +6,20 @@
 namespace brevant::views {
 namespace {
 
-TEST(AddressPrompt, TakesOneToSixHexadecimalDigits) {
+TEST(AddressPrompt, TakesAnAddressAsPeopleWriteIt) {
   AddressHistory history;
   base::TestUser user;
   AddressPrompt prompt(prompt_titles::kGoToAddress, history, user);
   EXPECT_EQ(prompt.InitialText(), "");
-  for (const char* refused : {"", "12G4", "1234567", " 12", "0x12"}) {
+  for (const char* refused : {"", "12G4", "0x", "12345"}) {
     EXPECT_EQ(prompt.Accept(refused), std::nullopt) << refused;
   }
-  EXPECT_EQ(user.beeps, 5);
+  EXPECT_EQ(prompt.refusal(), "12345 is beyond FFFF, the last address of the target.");
+  EXPECT_EQ(user.beeps, 4);
   EXPECT_TRUE(history.entries().empty());
+  for (const char* same : {"0xF000", "$f000", " F000 ", "00F000"}) {
+    EXPECT_EQ(prompt.Accept(same), 0xF000u) << same;
+  }
   EXPECT_EQ(prompt.Accept("f000"), 0xF000u);
   EXPECT_EQ(prompt.Accept("F000"), 0xF000u);
   EXPECT_EQ(prompt.Choices(), std::vector<std::string>{"00f000"});
@@ -42,7 +46,7 @@ TEST(SymbolPrompt, PrefersSymbolsOfTheLoadedProgramToNumbers) {
   info.DebugInfoLoaded = true;
   EXPECT_EQ(prompt.Accept("main"), 0x8000u);
   EXPECT_EQ(prompt.Accept("beef"), 0x1234u);
-  EXPECT_EQ(prompt.Accept("c0de"), 0xC0DEu);
+  EXPECT_EQ(prompt.Accept("$c0de "), 0xC0DEu);
   EXPECT_EQ(prompt.Accept(""), std::nullopt);
   EXPECT_EQ(prompt.Accept("nowhere"), std::nullopt);
   EXPECT_EQ(user.beeps, 3);

@@ -95,6 +95,7 @@ TEST(CommandRows, ReadAsTheyAreShown) {
   EXPECT_EQ(MenuText(go, false), "&Go\tF7");
   EXPECT_EQ(MenuText(go, true), "&Break\tF7");
   EXPECT_EQ(MenuText(*FindCommand(commands::kExit), false), "E&xit");
+  EXPECT_EQ(MenuText(*FindCommand(commands::kStep), false), "&Step\tF5, F11");
   EXPECT_EQ(FindCommand(175)->help, "Save setting when the progrm exits");
   EXPECT_EQ(FindCommand(40015)->help, "");
   EXPECT_EQ(FindCommand(149), nullptr);
@@ -111,8 +112,9 @@ TEST(CommandRows, ReadAsTheyAreShown) {
       bar, ElementsAre("&File", "&Edit", "&Configure", "File&I/O", "De&bug", "&Window", "&Help"));
 
   const ToolbarButton& button = Toolbar()[5];
-  EXPECT_EQ(Tooltip(button, false), "Ready to run MCU");
-  EXPECT_EQ(Tooltip(button, true), "MCU is running, click this button to stop");
+  EXPECT_EQ(Tooltip(button, false), "Ready to run MCU (F7)");
+  EXPECT_EQ(Tooltip(button, true), "MCU is running, click this button to stop (F7)");
+  EXPECT_EQ(Tooltip(Toolbar()[9], true), "");
 }
 
 // A toolbar command and the menu command that it repeats must not differ in when they work, but for
