@@ -28,7 +28,7 @@ bool TakesAllWords(const Argument& argument) {
 }
 
 bool CountFits(const ArgumentList& list, std::size_t words) {
-  const auto used = [](const Argument& a) { return a.kind != Kind::None; };
+  const auto used = [](const Argument& a) { return a.kind != Kind::None && a.kind != Kind::Flag; };
   const auto needed = [&used](const Argument& a) { return used(a) && !a.optional; };
   const auto least = std::ranges::count_if(list, needed);
   const auto most = std::ranges::count_if(list, used);
@@ -83,6 +83,7 @@ frontend::Parsed<Value> Parse(const Argument& argument, Words words, const Parse
     case Kind::Word:
     case Kind::Text:
     case Kind::File:
+    case Kind::Flag:
     case Kind::None:
       break;
   }
@@ -97,6 +98,10 @@ std::string Usage(const ArgumentList& list) {
   for (const Argument& argument : list) {
     if (argument.kind == Kind::None) break;
     if (!usage.empty()) usage += ' ';
+    if (argument.kind == Kind::Flag) {
+      usage += fmt::format("[{}]", argument.name);
+      continue;
+    }
     if (argument.optional) {
       usage += '[';
       brackets += ']';
@@ -108,14 +113,19 @@ std::string Usage(const ArgumentList& list) {
 }
 
 frontend::Parsed<ParsedArguments> ParseArguments(std::string_view command, const ArgumentList& list,
-                                                 Words words, const symbols::DebugInfo& info) {
+                                                 Words given, const symbols::DebugInfo& info) {
   const std::string usage = fmt::format("usage: {} {}", command, Usage(list));
-  if (!CountFits(list, words.size())) return {.error = usage};
   frontend::Parsed<ParsedArguments> parsed;
+  std::vector<std::string> words(given.begin(), given.end());
+  for (const Argument& argument : list) {
+    if (argument.kind != Kind::Flag || std::erase(words, argument.name) == 0) continue;
+    parsed.value.AddFlag(argument.name);
+  }
+  if (!CountFits(list, words.size())) return {.error = usage};
   for (std::size_t n = 0; n < words.size() && n < list.size(); ++n) {
     const Argument& argument = list[n];
     if (argument.kind == Kind::Word && !IsAmong(words[n], argument.name)) return {.error = usage};
-    auto value = Parse(argument, words.subspan(n), parsed.value, info);
+    auto value = Parse(argument, Words(words).subspan(n), parsed.value, info);
     if (!value.ok()) return {.error = value.error};
     parsed.value.Add(std::move(value.value));
     if (TakesAllWords(argument)) break;

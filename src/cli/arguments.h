@@ -5,6 +5,7 @@
 
 #include <array>
 #include <cstdint>
+#include <set>
 #include <span>
 #include <string>
 #include <string_view>
@@ -23,6 +24,7 @@ enum class Kind {
   Hex,      // hexadecimal, up to limit
   Bytes,    // one or more, that lie in memory from the address before them on
   Word,     // one of the words of the name
+  Flag,     // the name itself, given anywhere or not at all
   Text,     // one word, as it stands
   File,
   Rest,  // one or more words, joined by single blanks
@@ -52,6 +54,9 @@ constexpr Argument Bytes(std::string_view name) {
 constexpr Argument Word(std::string_view words) {
   return {.kind = Kind::Word, .name = words};
 }
+constexpr Argument Flag(std::string_view name) {
+  return {.kind = Kind::Flag, .name = name, .optional = true};
+}
 constexpr Argument Text(std::string_view name) {
   return {.kind = Kind::Text, .name = name};
 }
@@ -66,7 +71,7 @@ constexpr Argument Optional(Argument argument) {
   return argument;
 }
 
-// In their order, unused ones last. Bytes and Rest end a list.
+// In their order, flags behind the others, unused ones last. Bytes and Rest end a list.
 using ArgumentList = std::array<Argument, 3>;
 
 // "ADDR [COUNT]"
@@ -83,6 +88,7 @@ class ParsedArguments {
   std::uint32_t Number(std::size_t n, std::uint32_t otherwise) const {
     return Has(n) ? Number(n) : otherwise;
   }
+  bool HasFlag(std::string_view name) const { return flags_.contains(name); }
   // Words, texts and files.
   const std::string& Text(std::size_t n) const { return std::get<std::string>(values_[n]); }
   const std::vector<std::uint8_t>& Bytes(std::size_t n) const {
@@ -91,9 +97,11 @@ class ParsedArguments {
 
   using Value = std::variant<std::uint32_t, std::string, std::vector<std::uint8_t>>;
   void Add(Value value) { values_.push_back(std::move(value)); }
+  void AddFlag(std::string_view name) { flags_.insert(name); }
 
  private:
   std::vector<Value> values_;
+  std::set<std::string_view> flags_;
 };
 
 // The words' values, or what is wrong with them: "usage: read ADDR [COUNT]" when they are too few

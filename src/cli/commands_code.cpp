@@ -7,6 +7,7 @@
 
 #include "cli/command_table.h"
 #include "cli/interrupt.h"
+#include "cli/memory_writes.h"
 #include "cli/session.h"
 #include "control/messages.h"
 #include "frontend/address_names.h"
@@ -69,16 +70,11 @@ Result Asm(Session& session, const ParsedArguments& arguments) {
     return UsageError(fmt::format(
         "\"{}\" is no instruction here: one mnemonic with hexadecimal operands or symbols", text));
   }
-  const auto refused = debugger.memory.WriteAndLook(address, assembled->code());
-  Result result = Disassembled(session, address, 1);
-  if (result.ok() && refused) {
-    result.status = ExitStatus::Failed;
-    result.error = fmt::format(
-        "the memory at {:04x} did not take the instruction: RAM can be "
-        "edited, flash takes program-bytes",
-        address);
-  }
-  return result;
+  const base::Bytes code = assembled->code();
+  Result refused =
+      CheckWritable(session, address, address + static_cast<base::Address>(code.size()) - 1);
+  if (refused.ok()) refused = WriteAndTell(session, address, code);
+  return refused.ok() ? Disassembled(session, address, 1) : refused;
 }
 
 Result Break(Session& session, const ParsedArguments& arguments) {

@@ -98,9 +98,7 @@ Result Programmed(Session& session, Result result, const images::Image& image, b
 }
 
 // Names what was erased: whole pages, whatever the range was.
-Result Erased(Session& session, Result result) {
-  const auto& erased = session.debugger().flash.status().to_erase;
-  if (!result.ok() || erased.empty()) return result;
+Result Erased(Result result, std::span<const devices::MemoryRange> erased) {
   std::string ranges;
   for (const devices::MemoryRange& range : erased) {
     ranges +=
@@ -108,9 +106,31 @@ Result Erased(Session& session, Result result) {
     result.fields["erased"].push_back(
         {{"from", fmt::format("{:04x}", range.first)}, {"to", fmt::format("{:04x}", range.last)}});
   }
-  result.fields["blank"] = true;
-  result.text = "erased " + ranges + ", all blank\n";
+  if (ranges.empty()) return result;
+  result.text = "erased " + ranges + ", all blank\n" + result.text;
   return result;
+}
+Result Erased(Session& session, Result result) {
+  if (!result.ok()) return result;
+  result = Erased(std::move(result), session.debugger().flash.status().to_erase);
+  result.fields["blank"] = true;
+  return result;
+}
+
+// What the file needs of flash, page by page, up to the first that does not get blank. Those that
+// did are added.
+Result EraseFor(Session& session, const images::ImageFile& file,
+                std::vector<devices::MemoryRange>& erased) {
+  flash::FlashJob& flash = session.debugger().flash;
+  const devices::FlashGeometry& geometry = session.debugger().memory.device().flash;
+  for (const devices::MemoryRange& pages : flash::PagesOf(geometry, file)) {
+    if (Interrupted()) return Interruption(" before the next page was erased");
+    Result result = AwaitFlash(session, flash::ErasePages(flash, pages));
+    if (!result.ok()) return result;
+    const auto& blank = flash.status().to_erase;
+    erased.insert(erased.end(), blank.begin(), blank.end());
+  }
+  return {};
 }
 
 Result MassErase(Session& session, const ParsedArguments&) {
@@ -128,7 +148,6 @@ Result Erase(Session& session, const ParsedArguments& arguments) {
 
 Result Program(Session& session, const ParsedArguments& arguments) {
   const std::string& path = arguments.Text(0);
-  const bool verify = !arguments.Has(1);
   const base::FileText file = base::ReadFile(path);
   if (!file.ok()) {
     return Failure(ExitStatus::File, fmt::format("cannot read {}: {}", path, file.error));
@@ -144,13 +163,21 @@ Result Program(Session& session, const ParsedArguments& arguments) {
     session.ui().ShowMessage(*refusal);
     return Failure(ExitStatus::File, "nothing was programmed");
   }
-  flash::FlashJob& flash = session.debugger().flash;
-  Result result = AwaitFlash(session, flash::ProgramFlashFile(flash, path, records));
-  if (result.ok() && flash.status().bytes_programmed == 0) {
+  if (records.report.bytes == 0) {
     return Failure(ExitStatus::File,
                    fmt::format("nothing was programmed: {} begins with no S-record", path));
   }
-  return Programmed(session, std::move(result), image, verify);
+  flash::FlashJob& flash = session.debugger().flash;
+  if (!flash::FitsFlash(flash, path, records)) {
+    return Failure(ExitStatus::Failed, "nothing was programmed");
+  }
+  std::vector<devices::MemoryRange> erased;
+  Result result = arguments.HasFlag("--erase") ? EraseFor(session, records, erased) : Result{};
+  if (result.ok()) {
+    result = AwaitFlash(session, flash::ProgramFlashFile(flash, path, records));
+    result = Programmed(session, std::move(result), image, !arguments.HasFlag("noverify"));
+  }
+  return Erased(std::move(result), erased);
 }
 
 Result ProgramBytes(Session& session, const ParsedArguments& arguments) {
@@ -179,10 +206,10 @@ constexpr Command kRows[] = {
      Erase,
      "erase the flash pages of a range"},
     {"program",
-     {File("FILE"), Optional(Word("noverify"))},
+     {File("FILE"), Flag("--erase"), Flag("noverify")},
      kStopped,
      Program,
-     "program S-records into erased flash"},
+     "program an image into flash; --erase erases the pages that it needs"},
     {"program-bytes",
      {Address("ADDR"), Bytes("BYTE")},
      kStopped,

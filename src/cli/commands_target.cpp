@@ -10,6 +10,7 @@
 #include "base/text_number.h"
 #include "cli/command_table.h"
 #include "cli/interrupt.h"
+#include "cli/memory_writes.h"
 #include "cli/register_line.h"
 #include "cli/session.h"
 #include "devices/device.h"
@@ -40,7 +41,15 @@ constexpr RegisterRow kRegisters[] = {
      [](control::RegisterFrame& frame, std::uint32_t v) { frame.SetPC(v); }},
 };
 
-Result RunBlockOperation(Session& session, views::BlockOperation operation) {
+// The whole words that a block covers; both ends are included.
+memory::Range WordsOf(base::Address from, base::Address to) {
+  const base::Address first = from & ~base::Address{1};
+  return {first, (to | 1) - first + 1};
+}
+
+// expected is what is to stand at the destination afterwards.
+Result RunBlockOperation(Session& session, views::BlockOperation operation,
+                         base::Address destination, base::Bytes expected) {
   session.ui().BeginProgress(operation.Title(), operation.ProgressText(), true);
   bool wanted = true;
   while (wanted && operation.Step(session.debugger().memory)) {
@@ -53,66 +62,7 @@ Result RunBlockOperation(Session& session, views::BlockOperation operation) {
     return Interruption(
         fmt::format(" after {} of {} words", operation.words_done(), operation.words_total()));
   }
-  return {};
-}
-
-// Why memory of this kind takes no write; null when it does.
-const char* WhyNotWritable(devices::MemoryKind kind) {
-  switch (kind) {
-    case devices::MemoryKind::Flash:
-      return "is flash, which takes program and program-bytes only";
-    case devices::MemoryKind::Rom:
-      return "is the monitor's ROM";
-    case devices::MemoryKind::Nothing:
-      return "is no memory of this device";
-    case devices::MemoryKind::Ram:
-    case devices::MemoryKind::Registers:
-      break;
-  }
-  return nullptr;
-}
-
-// Both inclusive. A failure when one of the addresses takes no write.
-Result CheckWritable(Session& session, base::Address first, base::Address last) {
-  const memory::Memory& memory = session.debugger().memory;
-  for (base::Address at = first; at <= last; ++at) {
-    const char* why = WhyNotWritable(memory.KindOf(at));
-    if (!why) continue;
-    Result result =
-        Failure(ExitStatus::Failed, fmt::format("nothing was written: {:04x} {}", at, why));
-    result.fields["address"] = fmt::format("{:04x}", at);
-    return result;
-  }
-  return {};
-}
-
-// Both inclusive, of a block operation: its words begin at even addresses. The monitor keeps the
-// registers on the stack and works below them; a block over them would cost the link.
-Result CheckBlock(Session& session, base::Address first, base::Address last) {
-  first &= ~base::Address{1};
-  last |= 1;
-  Result refused = CheckWritable(session, first, last);
-  if (!refused.ok()) return refused;
-  const auto stack = session.debugger().frame.stack_in_use();
-  if (!stack.Meets(first, last)) return {};
-  return Failure(ExitStatus::Failed,
-                 fmt::format("nothing was written: the monitor works on the stack, {:04x} to "
-                             "{:04x}; set SP to a place outside the block first",
-                             stack.first, stack.last));
-}
-
-// A register may well read differently from what was written; RAM may not.
-Result WriteAndTell(Session& session, base::Address address, base::Bytes bytes) {
-  memory::Memory& memory = session.debugger().memory;
-  const auto refused = memory.WriteAndLook(address, bytes);
-  if (!refused) return {};
-  const std::string what = fmt::format("{:04x} holds {:02x} and not {:02x}", refused->address,
-                                       refused->found, refused->expected);
-  if (memory.KindOf(refused->address) == devices::MemoryKind::Ram) {
-    return Failure(ExitStatus::Failed, what + ": the RAM did not take it");
-  }
-  session.ui().Notice(what + ".");
-  return {};
+  return LookAtWritten(session, destination, expected);
 }
 
 Result Info(Session& session, const ParsedArguments&) {
@@ -205,7 +155,12 @@ Result Fill(Session& session, const ParsedArguments& arguments) {
   const base::Address to = std::max(arguments.Number(0), arguments.Number(1));
   Result refused = CheckBlock(session, from, to);
   if (!refused.ok()) return refused;
-  return RunBlockOperation(session, views::BlockOperation::Fill(from, to, word));
+  std::vector<std::uint8_t> expected(WordsOf(from, to).count);
+  for (std::size_t i = 0; i < expected.size(); ++i) {
+    expected[i] = i % 2 == 0 ? base::HighByte(word) : base::LowByte(word);
+  }
+  return RunBlockOperation(session, views::BlockOperation::Fill(from, to, word),
+                           WordsOf(from, to).first, expected);
 }
 
 Result Move(Session& session, const ParsedArguments& arguments) {
@@ -218,7 +173,11 @@ Result Move(Session& session, const ParsedArguments& arguments) {
   }
   Result refused = CheckBlock(session, destination, destination + length);
   if (!refused.ok()) return refused;
-  return RunBlockOperation(session, views::BlockOperation::Move(from, to, destination));
+  const memory::Range source = WordsOf(std::min(from, to), std::max(from, to));
+  std::vector<std::uint8_t> expected(source.count);
+  session.debugger().memory.ReadBytes(expected, source.first);
+  return RunBlockOperation(session, views::BlockOperation::Move(from, to, destination),
+                           WordsOf(destination, destination).first, expected);
 }
 
 Result Reset(Session& session, const ParsedArguments&) {

@@ -105,6 +105,12 @@ bool EraseFlashRange(FlashJob& job, base::Address start, base::Address end) {
   return StartErase(job, PlanEraseRange(device, start, end));
 }
 
+bool ErasePages(FlashJob& job, const devices::MemoryRange& pages) {
+  DropDebugInfo(job);
+  return StartErase(job,
+                    PlanEraseRange(job.surroundings().memory.device(), pages.first, pages.last));
+}
+
 bool ProgramIrqVector(FlashJob& job) {
   if (job.surroundings().security.passed()) {
     std::array<std::uint8_t, 2> vector{};
@@ -134,14 +140,20 @@ bool ProgramFlashFile(FlashJob& job, const std::string& path) {
   return ProgramFlashFile(job, path, images::ReadImageFile(path, ParseFlashRecords));
 }
 
-bool ProgramFlashFile(FlashJob& job, const std::string& path, const images::ImageFile& file) {
-  DropDebugInfo(job);
+bool FitsFlash(FlashJob& job, const std::string& path, const images::ImageFile& file) {
   if (!file.report.ok()) {
     return RefuseSaying(job, ToMessage(messages::kProgramFileNotOpened, path));
   }
   const devices::Device& device = job.surroundings().memory.device();
   if (const auto refusal = file.report.Refusal(path)) return RefuseSaying(job, *refusal);
   if (const auto at = FirstOutsideFlash(device, file)) return RefuseOutsideFlash(job, *at);
+  return true;
+}
+
+bool ProgramFlashFile(FlashJob& job, const std::string& path, const images::ImageFile& file) {
+  DropDebugInfo(job);
+  if (!FitsFlash(job, path, file)) return false;
+  const devices::Device& device = job.surroundings().memory.device();
   base::SettingsFile& settings = job.surroundings().settings;
   if (settings.String(base::keys::kProgramFile) != path) {
     settings.Store(base::keys::kProgramFile, path);

@@ -16,10 +16,14 @@ bool MassEraseCommand(FlashJob& job);
 bool MassEraseFlash(FlashJob& job);
 // Both inclusive; whole pages are erased, see PlanErase. Asks first.
 bool EraseFlashRange(FlashJob& job, base::Address start, base::Address end);
+// Whole pages, as PagesOf names them. Does not ask.
+bool ErasePages(FlashJob& job, const devices::MemoryRange& pages);
 // The monitor's stop-on-IRQ routine into the IRQ vector.
 bool ProgramIrqVector(FlashJob& job);
 // Any number of bytes.
 bool ProgramFlashLocations(FlashJob& job, base::Address address, base::Bytes bytes);
+// Whether flash can take all that the file holds; else the user has been told.
+bool FitsFlash(FlashJob& job, const std::string& path, const images::ImageFile& file);
 // Stores the name of a file that could be read.
 bool ProgramFlashFile(FlashJob& job, const std::string& path);
 // The same for who has read it already; ParseFlashRecords has to have parsed it.

@@ -79,6 +79,22 @@ FlashPlan PlanEraseRange(const devices::Device& device, base::Address start, bas
           .to_erase = devices::FlashWithin(device, pages.first_page, last)};
 }
 
+std::vector<devices::MemoryRange> PagesOf(const devices::FlashGeometry& flash,
+                                          const images::ImageFile& file) {
+  std::vector<devices::MemoryRange> pages;
+  for (const images::Block& block : file.ToImage().Blocks()) {
+    const auto last = block.address + static_cast<base::Address>(block.bytes.size()) - 1;
+    const base::Address from = block.address & ~flash.page_mask();
+    const base::Address to = last | flash.page_mask();
+    if (pages.empty() || from > pages.back().last + 1) {
+      pages.push_back({from, to, devices::MemoryKind::Flash});
+    } else {
+      pages.back().last = to;
+    }
+  }
+  return pages;
+}
+
 FlashPlan PlanIrqVector(const devices::FlashGeometry& flash) {
   FlashPlan plan{.task = &tasks::kIrqVector};
   AddRecord(flash, devices::kIrqVector, kIrqVectorContent, plan.blocks);

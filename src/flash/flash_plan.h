@@ -59,6 +59,9 @@ struct FlashPlan {
 
 FlashPlan PlanMassErase(const devices::Device& device);
 FlashPlan PlanEraseRange(const devices::Device& device, base::Address start, base::Address end);
+// The pages that hold bytes of the file, and no others; neighbours are one range.
+std::vector<devices::MemoryRange> PagesOf(const devices::FlashGeometry& flash,
+                                          const images::ImageFile& file);
 // The monitor's stop-on-IRQ routine into the IRQ vector.
 FlashPlan PlanIrqVector(const devices::FlashGeometry& flash);
 // Blocks end where a row of flash ends, since one high voltage programs no more than a row.
