@@ -13,7 +13,7 @@ struct Row {
   std::string_view word;
   const char* text;  // with the PC
 };
-constexpr std::array<Row, 10> kRows{{
+constexpr std::array<Row, 12> kRows{{
     {StopReason::Breakpoint, "breakpoint", "breakpoint at %04x"},
     {StopReason::StepDone, "step", "step done at %04x"},
     {StopReason::PlaceReached, "place", "reached %04x"},
@@ -24,6 +24,8 @@ constexpr std::array<Row, 10> kRows{{
     {StopReason::NotRecovered, "not-recovered", "damaged stack, PC at %04x"},
     {StopReason::BadStack, "bad-stack", "registers cannot be read: reset the target"},
     {StopReason::Refused, "refused", "the program does not answer the break signal"},
+    {StopReason::NotStarted, "not-started", "not started at %04x"},
+    {StopReason::McuReset, "mcu-reset", "the MCU has reset itself, PC at %04x"},
 }};
 
 constexpr const Row& RowOf(StopReason reason) {

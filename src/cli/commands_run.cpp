@@ -2,6 +2,8 @@
 // Stepping and running.
 #include <fmt/format.h>
 
+#include <algorithm>
+
 #include "cli/command_table.h"
 #include "cli/interrupt.h"
 #include "cli/register_line.h"
@@ -23,10 +25,12 @@ Result WithReason(Result result, base::StopReason reason) {
   return result;
 }
 
-// What a stop comes to whose registers could not be read; nothing for all others.
-std::optional<Result> BadStack(Session& session) {
+// What a stop comes to that nobody can have asked for; nothing for all others.
+std::optional<Result> FailedStop(Session& session) {
+  static constexpr base::StopReason kFailed[] = {
+      base::StopReason::BadStack, base::StopReason::NotStarted, base::StopReason::McuReset};
   const auto& stop = session.debugger().run_control.last_stop();
-  if (!stop || stop->reason != base::StopReason::BadStack) return std::nullopt;
+  if (!stop || std::ranges::find(kFailed, stop->reason) == std::end(kFailed)) return std::nullopt;
   return WithReason(Failure(ExitStatus::Failed, base::StopText(*stop)), stop->reason);
 }
 
@@ -35,7 +39,7 @@ Result StopResult(Session& session) {
   Result result = RegisterResult(session.debugger().frame);
   const auto& stop = session.debugger().run_control.last_stop();
   if (!stop) return result;
-  if (const auto failed = BadStack(session)) return *failed;
+  if (const auto failed = FailedStop(session)) return *failed;
   result.note = base::StopText(*stop);
   return WithReason(std::move(result), stop->reason);
 }
@@ -61,6 +65,10 @@ Result StopNow(Session& session) {
 // Who interrupts it wants it stopped at any price.
 Result GiveUpWaiting(Session& session, std::string why, ExitStatus status) {
   const Result stopped = StopNow(session);
+  // There is nothing left that could have been waited for.
+  if (stopped.fields.value("stop", "") == base::StopWord(base::StopReason::McuReset)) {
+    return stopped;
+  }
   if (!stopped.ok() && status == ExitStatus::Interrupted && session.debugger().Busy()) {
     session.debugger().Reset();
     return Failure(status, why + "; a break had no effect, so the target was reset");
@@ -125,7 +133,13 @@ Result Go(Session& session, const ParsedArguments& arguments) {
 }
 
 Result Until(Session& session, const ParsedArguments& arguments) {
-  session.debugger().run_control.RunToAddress(arguments.Number(0));
+  control::RunControl& run = session.debugger().run_control;
+  if (const auto suspended = run.SuspendedBy(arguments.Number(0))) {
+    session.ui().Notice(fmt::format(
+        "The breakpoint at {:04x} does not count on the way: there is one hardware breakpoint.",
+        *suspended));
+  }
+  run.RunToAddress(arguments.Number(0));
   return AwaitStop(session);
 }
 
@@ -159,7 +173,7 @@ Result Trace(Session& session, const ParsedArguments& arguments) {
     if (session.debugger().Busy()) return GiveUpWaiting(session, why, status);
     return Failure(status, fmt::format("{} after {} steps", why, trace.steps()));
   }
-  Result result = BadStack(session).value_or(Result{});
+  Result result = FailedStop(session).value_or(Result{});
   result.text = trace.LogText();
   result.fields.update(
       {{"steps", trace.steps()}, {"log", trace.LogPath()}, {"text", trace.LogText()}});

@@ -68,11 +68,17 @@ Result RunBlockOperation(Session& session, views::BlockOperation operation,
 Result Info(Session& session, const ParsedArguments&) {
   const std::string_view device =
       devices::BySettingsNumber(session.settings().Integer(base::keys::kDevice)).name;
-  const std::string security = session.debugger().security.passed() ? "passed" : "not passed";
+  const bool passed = session.debugger().security.passed();
+  const std::string security = passed ? "passed" : "not passed";
   Result result;
   result.text =
       fmt::format("device {}\nport {}\nsecurity {}\n", device, session.PortName(), security);
   result.fields = {{"device", device}, {"port", session.PortName()}, {"security", security}};
+  if (const auto sign = session.debugger().connector.sign();
+      passed && sign != link::SecuritySign::Flag) {
+    result.text += fmt::format("security seen by {}\n", link::SignText(sign));
+    result.fields["security_sign"] = link::SignText(sign);
+  }
   const long damage = session.debugger().memory.damage();
   result.fields["damaged_bytes"] = damage;
   if (damage > 0) result.text += fmt::format("damaged bytes on the line {}\n", damage);

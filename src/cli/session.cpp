@@ -115,6 +115,8 @@ Result Session::Run(const std::vector<std::string>& words) {
   const auto arguments = ParseArguments(command->name, command->arguments,
                                         std::span(words).subspan(1), debugger_.debug_info);
   if (!arguments.ok()) return UsageError(arguments.error);
+  // The program may have stopped meanwhile, or the port be gone.
+  if (debugger_.Busy()) debugger_.Tick();
   if (debugger_.Busy() && !command->while_running) {
     return Failure(ExitStatus::Failed, "the target is running: stop it or wait first");
   }

@@ -21,8 +21,9 @@ int BreakpointTable::NthBreakpoint(int n) const {
 }
 
 void BreakpointTable::AddBreakpoint(base::Address address) {
+  // The code byte that a planted entry has saved is still needed.
   const auto free = std::find_if(entries_.begin(), entries_.end(),
-                                 [](const auto& entry) { return !entry.in_use; });
+                                 [](const auto& entry) { return !entry.in_use && !entry.planted; });
   if (free == entries_.end()) return;
   free->in_use = true;
   free->address = address;
@@ -39,12 +40,13 @@ void BreakpointTable::RemoveBreakpoint(base::Address address) {
 }
 
 void BreakpointTable::Clear() {
-  for (Breakpoint& entry : entries_) entry.in_use = false;
+  entries_.fill({});
   count_ = 0;
   ++generation_;
 }
 
 bool BreakpointTable::TakesSwi(base::Address address) {
+  if (memory_.KindOf(address) != devices::MemoryKind::Ram) return false;
   const std::uint8_t saved = memory_.ReadByte(address);
   if (saved == kSwiOpcode) return true;
   const bool taken = !memory_.WriteAndLook(address, std::array{kSwiOpcode});
@@ -52,23 +54,31 @@ bool BreakpointTable::TakesSwi(base::Address address) {
   return taken;
 }
 
-void BreakpointTable::InsertBreakpoints() {
+Refused BreakpointTable::InsertBreakpoints() {
   armed_.reset();
-  if (count_ < 1) return;
+  inserted_.clear();
+  if (count_ < 1) return std::nullopt;
   if (HardwareBreakMode()) {
     ArmBreakModule(entries_[NthBreakpoint(0)].address);
-    return;
+    return std::nullopt;
   }
   for (Breakpoint& entry : entries_) {
-    if (entry.in_use && !Plant(entry)) return;
+    if (!entry.in_use) continue;
+    if (const Refused refused = Plant(entry)) return refused;
+    if (!entry.planted) break;
+    inserted_.push_back(entry.address);
   }
+  return std::nullopt;
 }
 
 void BreakpointTable::RemoveBreakpoints() {
-  if (HardwareBreakMode() || count_ < 1) return;
-  for (const Breakpoint& entry : entries_) {
-    if (entry.in_use) Restore(entry);
+  for (Breakpoint& entry : entries_) {
+    if (entry.planted) Restore(entry);
   }
+}
+
+bool BreakpointTable::InsertedAt(base::Address address) const {
+  return armed_ == address || std::ranges::find(inserted_, address) != inserted_.end();
 }
 
 void BreakpointTable::ArmBreakModule(base::Address address) {
@@ -81,16 +91,18 @@ void BreakpointTable::DisarmBreakModule() {
   memory_.WriteByte(devices::kBRKSCR, 0);
 }
 
-void BreakpointTable::PlantStep(int slot, base::Address address) {
+Refused BreakpointTable::PlantStep(int slot, base::Address address) {
   step_[slot].address = base::Low16(address);
-  step_[slot].in_use = Plant(step_[slot]);
+  const Refused refused = Plant(step_[slot]);
+  step_[slot].in_use = step_[slot].planted;
+  return refused;
 }
 
 void BreakpointTable::ClearStepBreakpoints() {
   for (Breakpoint& slot : step_) {
     if (slot.in_use) Restore(slot);
     if (memory_.LinkError()) return;
-    slot.in_use = false;
+    slot.in_use = slot.planted = false;
   }
 }
 
@@ -99,17 +111,27 @@ bool BreakpointTable::StepPlantedAt(base::Address address) const {
       step_, [address](const Breakpoint& slot) { return slot.in_use && slot.address == address; });
 }
 
-bool BreakpointTable::Plant(Breakpoint& breakpoint) {
+Refused BreakpointTable::Plant(Breakpoint& breakpoint) {
+  if (memory_.KindOf(breakpoint.address) != devices::MemoryKind::Ram) {
+    return breakpoint.address;
+  }
   const std::uint8_t code = memory_.ReadByte(breakpoint.address);
-  if (memory_.LinkError()) return false;
+  if (memory_.LinkError()) return std::nullopt;
   breakpoint.saved = code;
+  breakpoint.planted = true;
   memory_.WriteByte(breakpoint.address, kSwiOpcode);
-  return true;
+  const bool stands = memory_.AskByte(breakpoint.address) == kSwiOpcode;
+  if (stands || memory_.LinkError()) return std::nullopt;
+  breakpoint.planted = false;
+  return breakpoint.address;
 }
 
-void BreakpointTable::Restore(const Breakpoint& breakpoint) {
-  if (memory_.AskByte(breakpoint.address) != kSwiOpcode) return;
-  memory_.WriteByte(breakpoint.address, breakpoint.saved);
+void BreakpointTable::Restore(Breakpoint& breakpoint) {
+  const std::uint8_t there = memory_.AskByte(breakpoint.address);
+  if (!memory_.LinkError() && there == kSwiOpcode) {
+    memory_.WriteByte(breakpoint.address, breakpoint.saved);
+  }
+  if (!memory_.LinkError()) breakpoint.planted = false;
 }
 
 }  // namespace brevant::control

@@ -6,6 +6,7 @@
 #include <array>
 #include <cstdint>
 #include <optional>
+#include <vector>
 
 #include "base/address.h"
 #include "memory/memory.h"
@@ -23,9 +24,14 @@ enum class BreakMode {
 
 struct Breakpoint {
   bool in_use = false;
+  // An SWI of ours may stand there, also when the entry was freed meanwhile.
+  bool planted = false;
   std::uint8_t saved = 0;  // the code byte under the SWI
   base::Address address = 0;
 };
+
+// Where an SWI cannot stand that a run needs; nothing when all stand.
+using Refused = std::optional<base::Address>;
 
 class BreakpointTable {
  public:
@@ -54,10 +60,13 @@ class BreakpointTable {
   // Whether the memory there can hold an SWI: tried, and put back. In other memory a software
   // breakpoint would be silently missed.
   bool TakesSwi(base::Address address);
-  // Arms the break module with the first entry in use (hardware), or plants an SWI at every entry.
-  void InsertBreakpoints();
-  // Restores planted bytes. In hardware mode nothing was planted and nothing is touched.
+  // Arms the break module with the first entry in use (hardware), or plants an SWI at every entry
+  // and looks that it stands. After a refusal, RemoveBreakpoints takes back what was planted.
+  Refused InsertBreakpoints();
+  // Restores the bytes of what was planted, also of entries that were freed since.
   void RemoveBreakpoints();
+  // Whether the last InsertBreakpoints made the program stop there.
+  bool InsertedAt(base::Address address) const;
 
   // The break module.
   void ArmBreakModule(base::Address address);
@@ -66,7 +75,7 @@ class BreakpointTable {
   std::optional<base::Address> armed() const { return armed_; }
 
   // Step slots: 0 the fall-through or run-to address, 1 a branch target.
-  void PlantStep(int slot, base::Address address);
+  Refused PlantStep(int slot, base::Address address);
   // Restores slot 0, then slot 1, so that two slots at one address end with the code byte. When the
   // link fails the slots stay in use: their code is still to be restored.
   void ClearStepBreakpoints();
@@ -74,11 +83,12 @@ class BreakpointTable {
   bool StepPlantedAt(base::Address address) const;
 
  private:
-  // Saves the code byte and writes an SWI over it. False, with the saved byte untouched, when the
-  // code could not be read.
-  bool Plant(Breakpoint& breakpoint);
+  // Saves the code byte, writes an SWI over it and looks. What is not RAM is refused before. When
+  // the link fails on the way nothing is refused; whether it was planted is told by the entry.
+  Refused Plant(Breakpoint& breakpoint);
   // Only a byte that is still the SWI is replaced: the program may have been loaded anew.
-  void Restore(const Breakpoint& breakpoint);
+  void Restore(Breakpoint& breakpoint);
+
   memory::Memory& memory_;
   std::array<Breakpoint, kMaxBreakpoints> entries_{};
   std::array<Breakpoint, 2> step_{};
@@ -86,6 +96,7 @@ class BreakpointTable {
   long generation_ = 0;
   BreakMode mode_ = BreakMode::Hardware;
   std::optional<base::Address> armed_;
+  std::vector<base::Address> inserted_;  // in software mode
 };
 
 }  // namespace brevant::control

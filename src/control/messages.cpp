@@ -3,14 +3,18 @@
 
 namespace brevant::control {
 
-std::optional<base::Message> StopMessage(base::StopReason reason) {
-  switch (reason) {
+std::optional<base::Message> StopMessage(const base::Stop& stop) {
+  switch (stop.reason) {
     case base::StopReason::Refused:
       return ToMessage(messages::kStopNotAnswered);
     case base::StopReason::NotRecovered:
       return ToMessage(messages::kStackPointerLost);
     case base::StopReason::BadStack:
       return ToMessage(messages::kBadStack);
+    case base::StopReason::NotStarted:
+      return ToMessage(messages::kNotStarted, stop.detail);
+    case base::StopReason::McuReset:
+      return ToMessage(messages::kMcuReset, stop.detail);
     case base::StopReason::LinkLost:
       return ToMessage(messages::kLinkLost);
     default:

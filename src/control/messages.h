@@ -40,6 +40,14 @@ inline constexpr MessageText kBadStack{
     "nothing can be stepped. \"Reset\" starts afresh. Programs of SDCC need --stack-loc at the\n"
     "compilation of the module with main.",
     base::captions::kError, base::Icon::Warning};
+inline constexpr MessageText kNotStarted{
+    "run.not-started", base::Severity::Error,
+    "The program was not started: %s.\nThe break mode is chosen in the configuration.",
+    base::captions::kError, base::Icon::Information};
+inline constexpr MessageText kMcuReset{
+    "run.mcu-reset", base::Severity::Warning,
+    "The MCU has reset itself: %s.\nIt has been entered again, and RAM is as it was.",
+    base::captions::kInformation, base::Icon::Warning};
 inline constexpr MessageText kLinkLost{
     "run.link-lost", base::Severity::Error,
     "The connection to the target is lost. Check the cable and the target's power;\n"
@@ -49,14 +57,16 @@ inline constexpr MessageText kTraceLogNotWritten{"trace.log-not-written", base::
                                                  "Can not write the trace log %s\n%s",
                                                  base::captions::kError, base::Icon::Warning};
 
-inline constexpr const MessageText* kAll[] = {
-    &kBreakpointLimit, &kHardwareBreakpointLimit, &kStopNotAnswered, &kStackPointerLost, &kBadStack,
-    &kLinkLost,        &kTraceLogNotWritten};
+inline constexpr const MessageText* kAll[] = {&kBreakpointLimit,   &kHardwareBreakpointLimit,
+                                              &kStopNotAnswered,   &kStackPointerLost,
+                                              &kBadStack,          &kNotStarted,
+                                              &kMcuReset,          &kLinkLost,
+                                              &kTraceLogNotWritten};
 
 }  // namespace messages
 
 // What the user should know of a stop that did not go well; nothing when it did.
-std::optional<base::Message> StopMessage(base::StopReason reason);
+std::optional<base::Message> StopMessage(const base::Stop& stop);
 
 inline constexpr int kMaxHardwareBreakpoints = 1;
 

@@ -64,9 +64,10 @@ void NStep::Advance() {
 }
 
 void NStep::Step() {
-  run_.StepCommand(
+  const bool started = run_.StepCommand(
       settings.into_subroutines ? Calls::Follow : Calls::StepOver,
       settings.condition == NStepCondition::AtStatement ? StepSource::Repeated : StepSource::User);
+  if (!started) activity_.EndOperation();
 }
 
 std::optional<base::StopReason> NStep::EndReached() const {

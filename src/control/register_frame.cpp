@@ -2,7 +2,7 @@
 #include "control/register_frame.h"
 
 #include <algorithm>
-#include <array>
+#include <span>
 
 #include "base/text_number.h"
 #include "devices/hc08.h"
@@ -18,25 +18,28 @@ using base::LowByte;
 
 // Offsets of the stacked bytes from the frame base.
 constexpr Address kH = 0, kCCR = 1, kA = 2, kX = 3, kPC = 4;
-constexpr int kFrameBytes = 6;
 constexpr Address kMonitorStack = 8;
 // READSP answers one above the monitor's own stack pointer; five bytes of the frame lie above it.
 constexpr Address kProgramSP = 5;
 // When a break signal stops a program, its interrupt frame lies above the monitor's own frame.
-constexpr Address kInterrupted = 6, kInterruptedSP = 10;
+constexpr Address kInterruptedSP = 10;
 
 constexpr Address kBorrowedRam = 0x0080;
 constexpr int kBorrowedBytes = 6;
+constexpr Address kBorrowedStep = 0x10;
 constexpr int kStackPointerPolls = 40;
 constexpr std::uint32_t kErasedWord = 0xFFFF;
 
 }  // namespace
 
-bool RegisterFrame::ReadRegisters() {
+bool RegisterFrame::ReadRegisters(StackRead what) {
   const Address base = memory_.ReadStackPointer();
-  std::array<std::uint8_t, kFrameBytes> frame{};
+  std::array<std::uint8_t, kFrameBytes + kInterruptedBytes> stack{};
+  const auto frame = std::span(stack).first(
+      what == StackRead::WithInterrupted ? stack.size() : std::size_t{kFrameBytes});
   memory_.AskChecked(frame, base);
   if (memory_.LinkError()) return false;
+  std::copy_n(stack.begin() + kFrameBytes, kInterruptedBytes, interrupted_.begin());
   SP = base;
   if (!StackIsRam()) {
     ++generation_;
@@ -50,8 +53,19 @@ bool RegisterFrame::ReadRegisters() {
   return true;
 }
 
-RegisterFrame::StackInUse RegisterFrame::stack_in_use() const {
-  return {SP - std::min(SP, kMonitorStack), ProgramSP()};
+RegisterFrame::StackInUse RegisterFrame::StackAt(Address base) {
+  return {base - std::min(base, kMonitorStack), base + kProgramSP};
+}
+
+Address RegisterFrame::BorrowedRam(Address new_base) const {
+  // A stack meets two of the places at most, so that the fifth is free at the latest.
+  Address place = kBorrowedRam;
+  const auto taken = [&] {
+    const Address last = place + kBorrowedBytes - 1;
+    return StackAt(SP).Meets(place, last) || StackAt(new_base).Meets(place, last);
+  };
+  while (taken()) place += kBorrowedStep;
+  return place;
 }
 
 bool RegisterFrame::IsRam(Address base) const {
@@ -98,16 +112,18 @@ void RegisterFrame::WriteCCR(std::uint32_t value) {
 }
 
 bool RegisterFrame::SetStackPointer(Address value) {
-  if (!IsRam(Low16(value - kProgramSP))) return false;
+  const Address new_base = Low16(value - kProgramSP);
+  if (!IsRam(new_base)) return false;
+  const Address borrowed = BorrowedRam(new_base);
   std::array<std::uint8_t, kBorrowedBytes> saved{};
-  memory_.AskChecked(saved, kBorrowedRam);
+  memory_.AskChecked(saved, borrowed);
   const Address operand = Low16(value + 1);
   // LDHX #value+1; TXS; SWI
   const std::array<std::uint8_t, 5> program{0x45, HighByte(operand), LowByte(operand), 0x94, 0x83};
-  memory_.WriteBytes(kBorrowedRam, program);
-  WriteProgramCounter(kBorrowedRam);
+  memory_.WriteBytes(borrowed, program);
+  WriteProgramCounter(borrowed);
   // What the SWI stacks is all that the program writes.
-  memory_.RunTarget(std::array{memory::Range{Low16(value - kProgramSP), kFrameBytes}});
+  memory_.RunTarget(std::array{memory::Range{new_base, kFrameBytes}});
   if (memory_.LinkError()) return false;
 
   bool stopped = false;
@@ -125,7 +141,7 @@ bool RegisterFrame::SetStackPointer(Address value) {
     }
   }
 
-  memory_.WriteBytes(kBorrowedRam, saved);
+  memory_.WriteBytes(borrowed, saved);
   memory_.WriteWord(Low16(SP + kPC), PC);
   const Address base = memory_.ReadStackPointer();
   if (memory_.LinkError()) return false;
@@ -134,7 +150,7 @@ bool RegisterFrame::SetStackPointer(Address value) {
   const std::array<std::uint8_t, kFrameBytes> registers{HighByte(HX), LowByte(CCR), LowByte(A),
                                                         LowByte(HX),  HighByte(PC), LowByte(PC)};
   memory_.WriteBytes(SP, registers);
-  return !memory_.LinkError() && SP == Low16(value - kProgramSP);
+  return !memory_.LinkError() && SP == new_base;
 }
 
 void RegisterFrame::LoadResetPC() {
@@ -172,23 +188,23 @@ bool RegisterFrame::Edit(Register which, std::string_view text) {
   return false;
 }
 
-Recovery RegisterFrame::RecoverInterrupted() {
-  const Address base = memory_.ReadStackPointer();
-  const std::uint8_t h = memory_.AskByte(base);
-  std::array<std::uint8_t, 5> stacked{};  // CCR, A, X, PC
-  memory_.AskChecked(stacked, base + kInterrupted);
-  if (memory_.LinkError()) return Recovery::Failed;
-  const std::uint8_t ccr = stacked[0];
-  // No CPU stacks anything else: the two unused bits are ones, and an interrupt is only taken while
-  // I is clear.
-  if ((ccr & (kCcrUnused | kCcrI)) != kCcrUnused) return Recovery::StoppedByItself;
-  SP = base;
-  CCR = ccr;
-  A = stacked[1];
-  HX = base::Word(h, stacked[2]);
-  PC = base::Word(stacked[3], stacked[4]);
+bool RegisterFrame::IsStopRoutine() const {
+  // No CPU stacks anything else: the routine runs with interrupts masked, was called while they
+  // were not, and the two unused bits are ones. What was interrupted was code.
+  const std::uint8_t ccr = interrupted_[0];
+  if ((CCR & kCcrI) == 0 || (ccr & (kCcrUnused | kCcrI)) != kCcrUnused) return false;
+  const devices::MemoryKind kind = memory_.KindOf(base::Word(interrupted_[3], interrupted_[4]));
+  return kind != devices::MemoryKind::Nothing && kind != devices::MemoryKind::Registers;
+}
+
+bool RegisterFrame::TakeInterrupted() {
+  CCR = interrupted_[0];
+  A = interrupted_[1];
+  // An interrupt does not stack H, and the routine leaves it alone.
+  HX = base::Word(HighByte(HX), interrupted_[2]);
+  PC = base::Word(interrupted_[3], interrupted_[4]);
   ++generation_;
-  return SetStackPointer(Low16(SP + kInterruptedSP)) ? Recovery::Interrupted : Recovery::Failed;
+  return SetStackPointer(Low16(SP + kInterruptedSP));
 }
 
 }  // namespace brevant::control

@@ -4,6 +4,7 @@
 // stopped.
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <optional>
 #include <string_view>
@@ -20,10 +21,10 @@ inline constexpr std::uint32_t kCcrV = 0x80, kCcrH = 0x10, kCcrI = 0x08, kCcrN =
 
 enum class Register { PC, SP, HX, A, CcrHigh, CcrLow };
 
-enum class Recovery {
-  Interrupted,      // the interrupted program's registers are in the frame
-  StoppedByItself,  // the signal met the monitor: the frame is the program's, and nothing was done
-  Failed,           // as when SetStackPointer fails
+// How much of the stack to read after a stop.
+enum class StackRead {
+  Frame,            // what the monitor has stacked
+  WithInterrupted,  // and what an interrupt that came before may have stacked above it
 };
 
 class RegisterFrame {
@@ -47,13 +48,13 @@ class RegisterFrame {
     base::Address first = 0, last = 0;
     bool Meets(base::Address from, base::Address to) const { return first <= to && last >= from; }
   };
-  StackInUse stack_in_use() const;
+  StackInUse stack_in_use() const { return StackAt(SP); }
 
   base::Address ProgramSP() const { return base::Low16(SP + 5); }
 
   // False when the link failed on the way; the registers known before are then kept. Where the
   // stack is no RAM, as with SDCC's own start-up code, only SP is taken.
-  bool ReadRegisters();
+  bool ReadRegisters(StackRead what = StackRead::Frame);
   // Whether the registers could be stacked at the SP that was read last. If not, PC, H:X, A and CCR
   // are those of the stop before.
   bool StackIsRam() const { return IsRam(SP); }
@@ -66,9 +67,10 @@ class RegisterFrame {
   void WriteA(std::uint32_t value);
   void WriteCCR(std::uint32_t value);
   // Gives the stopped program a new stack pointer by running LDHX #value+1; TXS; SWI from RAM that
-  // is borrowed at $0080-$0085. False when a frame there would not lie in RAM, and then nothing is
-  // done; or when that program did not come back within 40 polls, and then the borrowed RAM and the
-  // frame are restored provided that the monitor still answers.
+  // is borrowed at $0080-$0085, or further up where one of the two stacks lies there. False when a
+  // frame there would not lie in RAM, and then nothing is done; or when that program did not come
+  // back within 40 polls, and then the borrowed RAM and the frame are restored provided that the
+  // monitor still answers.
   bool SetStackPointer(base::Address value);
   // Reads the frame base and sets PC from the reset vector, unless that is erased ($FFFF).
   void LoadResetPC();
@@ -76,17 +78,25 @@ class RegisterFrame {
   // register's form (hexadecimal, or binary for the two halves of CCR) and nothing was done, or
   // when the stack pointer could not be set.
   bool Edit(Register which, std::string_view text);
-  // After a stop by break signal: the interrupted program's registers lie above the monitor's own
-  // frame. Reads them and discards that frame.
-  Recovery RecoverInterrupted();
+  // Whether the frame that was read last, WithInterrupted, can be that of a routine which a break
+  // signal has called, with the interrupted program's registers above it.
+  bool IsStopRoutine() const;
+  // Takes those registers and discards the routine's frame. False as SetStackPointer.
+  bool TakeInterrupted();
 
  private:
+  static constexpr int kFrameBytes = 6;
+  static constexpr int kInterruptedBytes = 5;  // CCR, A, X, PC
+  // Where SetStackPointer's program can run.
+  base::Address BorrowedRam(base::Address new_base) const;
+  static StackInUse StackAt(base::Address base);
   // All bytes of a frame at this base.
   bool IsRam(base::Address base) const;
 
   memory::Memory& memory_;
   link::MonitorLink& link_;
   long generation_ = 0;
+  std::array<std::uint8_t, kInterruptedBytes> interrupted_{};
 };
 
 }  // namespace brevant::control

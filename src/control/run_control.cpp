@@ -31,7 +31,7 @@ constexpr std::uint8_t kUnmasking[] = {0x80, 0x84, 0x8E, 0x8F, 0x9A};
 RunControl::RunControl(link::MonitorLink& link, memory::Memory& memory, RegisterFrame& frame,
                        BreakpointTable& breakpoints, Activity& activity,
                        const symbols::DebugInfo& debug_info, const base::SettingsFile& settings,
-                       base::Events& events)
+                       base::Events& events, EnterAgain enter_again)
     : link_(link),
       memory_(memory),
       frame_(frame),
@@ -39,7 +39,8 @@ RunControl::RunControl(link::MonitorLink& link, memory::Memory& memory, Register
       activity_(activity),
       debug_info_(debug_info),
       settings_(settings),
-      events_(events) {}
+      events_(events),
+      enter_again_(std::move(enter_again)) {}
 
 void RunControl::Report(base::Stop stop) {
   if (stop.reason == base::StopReason::BadStack) stop = BadStack();
@@ -49,33 +50,44 @@ void RunControl::Report(base::Stop stop) {
 }
 
 bool RunControl::MayStart() {
-  if (activity_.WaitingForBreak() || link_.LinkError) return false;
-  if (frame_.StackIsRam()) return true;
-  Report(BadStack());
+  if (activity_.WaitingForBreak()) return false;
+  if (link_.LinkError) return RefuseAs(NoStop(base::StopReason::LinkLost));
+  if (!frame_.StackIsRam()) return RefuseAs(BadStack());
+  break_requested_ = false;
+  return true;
+}
+
+bool RunControl::RefuseAs(base::Stop stop) {
+  activity_.EndStep();
+  Report(std::move(stop));
   return false;
 }
 
-void RunControl::StepCommand(Calls calls, StepSource source) {
-  if (!MayStart()) return;
+bool RunControl::StepCommand(Calls calls, StepSource source) {
+  // There is no monitor to ask, and a step under way goes on.
+  if (activity_.WaitingForBreak()) return true;
+  if (!MayStart()) return false;
   if (debug_info_.DebugInfoLoaded && source_view_current_ && source == StepSource::User &&
       debug_info_.tool_chain == symbols::ToolChain::Imagecraft) {
     step_start_ = frame_.PC;
-    return;
+    return true;
   }
+  place_.reset();
   if (auto stop = SingleStep(calls)) {
+    if (stop->reason == base::StopReason::NotStarted) return RefuseAs(std::move(*stop));
     activity_.EndStep();
     Report(std::move(*stop));
   } else {
     activity_.AwaitStep(Pending::Step);
   }
+  return true;
 }
 
 std::optional<base::Stop> RunControl::SingleStep(Calls calls) {
   activity_.BeginStep(calls);
-  place_.reset();
   step_start_ = frame_.PC;
   FetchInstruction();
-  ArmStep(calls);
+  if (const Refused refused = ArmStep(calls)) return NotStarted(*refused);
   LetStepRun(calls);
   if (link_.LinkError) return std::nullopt;
   link_.WaitMs(kStepWaitMs);
@@ -115,43 +127,88 @@ const isa::Instruction& RunControl::FetchInstruction() {
   return instruction_;
 }
 
-void RunControl::ArmStep(Calls calls) {
+Refused RunControl::ArmStep(Calls calls) {
   const isa::StepRegisters registers = Registers();
   const auto read_byte = [this](Address address) { return memory_.ReadByte(address); };
   const auto read_word = [this](Address address) { return memory_.ReadWord(address); };
   const isa::TargetMemory memory{read_byte, read_word};
   step_start_ = Low16(instruction_.end());
-
-  if (breakpoints_.HardwareBreakMode()) {
+  armed_for_ = ArmedFor::Step;
+  const auto arm_module = [&]() -> Refused {
+    by_module_ = true;
     breakpoints_.ArmBreakModule(isa::PredictNextPC(registers, instruction_, calls, memory));
-    return;
-  }
+    return std::nullopt;
+  };
+  if (breakpoints_.HardwareBreakMode()) return arm_module();
   const auto is_library_call = [this](Address address) {
     return symbols::IsLibraryCall(address, debug_info_);
   };
   const isa::BranchAnalysis branch =
       isa::AnalyseBranch(registers, instruction_, calls, memory, is_library_call);
-  if (branch.kind != isa::BranchKind::None) breakpoints_.PlantStep(kBranchSlot, branch.target);
-  breakpoints_.PlantStep(kFallThroughSlot, step_start_);
+  const bool branches = branch.kind != isa::BranchKind::None;
+  // An SWI over the instruction itself would keep it from being executed.
+  if (branches && branch.target == instruction_.address) return arm_module();
+  by_module_ = false;
+  Refused refused;
+  if (branches) refused = breakpoints_.PlantStep(kBranchSlot, branch.target);
+  if (!refused) refused = breakpoints_.PlantStep(kFallThroughSlot, step_start_);
+  if (refused) breakpoints_.ClearStepBreakpoints();
+  return refused;
 }
 
 std::optional<base::Stop> RunControl::FinishStop() {
-  if (!frame_.ReadRegisters()) return std::nullopt;
-  const bool hardware = breakpoints_.HardwareBreakMode();
-  if (!frame_.StackIsRam()) {
-    breakpoints_.DisarmBreakModule();
-    if (!hardware) breakpoints_.ClearStepBreakpoints();
-    return BadStack();
-  }
-  // An SWI stacks the address behind itself.
-  const Address pc = hardware ? frame_.PC : Low16(frame_.PC - 1);
-  const base::StopReason reason = ReasonOfStep(pc);
+  auto stop = ReadStop();
+  if (!stop) return std::nullopt;
   breakpoints_.DisarmBreakModule();
-  if (!hardware) {
-    frame_.SetPC(pc);
-    breakpoints_.ClearStepBreakpoints();
+  if (stop->pc != frame_.PC) frame_.SetPC(stop->pc);
+  TakeBackPlanted();
+  return stop;
+}
+
+void RunControl::TakeBackPlanted() {
+  // A slot may stand at the place of a breakpoint, whose SWI it then has saved.
+  breakpoints_.ClearStepBreakpoints();
+  breakpoints_.RemoveBreakpoints();
+}
+
+std::optional<base::Stop> RunControl::ReadStop() {
+  if (!frame_.ReadRegisters(break_requested_ ? StackRead::WithInterrupted : StackRead::Frame)) {
+    return std::nullopt;
   }
-  return base::Stop{reason, pc, {}};
+  if (!frame_.StackIsRam()) return BadStack();
+  const Address pc = StoppedAt();
+  if (const auto reason = ArmedAt(pc)) return base::Stop{*reason, pc, {}};
+  if (std::exchange(break_requested_, false) && frame_.IsStopRoutine()) {
+    const bool recovered = frame_.TakeInterrupted();
+    if (link_.LinkError) return std::nullopt;
+    return NoStop(recovered ? base::StopReason::UserBreak : base::StopReason::NotRecovered);
+  }
+  const auto armed = breakpoints_.armed();
+  if (by_module_ && armed && memory_.AskByte(Low16(pc - 1)) != kSwiOpcode) {
+    // The break module acts on operands too, behind whose instruction it then stops.
+    return base::Stop{ArmedAt(*armed).value_or(base::StopReason::Breakpoint), pc,
+                      base::Format("%04x is inside an instruction", *armed)};
+  }
+  return NoStop(base::StopReason::OwnSwi);
+}
+
+std::optional<base::StopReason> RunControl::ArmedAt(Address pc) const {
+  const bool at_end = by_module_ ? breakpoints_.armed() == pc : breakpoints_.StepPlantedAt(pc);
+  switch (armed_for_) {
+    case ArmedFor::Step:
+      if (!at_end) return std::nullopt;
+      // What was executed may have been one, whose next address is as expected.
+      return instruction_.bytes[0] == kSwiOpcode ? base::StopReason::OwnSwi
+                                                 : base::StopReason::StepDone;
+    case ArmedFor::Place:
+      if (at_end) return base::StopReason::PlaceReached;
+      if (by_module_) return std::nullopt;
+      break;
+    case ArmedFor::Run:
+      break;
+  }
+  if (breakpoints_.InsertedAt(pc)) return base::StopReason::Breakpoint;
+  return std::nullopt;
 }
 
 base::Stop RunControl::BadStack() const {
@@ -159,23 +216,21 @@ base::Stop RunControl::BadStack() const {
           base::Format("stack pointer %04x is not RAM", frame_.ProgramSP())};
 }
 
-base::StopReason RunControl::ReasonOfStep(Address pc) const {
-  const bool expected = breakpoints_.HardwareBreakMode() ? breakpoints_.armed() == pc
-                                                         : breakpoints_.StepPlantedAt(pc);
-  if (!expected) return base::StopReason::OwnSwi;
-  if (place_) return base::StopReason::PlaceReached;
-  // What was executed may have been one, whose next address is as expected.
-  return instruction_.bytes[0] == kSwiOpcode ? base::StopReason::OwnSwi
-                                             : base::StopReason::StepDone;
+base::Stop RunControl::NotStarted(Address no_swi) const {
+  return {base::StopReason::NotStarted, frame_.PC,
+          base::Format("no SWI can be planted at %04x: only RAM takes software breakpoints, use "
+                       "hardware mode",
+                       no_swi)};
 }
 
 void RunControl::CompletePendingStep() {
   auto stop = FinishStop();
   if (!stop) return;
-  const bool runs_on = activity_.PendingStep() == Pending::StepBeforeRun && frame_.StackIsRam();
+  const bool runs_on = activity_.PendingStep() == Pending::StepBeforeRun &&
+                       stop->reason == base::StopReason::StepDone;
   activity_.EndStep();
   if (runs_on) {
-    StartRunning();
+    RunOn(true);
   } else {
     Report(std::move(*stop));
   }
@@ -189,55 +244,96 @@ std::optional<base::Stop> RunControl::GoCommand() {
 
 void RunControl::Go() {
   if (!MayStart()) return;
+  place_.reset();
+  LeaveBreakpoint();
+}
+
+void RunControl::LeaveBreakpoint() {
   step_start_ = frame_.PC;
-  // Leaves a breakpoint that stands at PC, so that it does not stop the run at once.
-  if (breakpoints_.Has(frame_.PC)) {
-    const auto stop = SingleStep(Calls::Follow);
+  // One that stands at PC must not stop the run at once.
+  const bool leaves = breakpoints_.Has(frame_.PC);
+  if (leaves) {
+    auto stop = SingleStep(Calls::Follow);
     if (!stop) return activity_.AwaitStep(Pending::StepBeforeRun);
-    if (!frame_.StackIsRam()) {
-      activity_.EndStep();
-      return Report(*stop);
+    if (stop->reason != base::StopReason::StepDone) {
+      RefuseAs(std::move(*stop));
+      return;
     }
   }
-  StartRunning();
+  RunOn(leaves);
+}
+
+void RunControl::RunOn(bool stepped) {
+  if (!place_) {
+    StartRunning();
+  } else if (stepped && frame_.PC == *place_) {
+    RefuseAs({base::StopReason::PlaceReached, frame_.PC, {}});
+  } else {
+    StartToPlace();
+  }
 }
 
 void RunControl::StartRunning() {
   frame_.WriteCCR(frame_.CCR & ~kCcrI);
-  breakpoints_.InsertBreakpoints();
+  armed_for_ = ArmedFor::Run;
+  by_module_ = breakpoints_.HardwareBreakMode();
+  if (const Refused refused = breakpoints_.InsertBreakpoints()) {
+    breakpoints_.RemoveBreakpoints();
+    RefuseAs(NotStarted(*refused));
+    return;
+  }
   memory_.RunTarget();
   // A run ends repeated stepping and tracing.
   activity_.BeginRun();
 }
 
 base::Stop RunControl::Stop() {
-  if (link_.LinkError) return NoStop(base::StopReason::LinkLost);
+  if (link_.LinkError) return LoseLink();
+  const Address last_known_pc = frame_.PC;
   // For 11 bit times after its echo a break cancels RUN instead of reaching the program.
   link_.WaitMs(kSettleMs);
   // Since the last tick it may have stopped by itself; a break signal would then reach the monitor
   // instead of the program.
   if (activity_.WaitingForBreak() && HasStopped(PollWait::None)) return StopBesideTimer();
 
+  break_requested_ = true;
   if (!link_.SendBreak()) {
-    return NoStop(link_.PortError().empty() ? base::StopReason::Refused
-                                            : base::StopReason::LinkLost);
+    return link_.PortError().empty() ? NoStop(base::StopReason::Refused) : LoseLink();
   }
   // A program that stopped by itself just before leaves the monitor's echo of the break on its way.
   link_.WaitMs(kSettleMs);
   link_.DiscardInput();
   breakpoints_.DisarmBreakModule();
-  const Recovery recovery = frame_.RecoverInterrupted();
-  if (recovery == Recovery::StoppedByItself) return StopBesideTimer();
-  if (activity_.RunMode() == Mode::Running) breakpoints_.RemoveBreakpoints();
-  if (activity_.StepPending()) breakpoints_.ClearStepBreakpoints();
-  if (link_.LinkError) return NoStop(base::StopReason::LinkLost);
-  activity_.End();
-  if (!frame_.StackIsRam()) {
-    Report(BadStack());
-    return *last_stop_;
+  if (!frame_.ReadRegisters(StackRead::WithInterrupted)) {
+    if (const auto cause = enter_again_()) return StopAfterSelfReset(*cause, last_known_pc);
+    if (link_.LinkError || !frame_.ReadRegisters(StackRead::WithInterrupted)) return LoseLink();
   }
-  Report(NoStop(recovery == Recovery::Interrupted ? base::StopReason::UserBreak
-                                                  : base::StopReason::NotRecovered));
+  if (!frame_.StackIsRam() || ArmedAt(StoppedAt()) || !frame_.IsStopRoutine()) {
+    return StopBesideTimer();
+  }
+  const bool recovered = frame_.TakeInterrupted();
+  TakeBackPlanted();
+  if (link_.LinkError) return LoseLink();
+  activity_.End();
+  Report(NoStop(recovered ? base::StopReason::UserBreak : base::StopReason::NotRecovered));
+  return *last_stop_;
+}
+
+base::Stop RunControl::LoseLink() {
+  link_.LinkError = true;
+  if (activity_.Busy()) {
+    activity_.End();
+    Report(NoStop(base::StopReason::LinkLost));
+  }
+  return NoStop(base::StopReason::LinkLost);
+}
+
+base::Stop RunControl::StopAfterSelfReset(const std::string& cause, Address last_known_pc) {
+  TakeBackPlanted();
+  if (!frame_.ReadRegisters()) return LoseLink();
+  activity_.End();
+  Report({base::StopReason::McuReset, frame_.PC,
+          base::Format("%s, last known PC %04x", cause.c_str(), last_known_pc)});
   return *last_stop_;
 }
 
@@ -249,23 +345,19 @@ base::Stop RunControl::StopBesideTimer() {
   if (mode == Mode::NStepping || mode == Mode::Tracing) activity_.AbandonOperation();
   const long before = stops_;
   Complete();
-  if (link_.LinkError) return NoStop(base::StopReason::LinkLost);
+  if (link_.LinkError) return LoseLink();
   return stops_ > before ? *last_stop_ : NoStop(base::StopReason::UserBreak);
 }
 
-void RunControl::ArmPlace(Address address) {
-  place_ = Low16(address);
-  if (breakpoints_.HardwareBreakMode()) {
-    breakpoints_.ArmBreakModule(*place_);
-  } else {
-    breakpoints_.PlantStep(kFallThroughSlot, *place_);
-  }
-}
-
-void RunControl::RunToAddress(Address address) {
-  if (!MayStart()) return;
+void RunControl::StartToPlace() {
   activity_.BeginStep(Calls::Follow);
-  ArmPlace(address);
+  armed_for_ = ArmedFor::Place;
+  by_module_ = breakpoints_.HardwareBreakMode();
+  if (const Refused refused = ArmPlace(*place_)) {
+    TakeBackPlanted();
+    RefuseAs(NotStarted(*refused));
+    return;
+  }
   memory_.RunTarget();
   if (!link_.LinkError) {
     link_.WaitMs(kRunToAddressWaitMs);
@@ -278,6 +370,31 @@ void RunControl::RunToAddress(Address address) {
     }
   }
   activity_.AwaitStep(Pending::RunTo);
+}
+
+Refused RunControl::ArmPlace(Address address) {
+  if (by_module_) {
+    breakpoints_.ArmBreakModule(address);
+    return std::nullopt;
+  }
+  if (const Refused refused = breakpoints_.InsertBreakpoints()) return refused;
+  return breakpoints_.PlantStep(kFallThroughSlot, address);
+}
+
+std::optional<Address> RunControl::SuspendedBy(Address address) const {
+  if (!breakpoints_.HardwareBreakMode() || breakpoints_.count() < 1) return std::nullopt;
+  const Address armed = breakpoints_.entries()[breakpoints_.NthBreakpoint(0)].address;
+  return armed == Low16(address) ? std::nullopt : std::optional(armed);
+}
+
+void RunControl::RunToAddress(Address address) {
+  if (!MayStart()) return;
+  place_ = Low16(address);
+  if (breakpoints_.HardwareBreakMode()) {
+    StartToPlace();
+  } else {
+    LeaveBreakpoint();
+  }
 }
 
 void RunControl::RunToCursor(Address cursor) {
@@ -309,6 +426,7 @@ void RunControl::CompleteOnTimer() {
   Operation* const operation = activity_.CurrentOperation();
   if (link_.LinkError) {
     if (operation != nullptr) operation->LinkLost();
+    LoseLink();
   } else if (activity_.WaitingForBreak()) {
     activity_.ShowRunning();
     if (operation != nullptr) operation->Wait();
@@ -330,32 +448,23 @@ void RunControl::Complete() {
 void RunControl::CompleteRun() {
   breakpoints_.DisarmBreakModule();
   breakpoints_.RemoveBreakpoints();
-  if (!frame_.ReadRegisters()) return;
-  if (!frame_.StackIsRam()) {
-    activity_.End();
-    Report(BadStack());
-    return;
-  }
-  // An SWI stacks the address behind itself; one of the program's own is left there.
-  const Address before = Low16(frame_.PC - 1);
-  const bool hardware = breakpoints_.HardwareBreakMode();
-  const bool met = hardware ? breakpoints_.armed() == frame_.PC : breakpoints_.Has(before);
-  if (met && !hardware) frame_.SetPC(before);
+  auto stop = ReadStop();
+  if (!stop) return;
+  if (stop->pc != frame_.PC) frame_.SetPC(stop->pc);
   activity_.End();
-  Report({met ? base::StopReason::Breakpoint : base::StopReason::OwnSwi, frame_.PC, {}});
+  Report(std::move(*stop));
 }
 
 void RunControl::AbandonRunForReset() {
-  if (activity_.StepPending() || breakpoints_.StepPlanted()) {
-    breakpoints_.ClearStepBreakpoints();
-  } else if (activity_.RunMode() == Mode::Running) {
-    breakpoints_.RemoveBreakpoints();
-  }
+  TakeBackPlanted();
   activity_.End();
 }
 
 bool RunControl::HasStopped(PollWait wait) {
-  return link_.PollBreak(wait) == 0;
+  if (link_.PollBreak(wait) == 0) return true;
+  // While the target runs nothing else shows that the port is gone.
+  if (!link_.PortError().empty()) link_.LinkError = true;
+  return false;
 }
 
 }  // namespace brevant::control

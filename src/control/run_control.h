@@ -4,11 +4,13 @@
 // short wait is completed by CompleteOnTimer, which the front end calls every 10 ms.
 //
 // While the break byte is outstanding the monitor does not listen, so starting anything is refused.
-// After a failed transfer (LinkError) whatever was under way stays as it is, for AbandonRunForReset
-// to undo once there is a connection again.
+// A failed transfer (LinkError) ends whatever was under way, which is told as a stop; what was
+// planted is taken back by AbandonRunForReset once there is a connection again.
 #pragma once
 
+#include <functional>
 #include <optional>
+#include <string>
 
 #include "base/events.h"
 #include "base/settings_file.h"
@@ -29,28 +31,37 @@ enum class StepSource {
   Repeated,  // a step on the way to a C statement
 };
 
+// An MCU that has reset itself waits in its monitor for the security code: enters it anew, without
+// taking its power away, and puts PC where a reset leaves it. Returns what the MCU gives as the
+// cause; nothing when it does not wait for the code, and LinkError then tells whether it answers.
+using EnterAgain = std::function<std::optional<std::string>()>;
+
 class RunControl {
  public:
   RunControl(link::MonitorLink& link, memory::Memory& memory, RegisterFrame& frame,
              BreakpointTable& breakpoints, Activity& activity, const symbols::DebugInfo& debug_info,
-             const base::SettingsFile& settings, base::Events& events);
+             const base::SettingsFile& settings, base::Events& events, EnterAgain enter_again);
 
   // True while the source window has the focus and shows the program; the front end says so.
   void SetSourceViewCurrent(bool current) { source_view_current_ = current; }
 
   // One step. Does nothing when the user steps in the source view of an Imagecraft program, which
-  // has no step by source lines.
-  void StepCommand(Calls calls, StepSource source = StepSource::User);
+  // has no step by source lines. False when it was refused, which has been told: repeated steps
+  // end.
+  bool StepCommand(Calls calls, StepSource source = StepSource::User);
   // The step or the run to an address whose break byte came late: registers read, disarmed, told.
   void CompletePendingStep();
   // "Go" when nothing runs, else stop, whose result it then returns.
   std::optional<base::Stop> GoCommand();
   // Runs with the user's breakpoints, and with interrupts enabled.
   void Go();
-  // Sends the break signal. Refused leaves everything as it was.
+  // Sends the break signal. Refused leaves everything as it was, and a program that takes the
+  // signal later is stopped then.
   base::Stop Stop();
-  // Runs to the address without inserting the user's breakpoints.
+  // Runs to the address. In software mode the user's breakpoints stop it too.
   void RunToAddress(base::Address address);
+  // The user's breakpoint that does not count on the way there: the break module has one place.
+  std::optional<base::Address> SuspendedBy(base::Address address) const;
   // The same unless PC is already there, or a step breakpoint is still planted.
   void RunToCursor(base::Address cursor);
   // To the symbol or address of "RunToMainSymbol". Nothing when it is not known.
@@ -82,30 +93,47 @@ class RunControl {
 
  private:
   bool HasStopped(link::PollWait wait);
-  // While the program runs or the link is lost there is no monitor to ask.
-  // Nor can anything run where no stop could save the registers, which is told as a stop.
+  // While the program runs there is no monitor to ask. Where the link is lost, or no stop could
+  // save the registers, nothing can run either, which is told as a stop.
   bool MayStart();
+  // Tells a stop of something that could not even start, or has nothing left to wait for.
+  bool RefuseAs(base::Stop stop);
   base::Stop BadStack() const;
+  base::Stop NotStarted(base::Address no_swi) const;
   // One instruction. Nothing when the target has not stopped within the short wait (2 ms and a
-  // poll): its completion is left to the timer.
+  // poll): its completion is left to the timer. NotStarted when its end could not be armed.
   std::optional<base::Stop> SingleStep(Calls calls);
   // Reads the registers of a target that has just stopped after a step and disarms what the step
   // had armed. Nothing when the link failed before the registers were known; nothing is then
   // disarmed.
   std::optional<base::Stop> FinishStop();
-  void ArmStep(Calls calls);
+  // Reads the registers of a target that has come to rest and says why and where it has; PC may
+  // still have to go there. Nothing when the link failed on the way.
+  std::optional<base::Stop> ReadStop();
+  // Where the program has stopped if it was stopped by what was armed or planted: an SWI stacks the
+  // address behind itself, and one of the program's own is left there.
+  base::Address StoppedAt() const { return by_module_ ? frame_.PC : base::Low16(frame_.PC - 1); }
+  // What was armed or planted at that place; nothing where the program has stopped by itself.
+  std::optional<base::StopReason> ArmedAt(base::Address pc) const;
+  Refused ArmStep(Calls calls);
+  Refused ArmPlace(base::Address address);
+  void TakeBackPlanted();
+  // Steps off a breakpoint that stands at PC, then runs on; the timer may have to do so.
+  void LeaveBreakpoint();
+  void RunOn(bool stepped);
   // RUN, with no more of what is kept of the memory dropped than the step may change.
   void LetStepRun(Calls calls);
   isa::StepRegisters Registers() const;
-  void ArmPlace(base::Address address);
-  // Why a step or a run to an address has ended there.
-  base::StopReason ReasonOfStep(base::Address pc) const;
   void StartRunning();
+  void StartToPlace();
   void CompleteRun();
   // What the timer does once no break byte is outstanding.
   void Complete();
   // The stop of a program that has stopped by itself: completed as the timer would have done.
   base::Stop StopBesideTimer();
+  base::Stop StopAfterSelfReset(const std::string& cause, base::Address last_known_pc);
+  // Nothing is under way any more on a target that nobody reaches.
+  base::Stop LoseLink();
   // What is known when no stop can be told.
   base::Stop NoStop(base::StopReason reason) const { return {reason, frame_.PC, {}}; }
 
@@ -117,10 +145,16 @@ class RunControl {
   const symbols::DebugInfo& debug_info_;
   const base::SettingsFile& settings_;
   base::Events& events_;
+  EnterAgain enter_again_;
   bool source_view_current_ = false;
+  // What the run under way was let go for, and whether the break module ends it or planted SWIs.
+  enum class ArmedFor { Step, Place, Run } armed_for_ = ArmedFor::Run;
+  bool by_module_ = true;
+  // A break signal that the program has not answered so far.
+  bool break_requested_ = false;
   base::Address step_start_ = 0;
   isa::Instruction instruction_;
-  // The run to an address under way; nothing for a step.
+  // Where the run to an address leads that is under way or follows the step off a breakpoint.
   std::optional<base::Address> place_;
   std::optional<base::Stop> last_stop_;
   long stops_ = 0;

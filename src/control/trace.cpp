@@ -58,7 +58,12 @@ void Trace::Advance() {
     }
     if (activity_.RunMode() != Mode::Tracing || run_.LinkLost()) return;
     open_record_.emplace().instruction.address = frame_.PC;
-    run_.StepCommand(Calls::Follow);
+    if (!run_.StepCommand(Calls::Follow)) {
+      // Why is told already.
+      activity_.EndOperation();
+      open_record_.reset();
+      return WriteTraceLog();
+    }
     if (activity_.StepPending()) return;
     FinishRecord();
   }

@@ -8,6 +8,7 @@
 #include "debugger/start_up_program.h"
 #include "devices/device.h"
 #include "devices/hc08.h"
+#include "devices/reset_cause.h"
 #include "symbols/source_text.h"
 #include "symbols/symbol_file.h"
 
@@ -31,7 +32,7 @@ Debugger::Debugger(const Surroundings& surroundings)
       breakpoints(memory),
       activity(surroundings.events),
       run_control(monitor_link, memory, frame, breakpoints, activity, debug_info, settings,
-                  surroundings.events),
+                  surroundings.events, [this] { return EnterAfterSelfReset(); }),
       n_step(run_control, activity, frame, breakpoints, debug_info),
       trace(run_control, activity, frame, breakpoints, debug_info, surroundings.ui,
             TraceFilesOfImage()),
@@ -57,7 +58,7 @@ link::ConnectResult Debugger::Start(OtherCodes other_codes) {
     }
   }
   memory.UseDevice(devices::BySettingsNumber(settings.Integer(base::keys::kDevice)));
-  frame.LoadResetPC();
+  if (security.passed()) frame.LoadResetPC();
   memory.WriteBytes(kStartUpProgramAddress, kStartUpProgram);
   breakpoints.Clear();
   debug_info.tool_chain = static_cast<symbols::ToolChain>(settings.Integer(base::keys::kCompiler));
@@ -137,13 +138,24 @@ void Debugger::FollowUpReset() {
   // First, since the refresh at the end may leave a run to main of its own for the timer.
   memory.UseDevice(devices::BySettingsNumber(settings.Integer(base::keys::kDevice)));
   run_control.AbandonRunForReset();
-  frame.SP = memory.ReadStackPointer();
-  macros.RunResetMacro();
-  ChooseProgramCounter();
-  image_gone = loader.ImageIsGone();
+  if (const base::Address base = memory.ReadStackPointer(); !memory.LinkError()) {
+    frame.SP = base;
+    macros.RunResetMacro();
+    ChooseProgramCounter();
+    image_gone = loader.ImageIsGone();
+  }
   NoteLink();
-  if (frame.ReadRegisters()) run_control.Report({base::StopReason::Reset, frame.PC, {}});
+  if (!frame.ReadRegisters()) return run_control.Report({base::StopReason::LinkLost, 0, {}});
+  run_control.Report({base::StopReason::Reset, frame.PC, {}});
   run_control.RunToMainIfConfigured();
+}
+
+std::optional<std::string> Debugger::EnterAfterSelfReset() {
+  const auto status = connector.EnterAgain();
+  if (!status) return std::nullopt;
+  memory.DropAll();
+  if (frame.ReadRegisters()) ChooseProgramCounter();
+  return std::string(devices::ResetCause(*status));
 }
 
 void Debugger::ChooseProgramCounter() {
@@ -151,6 +163,8 @@ void Debugger::ChooseProgramCounter() {
   if (const auto known = start_address.AfterReset()) {
     start = *known;
   } else {
+    // A locked part hands out no vector.
+    if (!security.passed()) return;
     start = memory.ReadWord(devices::kResetVector);
     if (start == kErasedVector) return;
   }

@@ -116,6 +116,7 @@ class Debugger {
   void NoteLink();
   void FollowUpReset();
   void ChooseProgramCounter();
+  std::optional<std::string> EnterAfterSelfReset();
   control::TraceFiles TraceFilesOfImage();
   bool link_lost_ = false;  // as told last
   long refreshes_ = 0;      // that were no stop of a program

@@ -12,6 +12,9 @@ namespace brevant::devices {
 inline constexpr base::Address kConfig1 = 0x001F;
 inline constexpr std::uint8_t kCopDisable = 0x01;  // COPD
 
+// SRSR: why the MCU was reset last; cleared by reading.
+inline constexpr base::Address kResetStatus = 0xFE01;
+
 // Break module: the address it compares with, high byte first, then its status and control.
 inline constexpr base::Address kBRKH = 0xFE09;
 inline constexpr base::Address kBRKL = 0xFE0A;

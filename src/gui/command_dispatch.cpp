@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "gui/command_dispatch.h"
 
+#include "control/messages.h"
 #include "gui/main_window.h"
 #include "gui/session.h"
 
@@ -59,7 +60,17 @@ void CommandDispatch::Carry(int id) {
   if (const WindowKind* const kind = KindOpenedBy(id)) {
     context_.window.Open(*kind).setWindowTitle(kind->title_by_command);
   } else {
+    const long before = context_.session.debugger.run_control.stops();
     FindAction(id)->run(context_);
+    ExplainStopAfter(before);
+  }
+}
+
+void CommandDispatch::ExplainStopAfter(long stops) {
+  const control::RunControl& run = context_.session.debugger.run_control;
+  if (run.stops() == stops) return;
+  if (const auto message = control::StopMessage(*run.last_stop())) {
+    context_.session.ui.ShowMessage(*message);
   }
 }
 

@@ -22,6 +22,8 @@ class CommandDispatch {
   void CarryOut(const std::function<void()>& work);
   // From within a command.
   void Carry(int id);
+  // Tells what the user should know of a stop that the command has brought about.
+  void ExplainStopAfter(long stops);
 
  private:
   template <typename Work>

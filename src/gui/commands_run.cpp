@@ -23,8 +23,9 @@ void StepOver(const CommandContext& context) {
 
 void GoOrBreak(const CommandContext& context) {
   const auto stopped = context.session.debugger.run_control.GoCommand();
-  if (!stopped) return;
-  if (const auto message = control::StopMessage(stopped->reason)) {
+  if (!stopped || stopped->reason != base::StopReason::Refused) return;
+  // The program runs on, so that there is no stop which would be explained.
+  if (const auto message = control::StopMessage(*stopped)) {
     context.session.ui.ShowMessage(*message);
   }
 }

@@ -89,9 +89,9 @@ constexpr Condition kConditions[] = {
     {"BMI", [](Flags f) { return f.n; }},
     {"BMC", [](Flags f) { return !f.i; }},
     {"BMS", [](Flags f) { return f.i; }},
-    // The monitor cannot tell the level of the IRQ pin; the mask stands in for it.
-    {"BIL", [](Flags f) { return !f.i; }},
-    {"BIH", [](Flags f) { return f.i; }},
+    // The monitor cannot tell the level of the IRQ pin: high unless the host holds the line.
+    {"BIL", [](Flags) { return false; }},
+    {"BIH", [](Flags) { return true; }},
     {"BGE", [](Flags f) { return f.n == f.v; }},
     {"BLT", [](Flags f) { return f.n != f.v; }},
     {"BGT", [](Flags f) { return !f.z && f.n == f.v; }},

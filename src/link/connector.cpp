@@ -1,10 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "link/connector.h"
 
+#include <algorithm>
+#include <array>
 #include <utility>
 
 #include "base/file_names.h"
 #include "base/text_format.h"
+#include "devices/device.h"
 #include "devices/hc08.h"
 #include "link/messages.h"
 #include "link/port_map.h"
@@ -20,6 +23,10 @@ constexpr base::Address kTestAddress = 0x0100;
 constexpr std::uint32_t kTestValue = 0x5A;
 
 constexpr std::size_t kPortNameLimit = 6;
+
+// The last bytes of flash, among them the vectors that every program has.
+constexpr base::Address kLookedAtFlash = 16;
+constexpr std::uint8_t kErasedByte = 0xFF;
 
 }  // namespace
 
@@ -70,22 +77,89 @@ void Connector::ResetTarget() {
   security_.NoteReset(sent, SecurityPassed());
 }
 
+std::optional<std::uint8_t> Connector::EnterAgain() {
+  MonitorLink& link = monitor_.link();
+  link.LinkError = false;
+  link.DiscardInput();
+  // A code must not reach a monitor that would take its bytes for commands. One that waits for the
+  // code echoes this, but has no answer.
+  monitor_.ReadStackPointer();
+  if (!link.LinkError) return std::nullopt;
+  link.LinkError = false;
+  // How many of the eight it has already taken is not known; which, does not matter unless it had
+  // lost its power.
+  const SecurityCode code = security_.ToReset().value_or(kBlankSecurityCode);
+  bool entered = false;
+  for (const std::uint8_t& byte : code) {
+    link.SendEchoed(base::Bytes(&byte, 1));
+    if (link.LinkError) return std::nullopt;
+    entered = link.PollBreak() == 0;
+    if (entered) break;
+  }
+  const std::uint8_t status = entered ? monitor_.ReadByte(devices::kResetStatus) : 0;
+  if (!entered) link.LinkError = true;
+  if (link.LinkError) return std::nullopt;
+  security_.NoteReset(code, SecurityPassed());
+  return status;
+}
+
 bool Connector::SecurityPassed() {
+  sign_ = LookForSign();
+  return sign_ != SecuritySign::None;
+}
+
+SecuritySign Connector::LookForSign() {
+  const auto is_set = [](std::uint8_t status) { return (status & devices::kSecurityPassed) != 0; };
   const std::uint8_t status = monitor_.ReadByte(devices::kSecurityStatus);
-  return !monitor_.LinkError() && (status & devices::kSecurityPassed) != 0;
+  if (monitor_.LinkError()) return SecuritySign::None;
+  if (is_set(status)) return SecuritySign::Flag;
+  std::array<std::uint8_t, kLookedAtFlash> vectors{};
+  monitor_.ReadBlockBytes(vectors, base::kAddressSpace - kLookedAtFlash);
+  if (monitor_.LinkError()) return SecuritySign::None;
+  if (std::ranges::any_of(vectors, [&](std::uint8_t byte) { return byte != vectors[0]; })) {
+    return SecuritySign::Flash;
+  }
+  const devices::Device& device = devices::BySettingsNumber(settings_.Integer(kDevice));
+  const auto ram =
+      std::ranges::find(device.memory, devices::MemoryKind::Ram, &devices::MemoryRange::kind);
+  // RAM that nobody has written may hold anything: of a part that reads as locked it is no sign.
+  if (vectors[0] != kErasedByte || ram->first == devices::kSecurityStatus) {
+    return SecuritySign::None;
+  }
+  const std::uint8_t first = monitor_.ReadByte(ram->first);
+  return !monitor_.LinkError() && is_set(first) ? SecuritySign::FirstRam : SecuritySign::None;
+}
+
+std::string_view SignText(SecuritySign sign) {
+  switch (sign) {
+    case SecuritySign::None:
+      break;
+    case SecuritySign::Flag:
+      return "the flag at 0080";
+    case SecuritySign::FirstRam:
+      return "the first byte of RAM";
+    case SecuritySign::Flash:
+      return "flash reads as a program";
+  }
+  return "no sign";
+}
+
+bool Connector::Try(const SecurityCode& code) {
+  // Each try is a new connection: the pulse takes the target's power away, so that nothing which
+  // failed before it can still be believed to have happened. Only the port stays open.
+  if (!monitor_.link().PulseReset()) return false;
+  monitor_.link().LinkError = false;
+  security_.NoteConnected(code, monitor_.SendSecurityCode(code) == 0 && SecurityPassed());
+  return true;
 }
 
 std::optional<SecurityCode> Connector::TryKnownCodes() {
-  MonitorLink& link = monitor_.link();
   for (const SecurityCode& code : security_.ToTry()) {
-    // Each try is a new connection: the pulse takes the target's power away, so that nothing which
-    // failed before it can still be believed to have happened. Only the port stays open.
-    if (!link.PulseReset()) return std::nullopt;
-    link.LinkError = false;
-    security_.NoteConnected(code, monitor_.SendSecurityCode(code) == 0 && SecurityPassed());
+    if (!Try(code)) return std::nullopt;
     if (security_.passed()) return code;
   }
-  return std::nullopt;
+  const auto own = security_.ToConnect();
+  return own && Try(*own) && security_.passed() ? own : std::nullopt;
 }
 
 }  // namespace brevant::link

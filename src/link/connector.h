@@ -5,6 +5,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "base/settings_file.h"
 #include "base/user_interface.h"
@@ -20,6 +21,17 @@ enum class ConnectResult {
   NotReady,  // no zero reply to the code
 };
 
+// What shows that the target has accepted the code. The monitors of some devices keep their verdict
+// elsewhere than at $0080, and a search for a code must not shut flash that was open.
+enum class SecuritySign {
+  None,
+  Flag,      // bit 6 of $0080
+  FirstRam,  // bit 6 of the first RAM byte, and flash reads as blank
+  Flash,     // flash reads as more than one repeated byte, which a locked part never does
+};
+// "the flag at 0080"
+std::string_view SignText(SecuritySign sign);
+
 class Connector {
  public:
   // log receives the line that connecting adds to the diagnostic file.
@@ -34,21 +46,33 @@ class Connector {
   // Pulses reset, sends the keeper's code for resets and looks at the flag; the reply to the code
   // is not checked.
   void ResetTarget();
-  // Resets and tries the codes known to the keeper, each once, until the security flag is set. Each
-  // try takes 1.1 seconds of reset. Afterwards the target is as the last try left it; LinkError is
-  // set when that try got no answer.
+  // Resets and tries the codes known to the keeper, each once, until one is accepted. Each try
+  // takes 1.1 seconds of reset. If none is, the user's own code is sent once more, so that the
+  // search leaves nothing worse than it was. LinkError is set when the last try got no answer.
   std::optional<SecurityCode> TryKnownCodes();
-  // Bit 6 of $0080. False while LinkError is set.
+  // For an MCU that has reset itself and waits for its code again: enters it without taking the
+  // power away, so that RAM stays as it is. Returns the reset status register, which reading
+  // clears. Nothing when it does not wait for the code; LinkError is then set unless its monitor
+  // answers as always.
+  std::optional<std::uint8_t> EnterAgain();
+  // Looks for a sign that the target has accepted the code; see sign(). False while LinkError is
+  // set.
   bool SecurityPassed();
+  // What the last look has seen.
+  SecuritySign sign() const { return sign_; }
 
  private:
   bool OpenConfiguredPort();
+  SecuritySign LookForSign();
+  // Resets, sends the code and notes what became of it. False when the port refuses.
+  bool Try(const SecurityCode& code);
 
   Monitor& monitor_;
   base::SettingsFile& settings_;
   SecurityKeeper& security_;
   base::UserInterface& ui_;
   std::function<void(const std::string&)> log_;
+  SecuritySign sign_ = SecuritySign::None;
 };
 
 }  // namespace brevant::link

@@ -82,7 +82,9 @@ class Bench : public ::testing::Test, protected link::ConnectedTarget {
   base::EventLog events;
   base::TestUser user;
   Activity activity{events};
-  RunControl run{link, memory, frame, breakpoints, activity, debug_info, settings, events};
+  RunControl run{link,        memory,   frame,
+                 breakpoints, activity, debug_info,
+                 settings,    events,   [] { return std::nullopt; }};
 };
 
 }  // namespace brevant::control

@@ -31,7 +31,8 @@ TEST_F(RunControlTest, StepsAndRunsToAnAddressWithExactlyTheseCommands) {
   const auto step = [&] { run.StepCommand(Calls::Follow); };
   const auto run_to = [&] { run.RunToCursor(0x0153); };
   const ByteList branch{0x27, 0x04, kNOP, kNOP, kNOP, kNOP, 0x4C}, nops(8, kNOP);
-  breakpoints.AddBreakpoint(0x0151);  // stays out of all this
+  breakpoints.AddBreakpoint(0x0140);
+  Load(0x0140, ByteList{kNOP});
   for (const Row& row : {
            Row{true, branch, step, "R014F r r RFE08 w01 w52 WFE0B=80 RUN SP R00F9 r r r WFE0B=00",
                0x0152, "step"},
@@ -42,13 +43,14 @@ TEST_F(RunControlTest, StepsAndRunsToAnAddressWithExactlyTheseCommands) {
                0x0154,
                "step"},
            Row{false, branch, step,
-               "R014F r r R0156 W0156=83 W0152=83 RUN SP R00F9 r r r WFE0B=00 "
+               "R014F r r R0156 W0156=83 R0156 W0152=83 R0152 RUN SP R00F9 r r r WFE0B=00 "
                "W00FE=01 W00FF=52 R0152 W0152=9D R0156 W0156=4C",
                0x0152, "step"},
            Row{true, nops, run_to, "RFE08 w01 w53 WFE0B=80 RUN SP R00F9 r r r WFE0B=00", 0x0153,
                "place"},
            Row{false, nops, run_to,
-               "R0153 W0153=83 RUN SP R00F9 r r r WFE0B=00 W00FE=01 W00FF=53 R0153 W0153=9D",
+               "R0140 W0140=83 R0140 R0153 W0153=83 R0153 RUN SP R00F9 r r r WFE0B=00 "
+               "W00FE=01 W00FF=53 R0153 W0153=9D R0140 W0140=9D",
                0x0153, "place"},
        }) {
     UseHardware(row.hardware);
@@ -113,8 +115,8 @@ TEST_F(RunControlTest, GoStopsAtABreakpointBeforeItsInstructionAndGoesOnFromTher
     target.board().ClearHostLog();
     EXPECT_FALSE(run.GoCommand());
     EXPECT_TRUE(activity.RunningShown());
-    EXPECT_EQ(Commands(),
-              hardware ? "W00FB=60 RFE08 w01 w51 WFE0B=80 RUN" : "W00FB=60 R0151 W0151=83 RUN");
+    EXPECT_EQ(Commands(), hardware ? "W00FB=60 RFE08 w01 w51 WFE0B=80 RUN"
+                                   : "W00FB=60 R0151 W0151=83 R0151 RUN");
     TickUntilIdle();
     EXPECT_EQ(Commands(), hardware ? "WFE0B=00 SP R00F9 r r r"
                                    : "WFE0B=00 R0151 W0151=4C SP R00F9 r r r W00FE=01 W00FF=51");
@@ -141,10 +143,122 @@ TEST_F(RunControlTest, TellsAnSwiOfTheProgramItselfAndLeavesThePcBehindIt) {
     run.RunToAddress(0x0160);
     EXPECT_EQ(events.TakeReasons(), "swi swi");
   }
+  for (const bool hardware : {true, false}) {
+    UseHardware(hardware);
+    SetPC(0x0151);
+    run.StepCommand(Calls::Follow);
+    EXPECT_EQ(events.TakeReasons(), "swi");
+    EXPECT_EQ(frame.PC, 0x0152u) << "or nobody could step past it";
+  }
+}
+
+TEST_F(RunControlTest, ABreakOnAnOperandIsNotTakenForAnSwi) {
+  Program(0x0150, {kNOP, 0xA6, 0x12, kNOP});
+  run.RunToAddress(0x0152);
+  EXPECT_EQ(frame.PC, 0x0153u);
+  ASSERT_EQ(events.stops.size(), 1u);
+  EXPECT_EQ(events.stops[0].detail, "0152 is inside an instruction");
+  EXPECT_EQ(events.TakeReasons(), "place");
+}
+
+TEST_F(RunControlTest, StepsABranchToItselfInBothModes) {
+  for (const bool hardware : {true, false}) {
+    UseHardware(hardware);
+    Program(0x0150, {0x4B, 0xFE, kNOP});  // DBNZA *
+    frame.WriteA(2);
+    run.StepCommand(Calls::Follow);
+    EXPECT_EQ(frame.PC, 0x0150u);
+    EXPECT_EQ(frame.A, 1u);
+    run.StepCommand(Calls::Follow);
+    EXPECT_EQ(frame.PC, 0x0152u);
+    EXPECT_EQ(events.TakeReasons(), "step step");
+  }
+}
+
+TEST_F(RunControlTest, RefusesToRunWhereNoSwiCanStand) {
+  UseHardware(false);
+  Load(0x8000, ByteList{kNOP, kNOP, 0x20, 0xFD});
+  const auto refuses = [&](const std::function<void()>& act) {
+    target.board().ClearHostLog();
+    events.stops.clear();
+    act();
+    EXPECT_EQ(Commands().find("RUN"), std::string::npos);
+    ASSERT_EQ(events.stops.size(), 1u);
+    EXPECT_EQ(events.stops[0].reason, base::StopReason::NotStarted);
+    EXPECT_THAT(events.stops[0].detail, ::testing::HasSubstr("8001"));
+    EXPECT_FALSE(activity.Busy() || breakpoints.StepPlanted());
+  };
+  SetPC(0x8000);
+  refuses([&] { EXPECT_FALSE(run.StepCommand(Calls::Follow)); });
+  Program(0x0150, {kNOP, kNOP, kNOP});
+  refuses([&] { run.RunToAddress(0x8001); });
+  breakpoints.AddBreakpoint(0x0152);
+  breakpoints.AddBreakpoint(0x8001);
+  refuses([&] { run.Go(); });
+  EXPECT_EQ(Peek(0x0152), kNOP);
+  EXPECT_FALSE(breakpoints.TakesSwi(0x8001));
+}
+
+TEST_F(RunControlTest, TheUsersBreakpointsCountOnTheWayToAPlaceWhereTheyCan) {
+  breakpoints.AddBreakpoint(0x0152);
+  UseHardware(false);
+  Program(0x0150, ByteList(8, kNOP));
+  EXPECT_FALSE(run.SuspendedBy(0x0154));
+  run.RunToAddress(0x0154);
+  EXPECT_EQ(frame.PC, 0x0152u);
+  run.RunToAddress(0x0153);  // off the breakpoint and there at once
+  EXPECT_EQ(frame.PC, 0x0153u);
+  SetPC(0x0150);
+  run.RunToAddress(0x0152);
+  EXPECT_EQ(events.TakeReasons(), "breakpoint place place");
+  EXPECT_EQ(Peek(0x0152), kNOP);
   UseHardware(true);
-  SetPC(0x0151);
+  EXPECT_EQ(run.SuspendedBy(0x0154), 0x0152u);
+  EXPECT_FALSE(run.SuspendedBy(0x0152));
+}
+
+TEST_F(RunControlTest, ABreakpointTakenAwayWhileRunningLeavesItsCodeByte) {
+  UseHardware(false);
+  breakpoints.AddBreakpoint(0x0160);
+  Load(0x0160, ByteList{kNOP, kNOP});
+  PointIrqVectorToMonitor();
+  RunEndlessLoop();
+  breakpoints.RemoveBreakpoint(0x0160);
+  breakpoints.AddBreakpoint(0x0161);
+  EXPECT_EQ(run.Stop().reason, base::StopReason::UserBreak);
+  EXPECT_EQ(Peek(0x0160), kNOP);
+  EXPECT_EQ(Peek(0x0161), kNOP);
+}
+
+TEST_F(RunControlTest, ABreakSignalThatIsTakenLateStopsTheProgramThen) {
+  PointIrqVectorToMonitor();
+  breakpoints.AddBreakpoint(0x0170);
+  Load(0x0170, ByteList{kNOP});
+  for (const bool hardware : {true, false}) {
+    UseHardware(hardware);
+    // SEI; LDHX #0; AIX #1; eight NOP; CPHX #$FFFF; BNE: 0.4 s; CLI; BRA *
+    Program(0x0150, {0x9B, 0x45, 0,    0,    0xAF, 1,    kNOP, kNOP, kNOP, kNOP, kNOP,
+                     kNOP, kNOP, kNOP, 0x65, 0xFF, 0xFF, 0x26, 0xF1, 0x9A, 0x20, 0xFE});
+    run.Go();
+    Tick(2);
+    EXPECT_EQ(run.Stop().reason, base::StopReason::Refused);
+    TickUntilIdle();
+    EXPECT_EQ(events.TakeReasons(), "break");
+    EXPECT_EQ(frame.PC, 0x0164u);
+    EXPECT_EQ(frame.ProgramSP(), 0x00FFu);
+    EXPECT_EQ(Peek(0x0170), kNOP);
+  }
+}
+
+TEST_F(RunControlTest, APortThatIsGoneEndsTheRun) {
+  RunEndlessLoop();
+  Tick(2);
+  target.Close();
+  Tick();
+  EXPECT_TRUE(link.LinkError);
+  EXPECT_FALSE(activity.Busy());
   run.StepCommand(Calls::Follow);
-  EXPECT_EQ(events.TakeReasons(), "swi");
+  EXPECT_EQ(events.TakeReasons(), "link-lost link-lost");
 }
 
 TEST_F(RunControlTest, GoesOnWhenTheStepOffABreakpointComesBackLate) {
@@ -172,7 +286,7 @@ TEST_F(RunControlTest, StopRebuildsTheFrameOfTheInterruptedProgram) {
     Tick(3);
     target.board().ClearHostLog();
     EXPECT_EQ(run.GoCommand()->reason, base::StopReason::UserBreak);
-    EXPECT_THAT(Commands(), ::testing::StartsWith("WFE0B=00 SP R00F5 R00FB r r R007F r r r "
+    EXPECT_THAT(Commands(), ::testing::StartsWith("WFE0B=00 SP R00F5 r r r r r R007F r r r "
                                                   "R007F w45 w01 w00 w94 w83 W00F9=00 W00FA=80 "
                                                   "RUN R007F"));
     EXPECT_EQ(Peek(0x0170), kNOP);
@@ -194,7 +308,7 @@ TEST_F(RunControlTest, AnUnansweredStopLeavesEverythingAsItWas) {
   RunEndlessLoop();
   Tick(2);
   EXPECT_EQ(run.Stop().reason, base::StopReason::Refused);
-  EXPECT_TRUE(StopMessage(base::StopReason::Refused));
+  EXPECT_TRUE(StopMessage({base::StopReason::Refused, 0, {}}));
   Tick(5);
   EXPECT_EQ(activity.RunMode(), Mode::Running);
   EXPECT_TRUE(activity.WaitingForBreak() && activity.RunningShown() && target.board().running());

@@ -72,6 +72,33 @@ TEST(Debugger, AResetTakesARunningTargetBack) {
   EXPECT_FALSE(debugger.monitor.LinkError());
 }
 
+// An illegal opcode: the monitor waits for its code again and sends nothing. That is no lost cable,
+// and RAM holds what it held.
+TEST(Debugger, AnMcuThatHasResetItselfIsEnteredAgain) {
+  for (const bool hardware : {true, false}) {
+    Bench bench;
+    Debugger& debugger = bench.debugger;
+    ASSERT_EQ(debugger.Start(), link::ConnectResult::Connected);
+    debugger.breakpoints.SetBreakMode(hardware ? control::BreakMode::Hardware
+                                               : control::BreakMode::Software);
+    debugger.breakpoints.AddBreakpoint(0x0096);
+    bench.target.board().Load(0x0090, std::vector<std::uint8_t>{0x9D, 0x9D, 0x32, 0, 0, 0, 0x9D});
+    debugger.memory.DropAll();
+    debugger.frame.SetPC(0x0090);
+    debugger.run_control.Go();
+    debugger.Tick();
+    const base::Stop stop = debugger.run_control.Stop();
+    EXPECT_EQ(stop.reason, base::StopReason::McuReset);
+    EXPECT_EQ(stop.detail, "illegal opcode, last known PC 0090");
+    EXPECT_FALSE(debugger.Busy() || debugger.monitor.LinkError());
+    EXPECT_TRUE(debugger.security.passed());
+    EXPECT_EQ(debugger.monitor.ReadByte(0x0096), 0x9D);
+    debugger.frame.SetPC(0x0090);
+    debugger.run_control.StepCommand(control::Calls::Follow);
+    EXPECT_EQ(debugger.frame.PC, 0x0091u);
+  }
+}
+
 // The code in flash changes with every erase and every programmed vector; a reset that sent the old
 // one would lock the user out of the flash.
 TEST(Debugger, ResetsSendTheCodeThatFlashHoldsNow) {
@@ -106,8 +133,8 @@ TEST(Debugger, TryingCodesDoesNotCostTheLink) {
   Bench bench;
   bench.target.board().Load(0xFFF6, std::vector<std::uint8_t>(8, 0x22));
   bench.settings.Override(base::keys::kRecentSecurity, "0011223344556677", 0);
-  // Connecting sends 18 bytes, each try 11: the code and the read of the flag.
-  constexpr std::uint64_t kInTheThirdTry = 18 + 2 * 11 + 1;
+  // Connecting sends 29 bytes, each try 22: the code and a look at the flag and at flash.
+  constexpr std::uint64_t kInTheThirdTry = 29 + 2 * 22 + 1;
   bench.target.SetFaultPlan({{simulator::FaultKind::DropMonitorEcho, kInTheThirdTry}});
   EXPECT_EQ(bench.debugger.Start(OtherCodes::Try), link::ConnectResult::SecurityNotPassed);
   EXPECT_FALSE(bench.debugger.monitor.LinkError());

@@ -36,7 +36,7 @@ class StepBench {
                  .ccr = Any() | 0x60u};
     before = few ? few_values_ : any_values_;
     for (base::Address i = 0; i < 4; ++i) before.Poke(instruction.address + i, code[i]);
-    before.SetIrqLow((registers.ccr & 0x08) == 0);  // as the mask stands in for the pin
+    before.SetIrqLow(false);  // as nobody holds the line
   }
   void Execute() {
     cpu = {};
