@@ -3,6 +3,8 @@
 // prints or opens a window.
 #pragma once
 
+#include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -31,6 +33,12 @@ class UserInterface {
 
   // Shows the message and waits for the answer.
   virtual Answer ShowMessage(const Message& message) = 0;
+  // The same, and offers what could be done instead, a button each. The number of the one that was
+  // chosen; nothing when the message was only read, as by whoever offers no such choice.
+  virtual std::optional<std::size_t> Offer(const Message& message, std::span<const char* const>) {
+    ShowMessage(message);
+    return std::nullopt;
+  }
   // Rejected input.
   virtual void Beep() = 0;
   // The main window's title; the console shows it as a status line on a terminal.

@@ -16,14 +16,16 @@ constexpr int kTickMs = 10;
 
 bool Application::Start() {
   const Options& options = session_.options;
-  if (!options.connect &&
-      !AskForConnection(nullptr, session_.settings, session_.debugger.security, session_.ui,
-                        link::FindSerialDevices(), options.version)) {
-    return false;
-  }
+  const auto ask = [&](Leaving leaving) {
+    return AskForConnection(nullptr, session_.settings, session_.debugger.security, session_.ui,
+                            link::FindSerialDevices(), options.version, leaving);
+  };
+  if (!options.connect && !ask(Leaving::ByOk)) return false;
   window_ = std::make_unique<MainWindow>(session_);
   RestoreLayout(*window_, session_.settings);
-  if (!session_.Connect()) return false;
+  while (!session_.Connect()) {
+    if (!ask(Leaving::ByQuitToo)) return false;
+  }
   window_->show();
   window_->Refresh();
   if (!session_.notice().empty()) window_->status().ShowNotice(session_.notice());

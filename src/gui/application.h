@@ -15,8 +15,9 @@ class Application {
   // A QApplication must exist.
   explicit Application(const Options& options) : session_(options) {}
 
-  // Connects, opens the windows, starts the timer and loads the image of the options. False when
-  // the program is to end: the connect dialog was closed or connecting failed.
+  // Connects, opens the windows, starts the timer and loads the image of the options. Where
+  // connecting fails, the connect dialog comes back. False when the program is to end: the dialog
+  // was closed.
   bool Start();
 
   Session& session() { return session_; }

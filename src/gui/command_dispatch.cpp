@@ -34,6 +34,8 @@ void CommandDispatch::Enter(const Work& work) {
   const bool entered = context_.session.gate.Run([&] {
     context_.window.status().BeginCommand();
     work();
+    const std::string problem = context_.session.debugger.macros.TakeProblem();
+    if (!problem.empty()) context_.window.status().ShowNotice(problem);
     context_.window.UpdateViews();
   });
   if (entered) context_.window.Refresh();

@@ -2,6 +2,7 @@
 #include "gui/connect_dialog.h"
 
 #include <QCheckBox>
+#include <QClipboard>
 #include <QComboBox>
 #include <QDialog>
 #include <QGridLayout>
@@ -28,7 +29,7 @@ class ConnectDialog final : public QDialog {
  public:
   ConnectDialog(QWidget* parent, base::SettingsFile& settings, link::SecurityKeeper& security,
                 base::UserInterface& ui, const std::vector<link::SerialDevice>& found,
-                const std::string& version);
+                const std::string& version, Leaving leaving);
 
  protected:
   // "Ok" is the way out, and only when it is meant.
@@ -41,6 +42,9 @@ class ConnectDialog final : public QDialog {
  private:
   void AddHeading(QGridLayout* layout, const std::string& version);
   void AddFields(QGridLayout* layout);
+  void AddButtons(QGridLayout* layout, Leaving leaving);
+  void ChooseDevice(const QString& text);
+  void TakeCodeText(QLineEdit& field, const QString& text);
   void ShowForm();
   void ShowCode();
   void ShowDevicesBehindPort();
@@ -64,7 +68,7 @@ class ConnectDialog final : public QDialog {
 ConnectDialog::ConnectDialog(QWidget* parent, base::SettingsFile& settings,
                              link::SecurityKeeper& security, base::UserInterface& ui,
                              const std::vector<link::SerialDevice>& found,
-                             const std::string& version)
+                             const std::string& version, Leaving leaving)
     : QDialog(parent, Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint),
       settings_(settings),
       security_(security),
@@ -76,17 +80,21 @@ ConnectDialog::ConnectDialog(QWidget* parent, base::SettingsFile& settings,
   auto* const layout = new QGridLayout(this);
   AddHeading(layout, version);
   AddFields(layout);
+  AddButtons(layout, leaving);
   ShowForm();
   connect(select_, &QComboBox::activated, this, [this] {
     link::SelectRecentCode(form_, security_, select_->currentIndex());
     ShowCode();
   });
   connect(port_, &QLineEdit::textChanged, this, [this] { ShowDevicesBehindPort(); });
-  connect(behind_port_, &QComboBox::activated, this, [this](int index) {
-    link::PortChoice* const choice = form_.FindPort(Bytes(port_->text()));
-    if (choice == nullptr) return;
-    *choice = {device_choices_[static_cast<std::size_t>(index)].device, true};
-  });
+  connect(behind_port_, &QComboBox::activated, this,
+          [this](int index) { ChooseDevice(behind_port_->itemText(index)); });
+  connect(behind_port_->lineEdit(), &QLineEdit::textEdited, this,
+          [this](const QString& text) { ChooseDevice(text); });
+  for (QLineEdit* const field : code_) {
+    connect(field, &QLineEdit::textEdited, this,
+            [this, field](const QString& text) { TakeCodeText(*field, text); });
+  }
 }
 
 void ConnectDialog::AddHeading(QGridLayout* layout, const std::string& version) {
@@ -107,16 +115,26 @@ void ConnectDialog::AddFields(QGridLayout* layout) {
   };
   devices_->setObjectName("devices");
   for (const devices::Device& device : devices::All()) devices_->addItem(Text(device.name));
+  devices_->setToolTip("The microcontroller on the board.");
   label(1, "&Devices", devices_);
   layout->addWidget(devices_, 1, 1, 1, 2);
 
   port_->setObjectName("port");
+  port_->setToolTip("COM1 to COM4. Below is chosen what each is wired to.");
   label(2, "COM &port", port_);
   layout->addWidget(port_, 2, 1);
   verify_->setObjectName("verifySecurity");
+  verify_->setToolTip(
+      "Send the security code after each reset.\nWithout it RAM can be used, but flash not be "
+      "read.");
   layout->addWidget(verify_, 2, 2);
 
   behind_port_->setObjectName("deviceBehindPort");
+  behind_port_->setEditable(true);
+  behind_port_->setInsertPolicy(QComboBox::NoInsert);
+  behind_port_->setCompleter(nullptr);
+  behind_port_->setToolTip(
+      "The serial device behind the port. Choose one, or type or paste the path of another.");
   behind_port_->setMinimumContentsLength(34);
   behind_port_->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
   label(3, "&Wired to", behind_port_);
@@ -127,7 +145,9 @@ void ConnectDialog::AddFields(QGridLayout* layout) {
     code_[i] = new QLineEdit;
     code_[i]->setObjectName(QString("code%1").arg(i));
     code_[i]->setAccessibleName(QString("Security byte %1").arg(i));
-    code_[i]->setMaxLength(link::kCodeFieldLimit);
+    code_[i]->setToolTip(
+        "The eight bytes that stand in the part's flash from FFF6 on.\n"
+        "All 16 digits can be pasted into any of the fields.");
     code_[i]->setFixedWidth(code_[i]->fontMetrics().horizontalAdvance("0000"));
     bytes->addWidget(code_[i]);
   }
@@ -136,14 +156,43 @@ void ConnectDialog::AddFields(QGridLayout* layout) {
   layout->addLayout(bytes, 4, 1, 1, 2);
 
   select_->setObjectName("select");
+  select_->setToolTip("The security codes that were used last.");
   label(5, "&Select", select_);
   layout->addWidget(select_, 5, 1, 1, 2);
+}
 
-  auto* const ok = new QPushButton("Ok");
-  ok->setObjectName("ok");
-  ok->setAutoDefault(false);
-  connect(ok, &QPushButton::clicked, this, [this] { Accept(); });
-  layout->addWidget(ok, 6, 0, 1, 3, Qt::AlignHCenter);
+void ConnectDialog::AddButtons(QGridLayout* layout, Leaving leaving) {
+  auto* const buttons = new QHBoxLayout;
+  const auto add = [buttons](const char* text, const char* name) {
+    auto* const button = new QPushButton(text);
+    button->setObjectName(name);
+    button->setAutoDefault(false);
+    buttons->addWidget(button);
+    return button;
+  };
+  connect(add("Ok", "ok"), &QPushButton::clicked, this, [this] { Accept(); });
+  if (leaving == Leaving::ByQuitToo) {
+    connect(add("Quit", "quit"), &QPushButton::clicked, this, &QDialog::reject);
+  }
+  layout->addLayout(buttons, 6, 0, 1, 3, Qt::AlignHCenter);
+}
+
+void ConnectDialog::ChooseDevice(const QString& text) {
+  link::PortChoice* const choice = form_.FindPort(Bytes(port_->text()));
+  if (choice != nullptr) *choice = {link::DeviceOfText(Bytes(text), device_choices_), true};
+}
+
+// What is longer than its field is a whole code or was typed too far.
+void ConnectDialog::TakeCodeText(QLineEdit& field, const QString& text) {
+  if (text.size() <= link::kCodeFieldLimit) return;
+  // A field that held something already has that around what was pasted.
+  const QString pasted = QGuiApplication::clipboard()->text();
+  if (link::PasteCode(form_, Bytes(text)) ||
+      (text.contains(pasted) && link::PasteCode(form_, Bytes(pasted)))) {
+    ShowCode();
+  } else {
+    field.setText(text.left(link::kCodeFieldLimit));
+  }
 }
 
 void ConnectDialog::ShowForm() {
@@ -172,8 +221,10 @@ void ConnectDialog::ShowDevicesBehindPort() {
     if (offered.device == choice->device) current = behind_port_->count();
     behind_port_->addItem(Text(offered.text));
   }
-  behind_port_->setPlaceholderText("nothing chosen");
+  behind_port_->lineEdit()->setPlaceholderText("nothing chosen");
   behind_port_->setCurrentIndex(current);
+  // A long description shows its beginning.
+  behind_port_->lineEdit()->setCursorPosition(0);
 }
 
 void ConnectDialog::ReadFields() {
@@ -196,8 +247,8 @@ void ConnectDialog::Accept() {
 
 bool AskForConnection(QWidget* parent, base::SettingsFile& settings, link::SecurityKeeper& security,
                       base::UserInterface& ui, const std::vector<link::SerialDevice>& found,
-                      const std::string& version) {
-  ConnectDialog dialog(parent, settings, security, ui, found, version);
+                      const std::string& version, Leaving leaving) {
+  ConnectDialog dialog(parent, settings, security, ui, found, version, leaving);
   dialog.adjustSize();
   const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
   dialog.move(screen.center() - dialog.rect().center());

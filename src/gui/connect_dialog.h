@@ -15,10 +15,15 @@ class QWidget;
 
 namespace brevant::gui {
 
-// True once "Ok" has been accepted and the settings are stored. False only when the window system
-// closed the dialog: it has no button for that.
+enum class Leaving {
+  ByOk,       // the only button
+  ByQuitToo,  // after an attempt that has failed
+};
+
+// True once "Ok" has been accepted and the settings are stored. False when the user or the window
+// system closed the dialog.
 bool AskForConnection(QWidget* parent, base::SettingsFile& settings, link::SecurityKeeper& security,
                       base::UserInterface& ui, const std::vector<link::SerialDevice>& found,
-                      const std::string& version);
+                      const std::string& version, Leaving leaving = Leaving::ByOk);
 
 }  // namespace brevant::gui

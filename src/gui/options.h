@@ -18,6 +18,9 @@ struct Options {
   simulator::Pace pace = simulator::Pace::Bus;  // of the simulated target
 };
 
+// Qt's own options ("-style fusion", "-stylesheet FILE", "-platform NAME" ...) are for QApplication
+// and are passed over.
+//
 // Options, or the status to leave with: help and version have been printed to standard output then,
 // usage errors to standard error.
 struct ParsedOptions {

@@ -3,6 +3,9 @@
 
 #include <QApplication>
 #include <QMessageBox>
+#include <QPushButton>
+#include <algorithm>
+#include <vector>
 
 namespace brevant::gui {
 namespace {
@@ -48,6 +51,24 @@ base::Answer AnswerOf(int button, base::Buttons offered) {
   }
 }
 
+class MessageBox final : public QMessageBox {
+ public:
+  MessageBox(const base::Message& message, QWidget* parent)
+      : QMessageBox(IconOf(message.icon), Text(message.caption), Text(message.text),
+                    ButtonsOf(message.buttons), parent) {
+    setObjectName("message");
+    setTextFormat(Qt::PlainText);
+  }
+  // The standard button that it was left with.
+  int Ask() {
+    const bool busy = QApplication::overrideCursor() != nullptr;
+    if (busy) QApplication::setOverrideCursor(Qt::ArrowCursor);
+    const int button = exec();
+    if (busy) QApplication::restoreOverrideCursor();
+    return button;
+  }
+};
+
 }  // namespace
 
 QString Text(std::string_view text) {
@@ -63,15 +84,22 @@ QWidget* QtUserInterface::parent() const {
 }
 
 base::Answer QtUserInterface::ShowMessage(const base::Message& message) {
-  QMessageBox box(IconOf(message.icon), Text(message.caption), Text(message.text),
-                  ButtonsOf(message.buttons), parent());
-  box.setObjectName("message");
-  box.setTextFormat(Qt::PlainText);
-  const bool busy = QApplication::overrideCursor() != nullptr;
-  if (busy) QApplication::setOverrideCursor(Qt::ArrowCursor);
-  const int button = box.exec();
-  if (busy) QApplication::restoreOverrideCursor();
-  return AnswerOf(button, message.buttons);
+  MessageBox box(message, parent());
+  return AnswerOf(box.Ask(), message.buttons);
+}
+
+std::optional<std::size_t> QtUserInterface::Offer(const base::Message& message,
+                                                  std::span<const char* const> buttons) {
+  MessageBox box(message, parent());
+  std::vector<QAbstractButton*> offers;
+  for (const char* const text : buttons) {
+    offers.push_back(box.addButton(text, QMessageBox::ActionRole));
+    offers.back()->setObjectName(QString("offer%1").arg(offers.size()));
+  }
+  box.Ask();
+  const auto chosen = std::ranges::find(offers, box.clickedButton());
+  if (chosen == offers.end()) return std::nullopt;
+  return static_cast<std::size_t>(chosen - offers.begin());
 }
 
 void QtUserInterface::Beep() {

@@ -22,6 +22,8 @@ class QtUserInterface final : public base::UserInterface {
   void ShowWaiting(std::string_view title, std::string_view text);
 
   base::Answer ShowMessage(const base::Message& message) override;
+  std::optional<std::size_t> Offer(const base::Message& message,
+                                   std::span<const char* const> buttons) override;
   void Beep() override;
   void SetTitle(std::string_view title) override;
   void BeginProgress(std::string_view title, std::string_view text, bool can_cancel) override;

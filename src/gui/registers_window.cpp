@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "gui/registers_window.h"
 
+#include <QHelpEvent>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QToolTip>
 
 #include "base/text_number.h"
 #include "gui/edit_dialogs.h"
@@ -81,6 +83,14 @@ void RegistersWindow::mouseDoubleClickEvent(QMouseEvent* event) {
     Select(*under);
   }
   OpenEditor();
+}
+
+bool RegistersWindow::viewportEvent(QEvent* event) {
+  if (event->type() != QEvent::ToolTip) return TextView::viewportEvent(event);
+  const auto* const help = static_cast<QHelpEvent*>(event);
+  const auto under = cells_.CellAt(help->pos().x(), help->pos().y(), cell().width, cell().height);
+  QToolTip::showText(help->globalPos(), under ? Text(cells_.Explain(*under)) : QString(), this);
+  return true;
 }
 
 void RegistersWindow::keyPressEvent(QKeyEvent* event) {

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "gui/session.h"
 
+#include <filesystem>
+
 #include "base/files.h"
 #include "devices/device.h"
 
@@ -14,6 +16,16 @@ constexpr const char* kDiagnosticFile = "vell";
 // Often enough for the eye; the rest of the time is the wire's.
 constexpr std::chrono::milliseconds kRepaintEvery{50};
 constexpr std::string_view kWholeAddressSpace = "FFFF";
+constexpr int kChecked = 8;  // of a menu item
+
+// At the very first start: the flash is within sight, and windows are found again where they were.
+void BeginSettings(base::SettingsFile& settings) {
+  base::SettingsFile::Change change;
+  change.Store(keys::kProgramRange, kWholeAddressSpace);
+  change.Store(keys::kSaveOnExit, long{kChecked});
+  if (settings.Apply(change)) return;
+  settings.Override(keys::kProgramRange, kWholeAddressSpace);
+}
 
 }  // namespace
 
@@ -30,13 +42,10 @@ Session::Session(const Options& given)
                 .start_up_directory = base::WorkingDirectory(),
                 .log = [this](const std::string& line) { diagnostics_ << line << std::flush; }}),
       program_views(views, {debugger.memory, debugger.debug_info, debugger.frame,
-                            debugger.breakpoints, debugger.activity, ui}),
+                            debugger.breakpoints, debugger.activity, settings, ui}),
       registers(views, debugger.frame, ui) {
   frontend::UseForThisRun({.port = options.port}, settings);
-  // Until the user has chosen a range, the flash is within sight.
-  if (!settings.Has(keys::kProgramRange.section, keys::kProgramRange.key)) {
-    settings.Override(keys::kProgramRange, kWholeAddressSpace);
-  }
+  if (!std::filesystem::exists(settings.path())) BeginSettings(settings);
   program_views.ReadRange(settings);
   SetDataSettings(views::ReadDataSettings(settings));
   recent_files.Read(settings);

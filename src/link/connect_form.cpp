@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "link/connect_form.h"
 
+#include <cctype>
+
 #include "base/file_names.h"
 #include "base/text_format.h"
 #include "base/text_number.h"
@@ -73,6 +75,22 @@ void SelectRecentCode(ConnectForm& form, const SecurityKeeper& security, int n) 
   for (std::size_t i = 0; i < code.size(); ++i) {
     form.code_fields[i] = base::Format("%02X", code[i]);
   }
+}
+
+bool PasteCode(ConnectForm& form, std::string_view text) {
+  std::string digits;
+  for (const char c : text) {
+    if (base::IsHexDigit(c)) {
+      digits += c;
+    } else if (std::isalnum(static_cast<unsigned char>(c)) != 0) {
+      return false;
+    }
+  }
+  if (digits.size() != 2 * form.code_fields.size()) return false;
+  for (std::size_t i = 0; i < form.code_fields.size(); ++i) {
+    form.code_fields[i] = base::UpperCase(digits.substr(2 * i, 2));
+  }
+  return true;
 }
 
 std::optional<base::Message> CommitConnectForm(const ConnectForm& form,

@@ -41,6 +41,9 @@ struct ConnectForm {
 // The form as the dialog opens with it.
 ConnectForm OpenConnectForm(const base::SettingsFile& settings, const SecurityKeeper& security,
                             const std::vector<SerialDevice>& found = {});
+// Fills the code fields from 16 hexadecimal digits with anything that is no letter or digit between
+// them. False, and nothing is changed, for other text.
+bool PasteCode(ConnectForm& form, std::string_view text);
 // Fills the code fields from entry n of the recent codes, each byte C3 when it does not parse.
 void SelectRecentCode(ConnectForm& form, const SecurityKeeper& security, int n);
 // "Ok": stores everything and returns nothing, or returns the message to show while the dialog

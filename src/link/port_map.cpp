@@ -2,6 +2,7 @@
 #include "link/port_map.h"
 
 #include <algorithm>
+#include <filesystem>
 
 namespace brevant::link {
 
@@ -51,7 +52,12 @@ bool StoreDeviceBehind(std::string_view port, std::string_view device,
 std::string DescribeDevice(std::string_view device, const std::vector<SerialDevice>& found) {
   if (device == kSimulator) return "simulated target (no hardware needed)";
   const SerialDevice* known = FindDevice(found, device);
-  if (known == nullptr) return std::string(device) + " - not found at present";
+  if (known == nullptr) {
+    // Pseudo-terminals and the like are no adapters that could be listed.
+    std::error_code ignored;
+    const bool there = std::filesystem::is_character_file(std::string(device), ignored);
+    return std::string(device) + (there ? "" : " - not found at present");
+  }
   std::string text = known->path;
   if (!known->description.empty()) text += " - " + known->description;
   const std::string serial =
@@ -59,6 +65,13 @@ std::string DescribeDevice(std::string_view device, const std::vector<SerialDevi
   const std::string maker = JoinParts(known->manufacturer, serial);
   if (!maker.empty()) text += " (" + maker + ")";
   return text;
+}
+
+std::string DeviceOfText(std::string_view text, const std::vector<DeviceChoice>& choices) {
+  const auto listed = std::ranges::find(choices, text, &DeviceChoice::text);
+  if (listed != choices.end()) return listed->device;
+  text.remove_prefix(std::min(text.find_first_not_of(" \t"), text.size()));
+  return std::string(text.substr(0, text.find_last_not_of(" \t\r\n") + 1));
 }
 
 std::vector<DeviceChoice> ListDeviceChoices(const std::vector<SerialDevice>& found,

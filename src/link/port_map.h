@@ -47,4 +47,8 @@ std::string DescribeDevice(std::string_view device, const std::vector<SerialDevi
 std::vector<DeviceChoice> ListDeviceChoices(const std::vector<SerialDevice>& found,
                                             std::string_view current = {});
 
+// What a user has typed, pasted or chosen in that list: the device of one of its lines, else the
+// text itself without the blanks around it.
+std::string DeviceOfText(std::string_view text, const std::vector<DeviceChoice>& choices);
+
 }  // namespace brevant::link

@@ -7,7 +7,8 @@
 
 #include "base/file_names.h"
 #include "base/files.h"
-#include "load/macro_script.h"
+#include "base/normalised_text.h"
+#include "base/text_format.h"
 #include "load/messages.h"
 
 namespace brevant::load {
@@ -40,32 +41,39 @@ bool MacroRunner::RunMacroFile(std::string& name) {
   if (name.empty()) name = base::JoinPath(base::WorkingDirectory(), kDefaultMacro);
   const base::FileText file = base::ReadFile(name);
   if (!file.ok()) {
+    problem_ = name + " cannot be read: " + file.error;
     ui_.ShowMessage(ToMessage(messages::kMacroNotFound));
     return false;
   }
+  problem_.clear();
   std::string_view text = file.text;
-  while (!text.empty()) {
+  for (int number = 1; !text.empty(); ++number) {
     const std::size_t end = std::min(text.find('\n'), text.size());
-    Carry(text.substr(0, end));
+    const std::string_view line = text.substr(0, end);
+    if (const auto command = ParseMacroLine(line)) {
+      Carry(*command);
+    } else if (const std::string said = base::NormaliseText(line);
+               !said.empty() && problem_.empty()) {
+      problem_ = base::Format("%s, line %d was passed over: \"%s\" is no macro command.", name,
+                              number, said);
+    }
     text.remove_prefix(std::min(end + 1, text.size()));
   }
   return true;
 }
 
-void MacroRunner::Carry(std::string_view line) {
-  const auto command = ParseMacroLine(line);
-  if (!command) return;
-  switch (command->action) {
+void MacroRunner::Carry(const MacroCommand& command) {
+  switch (command.action) {
     case MacroAction::SetPc:
-      frame_.SetPC(command->address);
+      frame_.SetPC(command.address);
       start_.PcFromMacro = true;
-      start_.MacroPc = command->address;
+      start_.MacroPc = command.address;
       break;
     case MacroAction::WriteByte:
-      memory_.WriteByte(command->address, command->value);
+      memory_.WriteByte(command.address, command.value);
       break;
     case MacroAction::WriteWord:
-      memory_.WriteWord(command->address, command->value);
+      memory_.WriteWord(command.address, command.value);
       break;
   }
 }

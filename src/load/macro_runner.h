@@ -9,6 +9,7 @@
 #include "base/settings_file.h"
 #include "base/user_interface.h"
 #include "control/register_frame.h"
+#include "load/macro_script.h"
 #include "load/start_address.h"
 #include "memory/memory.h"
 
@@ -34,12 +35,15 @@ class MacroRunner {
   // The same on demand: a file that ran is remembered for LastMacroFile.
   bool RunOnDemand(std::string name);
   std::string LastMacroFile() const;
+  // What was wrong with the file run last, with its name and line; empty from the second call on
+  // and when nothing was. Lines that are no commands are passed over.
+  std::string TakeProblem() { return std::exchange(problem_, {}); }
   // The macros of the settings, each when it is enabled.
   void RunBeforeLoadMacro();
   void RunResetMacro();
 
  private:
-  void Carry(std::string_view line);
+  void Carry(const MacroCommand& command);
 
   memory::Memory& memory_;
   control::RegisterFrame& frame_;
@@ -47,6 +51,7 @@ class MacroRunner {
   base::SettingsFile& settings_;
   base::UserInterface& ui_;
   std::string start_up_directory_;
+  std::string problem_;
 };
 
 }  // namespace brevant::load

@@ -25,8 +25,14 @@ inline constexpr base::MessageText kLocationNotTaken{
     "have bits of their own.",
     base::captions::kInformation, base::Icon::Information};
 
+inline constexpr base::MessageText kNoSoftwareBreakpoint{
+    "breakpoint.no-software", base::Severity::Error,
+    "The memory at %04x does not take the SWI of a software breakpoint.\n\n"
+    "Flash and ROM need the hardware breakpoint.",
+    base::captions::kError, base::Icon::Information};
+
 inline constexpr const base::MessageText* kAll[] = {&kStackPointerNotSet, &kInstructionNotTaken,
-                                                    &kLocationNotTaken};
+                                                    &kLocationNotTaken, &kNoSoftwareBreakpoint};
 
 // Shown below a field whose text was refused.
 inline constexpr const char* kExpectInstruction =

@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "base/address.h"
+#include "base/settings_file.h"
 #include "base/user_interface.h"
 #include "control/activity.h"
 #include "control/breakpoint_table.h"
@@ -31,6 +32,7 @@ struct ProgramSources {
   const control::RegisterFrame& frame;
   control::BreakpointTable& breakpoints;
   const control::Activity& activity;
+  base::SettingsFile& settings;
   base::UserInterface& ui;
 };
 
@@ -109,8 +111,9 @@ class ProgramView final : public View {
   ClickMeaning HitTest(int x, int y, CellSize cell) const;
   // Acts on it.
   void Click(int x, int y, CellSize cell);
-  // Refused with a message when there are as many as there can be, and with a beep while a program
-  // runs whose code holds the breakpoints.
+  // Refused with a message where memory cannot hold one and when there are as many as there can be,
+  // unless the user takes what is offered instead; with a beep while a program runs whose code
+  // holds the breakpoints.
   Toggled ToggleBreakpoint(base::Address address);
 
   // A program runs: the monitor does not listen.
@@ -122,6 +125,10 @@ class ProgramView final : public View {
 
  private:
   bool FileIoActive() const { return sources_.activity.FileIoActive(); }
+  Toggled AddBreakpoint(base::Address address);
+  // The one that hardware can have stands elsewhere.
+  Toggled OfferRoomFor(base::Address address, const base::Message& refusal);
+  bool InRam(base::Address address) const;
   void Redraw();
   bool Shows(base::Address address) const;
   // The host has changed bytes that are shown, or how they are named.

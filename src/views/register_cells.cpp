@@ -2,6 +2,7 @@
 #include "views/register_cells.h"
 
 #include <algorithm>
+#include <span>
 
 #include "base/text_format.h"
 #include "base/text_number.h"
@@ -33,21 +34,59 @@ struct CellRow {
   bool binary;
   std::string (*value)(const control::RegisterFrame& frame);
   bool ChangeFlags::*changed;
+  std::string (*explain)(const control::RegisterFrame& frame);
 };
+
+std::string Explained(const char* what, unsigned value) {
+  return base::Format("%s\n%u decimal", what, value);
+}
+
+std::string ExplainHX(const control::RegisterFrame& frame) {
+  return Explained("Index register", frame.HX) +
+         base::Format("\nH %02x, X %02x", frame.HX >> 8 & 0xFF, frame.HX & 0xFF);
+}
+
+std::string ExplainA(const control::RegisterFrame& frame) {
+  const unsigned a = frame.A & 0xFF;
+  return Explained("Accumulator", a) +
+         base::Format(", %d signed", static_cast<int>(a) - (a < 0x80 ? 0 : 0x100));
+}
+
+struct Flag {
+  const char* name;
+  unsigned bit;
+};
+constexpr Flag kHighFlags[] = {{"V, two's complement overflow", 7},
+                               {"1, always set", 6},
+                               {"1, always set", 5},
+                               {"H, half carry", 4}};
+constexpr Flag kLowFlags[] = {
+    {"I, interrupts masked", 3}, {"N, negative", 2}, {"Z, zero", 1}, {"C, carry or borrow", 0}};
+
+std::string ExplainFlags(std::span<const Flag> flags, unsigned ccr) {
+  std::string text;
+  for (const Flag& flag : flags) {
+    text += base::Format(text.empty() ? "%s: %u" : "\n%s: %u", flag.name, ccr >> flag.bit & 1);
+  }
+  return text;
+}
 
 constexpr std::array<CellRow, RegisterCells::kCells> kRows{{
     {control::Register::PC, "PC", "  PC %s", false, [](const auto& f) { return Hex4(f.PC); },
-     &ChangeFlags::pc},
+     &ChangeFlags::pc, [](const auto& f) { return Explained("Program counter", f.PC); }},
     {control::Register::SP, "SP", "  SP %s", false,
-     [](const auto& f) { return Hex4(f.ProgramSP()); }, &ChangeFlags::sp},
+     [](const auto& f) { return Hex4(f.ProgramSP()); }, &ChangeFlags::sp,
+     [](const auto& f) { return Explained("Stack pointer", f.ProgramSP()); }},
     {control::Register::HX, "HX", "  HX %s", false, [](const auto& f) { return Hex4(f.HX); },
-     &ChangeFlags::hx},
+     &ChangeFlags::hx, ExplainHX},
     {control::Register::A, "A", "   A   %s", false, [](const auto& f) { return Hex2(f.A); },
-     &ChangeFlags::a},
+     &ChangeFlags::a, ExplainA},
     {control::Register::CcrHigh, "V11H", "V11H %s", true,
-     [](const auto& f) { return HighHalf(f.CCR); }, &ChangeFlags::ccr_high},
+     [](const auto& f) { return HighHalf(f.CCR); }, &ChangeFlags::ccr_high,
+     [](const auto& f) { return ExplainFlags(kHighFlags, f.CCR); }},
     {control::Register::CcrLow, "INZC", "INZC %s", true,
-     [](const auto& f) { return LowHalf(f.CCR); }, &ChangeFlags::ccr_low},
+     [](const auto& f) { return LowHalf(f.CCR); }, &ChangeFlags::ccr_low,
+     [](const auto& f) { return ExplainFlags(kLowFlags, f.CCR); }},
 }};
 
 const CellRow& Row(int cell) {
@@ -110,6 +149,10 @@ std::array<RegisterCell, RegisterCells::kCells> RegisterCells::Cells() const {
     cells[i] = {base::Format(row.format, row.value(frame_)), changes_.*row.changed};
   }
   return cells;
+}
+
+std::string RegisterCells::Explain(int cell) const {
+  return Row(cell).explain(frame_);
 }
 
 void RegisterCells::Resize(int client_width, int character_width) {

@@ -68,6 +68,8 @@ class RegisterCells final : public View {
       : View(open), frame_(frame), ui_(ui) {}
 
   std::array<RegisterCell, kCells> Cells() const;
+  // What the register is and its value in decimal, or its flags by name, a line each.
+  std::string Explain(int cell) const;
   // After each stop and each edit: marks what differs from the time before. Reads nothing.
   void UpdateChangeFlags();
 

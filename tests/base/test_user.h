@@ -36,6 +36,15 @@ class TestUser final : public UserInterface {
     }
     return Answer::Cancel;
   }
+  // What is offered most is taken last.
+  std::optional<std::size_t> takes_offer = {};
+  std::size_t offers = 0;  // with the last message
+  std::optional<std::size_t> Offer(const Message& message,
+                                   std::span<const char* const> buttons) override {
+    ShowMessage(message);
+    offers = buttons.size();
+    return takes_offer;
+  }
   void Beep() override { ++beeps; }
   void SetTitle(std::string_view text) override { title = text; }
   void BeginProgress(std::string_view, std::string_view, bool) override { ++progress_windows; }

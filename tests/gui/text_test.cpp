@@ -42,6 +42,11 @@ TEST(Options, SimulateIsTheSimulatedTargetBehindAPort) {
   EXPECT_EQ(parsed.options.image, "a.s19");
   EXPECT_EQ(parse({"--simulate", "--port", "COM1"}).leave_with, 2);
   EXPECT_EQ(parse({"--no-such-option"}).leave_with, 2);
+  const ParsedOptions styled =
+      parse({"-style", "fusion", "--stylesheet=a.qss", "-p", "COM2", "-reverse", "b.s19"});
+  EXPECT_FALSE(styled.leave_with);
+  EXPECT_EQ(styled.options.port, "COM2");
+  EXPECT_EQ(styled.options.image, "b.s19");
 }
 
 }  // namespace

@@ -2,10 +2,12 @@
 // The windows as a person uses them: connecting, loading, breakpoints, running, editing, closing.
 #include <QAction>
 #include <QApplication>
+#include <QClipboard>
 #include <QComboBox>
 #include <QLabel>
 #include <QMdiArea>
 #include <QMessageBox>
+#include <QPushButton>
 #include <fstream>
 #include <set>
 
@@ -20,6 +22,12 @@ namespace commands = workspace::commands;
 
 constexpr base::Address kScratch = 0x0100;  // in RAM
 constexpr int kTextColumn = 12;
+
+void TypeDevice(QDialog& dialog, const char* text) {
+  QLineEdit& field = *dialog.findChild<QComboBox*>("deviceBehindPort")->lineEdit();
+  field.selectAll();
+  QTest::keyClicks(&field, text);
+}
 
 TEST_F(Desktop, ConnectsThroughTheDialogAfterAWrongPortWasRefused) {
   OnDialog("LookHWDlg", [this](QDialog& dialog) {
@@ -36,12 +44,35 @@ TEST_F(Desktop, ConnectsThroughTheDialogAfterAWrongPortWasRefused) {
     Push(dialog, "ok");
     EXPECT_TRUE(dialog.isVisible());
     Field(dialog, "port").setText("com1");
+    // All digits at once into a field that holds some.
+    QApplication::clipboard()->setText("0x01 23-45:67 89ABCDeF");
+    QTest::keyClick(&Field(dialog, "code3"), Qt::Key_V, Qt::ControlModifier);
+    EXPECT_EQ(Field(dialog, "code0").text(), "C3") << "\"x\" is no digit";
+    QApplication::clipboard()->setText("01 23-45:67 89ABCDeF");
+    QTest::keyClick(&Field(dialog, "code3"), Qt::Key_V, Qt::ControlModifier);
+    EXPECT_EQ(Field(dialog, "code0").text(), "01");
+    EXPECT_EQ(Field(dialog, "code7").text(), "EF");
+    TypeDevice(dialog, "/dev/no-such-port");
+    EXPECT_EQ(dialog.findChild<QPushButton*>("quit"), nullptr);
+    // What cannot be reached is told, and the dialog is there again.
+    OnDialog("message", [this](QDialog& message) {
+      message.accept();
+      OnDialog("LookHWDlg", [this](QDialog& again) {
+        EXPECT_NE(again.findChild<QPushButton*>("quit"), nullptr);
+        again.findChild<QComboBox*>("select")->setCurrentIndex(1);
+        Q_EMIT again.findChild<QComboBox*>("select")->activated(1);
+        TypeDevice(again, " simulator ");
+        Push(again, "ok");
+      });
+    });
     Push(dialog, "ok");
   });
   Start(false);
   EXPECT_EQ(Status(), "COM1 simulated MC68HC908GP32: stopped");
   EXPECT_EQ(window().windowTitle(), "No File Loaded");
   EXPECT_EQ(session().settings.String(base::keys::kPort), "COM1");
+  EXPECT_EQ(session().settings.StringInFile(base::keys::kProgramRange), "FFFF");
+  EXPECT_EQ(session().settings.Integer(base::keys::kSaveOnExit), 8);
 }
 
 TEST_F(Desktop, LoadsAFileAndRunsToAClickedBreakpoint) {
@@ -198,7 +229,8 @@ TEST_F(Desktop, FindsItsWindowsWhereTheyWere) {
   window().Children(kRegistersKind).front()->setGeometry(5, 5, 300, 90);
   window().Open(kDataKind, {0x12, 129}).setGeometry(first);
   Choose(commands::kSaveSettings);
-  // Not saved, as the setting for that is off, save where data windows stand.
+  Choose(commands::kSaveOnExit);
+  // Not saved, as the setting for that is off now, save where data windows stand.
   window().Children(kProgramKind)[0]->setGeometry(first.translated(50, 50));
   static_cast<DataWindow&>(*window().active_view()).view().GoToDataAddress(0x0140);
   QTest::qWait(20);

@@ -26,6 +26,10 @@ TEST(MacroRunner, CarriesOutItsLinesInOrder) {
   EXPECT_TRUE(
       bench.Run("; prepare\r\ndmm.b 1F 01 ; COP off\r\nnonsense\nDMM.W 120,1234\n"
                 "PC 8000\nPC 8010"));
+  EXPECT_EQ(bench.macros.TakeProblem(), bench.InFolder("test.mac") +
+                                            ", line 3 was passed over: \"nonsense\" is no macro "
+                                            "command.");
+  EXPECT_EQ(bench.macros.TakeProblem(), "");
   EXPECT_EQ(bench.Commands(), "W001F=01 R011F w12 w34 W00FE=80 W00FF=00 W00FE=80 W00FF=10");
   EXPECT_EQ(bench.Peek(0x0120), 0x12);
   EXPECT_EQ(bench.frame.PC, 0x8010u);

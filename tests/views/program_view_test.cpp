@@ -54,7 +54,7 @@ class ProgramViewTest : public ViewBench {
     return BytesSent();
   }
 
-  const ProgramSources sources{memory, debug_info, frame, breakpoints, activity, user};
+  const ProgramSources sources{memory, debug_info, frame, breakpoints, activity, settings, user};
   ProgramViews views{open, sources};
   std::vector<std::unique_ptr<ProgramView>> opened;
 
@@ -270,22 +270,33 @@ TEST_F(ProgramViewTest, TogglesBreakpointsUpToTheLimit) {
   view.Click(0, kLineHeight, kCell);
   EXPECT_THAT(user.texts,
               ElementsAre("You can setup only 1 breakpoints\nwhen debugging code in flash"));
-  view.Click(0, 0, kCell);
-  EXPECT_EQ(breakpoints.count(), 0);
+  EXPECT_EQ(user.offers, 2u);
+  user.takes_offer = 0;
+  view.Click(0, kLineHeight, kCell);
+  EXPECT_FALSE(breakpoints.Has(0x0100)) << "moved";
+  EXPECT_EQ(view.ToggleBreakpoint(0x8000), Toggled::Added);
+  EXPECT_EQ(user.offers, 1u) << "software cannot help in flash";
+  EXPECT_EQ(view.ToggleBreakpoint(0x0103), Toggled::Added);
+  user.takes_offer = 1;
+  EXPECT_EQ(view.ToggleBreakpoint(0x0100), Toggled::Added);
+  EXPECT_FALSE(breakpoints.HardwareBreakMode());
+  EXPECT_EQ(settings.Integer(base::keys::kHardwareBreak), 0);
+  EXPECT_EQ(breakpoints.count(), 2);
+  EXPECT_EQ(view.ToggleBreakpoint(0x8000), Toggled::Refused);
+  EXPECT_EQ(user.texts.back().find("The memory at 8000 does not take the SWI"), 0u);
   EXPECT_EQ(view.state().cursorLine, 0);
 
-  UseHardware(false);
-  for (base::Address a = 0; a < 100; ++a) {
-    EXPECT_EQ(view.ToggleBreakpoint(0x8000 + a), Toggled::Added);
+  for (base::Address a = 0; a < 98; ++a) {
+    EXPECT_EQ(view.ToggleBreakpoint(0x0180 + a), Toggled::Added);
   }
-  EXPECT_EQ(view.ToggleBreakpoint(0x9000), Toggled::Refused);
+  EXPECT_EQ(view.ToggleBreakpoint(0x0170), Toggled::Refused);
   EXPECT_EQ(user.texts.back(), "You can setup only 100 breakpoints\n");
   // The table tells which bytes of the running program are to be restored.
   activity.AwaitBreak();
-  EXPECT_EQ(view.ToggleBreakpoint(0x8000), Toggled::Refused);
+  EXPECT_EQ(view.ToggleBreakpoint(0x0180), Toggled::Refused);
   EXPECT_EQ(user.beeps, 1);
   activity.BreakSeen();
-  EXPECT_EQ(view.ToggleBreakpoint(0x8000), Toggled::Removed);
+  EXPECT_EQ(view.ToggleBreakpoint(0x0180), Toggled::Removed);
 }
 
 TEST_F(ProgramViewTest, LeavesTheTargetAloneWhileAProgramRuns) {

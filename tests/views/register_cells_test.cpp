@@ -33,6 +33,9 @@ TEST_F(RegisterCellsTest, ShowTheRegistersOfTheStoppedProgram) {
   ASSERT_TRUE(frame.ReadRegisters());
   EXPECT_THAT(Texts(), ::testing::ElementsAre("  PC 8123", "  SP 023f", "  HX 0a7f", "   A   05",
                                               "V11H 0110", "INZC 1010"));
+  EXPECT_EQ(cells.Explain(2), "Index register\n2687 decimal\nH 0a, X 7f");
+  EXPECT_EQ(cells.Explain(5),
+            "I, interrupts masked: 1\nN, negative: 0\nZ, zero: 1\nC, carry or borrow: 0");
 }
 
 TEST_F(RegisterCellsTest, MarkWhatAStepHasChanged) {
