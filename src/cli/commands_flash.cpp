@@ -14,6 +14,7 @@
 #include "flash/flash_commands.h"
 #include "flash/flash_records.h"
 #include "images/image_file.h"
+#include "load/image_check.h"
 #include "load/verify.h"
 
 namespace brevant::cli {
@@ -170,6 +171,11 @@ Result Program(Session& session, const ParsedArguments& arguments) {
   flash::FlashJob& flash = session.debugger().flash;
   if (!flash::FitsFlash(flash, path, records)) {
     return Failure(ExitStatus::Failed, "nothing was programmed");
+  }
+  const debugger::Debugger& debugger = session.debugger();
+  for (const load::Finding& finding :
+       load::CheckImage(image, debugger.memory.device(), debugger.security.accepted())) {
+    finding.prevents() ? session.ui().Warn(finding.text) : session.ui().Notice(finding.text);
   }
   std::vector<devices::MemoryRange> erased;
   Result result = arguments.HasFlag("--erase") ? EraseFor(session, records, erased) : Result{};

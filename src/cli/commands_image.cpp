@@ -10,6 +10,7 @@
 #include "cli/shown_progress.h"
 #include "devices/device.h"
 #include "images/image_file.h"
+#include "load/image_check.h"
 #include "load/read_out.h"
 #include "load/verify.h"
 
@@ -25,7 +26,8 @@ Result Loaded(Session& session, const std::string& path, const load::LoadResult&
   result.text = fmt::format("loaded {}\n", path);
   result.fields = {{"file", path}, {"bytes", loaded.report.bytes}};
   if (loaded.report.entry) {
-    result.text += fmt::format("entry {:04x}\n", base::Low16(*loaded.report.entry));
+    const std::string by = loaded.start_from.empty() ? "" : fmt::format(" ({})", loaded.start_from);
+    result.text += fmt::format("entry {:04x}{}\n", base::Low16(*loaded.report.entry), by);
     result.fields["entry"] = fmt::format("{:04x}", base::Low16(*loaded.report.entry));
   }
   if (loaded.compared > 0) {
@@ -35,6 +37,11 @@ Result Loaded(Session& session, const std::string& path, const load::LoadResult&
   if (session.debugger().debug_info.DebugInfoLoaded) {
     result.text += loaded.debug_info_detail + '\n';
     result.fields["debug_info"] = loaded.debug_info_detail;
+  } else if (!loaded.debug_info_detail.empty()) {
+    session.ui().Notice(loaded.debug_info_detail);
+  }
+  for (const load::Finding& finding : loaded.findings) {
+    if (!finding.prevents()) session.ui().Notice(finding.text);
   }
   return result;
 }
@@ -115,6 +122,39 @@ Result Verify(Session& session, const ParsedArguments& arguments) {
   return result;
 }
 
+Result Check(Session& session, const ParsedArguments& arguments) {
+  const std::string& path = arguments.Text(0);
+  const images::ImageFile file = images::ReadImageFile(path);
+  if (!file.report.ok()) return NotRead(path, file.report.file_error);
+  if (const auto refusal = file.report.Refusal(path)) {
+    session.ui().ShowMessage(*refusal);
+    return Failure(ExitStatus::File, "nothing was checked");
+  }
+  for (const base::Message& remark : file.report.Remarks(path)) session.ui().ShowMessage(remark);
+  const debugger::Debugger& debugger = session.debugger();
+  const devices::Device& device = debugger.memory.device();
+  auto findings = load::CheckImage(file.ToImage(), device, debugger.security.accepted());
+  if (const auto old = load::CheckDebugFile(path, debugger.debug_info.tool_chain)) {
+    findings.push_back(*old);
+  }
+  const auto prevent = std::ranges::count_if(findings, &load::Finding::prevents);
+  Result result;
+  if (prevent > 0) {
+    result = Failure(ExitStatus::Failed,
+                     fmt::format("{} will not work on the {} as it is", path, device.name));
+  } else {
+    result.text =
+        fmt::format("nothing was found that keeps {} from working on the {}\n", path, device.name);
+  }
+  result.fields["findings"] = nlohmann::ordered_json::array();
+  for (const load::Finding& finding : findings) {
+    result.text += finding.text + '\n';
+    result.fields["findings"].push_back(
+        {{"kind", finding.word()}, {"prevents", finding.prevents()}, {"text", finding.text}});
+  }
+  return result;
+}
+
 Result Save(Session& session, const ParsedArguments& arguments) {
   const std::string& path = arguments.Text(2);
   ShownProgress progress(session.ui(), "Reading");
@@ -143,6 +183,7 @@ Result Save(Session& session, const ParsedArguments& arguments) {
 
 constexpr Command kRows[] = {
     {"load", {File("FILE")}, kStopped, Load, "load an image: RAM is written, flash compared"},
+    {"check", {File("FILE")}, kAlways, Check, "look for what keeps an image from working"},
     {"verify", {File("FILE")}, kStopped, Verify, "compare target memory with an image"},
     {"save",
      {Address("FROM"), Address("TO"), File("FILE")},

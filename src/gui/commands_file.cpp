@@ -27,8 +27,7 @@ load::LoadOutcome Load(const CommandContext& context, const std::string& path) {
   const load::LoadResult result = session.debugger.loader.LoadImage(path);
   const bool came =
       result.outcome == load::LoadOutcome::Loaded || result.outcome == load::LoadOutcome::Differs;
-  const bool told = came && session.debugger.debug_info.DebugInfoLoaded;
-  context.window.status().ShowNotice(told ? result.debug_info_detail : "");
+  context.window.status().ShowNotice(came ? result.debug_info_detail : "");
   return result.outcome;
 }
 

@@ -10,6 +10,7 @@
 #include "base/files.h"
 #include "devices/hc08.h"
 #include "load/messages.h"
+#include "load/ram_start.h"
 #include "load/transfer.h"
 
 namespace brevant::load {
@@ -37,12 +38,15 @@ std::string TimeText(long long time) {
   return base::Format("%ld", static_cast<long>(time));
 }
 
-// What of the image no load can write.
+// What of the image no load can write, but it needs. The PC is set from the reset vector of an
+// image for RAM, and the part's own may say what it likes.
 images::Image Unwritable(const memory::Memory& memory, const images::Image& image) {
+  const bool own_vector = FindRamStart(image, memory.device(), {}).has_value();
   images::Image unwritable;
   for (const images::Block& block : image.Blocks()) {
     for (std::size_t i = 0; i < block.bytes.size(); ++i) {
       const base::Address at = block.address + static_cast<base::Address>(i);
+      if (own_vector && at >= devices::kResetVector) continue;
       if (!memory.Writable(at)) unwritable.Put(at, base::Bytes(&block.bytes[i], 1));
     }
   }
@@ -108,6 +112,8 @@ LoadResult Loader::LoadImage(const std::string& path) {
   } else {
     result.debug_info_detail = ImportDebugInfo(path);
     IgnoreEmptyEntry(file.ToImage(), result.report);
+    ChooseRamStart(file.ToImage(), result);
+    Check(path, file.ToImage(), result);
     Do(steps_.load_watch_configuration, symbols::CompanionPath(path, kWatchExtension));
   }
   ui_.SetTitle(path);
@@ -149,7 +155,7 @@ LoadOutcome Loader::LookAt(const images::Image& image, LoadResult& result) {
       message = ToMessage(messages::kRamDiffers, block.address, found, wanted);
     }
   }
-  const images::Image unwritable = Unwritable(memory_, image);
+  images::Image unwritable = Unwritable(memory_, image);
   if (!unwritable.empty() && steps_.flash_is_readable && !steps_.flash_is_readable()) {
     ui_.ShowMessage(ToMessage(messages::kFlashNotSeen));
     return LoadOutcome::Differs;
@@ -207,7 +213,8 @@ std::string Loader::ImportDebugInfo(const std::string& path) {
     if (result.message) ui_.ShowMessage(*result.message);
   }
   if (IsCCompiler(debug_info_.tool_chain)) Do(steps_.reset_source_view);
-  return result.detail;
+  const bool missing = !result.loaded && !result.detail.empty();
+  return missing ? "no names and source lines: " + result.detail : result.detail;
 }
 
 // The end record of many linkers, SDCC's among them, always says 0000. Where the image has no code
@@ -217,6 +224,41 @@ void Loader::IgnoreEmptyEntry(const images::Image& image, images::ReadReport& re
   report.entry.reset();
   start_.EntryFromImage = false;
   frame_.LoadResetPC();
+}
+
+void Loader::ChooseRamStart(const images::Image& image, LoadResult& result) {
+  if (result.report.entry) return;
+  const auto start = FindRamStart(image, memory_.device(), debug_info_.SymbolTable);
+  if (!start) {
+    if (IsForRam(image, memory_.device()) && !image.At(frame_.PC)) {
+      result.findings.push_back(
+          {Finding::Kind::NoRamStart,
+           base::Format("The image does not say where it starts, and PC is %04x, outside of it: "
+                        "set PC before Go.",
+                        frame_.PC)});
+    }
+    return;
+  }
+  frame_.SetPC(start->address);
+  start_.LoadEntryAddress = start->address;
+  start_.EntryFromImage = true;
+  result.report.entry = start->address;
+  result.start_from = start->by;
+}
+
+void Loader::Check(const std::string& path, const images::Image& image, LoadResult& result) {
+  // A load programs nothing, so no security code changes.
+  for (const Finding& finding : CheckImage(image, memory_.device(), std::nullopt)) {
+    if (finding.kind != Finding::Kind::SecurityCodeChanges) result.findings.push_back(finding);
+  }
+  if (const auto old = CheckDebugFile(path, debug_info_.tool_chain)) {
+    result.findings.push_back(*old);
+  }
+  std::string text;
+  for (const Finding& finding : result.findings) {
+    if (finding.prevents()) text += '\n' + finding.text;
+  }
+  if (!text.empty()) ui_.ShowMessage(ToMessage(messages::kWillNotWork, path, text));
 }
 
 bool Loader::SwitchToolChain(const std::string& path) {

@@ -13,6 +13,7 @@
 #include "control/breakpoint_table.h"
 #include "control/register_frame.h"
 #include "images/image_file.h"
+#include "load/image_check.h"
 #include "load/macro_runner.h"
 #include "load/start_address.h"
 #include "load/verify.h"
@@ -51,6 +52,10 @@ struct LoadResult {
   images::ReadReport report;
   std::string debug_info_detail;  // what was imported, or why nothing was
   long compared = 0;              // bytes in flash and ROM, which a load does not write
+  // What has set the PC to report.entry when the file did not; see ram_start.h.
+  std::string start_from{};
+  // What will not work, and what is good to know. The user has been told the former.
+  std::vector<Finding> findings{};
 };
 
 class Loader {
@@ -88,6 +93,8 @@ class Loader {
   std::string ImportDebugInfo(const std::string& path);
   symbols::ImportResult Import(const std::string& path);
   void IgnoreEmptyEntry(const images::Image& image, images::ReadReport& report);
+  void ChooseRamStart(const images::Image& image, LoadResult& result);
+  void Check(const std::string& path, const images::Image& image, LoadResult& result);
   bool SwitchToolChain(const std::string& path);
 
   memory::Memory& memory_;

@@ -45,6 +45,9 @@ inline constexpr MessageText kLineDamaged{
     "The line damaged what was sent to %04x, or read from there, twice: the load is in doubt.\n"
     "Please check the cable and load again.",
     base::captions::kError, Icon::Error};
+inline constexpr MessageText kWillNotWork{"load.will-not-work", Severity::Warning,
+                                          "%s will not work as it is:\n%s",
+                                          base::captions::kForYourInformation, Icon::Warning};
 inline constexpr MessageText kRamDiffers{
     "load.ram-differs", Severity::Error,
     "%04x holds %02x and not the image's %02x, which was written there.\n"
@@ -74,9 +77,9 @@ inline constexpr MessageText kMacroNotReadable{"macro.not-readable", Severity::E
                                                Icon::Error};
 
 inline constexpr const MessageText* kAll[] = {
-    &kFileNotFound,         &kUseImageFormat, &kImageNotReadable, &kBeyondAddressSpace,
-    &kNotInFlash,           &kFlashNotSeen,   &kLineDamaged,      &kRamDiffers,
-    &kLinkLostWhileLoading, &kOfferToolChain, &kMacroNotFound,    &kMacroNotReadable};
+    &kFileNotFound,   &kUseImageFormat, &kImageNotReadable, &kBeyondAddressSpace,   &kNotInFlash,
+    &kFlashNotSeen,   &kLineDamaged,    &kRamDiffers,       &kLinkLostWhileLoading, &kWillNotWork,
+    &kOfferToolChain, &kMacroNotFound,  &kMacroNotReadable};
 
 }  // namespace messages
 }  // namespace brevant::load
