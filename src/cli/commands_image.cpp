@@ -62,6 +62,9 @@ Result Load(Session& session, const ParsedArguments& arguments) {
   const load::LoadResult loaded = session.debugger().loader.LoadImage(path);
   switch (loaded.outcome) {
     case load::LoadOutcome::Loaded:
+      if (loaded.report.bytes == 0) {
+        return Failure(ExitStatus::File, fmt::format("{} holds no data: nothing was loaded", path));
+      }
       // The program is in the target; that its debug information could not be read is no failure.
       session.ui().ErrorsAreNotices();
       break;

@@ -11,7 +11,9 @@
 #include "cli/command_table.h"
 #include "cli/exit_status.h"
 #include "devices/device.h"
+#include "images/image_file.h"
 #include "link/security_code.h"
+#include "load/image_check.h"
 
 namespace brevant::cli {
 namespace {
@@ -43,8 +45,21 @@ std::string CheckTimeout(const std::string& text) {
 }
 
 std::string CheckSecurity(const std::string& text) {
-  if (text.size() == 16 && link::ParseSecurityCode(text)) return {};
-  return "the security code is 16 hexadecimal digits, e.g. C3C3C3C3C3C3C3C3";
+  if (text.starts_with('@') || (text.size() == 16 && link::ParseSecurityCode(text))) return {};
+  return "the security code is 16 hexadecimal digits, e.g. C3C3C3C3C3C3C3C3, or @IMAGE";
+}
+
+// The digits, or those that an image makes of the part that it is programmed into.
+std::optional<link::SecurityCode> SecurityOf(const std::string& text) {
+  if (!text.starts_with('@')) return link::ParseSecurityCode(text);
+  const std::string path = text.substr(1);
+  const images::ImageFile file = images::ReadImageFile(path);
+  const auto code = load::SecurityCodeIn(file.ToImage());
+  if (!code) {
+    fmt::print(stderr, "-s: no security code from {}: {}\n", path,
+               file.report.ok() ? "it holds nothing from FFF6 to FFFD" : file.report.file_error);
+  }
+  return code;
 }
 
 }  // namespace
@@ -65,8 +80,8 @@ ParsedOptions ParseOptions(int argc, const char* const* argv, const std::string&
   const std::vector<std::string> devices = DeviceOptions();
   app.add_option("-d,--device", device, fmt::format("{}", fmt::join(devices, " or ")))
       ->check(CLI::IsMember(devices));
-  app.add_option("-s,--security", security, "security code")
-      ->type_name("16HEX")
+  app.add_option("-s,--security", security, "security code, or the image that was programmed")
+      ->type_name("16HEX|@IMAGE")
       ->check(CLI::Validator(CheckSecurity, "", "security"));
   app.add_flag("--no-security", options.target.no_security, "send no security code");
   app.add_option("--settings", options.settings, "settings file")
@@ -95,7 +110,10 @@ ParsedOptions ParseOptions(int argc, const char* const* argv, const std::string&
     parsed.leave_with = status == 0 ? 0 : static_cast<int>(ExitStatus::Usage);
     return parsed;
   }
-  if (!security.empty()) options.target.security = link::ParseSecurityCode(security);
+  if (!security.empty()) {
+    options.target.security = SecurityOf(security);
+    if (!options.target.security) parsed.leave_with = static_cast<int>(ExitStatus::File);
+  }
   if (const devices::Device* row = devices::ByOption(device)) {
     options.target.device = row->settings_number;
   }

@@ -189,16 +189,10 @@ void CheckVector(const images::Image& image, std::vector<Finding>& findings) {
 
 void CheckSecurity(const images::Image& image, const std::optional<SecurityBytes>& in_flash,
                    std::vector<Finding>& findings) {
-  SecurityBytes code{};
-  bool held = false;
+  const auto code = SecurityCodeIn(image);
+  if (!code || code == in_flash) return;
   std::string text;
-  for (std::size_t i = 0; i < code.size(); ++i) {
-    const auto byte = image.At(devices::kSecurityCode + static_cast<Address>(i));
-    held = held || byte;
-    code[i] = byte.value_or(0xFF);
-    text += base::Format("%02x", code[i]);
-  }
-  if (!held || code == in_flash) return;
+  for (const std::uint8_t byte : *code) text += base::Format("%02x", byte);
   findings.push_back({Kind::SecurityCodeChanges,
                       base::Format("Programming it into erased flash makes the security code %s "
                                    "(fff6 to fffd): connecting will ask for that one.",
@@ -220,6 +214,17 @@ std::optional<Address> ResetVector(const images::Image& image) {
   const auto low = image.At(devices::kResetVector + 1);
   if (!high || !low || base::Word(*high, *low) == base::kLastAddress) return std::nullopt;
   return base::Word(*high, *low);
+}
+
+std::optional<SecurityBytes> SecurityCodeIn(const images::Image& image) {
+  SecurityBytes code{};
+  bool any = false;
+  for (std::size_t i = 0; i < code.size(); ++i) {
+    const auto byte = image.At(devices::kSecurityCode + static_cast<Address>(i));
+    any = any || byte;
+    code[i] = byte.value_or(0xFF);
+  }
+  return any ? std::optional(code) : std::nullopt;
 }
 
 bool IsForFlash(const images::Image& image, const devices::Device& device) {

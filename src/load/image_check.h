@@ -41,6 +41,9 @@ struct Finding {
 // What an image that goes to flash makes of the bytes that the monitor compares.
 using SecurityBytes = std::array<std::uint8_t, 8>;
 
+// Nothing when the image has none of them; those that it has not are as in erased flash.
+std::optional<SecurityBytes> SecurityCodeIn(const images::Image& image);
+
 // in_flash is the security code that stands in flash now, where it is known. What only matters in
 // flash is not looked for in an image for RAM.
 std::vector<Finding> CheckImage(const images::Image& image, const devices::Device& device,

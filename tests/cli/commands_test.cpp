@@ -129,6 +129,7 @@ class Commands : public testing::Test {
     std::ofstream("empty.s19");
     std::ofstream("mixed.s19") << "S1049000115A\ns104900122EA\n";
     std::ofstream("ram.s19") << "S10501004C4C61 S105FFFE0100FC S9030000FC";
+    std::ofstream("end.s19") << "S9030000FC";
     std::ofstream("program.txt") << "S9030000FC";
     std::ofstream("names.lst") << "\nsetup 80D6\nloop 8021\n";
     std::ofstream("prepare.mac") << "DMM.B 120 5A\nPC 8021\n";
