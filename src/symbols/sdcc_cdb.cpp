@@ -17,6 +17,8 @@
 namespace brevant::symbols {
 namespace {
 
+constexpr std::string_view kStringName = "__str_";
+
 // A name as the records spell it: "G$total$0_0$0", "Fmain$hidden$0_0$0", "Lmain.f$i$1_0$5".
 struct ScopedName {
   char scope = 0;             // G, F or L
@@ -66,6 +68,7 @@ class CdbReader {
   void ReadAddress(std::string_view record);
   void ReadLine(std::string_view record, base::Address address);
   void AddSymbol(const ScopedName& scoped, std::string_view full, base::Address address);
+  void AddStrings(SdccSources& sources);
   void AddQualifiedStatics();
   void AddMapNames(std::string_view map);
 
@@ -75,6 +78,7 @@ class CdbReader {
   std::unordered_map<std::string_view, Type> types_;
   std::unordered_map<std::string_view, base::Address> functions_;  // starts, by name without level
   std::map<std::string, std::map<std::string_view, Symbol>> statics_;  // name -> module -> symbol
+  std::vector<std::string_view> strings_;                              // their whole names
   SdccLineRecords records_;
   ParsedProgram program_;
 };
@@ -124,10 +128,12 @@ void CdbReader::ReadSymbol(std::string_view record) {
   const auto is_union = [&](std::string_view tag) {
     return unions_.contains(std::string(module_).append("$").append(tag));
   };
-  Type type{0, SdccTypeText(chain, is_union)};
+  Type type;
   // A function's size is that of a pointer to it; no address space is larger than 64 K.
-  if (!chain.starts_with("DF") && size && *size <= base::kAddressSpace)
+  if (!chain.starts_with("DF") && size && *size <= base::kAddressSpace) {
     type.size = static_cast<int>(*size);
+  }
+  type.text = SdccTypeText(chain, type.size, is_union);
   types_.try_emplace(scoped->without_level, type);
   types_.try_emplace(record.substr(0, open), std::move(type));
 }
@@ -146,7 +152,11 @@ void CdbReader::ReadAddress(std::string_view record) {
     const auto start = functions_.find(scoped->without_level);
     if (start != functions_.end()) records_.functions.push_back({start->second, address});
   } else if (const auto scoped = ParseScopedName(name)) {
-    AddSymbol(*scoped, name, address);
+    if (scoped->name.starts_with(kStringName)) {
+      strings_.push_back(name);
+    } else {
+      AddSymbol(*scoped, name, address);
+    }
   }
 }
 
@@ -171,6 +181,18 @@ void CdbReader::AddSymbol(const ScopedName& scoped, std::string_view full, base:
   if (scoped.scope != 'L') functions_.try_emplace(scoped.without_level, address);
   if (scoped.scope == 'F') statics_[symbol.name].try_emplace(scoped.module, symbol);
   program_.symbols.push_back(std::move(symbol));
+}
+
+void CdbReader::AddStrings(SdccSources& sources) {
+  std::map<std::string_view, const SdccListing*> listings;
+  for (const std::string_view name : strings_) {
+    const auto scoped = ParseScopedName(name);
+    const auto [listing, is_new] = listings.try_emplace(scoped->module);
+    if (is_new) listing->second = ListingOfBuild(scoped->module, records_, sources);
+    if (listing->second == nullptr) continue;
+    const auto label = listing->second->labels.find(LinkerName(*scoped));
+    if (label != listing->second->labels.end()) AddSymbol(*scoped, name, label->second);
+  }
 }
 
 void CdbReader::AddQualifiedStatics() {
@@ -201,6 +223,7 @@ ParsedProgram CdbReader::Take(std::string_view map, SdccSources& sources) {
   if (program_.symbols.empty() && records_.c_lines.empty() && records_.assembler_lines.empty()) {
     return NothingParsed("no addresses of symbols or lines");
   }
+  AddStrings(sources);
   AddQualifiedStatics();
   AddMapNames(map);
   BuildSdccLines(std::move(records_), sources, program_);

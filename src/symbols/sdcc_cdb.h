@@ -14,7 +14,12 @@
 // - Lines come sorted by address. Where a function has lines of C the assembler lines inside it are
 //   left out; start-up code and modules in assembler have only those.
 // - A line has one record for each block, with its last address. The module's listing has them all:
-//   where one of the same build lies beside the image, the lines of C come from there.
+//   where one of the same build lies beside the image, the lines of C come from there, and from
+//   here where the listing has no line.
+// - Of a function without a return the closing line has no code, and is left out.
+// - The strings of a program ("__str_1") are recorded at their module's end, where the next
+// function
+//   starts. They get the addresses of their labels in the listing, or are left out.
 // - A function without a record at its start gets the first line inside it.
 // - Of several lines at one address all are kept, and the second is always the last one.
 #pragma once

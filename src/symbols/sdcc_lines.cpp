@@ -13,12 +13,17 @@ namespace {
 class LineBuilder {
  public:
   LineBuilder(SdccLineRecords records, SdccSources& sources, ParsedProgram& program)
-      : records_(std::move(records)), sources_(sources), program_(program) {}
+      : records_(std::move(records)), sources_(sources), program_(program) {
+    for (const auto& line : records_.assembler_lines)
+      module_at_.try_emplace(line.address, line.name);
+  }
   void Build();
 
  private:
   std::uint32_t FileIndex(std::string path);
-  bool Agrees(const SdccListing& listing, std::string_view module) const;
+  std::string_view ModuleAt(base::Address address) const;
+  void DropClosingLine(SdccLineRecords::Function& function);
+  void DropLinesWithoutCode();
   void AddListedLines();
   void AddCLines();
   void AddFunctionStarts();
@@ -30,7 +35,9 @@ class LineBuilder {
   SdccSources& sources_;
   ParsedProgram& program_;
   std::map<std::string, std::uint32_t> file_indexes_;
-  std::set<std::string_view> listed_modules_;           // whose lines of C come from their listings
+  // Each instruction is a line of its module's assembler source.
+  std::unordered_map<base::Address, std::string_view> module_at_;
+  std::set<std::string_view> listed_modules_;           // those with a listing of this build
   std::vector<SdccLineRecords::Function> c_functions_;  // ascending; those with lines of C
 };
 
@@ -41,21 +48,46 @@ std::uint32_t LineBuilder::FileIndex(std::string path) {
   return place->second;
 }
 
-// A listing that was made with another build would put every line elsewhere.
-bool LineBuilder::Agrees(const SdccListing& listing, std::string_view module) const {
-  return std::ranges::all_of(records_.assembler_lines, [&](const SdccLineRecords::Line& line) {
-    if (line.name != module) return true;
-    const auto found = listing.instructions.find(line.address);
-    return found != listing.instructions.end() && found->second == line.line;
+// Empty where no instruction is known.
+std::string_view LineBuilder::ModuleAt(base::Address address) const {
+  const auto found = module_at_.find(address);
+  return found == module_at_.end() ? std::string_view() : found->second;
+}
+
+// A function without a return (__naked) is marked as ending where the next one starts, and so is
+// its closing line: the lowest one of its file there.
+void LineBuilder::DropClosingLine(SdccLineRecords::Function& function) {
+  std::vector<SdccLineRecords::Line>& lines = records_.c_lines;
+  const auto own = std::ranges::find(lines, function.first, &SdccLineRecords::Line::address);
+  if (own == lines.end()) return;
+  const std::string file = own->name;
+  std::uint32_t closing = 0;
+  for (const auto& line : lines) {
+    const bool candidate = line.address == function.last && line.name == file;
+    if (candidate && (closing == 0 || line.line < closing)) closing = line.line;
+  }
+  std::erase_if(lines, [&](const SdccLineRecords::Line& line) {
+    return line.address == function.last && line.name == file && line.line == closing;
   });
+  --function.last;
+}
+
+void LineBuilder::DropLinesWithoutCode() {
+  std::set<base::Address> starts;
+  for (const auto& function : records_.functions) starts.insert(function.first);
+  for (auto& function : records_.functions) {
+    const bool beyond =
+        starts.contains(function.last) || ModuleAt(function.last) != ModuleAt(function.first);
+    if (beyond && function.last > function.first) DropClosingLine(function);
+  }
 }
 
 void LineBuilder::AddListedLines() {
   std::set<std::string_view> modules;
   for (const auto& line : records_.assembler_lines) modules.insert(line.name);
   for (const std::string_view module : modules) {
-    const SdccListing* listing = sources_.Listing(module);
-    if (listing == nullptr || !Agrees(*listing, module)) continue;
+    const SdccListing* listing = ListingOfBuild(module, records_, sources_);
+    if (listing == nullptr) continue;
     listed_modules_.insert(module);
     std::vector<std::uint32_t> files;
     for (const std::string& path : listing->paths) {
@@ -68,24 +100,24 @@ void LineBuilder::AddListedLines() {
 }
 
 void LineBuilder::AddCLines() {
-  // Each line of C is also a line of its module's assembler source, which tells files with the same
-  // name apart.
-  std::unordered_map<base::Address, std::string_view> module_at;
-  for (const auto& line : records_.assembler_lines) module_at.try_emplace(line.address, line.name);
-  const auto module_of = [&](const SdccLineRecords::Line& line) {
-    const auto found = module_at.find(line.address);
-    return found == module_at.end() ? std::string_view() : found->second;
-  };
+  // The module tells files of the same name apart.
   std::map<std::string_view, std::set<std::string_view>> modules_of_name;
-  for (const auto& line : records_.c_lines) modules_of_name[line.name].insert(module_of(line));
+  for (const auto& line : records_.c_lines) {
+    modules_of_name[line.name].insert(ModuleAt(line.address));
+  }
+  // A listing has no second comment where the same line goes on behind a jump, as at the end of a
+  // function on one line.
+  std::set<base::Address> listed;
+  for (const LineEntry& entry : program_.lines) listed.insert(entry.address);
 
   std::map<std::pair<std::string_view, std::string_view>, std::uint32_t> known;
   for (const auto& line : records_.c_lines) {
-    const std::pair key{std::string_view(line.name), module_of(line)};
-    if (listed_modules_.contains(key.second)) continue;
+    const std::pair key{std::string_view(line.name), ModuleAt(line.address)};
+    if (listed.contains(line.address)) continue;
     auto found = known.find(key);
     if (found == known.end()) {
-      const bool ambiguous = modules_of_name[line.name].size() > 1;
+      const bool ambiguous =
+          modules_of_name[line.name].size() > 1 || listed_modules_.contains(key.second);
       const auto index = FileIndex(sources_.CSource(key.first, key.second, ambiguous));
       found = known.emplace(key, index).first;
     }
@@ -153,6 +185,7 @@ void LineBuilder::OrderEntries() {
 }
 
 void LineBuilder::Build() {
+  DropLinesWithoutCode();
   AddListedLines();
   AddCLines();
   AddFunctionStarts();
@@ -161,6 +194,19 @@ void LineBuilder::Build() {
 }
 
 }  // namespace
+
+const SdccListing* ListingOfBuild(std::string_view module, const SdccLineRecords& records,
+                                  SdccSources& sources) {
+  const SdccListing* listing = sources.Listing(module);
+  if (listing == nullptr) return nullptr;
+  const bool agrees =
+      std::ranges::all_of(records.assembler_lines, [&](const SdccLineRecords::Line& line) {
+        if (line.name != module) return true;
+        const auto found = listing->instructions.find(line.address);
+        return found != listing->instructions.end() && found->second == line.line;
+      });
+  return agrees ? listing : nullptr;
+}
 
 void BuildSdccLines(SdccLineRecords records, SdccSources& sources, ParsedProgram& program) {
   LineBuilder(std::move(records), sources, program).Build();

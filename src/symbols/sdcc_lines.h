@@ -4,6 +4,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "symbols/parsed_program.h"
@@ -25,6 +26,11 @@ struct SdccLineRecords {
   std::vector<Line> assembler_lines;
   std::vector<Function> functions;
 };
+
+// The module's listing where it lies beside the image and was made with this build; else null. One
+// of another build would put every line elsewhere.
+const SdccListing* ListingOfBuild(std::string_view module, const SdccLineRecords& records,
+                                  SdccSources& sources);
 
 // Fills program's lines and files.
 void BuildSdccLines(SdccLineRecords records, SdccSources& sources, ParsedProgram& program);

@@ -34,6 +34,19 @@ std::optional<Comment> ParseComment(std::string_view text) {
   return {};
 }
 
+// "\tG$main$0$0 ==." or "\tFmain$hidden$0$0 ==.": the linker's mark of a function's start.
+bool IsFunctionStart(std::string_view text) {
+  return (text.starts_with("\tG$") || text.starts_with("\tF")) && text.ends_with(" ==.");
+}
+
+// "_main:", but not "00103$:", which counts anew in each function.
+std::optional<std::string_view> ParseLabel(std::string_view text) {
+  const std::size_t colon = text.find(':');
+  const bool named = IsLetter(At(text, 0)) || At(text, 0) == '_';
+  if (!named || colon == std::string_view::npos) return {};
+  return text.substr(0, colon);
+}
+
 }  // namespace
 
 SdccListing ParseSdccListing(std::string_view listing) {
@@ -47,9 +60,14 @@ SdccListing ParseSdccListing(std::string_view listing) {
       if (known == result.paths.end()) result.paths.emplace_back(comment->path);
       waiting.push_back({0, comment->line, path});
     }
+    if (IsFunctionStart(Columns(*line, kText))) waiting.clear();
     const std::string_view digits = Columns(*line, kAddress, 4);
-    if (At(*line, kCycles) != '[' || !IsHexNumber(digits)) continue;
+    if (!IsHexNumber(digits)) continue;
     const base::Address address = *LeadingHex(digits);
+    if (const auto label = ParseLabel(Columns(*line, kText))) {
+      result.labels.try_emplace(std::string(*label), address);
+    }
+    if (At(*line, kCycles) != '[') continue;
     const auto numbers = Words(Columns(*line, kNumber, kNumberEnd - kNumber));
     const auto number = numbers.empty() ? std::nullopt : LeadingDecimal(numbers[0]);
     result.instructions.try_emplace(address, number.value_or(0));

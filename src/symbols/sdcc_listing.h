@@ -4,7 +4,10 @@
 // debug file knows: there a line has one address for each block only, the last one.
 //
 // Columns: address 3 to 6, bytes from 8 on, cycles "[ 3]" from 22 on (instructions only), line
-// number up to 30, text from 32 on.
+// number up to 30, text from 32 on; a label is text up to ':' behind an address.
+//
+// A comment belongs to the code of its own function: the closing line of one that ends without a
+// return (__naked) has none, and is not carried over to the next.
 #pragma once
 
 #include <cstdint>
@@ -25,6 +28,7 @@ struct SdccListing {
   };
   std::vector<std::string> paths;
   std::vector<CLine> c_lines;
+  std::unordered_map<std::string, base::Address> labels;
   // The assembler line of each instruction.
   std::unordered_map<base::Address, std::uint32_t> instructions;
 };

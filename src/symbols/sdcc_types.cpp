@@ -42,6 +42,13 @@ std::string BaseText(std::string_view base, base::FunctionRef<bool(std::string_v
   return std::string(has_sign ? row->with_sign : row->without_sign);
 }
 
+constexpr int kLongLongSize = 8;
+
+// The base type of an object of that many bytes, or of an array of such objects.
+std::string LongLongText(std::string_view base) {
+  return base == "SI:U" ? "unsigned long long" : "long long";
+}
+
 // Puts one more declarator around the text so far; false when it is not known.
 bool Declare(std::string_view part, std::string& text) {
   const bool is_array = part.starts_with("DA") && part.ends_with('d');
@@ -57,7 +64,7 @@ bool Declare(std::string_view part, std::string& text) {
 
 }  // namespace
 
-std::string SdccTypeText(std::string_view chain,
+std::string SdccTypeText(std::string_view chain, int size,
                          base::FunctionRef<bool(std::string_view tag)> is_union) {
   std::string_view rest = chain;
   std::string declarator;
@@ -66,9 +73,13 @@ std::string SdccTypeText(std::string_view chain,
     if (comma == std::string_view::npos || !Declare(rest.substr(0, comma), declarator)) {
       return std::string(chain);
     }
+    const std::string_view part = rest.substr(0, comma);
+    const auto count = part.starts_with("DA") ? LeadingDecimal(part.substr(2)) : std::nullopt;
+    size = count && *count > 0 ? size / static_cast<int>(*count) : 0;
     rest.remove_prefix(comma + 1);
   }
-  std::string text = BaseText(rest, is_union);
+  const bool is_long_long = rest.starts_with("SI:") && size == kLongLongSize;
+  std::string text = is_long_long ? LongLongText(rest) : BaseText(rest, is_union);
   if (text.empty()) return std::string(chain);
   if (!declarator.empty() && declarator.front() != '[') text += ' ';
   return text + declarator;

@@ -11,9 +11,10 @@
 
 namespace brevant::symbols {
 
-// is_union tells for a tag whether it names a union: the chain does not say. An unknown chain is
-// returned as it stands.
-std::string SdccTypeText(std::string_view chain,
+// size is that of the whole variable, 0 when it is not known: the chain says SI for int and for
+// long long. is_union tells for a tag whether it names a union: the chain does not say. An unknown
+// chain is returned as it stands.
+std::string SdccTypeText(std::string_view chain, int size,
                          base::FunctionRef<bool(std::string_view tag)> is_union);
 
 // True when a type record's members ("({0}S:S$x$0_0$0({1}SC:U),Z,0,0)...") all start at offset 0,

@@ -30,7 +30,7 @@ hex() {
   cp "$1.ihx" "$here"
 }
 
-for name in counters recursion structs timer arithmetic strings pointers longnames; do
+for name in counters recursion structs timer arithmetic strings pointers longnames endings; do
   program $name $name
 done
 program modules modules modules_other

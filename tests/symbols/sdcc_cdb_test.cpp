@@ -82,7 +82,7 @@ TEST(SdccCdb, TypesAndSizesReadAsC) {
 // The relocated listings say independently where instructions start and what line they belong to.
 TEST(SdccCdb, EveryLineIsAnInstructionAndEveryCommentOfTheListingIsALine) {
   for (const char* name : {"counters", "recursion", "structs", "timer", "arithmetic", "strings",
-                           "pointers", "modules", "longnames"}) {
+                           "pointers", "modules", "longnames", "endings"}) {
     const ParsedProgram program = ParseProgram(name);
     ASSERT_TRUE(std::ranges::is_sorted(program.lines, {}, &LineEntry::address)) << name;
     LineTable table;
@@ -114,6 +114,36 @@ TEST(SdccCdb, EveryLineIsAnInstructionAndEveryCommentOfTheListingIsALine) {
       EXPECT_TRUE(instructions.contains(entry.address)) << name << std::hex << entry.address;
     }
   }
+}
+
+// The listing holds nothing but its last line's number where a line goes on behind a jump, and the
+// debug file puts what has no code of its own at the next function's start.
+TEST(SdccCdb, FunctionsEndAtTheirOwnLinesWithAndWithoutTheListing) {
+  SdccSources none;
+  const std::string cdb = base::ReadFile(kPrograms + "endings.cdb").text;
+  for (const ParsedProgram& program : {ParseProgram("endings"), ParseSdccCdb(cdb, {}, none)}) {
+    std::map<std::uint32_t, std::set<base::Address>> places;
+    for (const LineEntry& entry : program.lines) {
+      if (program.files[entry.file] == "endings.c") places[entry.line].insert(entry.address);
+    }
+    const base::Address one_line = Find(program, "_one_line")->address;
+    EXPECT_FALSE(places.contains(13)) << "the first __naked function's";
+    EXPECT_FALSE(places.contains(31)) << "and the last one's";
+    EXPECT_EQ(places[14].size(), 2U) << "start and return";
+    EXPECT_TRUE(places[14].contains(one_line));
+    EXPECT_EQ(places[19].size(), 1U) << "the return that nothing reaches";
+    EXPECT_EQ(Find(program, "_ticks")->type, "unsigned long long[2]");
+  }
+}
+
+TEST(SdccCdb, StringsLieWhereTheListingSaysOrNowhere) {
+  SymbolTable table;
+  table.Assign(ParseProgram("strings").symbols);
+  EXPECT_EQ(table.FindSymbolName(0x8153), "_strcpy");
+  EXPECT_EQ(table.FindSymbolAddress("___str_1"), 0x82EEU);
+  SdccSources none;
+  table.Assign(ParseSdccCdb(base::ReadFile(kPrograms + "strings.cdb").text, {}, none).symbols);
+  EXPECT_FALSE(table.FindSymbolAddress("___str_1"));
 }
 
 TEST(SdccCdb, StaticNamesOfTwoModulesCanBeToldApart) {

@@ -10,11 +10,15 @@ TEST(SdccTypes, ChainsReadAsC) {
   struct Row {
     const char* chain;
     const char* text;
+    int size = 0;
   };
   const Row rows[] = {{"SC:U", "unsigned char"},
                       {"SC:S", "signed char"},
                       {"SI:U", "unsigned int"},
                       {"SL:S", "long"},
+                      {"SI:S", "long long", 8},
+                      {"DA2d,DA3d,SI:U", "unsigned long long[2][3]", 48},
+                      {"DA2d,DG,SI:S", "int *[2]", 16},
                       {"SF:S", "float"},
                       {":S", "_Bool"},
                       {"STpt:S", "struct pt"},
@@ -35,7 +39,8 @@ TEST(SdccTypes, ChainsReadAsC) {
                       {"DAd", "DAd"},
                       {"Dxyz,SC:U", "Dxyz,SC:U"}};
   const auto is_union = [](std::string_view tag) { return tag == "un"; };
-  for (const Row& row : rows) EXPECT_EQ(SdccTypeText(row.chain, is_union), row.text) << row.chain;
+  for (const Row& row : rows)
+    EXPECT_EQ(SdccTypeText(row.chain, row.size, is_union), row.text) << row.chain;
 }
 
 TEST(SdccTypes, UnionIsToldByItsOffsets) {
