@@ -80,7 +80,7 @@ std::optional<base::StopReason> NStep::EndReached() const {
     case NStepCondition::Forever:
       break;
     case NStepCondition::AtStatement:
-      if (debug_info_.DebugInfoLoaded && debug_info_.LineTable.HasLineAt(frame_.PC)) {
+      if (debug_info_.DebugInfoLoaded && debug_info_.LineTable.HasStatementAt(frame_.PC)) {
         return base::StopReason::PlaceReached;
       }
       break;

@@ -2,8 +2,11 @@
 #include "symbols/line_table.h"
 
 #include <algorithm>
+#include <array>
 #include <numeric>
 #include <utility>
+
+#include "base/file_names.h"
 
 namespace brevant::symbols {
 namespace {
@@ -16,6 +19,9 @@ SourceLine LineOf(const LineEntry& entry) {
   return {entry.line, entry.file};
 }
 
+// Of assembler sources and of the listings' text.
+constexpr std::array<std::string_view, 4> kAssemblerExtensions{"asm", "s", "src", "inc"};
+
 }  // namespace
 
 void LineTable::Clear() {
@@ -26,6 +32,7 @@ void LineTable::Assign(std::vector<LineEntry> entries, std::vector<std::string> 
   ++generation_;
   entries_ = std::move(entries);
   files_ = std::move(files);
+  has_c_ = std::ranges::any_of(entries_, [&](const LineEntry& entry) { return IsC(entry); });
   ascending_.resize(entries_.size());
   std::iota(ascending_.begin(), ascending_.end(), std::size_t{0});
   std::ranges::stable_sort(ascending_, {}, [&](std::size_t i) { return entries_[i].address; });
@@ -44,6 +51,23 @@ std::size_t LineTable::FirstNotBelow(base::Address address) const {
 
 bool LineTable::HasLineAt(base::Address address) const {
   return LineForExactAddress(address).has_value();
+}
+
+bool LineTable::IsC(const LineEntry& entry) const {
+  if (entry.file >= files_.size()) return true;
+  const std::string extension = base::ExtensionOf(files_[entry.file]);
+  return std::ranges::none_of(kAssemblerExtensions, [&](std::string_view assembler) {
+    return base::EqualIgnoringCase(extension, assembler);
+  });
+}
+
+bool LineTable::HasStatementAt(base::Address address) const {
+  for (std::size_t i = FirstNotBelow(address); i < ascending_.size(); ++i) {
+    const LineEntry& entry = entries_[ascending_[i]];
+    if (entry.address != address) break;
+    if (!has_c_ || IsC(entry)) return true;
+  }
+  return false;
 }
 
 std::optional<SourceLine> LineTable::LineForAddress(base::Address address) const {

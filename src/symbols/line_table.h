@@ -36,6 +36,8 @@ class LineTable {
   long generation() const { return generation_; }
 
   bool HasLineAt(base::Address address) const;
+  // A line of C begins at exactly this address; in a program that has none, any line.
+  bool HasStatementAt(base::Address address) const;
   // The line shown for a PC: the entry at the address or the nearest below it; of two entries at
   // one address the second; below the first entry the first; above the last nothing.
   std::optional<SourceLine> LineForAddress(base::Address address) const;
@@ -48,9 +50,11 @@ class LineTable {
   long generation_ = 0;
   std::vector<LineEntry> entries_;
   std::vector<std::string> files_;
+  bool has_c_ = false;
   std::vector<std::size_t> ascending_;  // entries by address, equal ones in file order
   std::unordered_map<std::uint64_t, base::Address> by_line_;  // first entry of each file and line
 
+  bool IsC(const LineEntry& entry) const;
   std::size_t FirstNotBelow(base::Address address) const;  // a place in ascending_
 };
 

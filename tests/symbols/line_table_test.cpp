@@ -40,6 +40,16 @@ TEST(LineTable, ExactLookupsTakeTheFirstEntry) {
   EXPECT_FALSE(table.AddressForLine(9, 0));
 }
 
+TEST(LineTable, StatementIsALineOfCUnlessAllIsAssembler) {
+  LineTable table;
+  table.Assign({{0x100, 7, 0}, {0x100, 3, 1}, {0x104, 8, 0}}, {"crt0.asm", "main.c"});
+  EXPECT_TRUE(table.HasStatementAt(0x100));
+  EXPECT_FALSE(table.HasStatementAt(0x104)) << "start-up code";
+  table.Assign({{0x100, 7, 0}}, {"info.src"});
+  EXPECT_TRUE(table.HasStatementAt(0x100));
+  EXPECT_FALSE(table.HasStatementAt(0x101));
+}
+
 TEST(LineTable, UnsortedEntriesAreLookedUpByAddress) {
   const LineTable table = Table({{0x200, 20, 0}, {0x100, 10, 0}, {0x180, 10, 0}});
   EXPECT_EQ(LineFor(table, 0x1FF), 10U);
