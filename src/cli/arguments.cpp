@@ -57,7 +57,10 @@ std::string Joined(Words words) {
 
 template <typename T>
 frontend::Parsed<Value> AsValue(const frontend::Parsed<T>& parsed) {
-  return {.value = static_cast<std::uint32_t>(parsed.value), .error = parsed.error};
+  return {.value = static_cast<std::uint32_t>(parsed.value),
+          .error = parsed.error,
+          .well_formed = parsed.well_formed,
+          .note = parsed.note};
 }
 
 // words begins with the argument's own; before are the values of those before it.
@@ -126,7 +129,8 @@ frontend::Parsed<ParsedArguments> ParseArguments(std::string_view command, const
     const Argument& argument = list[n];
     if (argument.kind == Kind::Word && !IsAmong(words[n], argument.name)) return {.error = usage};
     auto value = Parse(argument, Words(words).subspan(n), parsed.value, info);
-    if (!value.ok()) return {.error = value.error};
+    if (!value.ok()) return {.error = value.error, .well_formed = value.well_formed};
+    if (!value.note.empty()) parsed.value.notes.push_back(value.note);
     parsed.value.Add(std::move(value.value));
     if (TakesAllWords(argument)) break;
   }

@@ -19,7 +19,7 @@ namespace brevant::cli {
 
 enum class Kind {
   None,     // no such argument
-  Address,  // digits, a symbol or FILE:LINE
+  Address,  // of a place, as symbols/places.h reads it
   Count,    // decimal, from 1 to limit
   Hex,      // hexadecimal, up to limit
   Bytes,    // one or more, that lie in memory from the address before them on
@@ -94,6 +94,9 @@ class ParsedArguments {
   const std::vector<std::uint8_t>& Bytes(std::size_t n) const {
     return std::get<std::vector<std::uint8_t>>(values_[n]);
   }
+
+  // What was taken where a word could mean several things; one sentence each.
+  std::vector<std::string> notes;
 
   using Value = std::variant<std::uint32_t, std::string, std::vector<std::uint8_t>>;
   void Add(Value value) { values_.push_back(std::move(value)); }

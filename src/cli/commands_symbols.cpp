@@ -2,19 +2,20 @@
 // Symbols, source lines, tool chains and macros.
 #include <fmt/format.h>
 
+#include <algorithm>
+#include <vector>
+
+#include "base/file_names.h"
 #include "base/text_number.h"
 #include "cli/command_table.h"
 #include "cli/session.h"
+#include "frontend/address_names.h"
 #include "symbols/importers.h"
+#include "symbols/places.h"
 #include "symbols/source_text.h"
 
 namespace brevant::cli {
 namespace {
-
-std::string FileAndLine(const symbols::DebugInfo& info, const symbols::SourceLine& line) {
-  const std::vector<std::string>& files = info.LineTable.files();
-  return fmt::format("{}:{}", line.file < files.size() ? files[line.file] : "?", line.line);
-}
 
 Result Toolchain(Session& session, const ParsedArguments& arguments) {
   symbols::ToolChain& in_force = session.debugger().debug_info.tool_chain;
@@ -45,41 +46,135 @@ Result Symbols(Session& session, const ParsedArguments& arguments) {
   const std::string problem = session.debugger().LoadSymbols(arguments.Text(0));
   if (!problem.empty()) return Failure(ExitStatus::File, problem);
   session.debugger().RefreshAfterStop();
-  const std::size_t count = session.debugger().debug_info.SymbolTable.symbols().size();
+  const symbols::DebugInfo& info = session.debugger().debug_info;
+  const std::size_t count = info.SymbolTable.symbols().size();
+  const std::size_t lines = info.LineTable.entries().size();
   Result result;
-  result.text = fmt::format("{} symbols\n", count);
-  result.fields = {{"symbols", count}};
+  result.text =
+      fmt::format("{} symbols{}\n", count, lines == 0 ? "" : fmt::format(", {} lines", lines));
+  result.fields = {{"symbols", count}, {"lines", lines}};
+  result.note = "Nothing was transferred; whether the target holds this program was not looked at.";
+  return result;
+}
+
+nlohmann::ordered_json Fields(const symbols::Symbol& symbol, const symbols::DebugInfo& info) {
+  nlohmann::ordered_json fields = {{"address", fmt::format("{:04x}", symbol.address)},
+                                   {"name", symbol.name}};
+  if (!symbol.type.empty()) fields.update({{"type", symbol.type}, {"size", symbol.size}});
+  if (!symbol.module.empty()) fields["module"] = symbol.module;
+  if (const auto line = info.LineTable.LineForExactAddress(symbol.address)) {
+    fields["line"] = symbols::LineName(*line, info.LineTable);
+  }
+  return fields;
+}
+
+// "0126 _count void () in demo at demo.c:27"
+std::string Told(const symbols::Symbol& symbol, const symbols::DebugInfo& info) {
+  std::string text = fmt::format("{:04x} {}", symbol.address, symbol.name);
+  if (!symbol.type.empty()) text += ' ' + symbol.type;
+  if (symbol.size > 0)
+    text += fmt::format(" ({} byte{})", symbol.size, symbol.size == 1 ? "" : "s");
+  if (!symbol.module.empty()) text += " in " + symbol.module;
+  if (const auto line = info.LineTable.LineForExactAddress(symbol.address)) {
+    text += " at " + symbols::LineName(*line, info.LineTable);
+  }
+  return text + '\n';
+}
+
+// A place that has no name of its own, as so many bytes behind the start of what it lies in.
+Result ToldWithin(base::Address address, const symbols::Symbol& symbol) {
+  const std::string name = fmt::format("{}+{:x}", symbol.name, address - symbol.address);
+  Result result;
+  result.text = fmt::format("{:04x} {}\n", address, name);
+  result.fields = {{"address", fmt::format("{:04x}", address)}, {"name", name}};
   return result;
 }
 
 Result Lookup(Session& session, const ParsedArguments& arguments) {
-  const symbols::SymbolTable& table = session.debugger().debug_info.SymbolTable;
+  const symbols::DebugInfo& info = session.debugger().debug_info;
   const std::string& word = arguments.Text(0);
-  std::optional<base::Address> address = table.FindSymbolAddress(word);
-  if (!address && base::IsHexField(word)) {
-    const auto number = frontend::ParseAddress(word);
-    if (!number.ok()) return UsageError(number.error);
-    address = number.value;
-  }
-  if (!address) address = table.FindCName(word);
-  if (!address || !table.FindSymbolName(*address)) {
-    return Failure(ExitStatus::Failed, fmt::format("there is no symbol {}", word));
-  }
-  const std::string name(*table.FindSymbolName(*address));
-  Result result;
-  result.text = fmt::format("{:04x} {}", *address, name);
-  result.fields = {{"address", fmt::format("{:04x}", *address)}, {"name", name}};
-  for (const symbols::Symbol& symbol : table.symbols()) {
-    if (symbol.address != *address || symbol.name != name) continue;
-    if (!symbol.type.empty()) {
-      result.text += ' ' + symbol.type;
-      if (symbol.size > 0) result.text += fmt::format(" ({} bytes)", symbol.size);
-      result.fields.update({{"type", symbol.type}, {"size", symbol.size}});
+  const bool is_number = base::IsHexField(word);
+  std::vector<const symbols::Symbol*> shown = symbols::FindNamed(word, info);
+  if (shown.empty() || is_number) {
+    const auto place =
+        is_number ? frontend::ParseAddress(word) : frontend::ResolveAddress(word, info);
+    if (!place.ok() && shown.empty() && is_number) return UsageError(place.error);
+    if (place.well_formed) return Failure(ExitStatus::Failed, place.error);
+    for (const symbols::Symbol& symbol : info.SymbolTable.symbols()) {
+      if (place.ok() && symbol.address == place.value) shown.push_back(&symbol);
     }
-    break;
+    const symbols::Symbol* around =
+        place.ok() ? symbols::FindContaining(place.value, info) : nullptr;
+    if (shown.empty() && around != nullptr) return ToldWithin(place.value, *around);
   }
-  result.text += '\n';
+  if (shown.empty()) return Failure(ExitStatus::Failed, fmt::format("there is no symbol {}", word));
+  Result result;
+  for (const symbols::Symbol* symbol : shown) result.text += Told(*symbol, info);
+  result.fields = Fields(*shown.front(), info);
+  if (shown.size() > 1) {
+    for (const symbols::Symbol* symbol : shown) {
+      result.fields["symbols"].push_back(Fields(*symbol, info));
+    }
+  }
   return result;
+}
+
+// Lines of one kind, and the same for programs.
+struct Listed {
+  std::string text;
+  nlohmann::ordered_json fields = nlohmann::ordered_json::array();
+};
+
+bool IsWanted(std::string_view name, const std::string& part) {
+  return base::UpperCase(name).find(base::UpperCase(part)) != std::string::npos;
+}
+
+Listed ListedFiles(const symbols::DebugInfo& info, const std::string& part) {
+  Listed listed;
+  for (const std::string& file : info.LineTable.files()) {
+    if (!IsWanted(file, part)) continue;
+    listed.text += fmt::format("file {}\n", file);
+    listed.fields.push_back(file);
+  }
+  return listed;
+}
+
+bool IsFunction(const symbols::Symbol& symbol, const symbols::DebugInfo& info) {
+  return std::ranges::any_of(info.functions, [&](const symbols::Function& function) {
+    return function.first == symbol.address && function.name == symbol.name;
+  });
+}
+
+Listed ListedSymbols(const symbols::DebugInfo& info, const std::string& part, bool functions) {
+  Listed listed;
+  for (const symbols::Symbol& symbol : info.SymbolTable.symbols()) {
+    if (!IsWanted(symbol.name, part) || IsFunction(symbol, info) != functions) continue;
+    listed.text += (functions ? "function " : "symbol ") + Told(symbol, info);
+    listed.fields.push_back(Fields(symbol, info));
+  }
+  return listed;
+}
+
+Result List(Session& session, const ParsedArguments& arguments) {
+  const symbols::DebugInfo& info = session.debugger().debug_info;
+  const std::string kind = arguments.Has(0) ? arguments.Text(0) : "";
+  const std::string part = arguments.Has(1) ? arguments.Text(1) : "";
+  Result result;
+  const auto add = [&](const char* name, const Listed& listed) {
+    if (!kind.empty() && kind != name) return;
+    result.text += listed.text;
+    result.fields[name] = listed.fields;
+  };
+  add("files", ListedFiles(info, part));
+  add("functions", ListedSymbols(info, part, true));
+  add("symbols", ListedSymbols(info, part, false));
+  if (!result.text.empty()) return result;
+  return Failure(
+      ExitStatus::Failed,
+      fmt::format("no {} are known{}: load a program whose debug information lies beside "
+                  "it, or read it with symbols FILE",
+                  kind.empty() ? "files, functions or symbols" : kind,
+                  part.empty() ? "" : fmt::format(" with \"{}\"", part)));
 }
 
 Result Line(Session& session, const ParsedArguments& arguments) {
@@ -89,7 +184,7 @@ Result Line(Session& session, const ParsedArguments& arguments) {
   if (!line) {
     return Failure(ExitStatus::Failed, fmt::format("no source line is known for {:04x}", address));
   }
-  const std::string place = FileAndLine(debugger.debug_info, *line);
+  const std::string place = symbols::LineName(*line, debugger.debug_info.LineTable);
   const std::string text =
       symbols::SourceText(debugger.debug_info, *line, debugger.loader.image_directory())
           .value_or("");
@@ -116,8 +211,17 @@ constexpr Command kRows[] = {
      kAlways,
      Toolchain,
      "whose debug information a load reads (stored)"},
-    {"symbols", {File("FILE")}, kStopped, Symbols, "read a symbol file"},
-    {"lookup", {Text("NAME|ADDR")}, kAlways, Lookup, "a symbol by name or address"},
+    {"symbols",
+     {File("FILE")},
+     kStopped,
+     Symbols,
+     "read a symbol file, or a .cdb or .map, without a transfer"},
+    {"lookup", {Text("NAME|ADDR")}, kAlways, Lookup, "all symbols of a name or at an address"},
+    {"list",
+     {Optional(Word("files|functions|symbols")), Optional(Text("PART"))},
+     kAlways,
+     List,
+     "what is known, or what of it has PART in its name"},
     {"line", {Address("ADDR")}, kAlways, Line, "the source line of an address"},
     {"macro", {File("FILE")}, kStopped, Macro, "run a macro file"},
 };

@@ -14,6 +14,7 @@
 #include "cli/register_line.h"
 #include "cli/session.h"
 #include "devices/device.h"
+#include "frontend/address_names.h"
 #include "load/target_range.h"
 #include "views/block_operation.h"
 
@@ -90,12 +91,27 @@ Result Regs(Session& session, const ParsedArguments&) {
   return RegisterResult(session.debugger().frame);
 }
 
+// Digits, else the address of a symbol, line and so on. Only for PC letters may be a name although
+// they are digits too: it takes places, the others any number.
+frontend::Parsed<std::uint32_t> RegisterValue(Session& session, const std::string& word,
+                                              std::uint32_t limit, std::string_view name) {
+  if (base::IsHexField(word) && name != "PC") return frontend::ParseHexNumber(word, limit, name);
+  auto value = frontend::ResolveAddress(word, session.debugger().debug_info);
+  if (!value.note.empty()) session.ui().Warn(value.note);
+  if (!value.ok() && !value.well_formed)
+    value.error = frontend::ParseHexNumber(word, limit, name).error;
+  if (value.ok() && value.value > limit) {
+    value.error = fmt::format("{} is {:04x}, which is beyond {:X}", word, value.value, limit);
+  }
+  return value;
+}
+
 Result Set(Session& session, const ParsedArguments& arguments) {
   const std::string name = base::UpperCase(arguments.Text(0));
   control::RegisterFrame& frame = session.debugger().frame;
   if (name == "SP") {
     const auto value =
-        frontend::ParseHexNumber(arguments.Text(1), base::kLastAddress, "stack pointer");
+        RegisterValue(session, arguments.Text(1), base::kLastAddress, "stack pointer");
     if (!value.ok()) return UsageError(value.error);
     if (session.debugger().memory.KindOf(value.value) != devices::MemoryKind::Ram) {
       return Failure(ExitStatus::Failed,
@@ -109,7 +125,7 @@ Result Set(Session& session, const ParsedArguments& arguments) {
   }
   for (const RegisterRow& row : kRegisters) {
     if (row.name != name) continue;
-    const auto value = frontend::ParseHexNumber(arguments.Text(1), row.limit, row.name);
+    const auto value = RegisterValue(session, arguments.Text(1), row.limit, row.name);
     if (!value.ok()) return UsageError(value.error);
     row.store(frame, value.value);
     return {};

@@ -114,12 +114,15 @@ Result Session::Run(const std::vector<std::string>& words) {
   }
   const auto arguments = ParseArguments(command->name, command->arguments,
                                         std::span(words).subspan(1), debugger_.debug_info);
-  if (!arguments.ok()) return UsageError(arguments.error);
+  if (!arguments.ok()) {
+    return Failure(arguments.well_formed ? ExitStatus::Failed : ExitStatus::Usage, arguments.error);
+  }
   // The program may have stopped meanwhile, or the port be gone.
   if (debugger_.Busy()) debugger_.Tick();
   if (debugger_.Busy() && !command->while_running) {
     return Failure(ExitStatus::Failed, "the target is running: stop it or wait first");
   }
+  for (const std::string& note : arguments.value.notes) ui_.Warn(note);
   Result result = command->run(*this, arguments.value);
   const auto damaged = debugger_.memory.TakeDamage();
   if (result.ok() && debugger_.memory.LinkError()) return LinkLost();

@@ -85,6 +85,12 @@ void Debugger::Reset() {
 }
 
 std::string Debugger::LoadSymbols(const std::string& path) {
+  if (auto program = symbols::ReadDebugFile(path)) {
+    if (!program->problem.empty()) return path + ": " + program->problem;
+    debug_info.DebugInfoLoaded = !program->lines.empty();
+    debug_info.Assign(std::move(*program), base::DirectoryOf(path));
+    return {};
+  }
   const std::string start = settings.String(base::keys::kSymbolTableStart);
   if (symbols::LoadSymbolFile(path, start, debug_info)) return {};
   if (const base::FileText file = base::ReadFile(path); !file.ok()) {

@@ -11,7 +11,7 @@
 
 namespace brevant::frontend {
 
-// Hexadecimal digits, else a symbol, else FILE:LINE.
+// See symbols/places.h.
 Parsed<base::Address> ResolveAddress(std::string_view word, const symbols::DebugInfo& info);
 // Hexadecimal with the name of the symbol at it, if any: "8036 _main".
 std::string Described(base::Address address, const symbols::DebugInfo& info);

@@ -15,6 +15,10 @@ template <typename T>
 struct Parsed {
   T value{};
   std::string error = {};
+  // The text is as it should be, but what it names is not there.
+  bool well_formed = false;
+  // What was taken, where the text could also mean something else.
+  std::string note = {};
   bool ok() const { return error.empty(); }
 };
 

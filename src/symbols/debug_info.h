@@ -3,7 +3,13 @@
 // belong to it. One object, handed to whoever looks things up or replaces them.
 #pragma once
 
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "symbols/function.h"
 #include "symbols/line_table.h"
+#include "symbols/parsed_program.h"
 #include "symbols/symbol_table.h"
 
 namespace brevant::symbols {
@@ -21,10 +27,24 @@ enum class ToolChain {
 struct DebugInfo {
   symbols::SymbolTable SymbolTable;
   symbols::LineTable LineTable;
+  std::vector<Function> functions;  // ascending; empty where the tool chain does not tell
+  std::string directory;            // that the lines' files are named from
   // The tables belong to the loaded program. Cleared by flash commands and by loading symbols.
   bool DebugInfoLoaded = false;
   // The tool chain in force; setting "compiler" as last read.
   ToolChain tool_chain = ToolChain::FreeAssembler;
+
+  void Assign(ParsedProgram program, std::string from_directory) {
+    SymbolTable.Assign(std::move(program.symbols));
+    LineTable.Assign(std::move(program.lines), std::move(program.files));
+    functions = std::move(program.functions);
+    directory = std::move(from_directory);
+  }
+  // The symbols stay.
+  void ForgetLines() {
+    LineTable.Clear();
+    functions.clear();
+  }
 };
 
 }  // namespace brevant::symbols

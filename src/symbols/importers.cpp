@@ -18,6 +18,8 @@
 #include "symbols/messages.h"
 #include "symbols/motorola_assembler.h"
 #include "symbols/sdcc_cdb.h"
+#include "symbols/sdcc_map.h"
+#include "symbols/text_lines.h"
 
 namespace brevant::symbols {
 namespace {
@@ -73,6 +75,18 @@ ParsedProgram Cdb(const std::string& path) {
   });
 }
 
+ParsedProgram AnyMap(const std::string& path) {
+  const base::FileText map = base::ReadFile(path);
+  LineReader reader(map.text);
+  reader.Skip(1);
+  if (const auto second = reader.Next(); second && second->starts_with("Area")) return Map(path);
+  ParsedProgram program;
+  program.symbols = ParseSdccMap(map.text);
+  if (program.symbols.empty())
+    program.problem = map.ok() ? "no symbols of SDCC or Imagecraft" : map.error;
+  return program;
+}
+
 constexpr int kAny = Companion::kAnyFormat;
 constexpr std::array kFreeCompanions{Companion{"lst", kAny, true, Free}};
 constexpr std::array kMotorolaCompanions{Companion{"lst", kAny, true, Motorola}};
@@ -109,7 +123,7 @@ bool IsUsable(const Companion& companion, const std::string& path) {
 
 ImportResult Refuse(const Companion& companion, const std::string& path,
                     const ParsedProgram& program, DebugInfo& info) {
-  info.LineTable.Clear();
+  info.ForgetLines();
   if (!companion.is_listing) info.SymbolTable.Clear();
   ImportResult result;
   result.detail = path + ": " + program.problem;
@@ -176,9 +190,15 @@ ImportResult ImportCompanion(const ImportRequest& request, DebugInfo& info) {
       true,
       {},
       base::Format("%s: %d symbols, %d lines", path, program.symbols.size(), program.lines.size())};
-  info.SymbolTable.Assign(std::move(program.symbols));
-  info.LineTable.Assign(std::move(program.lines), std::move(program.files));
+  info.Assign(std::move(program), request.image_directory);
   return result;
+}
+
+std::optional<ParsedProgram> ReadDebugFile(const std::string& path) {
+  const std::string extension = base::ExtensionOf(path);
+  if (base::EqualIgnoringCase(extension, "cdb")) return Cdb(path);
+  if (base::EqualIgnoringCase(extension, "map")) return AnyMap(path);
+  return {};
 }
 
 std::optional<OtherToolChain> FindOtherToolChain(const std::string& image_path, ToolChain current) {

@@ -69,6 +69,10 @@ struct ImportResult {
 // companion is a listing, which leaves symbols that were loaded by hand.
 ImportResult ImportCompanion(const ImportRequest& request, DebugInfo& info);
 
+// A file that names by itself what it is, whatever tool chain is in force: SDCC's debug file (.cdb)
+// and the map files (.map) of SDCC and of Imagecraft. Nothing for other extensions.
+std::optional<ParsedProgram> ReadDebugFile(const std::string& path);
+
 struct OtherToolChain {
   const ToolChainRow* row = nullptr;
   int image_format = 0;  // what setting "ImageFormat" must be, where it matters

@@ -71,7 +71,8 @@ bool IsLibraryName(std::string_view name, ToolChain tool_chain) {
 bool IsLibraryCall(base::Address address, const DebugInfo& info) {
   const auto name = info.SymbolTable.FindSymbolName(address);
   if (!name) return false;
-  if (info.tool_chain == ToolChain::Sdcc && info.LineTable.HasLineAt(address)) return false;
+  const bool lines_tell = info.tool_chain == ToolChain::Sdcc || !info.functions.empty();
+  if (lines_tell && info.LineTable.HasLineAt(address)) return false;
   return IsLibraryName(*name, info.tool_chain);
 }
 

@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "symbols/function.h"
 #include "symbols/line_table.h"
 #include "symbols/symbol_table.h"
 
@@ -27,6 +28,7 @@ struct ParsedProgram {
   std::vector<Symbol> symbols;
   std::vector<LineEntry> lines;
   std::vector<std::string> files;
+  std::vector<Function> functions;  // ascending
   // 16-bit values that the output asks to be written to the reset vector, in order.
   std::vector<std::uint16_t> reset_vectors;
   // Set by the listing importers, which leave symbols and lines to be read back from these files.

@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "symbols/sdcc_cdb.h"
 
+#include <algorithm>
+#include <iterator>
 #include <map>
 #include <set>
 #include <string>
 #include <unordered_map>
-#include <unordered_set>
 #include <utility>
 #include <vector>
 
@@ -50,6 +51,11 @@ std::string LinkerName(const ScopedName& scoped) {
   std::string name = "_";
   if (scoped.scope == 'L') name.append(scoped.function).append(".");
   return name.append(scoped.name);
+}
+
+Scope ScopeOf(const ScopedName& scoped) {
+  if (scoped.scope == 'G') return Scope::Global;
+  return scoped.scope == 'F' ? Scope::Module : Scope::Function;
 }
 
 class CdbReader {
@@ -150,7 +156,9 @@ void CdbReader::ReadAddress(std::string_view record) {
     const auto scoped = ParseScopedName(name.substr(1));
     if (!scoped) return;
     const auto start = functions_.find(scoped->without_level);
-    if (start != functions_.end()) records_.functions.push_back({start->second, address});
+    if (start == functions_.end()) return;
+    records_.functions.push_back(
+        {LinkerName(*scoped), std::string(scoped->module), start->second, address});
   } else if (const auto scoped = ParseScopedName(name)) {
     if (scoped->name.starts_with(kStringName)) {
       strings_.push_back(name);
@@ -173,7 +181,11 @@ void CdbReader::ReadLine(std::string_view record, base::Address address) {
 void CdbReader::AddSymbol(const ScopedName& scoped, std::string_view full, base::Address address) {
   auto type = types_.find(full);
   if (type == types_.end()) type = types_.find(scoped.without_level);
-  Symbol symbol{LinkerName(scoped), address, 0, {}};
+  Symbol symbol{.name = LinkerName(scoped),
+                .address = address,
+                .type = {},
+                .scope = ScopeOf(scoped),
+                .module = std::string(scoped.module)};
   if (type != types_.end()) {
     symbol.size = type->second.size;
     symbol.type = type->second.text;
@@ -206,17 +218,26 @@ void CdbReader::AddQualifiedStatics() {
 }
 
 void CdbReader::AddMapNames(std::string_view map) {
-  std::unordered_set<std::string> names;
-  std::unordered_set<base::Address> addresses;
-  for (const Symbol& symbol : program_.symbols) {
-    names.insert(symbol.name);
-    addresses.insert(symbol.address);
+  std::unordered_map<std::string_view, Symbol*> by_name;
+  std::unordered_map<base::Address, Symbol*> by_address;
+  for (Symbol& symbol : program_.symbols) {
+    by_name.try_emplace(symbol.name, &symbol);
+    by_address.try_emplace(symbol.address, &symbol);
   }
+  std::vector<Symbol> added;
   for (Symbol& symbol : ParseSdccMap(map)) {
+    auto known = by_name.find(symbol.name);
+    Symbol* same = known == by_name.end() ? nullptr : known->second;
+    const auto there = by_address.find(symbol.address);
     const bool cut = symbol.name.size() >= kSdccMapNameLength;
-    if (names.contains(symbol.name) || (cut && addresses.contains(symbol.address))) continue;
-    program_.symbols.push_back(std::move(symbol));
+    if (same == nullptr && cut && there != by_address.end()) same = there->second;
+    if (same == nullptr) {
+      added.push_back(std::move(symbol));
+    } else if (same->module.empty()) {
+      same->module = std::move(symbol.module);
+    }
   }
+  std::ranges::move(added, std::back_inserter(program_.symbols));
 }
 
 ParsedProgram CdbReader::Take(std::string_view map, SdccSources& sources) {

@@ -22,7 +22,7 @@ class LineBuilder {
  private:
   std::uint32_t FileIndex(std::string path);
   std::string_view ModuleAt(base::Address address) const;
-  void DropClosingLine(SdccLineRecords::Function& function);
+  void DropClosingLine(Function& function);
   void DropLinesWithoutCode();
   void AddListedLines();
   void AddCLines();
@@ -37,8 +37,8 @@ class LineBuilder {
   std::map<std::string, std::uint32_t> file_indexes_;
   // Each instruction is a line of its module's assembler source.
   std::unordered_map<base::Address, std::string_view> module_at_;
-  std::set<std::string_view> listed_modules_;           // those with a listing of this build
-  std::vector<SdccLineRecords::Function> c_functions_;  // ascending; those with lines of C
+  std::set<std::string_view> listed_modules_;  // those with a listing of this build
+  std::vector<Function> c_functions_;          // ascending; those with lines of C
 };
 
 std::uint32_t LineBuilder::FileIndex(std::string path) {
@@ -56,7 +56,7 @@ std::string_view LineBuilder::ModuleAt(base::Address address) const {
 
 // A function without a return (__naked) is marked as ending where the next one starts, and so is
 // its closing line: the lowest one of its file there.
-void LineBuilder::DropClosingLine(SdccLineRecords::Function& function) {
+void LineBuilder::DropClosingLine(Function& function) {
   std::vector<SdccLineRecords::Line>& lines = records_.c_lines;
   const auto own = std::ranges::find(lines, function.first, &SdccLineRecords::Line::address);
   if (own == lines.end()) return;
@@ -76,6 +76,7 @@ void LineBuilder::DropLinesWithoutCode() {
   std::set<base::Address> starts;
   for (const auto& function : records_.functions) starts.insert(function.first);
   for (auto& function : records_.functions) {
+    if (function.module.empty()) function.module = ModuleAt(function.first);
     const bool beyond =
         starts.contains(function.last) || ModuleAt(function.last) != ModuleAt(function.first);
     if (beyond && function.last > function.first) DropClosingLine(function);
@@ -127,7 +128,7 @@ void LineBuilder::AddCLines() {
 
 void LineBuilder::AddFunctionStarts() {
   std::ranges::stable_sort(program_.lines, {}, &LineEntry::address);
-  std::ranges::sort(records_.functions, {}, &SdccLineRecords::Function::first);
+  std::ranges::sort(records_.functions, {}, &Function::first);
   std::vector<LineEntry> starts;
   for (const auto& function : records_.functions) {
     const auto inside =
@@ -141,8 +142,7 @@ void LineBuilder::AddFunctionStarts() {
 }
 
 bool LineBuilder::InsideC(base::Address address) const {
-  const auto after =
-      std::ranges::upper_bound(c_functions_, address, {}, &SdccLineRecords::Function::first);
+  const auto after = std::ranges::upper_bound(c_functions_, address, {}, &Function::first);
   return after != c_functions_.begin() && address <= std::prev(after)->last;
 }
 
@@ -191,6 +191,7 @@ void LineBuilder::Build() {
   AddFunctionStarts();
   AddAssemblerLines();
   OrderEntries();
+  program_.functions = std::move(records_.functions);
 }
 
 }  // namespace

@@ -18,12 +18,9 @@ struct SdccLineRecords {
     std::uint32_t line = 0;
     std::string name;  // the C file, or the module of an assembler line
   };
-  struct Function {
-    base::Address first = 0;
-    base::Address last = 0;  // where its last instruction starts
-  };
   std::vector<Line> c_lines;
   std::vector<Line> assembler_lines;
+  // Ends are where the last instruction starts: a return has one byte.
   std::vector<Function> functions;
 };
 
@@ -32,7 +29,7 @@ struct SdccLineRecords {
 const SdccListing* ListingOfBuild(std::string_view module, const SdccLineRecords& records,
                                   SdccSources& sources);
 
-// Fills program's lines and files.
+// Fills program's lines, files and functions.
 void BuildSdccLines(SdccLineRecords records, SdccSources& sources, ParsedProgram& program);
 
 }  // namespace brevant::symbols

@@ -18,7 +18,11 @@ std::vector<Symbol> ParseSdccMap(std::string_view map) {
     // The linker's names for lengths and starts of areas belong to no module.
     if (words.size() != 3 || words[0].size() != 8 || !IsHexNumber(words[0])) continue;
     const bool is_own_name = words[1].starts_with('.') || words[1].find('$') != words[1].npos;
-    if (!is_own_name) symbols.push_back({std::string(words[1]), *LeadingHex(words[0]), 0, {}});
+    if (!is_own_name)
+      symbols.push_back({.name = std::string(words[1]),
+                         .address = *LeadingHex(words[0]),
+                         .type = {},
+                         .module = std::string(words[2])});
   }
   return symbols;
 }

@@ -12,7 +12,8 @@ std::optional<std::string> SourcePath(const DebugInfo& info, std::uint32_t file,
                                       const std::string& image_directory) {
   const std::vector<std::string>& files = info.LineTable.files();
   if (file >= files.size()) return std::nullopt;
-  for (const std::string& path : {base::JoinPath(image_directory, files[file]), files[file]}) {
+  for (const std::string& path : {base::JoinPath(info.directory, files[file]),
+                                  base::JoinPath(image_directory, files[file]), files[file]}) {
     std::error_code error;
     if (std::filesystem::is_regular_file(path, error)) return path;
   }

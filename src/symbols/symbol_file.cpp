@@ -39,7 +39,7 @@ std::vector<Symbol> ParseSymbolFile(std::string_view text, std::string_view star
 
 bool LoadSymbolFile(const std::string& path, std::string_view starting_string, DebugInfo& info) {
   info.DebugInfoLoaded = false;
-  info.LineTable.Clear();
+  info.ForgetLines();
   const base::FileText file = base::ReadFile(path);
   info.SymbolTable.Assign(file.ok() ? ParseSymbolFile(file.text, starting_string)
                                     : std::vector<Symbol>());

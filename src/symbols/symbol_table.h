@@ -14,11 +14,15 @@
 
 namespace brevant::symbols {
 
+enum class Scope { Global, Module, Function };
+
 struct Symbol {
   std::string name;
   base::Address address = 0;
   int size = 0;      // bytes of a variable where the tool chain says so, else 0
   std::string type;  // e.g. "unsigned char[8]" where the tool chain says so, else empty
+  Scope scope = Scope::Global;
+  std::string module = {};  // that defines it, as the tool chain spells it; empty: not told
 };
 
 class SymbolTable final : public isa::SymbolNames {

@@ -5,6 +5,7 @@
 
 #include "base/text_format.h"
 #include "base/text_number.h"
+#include "symbols/places.h"
 #include "views/messages.h"
 
 namespace brevant::views {
@@ -83,10 +84,11 @@ std::optional<base::Address> SymbolPrompt::Accept(std::string_view text) {
   const auto address = ParseAddress(name, messages::kExpectSymbol, refusal_);
   if (!name.empty()) {
     const symbols::SymbolTable& table = debug_info_.SymbolTable;
-    const bool named = debug_info_.DebugInfoLoaded;
-    if (const auto exact = table.FindSymbolAddress(name); named && exact) return exact;
+    if (const auto exact = table.FindSymbolAddress(name)) return exact;
+    const symbols::Place place = symbols::FindPlace(name, debug_info_);
+    if (place.address) return place.address;
     if (address) return address;
-    if (const auto c_name = table.FindCName(name); named && c_name) return c_name;
+    if (!place.problem.empty()) refusal_ = place.problem;
   }
   ui_.Beep();
   return std::nullopt;

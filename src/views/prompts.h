@@ -68,7 +68,8 @@ class SymbolPrompt {
 
   const std::string& title() const { return title_; }
   std::vector<std::string> Choices() const;  // every symbol, in table order
-  // A symbol of the loaded program, ignoring case, or else an address as AddressPrompt takes it.
+  // A symbol that is known, ignoring case, or else whatever names a place (symbols/places.h), or an
+  // address as AddressPrompt takes it.
   std::optional<base::Address> Accept(std::string_view text);
   const std::string& refusal() const { return refusal_; }
 

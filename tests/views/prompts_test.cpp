@@ -35,21 +35,19 @@ TEST(AddressPrompt, RemembersTheTenNewestAddresses) {
   EXPECT_EQ(AddressPrompt("", history, user).InitialText(), "000004");
 }
 
-TEST(SymbolPrompt, PrefersSymbolsOfTheLoadedProgramToNumbers) {
+TEST(SymbolPrompt, PrefersKnownSymbolsToNumbersAndTakesOtherPlaces) {
   symbols::DebugInfo info;
   info.SymbolTable.Assign({{"MAIN", 0x8000, 0, ""}, {"BEEF", 0x1234, 0, ""}});
   base::TestUser user;
   SymbolPrompt prompt(prompt_titles::kGoToSymbol, info, user);
   EXPECT_EQ(prompt.Choices(), (std::vector<std::string>{"MAIN", "BEEF"}));
-  EXPECT_EQ(prompt.Accept("main"), std::nullopt);
-  EXPECT_EQ(prompt.Accept("beef"), 0xBEEFu);
-  info.DebugInfoLoaded = true;
   EXPECT_EQ(prompt.Accept("main"), 0x8000u);
   EXPECT_EQ(prompt.Accept("beef"), 0x1234u);
   EXPECT_EQ(prompt.Accept("$c0de "), 0xC0DEu);
+  EXPECT_EQ(prompt.Accept("main+4"), 0x8004u);
   EXPECT_EQ(prompt.Accept(""), std::nullopt);
   EXPECT_EQ(prompt.Accept("nowhere"), std::nullopt);
-  EXPECT_EQ(user.beeps, 3);
+  EXPECT_EQ(user.beeps, 2);
 }
 
 }  // namespace
