@@ -85,6 +85,10 @@ inline constexpr SettingsKey kProgramLocationBytes{"config", "plcontent", Settin
 // Section "config": views.
 // Bits 4-7: 0 Fixedsys, 16 Courier, 32 Courier New; bits 0-3: 8 or 10 points, any other value 12.
 inline constexpr SettingsKey kFont{"config", "Font", SettingKind::Integer, "0", 0};
+// "classic" or "quiet"; empty: as suits the desktop.
+inline constexpr SettingsKey kTheme{"config", "Theme", SettingKind::String, "", 20};
+// Points that are added to the size of the view font.
+inline constexpr SettingsKey kZoom{"config", "Zoom", SettingKind::String, "0", 10};
 inline constexpr SettingsKey kTabSize{"config", "TabSize", SettingKind::Integer, "8", 0};
 inline constexpr SettingsKey kMatchCase{"config", "MatchCase", SettingKind::Integer, "0", 0};
 // Highest address of the program windows; empty or invalid means 7FFF.
@@ -116,6 +120,9 @@ inline constexpr SettingsKey kDataAttribute{"window", "data%dp", SettingKind::In
 
 // Section "path".
 inline constexpr SettingsKey kRecentFile{"path", "loadfile%d", SettingKind::String, "", 100, 5};
+// Breakpoints of the images that were worked on last: "0100 0123 /home/me/count.s19".
+inline constexpr SettingsKey kImageBreakpoints{
+    "path", "breakpoints%d", SettingKind::String, "", 700, 5};
 // Last macro file run on demand. The default is ferrodex.mac in the start-up folder, which only the
 // reader knows.
 inline constexpr SettingsKey kMacroFile{"path", "macrofile", SettingKind::String, "", 200};

@@ -8,6 +8,7 @@
 #include "gui/session.h"
 #include "workspace/command_rows.h"
 #include "workspace/file_choosers.h"
+#include "workspace/image_breakpoints.h"
 
 namespace brevant::gui {
 namespace {
@@ -22,12 +23,32 @@ std::optional<std::string> Choose(const CommandContext& context, workspace::Choo
                                 base::WorkingDirectory()));
 }
 
+// Loading has cleared the breakpoints; those that the image had are offered, as many as can be.
+void OfferBreakpoints(const CommandContext& context, const std::string& path) {
+  Session& session = context.session;
+  control::BreakpointTable& table = session.debugger.breakpoints;
+  std::vector<base::Address> offered = workspace::RememberedBreakpoints(session.settings, path);
+  if (table.HardwareBreakMode() && !offered.empty()) offered.resize(1);
+  if (offered.empty()) return;
+  std::string list;
+  for (const base::Address address : offered) list += base::Format(" %04x", address);
+  const base::Message question = base::ToMessage(messages::kOfferBreakpoints, list);
+  if (session.ui.ShowMessage(question) != base::Answer::Yes) return;
+  for (const base::Address address : offered) {
+    if (table.HardwareBreakMode() || table.TakesSwi(address)) table.AddBreakpoint(address);
+  }
+}
+
 load::LoadOutcome Load(const CommandContext& context, const std::string& path) {
   Session& session = context.session;
   const load::LoadResult result = session.debugger.loader.LoadImage(path);
   const bool came =
       result.outcome == load::LoadOutcome::Loaded || result.outcome == load::LoadOutcome::Differs;
   context.window.status().ShowNotice(came ? result.debug_info_detail : "");
+  if (came) {
+    session.SetLoadedImage(path);
+    OfferBreakpoints(context, path);
+  }
   return result.outcome;
 }
 

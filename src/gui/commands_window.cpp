@@ -104,6 +104,20 @@ void About(const CommandContext& context) {
   box->open();
 }
 
+template <int kCommand>
+void ChooseColours(const CommandContext& context) {
+  Session& session = context.session;
+  if (!session.settings.Store(base::keys::kTheme, ThemeChosenBy(kCommand)->name)) {
+    TellNotStored(session);
+  }
+  context.window.ApplyTheme();
+}
+
+template <int kPoints>
+void Zoom(const CommandContext& context) {
+  context.window.Zoom(kPoints);
+}
+
 void Exit(const CommandContext& context) {
   // Closing is refused while a command is under way, and this is one.
   QTimer::singleShot(0, &context.window, &QWidget::close);
@@ -118,6 +132,10 @@ constexpr CommandAction kActions[] = {
     {commands::kCascade, Cascade},
     {commands::kArrangeIcons, ArrangeIcons},
     {commands::kRefresh, Refresh},
+    {commands::kClassicColours, ChooseColours<commands::kClassicColours>},
+    {commands::kQuietColours, ChooseColours<commands::kQuietColours>},
+    {commands::kLargerText, Zoom<1>},
+    {commands::kSmallerText, Zoom<-1>},
     {commands::kAbout, About},
     {commands::kExit, Exit},
 };

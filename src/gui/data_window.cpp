@@ -58,6 +58,12 @@ std::optional<PopupItem> DataWindow::ItemOf(int command) const {
   }
 }
 
+QStringList DataWindow::TextLines() const {
+  QStringList lines;
+  for (const views::DataLine& line : view_.lines()) lines << Text(line.text);
+  return lines;
+}
+
 QPoint DataWindow::PopupPlace() const {
   const views::DataViewState& state = view_.state();
   return {
@@ -93,7 +99,7 @@ void DataWindow::paintEvent(QPaintEvent*) {
   QPainter painter(viewport());
   int row = 0;
   for (const views::DataLine& line : view_.lines()) {
-    DrawText(painter, 0, row++, Text(line.text), Normal());
+    DrawText(painter, 0, row++, Text(line.text), Colours(ColourRole::Text));
   }
   if (!mark_.shown() || view_.lines().empty()) return;
   const int width = view_.settings().cell_width();

@@ -21,6 +21,8 @@ class DataWindow final : public ScrollingView {
   void EditCell(char key);
   void RefreshFromTarget() override { view_.Refresh(); }
   workspace::WindowAttributes Attributes() const override;
+  QStringList TextLines() const override;
+  int TextCursorLine() const override { return view_.state().cursorRow; }
   std::optional<PopupItem> ItemOf(int command) const override;
   QSize sizeHint() const override;
 

@@ -4,17 +4,22 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QDragEnterEvent>
+#include <QFontDatabase>
 #include <QLayout>
 #include <QMdiArea>
 #include <QMenuBar>
 #include <QMimeData>
 #include <QStatusTipEvent>
 #include <QTimer>
+#include <QWheelEvent>
 #include <algorithm>
 
 #include "base/files.h"
+#include "base/text_number.h"
+#include "gui/accessible_text.h"
 #include "gui/window_layout.h"
 #include "gui/window_list.h"
+#include "workspace/view_font.h"
 
 namespace brevant::gui {
 namespace {
@@ -28,17 +33,35 @@ constexpr const char* kChangedMeanwhile =
 constexpr int kTicksAClock = 10;
 constexpr int kTryAgainMs = 100;
 
+constexpr int kLeastPoints = 5;
+constexpr int kMostZoom = 24;
+
+int ZoomOf(const base::SettingsFile& settings) {
+  return std::clamp(base::ParseLeadingDecimal(settings.String(keys::kZoom)), -kMostZoom, kMostZoom);
+}
+
+// Until the user has chosen a size, that of the desktop.
+QFont FontOfSettings(const base::SettingsFile& settings) {
+  const workspace::ViewFont chosen = workspace::DecodeViewFont(settings.Integer(keys::kFont));
+  const int desktop = QFontDatabase::systemFont(QFontDatabase::FixedFont).pointSize();
+  const bool has_size = settings.Has(keys::kFont.section, keys::kFont.key) || desktop <= 0;
+  const int points = (has_size ? chosen.points : desktop) + ZoomOf(settings);
+  return MakeViewFont(chosen.face, std::max(points, kLeastPoints));
+}
+
 }  // namespace
 
 MainWindow::MainWindow(Session& session)
     : session_(session),
       dispatch_(session, *this),
-      font_(MakeViewFont(workspace::DecodeViewFont(session.settings.Integer(keys::kFont)))),
+      font_(FontOfSettings(session.settings)),
+      theme_(&FindTheme(session.settings.String(keys::kTheme), palette())),
       area_(new QMdiArea),
       status_(new StatusLine),
       menus_(*menuBar(), [this](int id) { Send(id); }),
       tool_bar_(new ToolBar([this](int id) { Send(id); })) {
   setObjectName("MDI_Frame");
+  MakeTextViewsAccessible();
   setWindowTitle(kNoFile);
   setAcceptDrops(true);
   setCentralWidget(area_);
@@ -57,6 +80,7 @@ MainWindow::MainWindow(Session& session)
   menus_.SetChecked(commands::kSaveOnExit, session_.settings.Integer(keys::kSaveOnExit) > 0);
   menus_.SetChecked(commands::kRunToMain, session_.settings.Integer(keys::kRunToMain) > 0);
   menus_.ShowRecentFiles(session_.recent_files);
+  ApplyTheme();
   session_.ui.SetWindow(this);
   session_.SetScreen(this);
 }
@@ -83,6 +107,8 @@ ChildWindow& MainWindow::Open(const WindowKind& kind, const workspace::WindowAtt
   TextView* const view = kind.make(session_, links, font_, starting);
   auto* const child = new ChildWindow(view, kind.title, kind.Permanent());
   child->setWindowIcon(kind.icon());
+  view->SetTheme(*theme_);
+  view->viewport()->installEventFilter(this);
   windows_.push_back({&kind, view, child});
   connect(view, &QObject::destroyed, this, [this, view] {
     std::erase_if(windows_, [view](const auto& w) { return w.view == view; });
@@ -111,6 +137,7 @@ void MainWindow::LayOutNow() {
 
 void MainWindow::Tick() {
   session_.Tick();
+  session_.RememberBreakpoints();
   session_.gate.Run([this] { UpdateViews(); });
   if (++ticks_ % kTicksAClock != 0) return;
   status_->UpdateClock();
@@ -161,6 +188,35 @@ void MainWindow::ShowPopup(TextView& view, QPoint global) {
   area_->setActiveSubWindow(window->child);
   Refresh();
   menus_.PopUp(window->kind->popup, global, [&view](int id) { return view.ItemOf(id); });
+}
+
+void MainWindow::Zoom(int points) {
+  session_.settings.Store(keys::kZoom, long{ZoomOf(session_.settings) + points});
+  font_ = FontOfSettings(session_.settings);
+  for (const OpenWindow& window : windows_) window.view->SetViewFont(font_);
+  QApplication::postEvent(area_, new QEvent(QEvent::LayoutRequest));
+  session_.gate.Run([this] { UpdateViews(); });
+}
+
+void MainWindow::ApplyTheme() {
+  theme_ = &FindTheme(session_.settings.String(keys::kTheme), palette());
+  for (const OpenWindow& window : windows_) window.view->SetTheme(*theme_);
+  for (const int command : {commands::kClassicColours, commands::kQuietColours}) {
+    menus_.SetChecked(command, theme_->command == command);
+  }
+}
+
+void MainWindow::changeEvent(QEvent* event) {
+  QMainWindow::changeEvent(event);
+  if (event->type() == QEvent::PaletteChange) ApplyTheme();
+}
+
+bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
+  if (event->type() != QEvent::Wheel) return QMainWindow::eventFilter(watched, event);
+  const auto& wheel = static_cast<const QWheelEvent&>(*event);
+  if (!wheel.modifiers().testFlag(Qt::ControlModifier)) return false;
+  if (wheel.angleDelta().y() != 0) Zoom(wheel.angleDelta().y() > 0 ? 1 : -1);
+  return true;
 }
 
 bool MainWindow::event(QEvent* event) {

@@ -46,6 +46,10 @@ class MainWindow final : public QMainWindow, private Screen {
   StatusLine& status() { return *status_; }
   Menus& menus() { return menus_; }
   const QFont& view_font() const { return font_; }
+  // All text by so many points larger, from now on.
+  void Zoom(int points);
+  // The theme of the settings, from now on.
+  void ApplyTheme();
 
   // Lets the windows read what they are to show. The gate is held.
   void UpdateViews();
@@ -60,6 +64,8 @@ class MainWindow final : public QMainWindow, private Screen {
 
  protected:
   bool event(QEvent* event) override;
+  bool eventFilter(QObject* watched, QEvent* event) override;
+  void changeEvent(QEvent* event) override;
   void closeEvent(QCloseEvent* event) override;
   void dragEnterEvent(QDragEnterEvent* event) override;
   void dropEvent(QDropEvent* event) override;
@@ -80,6 +86,7 @@ class MainWindow final : public QMainWindow, private Screen {
   Session& session_;
   CommandDispatch dispatch_;
   QFont font_;
+  const Theme* theme_;
   QMdiArea* area_;
   StatusLine* status_;
   Menus menus_;

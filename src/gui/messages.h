@@ -15,6 +15,15 @@ inline constexpr base::MessageText kPathTooLong{"file.path-too-long", base::Seve
                                                 "The path is longer than %d characters:\n%s",
                                                 base::captions::kError, base::Icon::Warning};
 
-inline constexpr const base::MessageText* kAll[] = {&kSettingsNotStored, &kPathTooLong};
+inline constexpr base::MessageText kOfferBreakpoints{
+    "breakpoints.offer",
+    base::Severity::Notice,
+    "This image had breakpoints when it was used last:%s\n\nSet them again?",
+    base::captions::kForYourInformation,
+    base::Icon::Question,
+    base::Buttons::YesNo};
+
+inline constexpr const base::MessageText* kAll[] = {&kSettingsNotStored, &kPathTooLong,
+                                                    &kOfferBreakpoints};
 
 }  // namespace brevant::gui::messages

@@ -7,13 +7,16 @@
 
 #include "gui/qt_user_interface.h"
 #include "gui/session.h"
+#include "views/aligned_line.h"
 #include "workspace/command_rows.h"
 
 namespace brevant::gui {
 namespace {
 
 const QString kPcMarker = QStringLiteral("\u25BA");
-constexpr int kUsualColumns = 56;
+constexpr int kGutterColumns = 3;  // a dot, an arrow and a gap
+constexpr int kArrowColumn = 2;
+constexpr int kUsualColumns = 64;
 constexpr int kUsualLines = 20;
 
 }  // namespace
@@ -45,22 +48,63 @@ void ProgramWindow::paintEvent(QPaintEvent*) {
   for (const views::ProgramLine& line : view_->Lines()) PaintLine(painter, row++, line);
 }
 
+QString ProgramWindow::LineText(const views::ProgramLine& line) const {
+  return Text(theme().aligned_labels ? views::AlignedText(line.text, line.length)
+                                     : views::ExpandTabs(line.text));
+}
+
+QStringList ProgramWindow::TextLines() const {
+  QStringList lines;
+  for (const views::ProgramLine& line : view_->Lines()) {
+    lines << LineText(line) + (line.is_pc ? ", PC" : "") +
+                 (line.has_breakpoint ? ", breakpoint" : "");
+  }
+  return lines;
+}
+
+int ProgramWindow::GutterColumns() const {
+  return theme().gutter ? kGutterColumns : 0;
+}
+
 void ProgramWindow::PaintLine(QPainter& painter, int row, const views::ProgramLine& line) const {
-  const QString text =
-      Text(views::ExpandTabs(line.text)).leftJustified(views::kDrawnCharacters, ' ', true);
-  TextColours highlighted = line.is_pc ? Red() : Normal();
-  if (line.is_cursor) highlighted = line.is_pc ? CursorRed() : Cursor();
-  DrawText(painter, 0, row, text.left(views::kHighlightColumn), Normal());
-  DrawText(painter, views::kHighlightColumn, row, text.mid(views::kHighlightColumn), highlighted);
-  if (line.is_pc) DrawText(painter, views::kPcMarkerColumn, row, kPcMarker, Red());
-  if (line.has_breakpoint) InvertCells(painter, cell(), 0, row, views::kAddressColumns);
+  const QString text = LineText(line).leftJustified(views::kDrawnCharacters, ' ', true);
+  TextColours highlighted = Colours(ColourRole::Text);
+  if (line.is_pc) highlighted = Colours(ColourRole::PcText, ColourRole::PcLine);
+  if (line.is_cursor) {
+    highlighted = Colours(line.is_pc ? ColourRole::PcTextOnCursorLine : ColourRole::CursorText,
+                          ColourRole::CursorLine);
+  }
+  const int first = GutterColumns();
+  DrawText(painter, first, row, text.left(views::kHighlightColumn), Colours(ColourRole::Text));
+  DrawText(painter, first + views::kHighlightColumn, row, text.mid(views::kHighlightColumn),
+           highlighted);
+  PaintMarks(painter, row, line);
+}
+
+void ProgramWindow::PaintMarks(QPainter& painter, int row, const views::ProgramLine& line) const {
+  if (line.is_pc) {
+    DrawText(painter, theme().gutter ? kArrowColumn : views::kPcMarkerColumn, row, kPcMarker,
+             Colours(ColourRole::PcMark));
+  }
+  if (!line.has_breakpoint) return;
+  if (!theme().gutter) {
+    InvertCells(painter, cell(), 0, row, views::kAddressColumns);
+    return;
+  }
+  const int size = cell().width;
+  painter.save();
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.setPen(Qt::NoPen);
+  painter.setBrush(Colours(ColourRole::BreakpointMark).text);
+  painter.drawEllipse(QRect(1, row * cell().height + (cell().height - size) / 2, size, size));
+  painter.restore();
 }
 
 void ProgramWindow::mousePressEvent(QMouseEvent* event) {
   if (event->button() != Qt::LeftButton) return;
   const QPoint at = event->position().toPoint();
   gate_.Run([&] {
-    view_->Click(at.x(), at.y(), cell());
+    view_->Click(at.x() - GutterColumns() * cell().width, at.y(), cell());
     links_.follow_engine();
   });
 }
@@ -70,7 +114,8 @@ void ProgramWindow::mouseDoubleClickEvent(QMouseEvent* event) {
 }
 
 QPoint ProgramWindow::PopupPlace() const {
-  return {cell().width * views::kHighlightColumn, cell().height * (view_->state().cursorLine + 1)};
+  return {cell().width * (GutterColumns() + views::kHighlightColumn),
+          cell().height * (view_->state().cursorLine + 1)};
 }
 
 void ProgramWindow::keyPressEvent(QKeyEvent* event) {

@@ -19,6 +19,8 @@ class ProgramWindow final : public ScrollingView {
   void Activated() override { views_.Activate(*view_); }
   void RefreshFromTarget() override { view_->Refresh(); }
 
+  QStringList TextLines() const override;
+  int TextCursorLine() const override { return view_->state().cursorLine; }
   QSize sizeHint() const override;
 
  protected:
@@ -35,7 +37,12 @@ class ProgramWindow final : public ScrollingView {
 
  private:
   void MoveCursor(int by);
+  QString LineText(const views::ProgramLine& line) const;
+  // Of the marks left of the addresses.
+  int GutterColumns() const;
   void PaintLine(QPainter& painter, int row, const views::ProgramLine& line) const;
+  // Over the address, or in the gutter.
+  void PaintMarks(QPainter& painter, int row, const views::ProgramLine& line) const;
 
   views::ProgramViews& views_;
   std::unique_ptr<views::ProgramView> view_;

@@ -27,6 +27,14 @@ QSize RegistersWindow::sizeHint() const {
           2 * cell().height};
 }
 
+QStringList RegistersWindow::TextLines() const {
+  QStringList lines;
+  for (const views::RegisterCell& shown : cells_.Cells()) {
+    lines << Text(shown.text).trimmed() + (shown.changed ? ", changed" : "");
+  }
+  return lines;
+}
+
 void RegistersWindow::CellsChanged() {
   cells_.Resize(viewport()->width(), cell().width);
 }
@@ -38,7 +46,7 @@ void RegistersWindow::paintEvent(QPaintEvent*) {
     const auto [column, row] = cells_.PositionOf(i);
     const views::RegisterCell& shown = cells[static_cast<std::size_t>(i)];
     DrawText(painter, column * views::RegisterCells::kCellWidth, row, Text(shown.text),
-             shown.changed ? Red() : Normal());
+             Colours(shown.changed ? ColourRole::Changed : ColourRole::Text));
   }
   if (!mark_.shown()) return;
   const auto [column, row] = cells_.PositionOf(cells_.selected());

@@ -18,6 +18,7 @@ class RegistersWindow final : public TextView {
   // All cells in one row.
   QSize sizeHint() const override;
   bool OfTheMoment() const override { return true; }
+  QStringList TextLines() const override;
 
  protected:
   void CellsChanged() override;

@@ -9,6 +9,8 @@
 #include <array>
 #include <optional>
 
+#include "gui/accessible_text.h"
+
 namespace brevant::gui {
 namespace {
 
@@ -57,6 +59,7 @@ ScrollingView::ScrollingView(Gate& gate, FrameLinks links, const QFont& font)
 void ScrollingView::ShowChanges() {
   if (painted_ == shown().version()) return;
   painted_ = shown().version();
+  TellReaders(*this);
   viewport()->update();
   QScrollBar* const bar = verticalScrollBar();
   if (bar->isSliderDown()) return;

@@ -5,6 +5,7 @@
 
 #include "base/files.h"
 #include "devices/device.h"
+#include "workspace/image_breakpoints.h"
 
 namespace brevant::gui {
 namespace {
@@ -89,6 +90,17 @@ void Session::Reconnect() {
 
 void Session::Tick() {
   gate.Run([this] { debugger.Tick(); });
+}
+
+void Session::RememberBreakpoints() {
+  const long now = debugger.breakpoints.generation();
+  if (gate.busy() || loaded_image_.empty() || remembered_breakpoints_ == now) return;
+  remembered_breakpoints_ = now;
+  std::vector<base::Address> set;
+  for (const control::Breakpoint& entry : debugger.breakpoints.entries()) {
+    if (entry.in_use) set.push_back(entry.address);
+  }
+  workspace::RememberBreakpoints(settings, loaded_image_, set);
 }
 
 ConnectionState Session::Connection() const {

@@ -54,6 +54,11 @@ class Session final : private base::Events {
   void Reconnect();
   // The 10 ms tick. Nothing while a command is under way.
   void Tick();
+  // Whose breakpoints are remembered from now on.
+  void SetLoadedImage(const std::string& path) { loaded_image_ = path; }
+  // Stores the breakpoints with the loaded image when they have changed. Nothing while a command is
+  // under way.
+  void RememberBreakpoints();
   // Lets the open views follow the engine. The gate is held.
   void FollowEngine();
   // Shared by all data windows.
@@ -78,7 +83,9 @@ class Session final : private base::Events {
   QElapsedTimer since_repaint_;
   Screen* screen_ = nullptr;
   std::string notice_;
-  std::string target_;  // name of the device that was connected to
+  std::string loaded_image_;         // in this run; empty for none
+  long remembered_breakpoints_ = 0;  // generation
+  std::string target_;               // name of the device that was connected to
 
  public:
   debugger::Debugger debugger;

@@ -72,6 +72,12 @@ void StatusLine::ShowNotice(const std::string& text, NoticeEnds ends) {
   showMessage(notice_);
 }
 
+void StatusLine::BeginCommand() {
+  EndNotice(NoticeEnds::WithTheNextCommand);
+  // The help of a menu item goes too, and what it was shown over comes back.
+  if (currentMessage() != notice_) showMessage(notice_);
+}
+
 void StatusLine::EndNotice(NoticeEnds which) {
   if (notice_.isEmpty() || notice_ends_ != which) return;
   // The help of a menu item may have taken its place.

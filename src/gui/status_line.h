@@ -25,7 +25,7 @@ class StatusLine final : public QStatusBar {
   void ShowConnection(const ConnectionState& state);
   void ShowNotice(const std::string& text, NoticeEnds ends = NoticeEnds::WithTheNextCommand);
   // A command is about to be carried out.
-  void BeginCommand() { EndNotice(NoticeEnds::WithTheNextCommand); }
+  void BeginCommand();
   // Ten times a second is enough.
   void UpdateClock();
 

@@ -11,26 +11,15 @@
 #include "gui/qt_user_interface.h"
 
 namespace brevant::gui {
-namespace {
-
-constexpr int kMidGrey = 128;
-const QColor kCyan(0, 255, 255);
-const QColor kRed(255, 0, 0);
-// Pure red is hard to read on cyan and on near-black; these have a contrast of 5:1 there.
-const QColor kRedOnCyan(180, 0, 0);
-const QColor kRedOnDark(255, 112, 112);
-
-}  // namespace
-
-QFont MakeViewFont(const workspace::ViewFont& font) {
-  const QString family = Text(font.face);
+QFont MakeViewFont(std::string_view face, int points) {
+  const QString family = Text(face);
   QFont made = QFontDatabase::systemFont(QFontDatabase::FixedFont);
   for (const QString& known : QFontDatabase::families()) {
     if (known.compare(family, Qt::CaseInsensitive) == 0 && QFontDatabase::isFixedPitch(known)) {
       made = QFont(known);
     }
   }
-  made.setPointSize(font.points);
+  made.setPointSize(points);
   made.setStyleHint(QFont::Monospace);
   made.setFixedPitch(true);
   return made;
@@ -70,25 +59,26 @@ void TextView::SetStale(bool stale) {
   viewport()->update();
 }
 
-bool TextView::Dark() const {
-  return palette().color(QPalette::Base).lightness() < kMidGrey;
+void TextView::SetTheme(const Theme& theme) {
+  theme_ = &theme;
+  UsePalette();
+  CellsChanged();
 }
 
-TextColours TextView::Normal() const {
-  return {palette().color(stale_ ? QPalette::Disabled : QPalette::Active, QPalette::Text), {}};
+void TextView::UsePalette() {
+  QPalette of_theme = palette();
+  of_theme.setColor(QPalette::Base, theme_->Colour(ColourRole::Background, palette()));
+  viewport()->setPalette(of_theme);
+  viewport()->update();
 }
 
-TextColours TextView::Red() const {
-  if (stale_) return Normal();
-  return {Dark() ? kRedOnDark : kRed, {}};
+TextColours TextView::Colours(ColourRole text) const {
+  return {theme_->Colour(stale_ ? ColourRole::Stale : text, palette())};
 }
 
-TextColours TextView::Cursor() const {
-  return stale_ ? Normal() : TextColours{Qt::black, kCyan};
-}
-
-TextColours TextView::CursorRed() const {
-  return stale_ ? Normal() : TextColours{kRedOnCyan, kCyan};
+TextColours TextView::Colours(ColourRole text, ColourRole background) const {
+  if (stale_) return Colours(text);
+  return {theme_->Colour(text, palette()), theme_->Colour(background, palette())};
 }
 
 void TextView::DrawText(QPainter& painter, int column, int row, const QString& text,
@@ -120,7 +110,7 @@ void TextView::resizeEvent(QResizeEvent* event) {
 
 void TextView::changeEvent(QEvent* event) {
   QAbstractScrollArea::changeEvent(event);
-  if (event->type() == QEvent::PaletteChange) viewport()->update();
+  if (event->type() == QEvent::PaletteChange) UsePalette();
 }
 
 }  // namespace brevant::gui

@@ -1,21 +1,23 @@
 // SPDX-License-Identifier: MIT
 // The base of all windows that show text in character cells: one fixed-pitch font, one pixel width
-// for every character, and the colours that read well on light and on dark desktops.
+// for every character, and the colours of the theme.
 #pragma once
 
 #include <QAbstractScrollArea>
 #include <QColor>
+#include <QStringList>
 #include <optional>
+#include <string_view>
 
+#include "gui/theme.h"
 #include "views/program_view.h"
 #include "workspace/layout.h"
-#include "workspace/view_font.h"
 
 namespace brevant::gui {
 
 struct TextColours {
   QColor text;
-  QColor background;  // invalid: the window's own
+  QColor background = {};  // invalid: the window's own
 };
 
 // How an item of a popup menu stands.
@@ -26,7 +28,7 @@ struct PopupItem {
 };
 
 // The named family when it is there, else the desktop's fixed-pitch font.
-QFont MakeViewFont(const workspace::ViewFont& font);
+QFont MakeViewFont(std::string_view face, int points);
 
 class TextView : public QAbstractScrollArea {
  public:
@@ -35,6 +37,7 @@ class TextView : public QAbstractScrollArea {
   views::CellSize cell() const { return cell_; }
   const QFont& view_font() const { return font_; }
   void SetViewFont(const QFont& font);
+  void SetTheme(const Theme& theme);
   // What is shown is no longer known to be so: all text is painted greyed.
   void SetStale(bool stale);
   // What is shown changes from one instruction to the next, and so is not known while a program
@@ -49,6 +52,9 @@ class TextView : public QAbstractScrollArea {
   virtual workspace::WindowAttributes Attributes() const { return {}; }
   // How its view lets a command of its popup menu stand; nothing: as the command's row says.
   virtual std::optional<PopupItem> ItemOf(int) const { return std::nullopt; }
+  // What it shows, for screen readers; and the line under its cursor.
+  virtual QStringList TextLines() const = 0;
+  virtual int TextCursorLine() const { return 0; }
   // Its window has become the active one.
   virtual void Activated() {}
 
@@ -58,11 +64,10 @@ class TextView : public QAbstractScrollArea {
   // Dark becomes light and the other way round; twice is as before.
   static void InvertCells(QPainter& painter, views::CellSize cell, int column, int row, int count);
 
-  TextColours Normal() const;
-  TextColours Red() const;        // readable on the window's background
-  TextColours Cursor() const;     // cyan behind dark text
-  TextColours CursorRed() const;  // cyan behind red text
-  bool Dark() const;
+  const Theme& theme() const { return *theme_; }
+  // Of the theme; stale text has neither the one nor the other.
+  TextColours Colours(ColourRole text) const;
+  TextColours Colours(ColourRole text, ColourRole background) const;
 
   // Called when the size or the font has changed.
   virtual void CellsChanged() {}
@@ -73,11 +78,13 @@ class TextView : public QAbstractScrollArea {
 
  private:
   void UseFont(const QFont& font);
+  void UsePalette();
 
   QFont font_;
   views::CellSize cell_;
   int ascent_ = 0;
   bool stale_ = false;
+  const Theme* theme_ = &kClassicTheme;
 };
 
 }  // namespace brevant::gui

@@ -7,6 +7,7 @@
 #include <QWindow>
 #include <algorithm>
 
+#include "gui/first_arrangement.h"
 #include "gui/main_window.h"
 
 namespace brevant::gui {
@@ -14,9 +15,6 @@ namespace {
 
 constexpr QSize kDefaultFrame(900, 700);
 constexpr QSize kDesktopMargin(40, 60);
-constexpr int kGap = 4;
-constexpr int kTitleBarAllowance = 44;  // title bar and borders of a child
-constexpr int kLeastProgramHeight = 200;
 
 workspace::ChildPlace PlaceOf(const QMdiSubWindow& child) {
   if (child.isMinimized() || child.isMaximized()) return std::nullopt;
@@ -58,20 +56,6 @@ void PlaceChildAt(QMdiSubWindow& child, const workspace::ChildPlace& place) {
   if (place) child.setGeometry(place->left, place->top, place->width, place->height);
 }
 
-// The registers in one row over a program window that fills the rest.
-void PlaceByDefault(MainWindow& window, bool opens_program) {
-  QMdiSubWindow& registers = *window.Children(kRegistersKind).front();
-  const int line = static_cast<TextView*>(registers.widget())->cell().height;
-  const int registers_height = line + kTitleBarAllowance;
-  const int width = window.area().width() - 2 * kGap;
-  registers.setGeometry(kGap, kGap, width, registers_height);
-  if (!opens_program) return;
-  QMdiSubWindow& program = window.Open(kProgramKind);
-  const int top = registers_height + 2 * kGap;
-  program.setGeometry(kGap, top, width,
-                      std::max(window.area().height() - top - kGap, kLeastProgramHeight));
-}
-
 std::vector<workspace::WindowKeys> StoredKinds() {
   std::vector<workspace::WindowKeys> stored;
   for (const WindowKind& kind : WindowKinds()) stored.push_back(kind.stored);
@@ -103,12 +87,17 @@ void RestoreLayout(MainWindow& window, const base::SettingsFile& settings) {
   window.LayOutNow();
   if (layout.frame) PlaceFrame(window, *layout.frame);
   const auto& count = base::keys::kProgramWindowCount;
-  PlaceByDefault(window, !settings.Has(count.section, count.key));
+  if (!settings.Has(count.section, count.key)) {
+    ChildWindow& program = window.Open(kProgramKind);
+    new FirstArrangement(window.area(), *window.Children(kRegistersKind).front(), program);
+  }
   for (std::size_t k = 0; k < layout.windows.size(); ++k) {
     const WindowKind& kind = WindowKinds()[k];
     for (const workspace::SavedWindow& saved : layout.windows[k]) {
-      PlaceChildAt(window.Open(kind, saved.attributes),
-                   workspace::PlaceChild(layout.frame, saved.place));
+      // Those that are always there are open already, and are not to become the active one.
+      QMdiSubWindow& child =
+          kind.Permanent() ? *window.Children(kind).front() : window.Open(kind, saved.attributes);
+      PlaceChildAt(child, workspace::PlaceChild(layout.frame, saved.place));
     }
   }
 }

@@ -28,6 +28,7 @@ int Ahead(int lines_to_come) {
 base::Address Disassemble(CodeLine& line, const isa::SymbolNames& symbols) {
   const isa::Instruction instruction = isa::InstructionAt(line.address, line.bytes);
   line.text = isa::Disassemble(instruction, symbols);
+  line.length = static_cast<int>(instruction.length());
   return static_cast<base::Address>(instruction.length());
 }
 

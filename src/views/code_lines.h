@@ -28,6 +28,7 @@ namespace brevant::views {
 struct CodeLine {
   base::Address address = 0;
   std::string text;                     // as the disassembler writes it, tabs and all
+  int length = 0;                       // of the instruction; 0 when it is not known
   std::array<std::uint8_t, 4> bytes{};  // from the address on
 };
 

@@ -139,7 +139,7 @@ std::vector<ProgramLine> ProgramView::Lines() const {
   const int count = DrawableCount();
   for (int i = 0; i < count; ++i) {
     const CodeLine& line = lines_.lines()[static_cast<std::size_t>(i)];
-    drawable.push_back({line.text, line.address, line.address == sources_.frame.PC,
+    drawable.push_back({line.text, line.address, line.length, line.address == sources_.frame.PC,
                         i == state_.cursorLine, sources_.breakpoints.Has(line.address)});
   }
   return drawable;

@@ -45,8 +45,9 @@ struct ProgramViewState {
 };
 
 struct ProgramLine {
-  std::string text;  // with tabs; see ExpandTabs
+  std::string text;  // with tabs; see ExpandTabs and AlignedText
   base::Address address = 0;
+  int length = 0;  // of the instruction; 0 when it is not known
   bool is_pc = false;
   bool is_cursor = false;
   bool has_breakpoint = false;

@@ -4,6 +4,7 @@
 #include "gui/options.h"
 #include "gui/progress_dialog.h"
 #include "gui/status_text.h"
+#include "gui/theme.h"
 
 namespace brevant::gui {
 namespace {
@@ -28,6 +29,17 @@ TEST(ProgressDialog, EstimatesTheTimeLeftOnlyWhenSomethingCanBeSaid) {
   EXPECT_EQ(TimeLeftText(2000, 100, 0), "");
   EXPECT_EQ(TimeLeftText(2000, 20, 100), "about 8 s left");
   EXPECT_EQ(TimeLeftText(60000, 10, 100), "about 9 minutes left");
+}
+
+TEST(Theme, SuitsTheDesktopUntilOneIsNamed) {
+  const QPalette light(Qt::lightGray, Qt::white);
+  QPalette dark(Qt::darkGray, Qt::black);
+  dark.setColor(QPalette::Base, Qt::black);
+  EXPECT_EQ(FindTheme("", light).name, "classic");
+  EXPECT_EQ(FindTheme("", dark).name, "quiet");
+  EXPECT_EQ(FindTheme("classic", dark).name, "classic");
+  EXPECT_EQ(FindTheme("classic", dark).Colour(ColourRole::CursorLine, dark), QColor(0, 255, 255));
+  EXPECT_EQ(FindTheme("quiet", dark).Colour(ColourRole::Background, dark), QColor(Qt::black));
 }
 
 TEST(Options, SimulateIsTheSimulatedTargetBehindAPort) {

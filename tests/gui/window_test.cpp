@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The windows as a person uses them: connecting, loading, breakpoints, running, editing, closing.
+#include <QAccessible>
 #include <QAction>
 #include <QApplication>
 #include <QClipboard>
@@ -8,6 +9,7 @@
 #include <QMdiArea>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QWheelEvent>
 #include <fstream>
 #include <set>
 
@@ -98,8 +100,61 @@ TEST_F(Desktop, LoadsAFileAndRunsToAClickedBreakpoint) {
   EXPECT_GT(RedPixels(program(), kTextColumn, RowOf(address), 10), 0);
   EXPECT_EQ(RedPixels(program(), kTextColumn, RowOf(address) + 1, 10), 0);
 
+  // It belongs to the image, and is offered when that is loaded again.
+  OnDialog("message", [](QDialog& message) {
+    auto& question = static_cast<QMessageBox&>(message);
+    EXPECT_TRUE(question.text().startsWith("This image had breakpoints when it was used last: 01"));
+    question.button(QMessageBox::Yes)->click();
+  });
+  window().LoadFile(demo);
+  EXPECT_TRUE(debugger().breakpoints.Has(address));
+
   ClickInProgram(2, RowOf(address));
   EXPECT_FALSE(debugger().breakpoints.Has(address));
+  QTest::qWait(30);
+  window().LoadFile(demo);
+}
+
+TEST_F(Desktop, IsQuietAndLargerWhenThatIsChosen) {
+  Start();
+  QMdiSubWindow& child = *window().Children(kProgramKind).front();
+  EXPECT_EQ(window().area().activeSubWindow(), &child);
+  EXPECT_EQ(child.geometry().right() + 1, window().area().width() - 4) << "fills the frame";
+  window().resize(window().width() + 60, window().height() + 40);
+  QTest::qWait(10);
+  EXPECT_EQ(child.geometry().right() + 1, window().area().width() - 4) << "and follows it";
+  child.resize(400, 300);
+  QTest::qWait(10);
+  window().resize(window().width() - 100, window().height());
+  QTest::qWait(10);
+  EXPECT_EQ(child.size(), QSize(400, 300)) << "until it is moved";
+
+  Choose(commands::kQuietColours);
+  const base::Address address = program().view().Lines()[2].address;
+  ClickInProgram(0, 2);
+  EXPECT_TRUE(debugger().breakpoints.Has(address));
+  EXPECT_GT(RedPixels(program(), 0, 2, 1), 0) << "a dot in the gutter";
+  EXPECT_EQ(RedPixels(program(), 0, 1, 30), 0);
+  QAccessibleTextInterface* const text =
+      QAccessible::queryAccessibleInterface(&program())->textInterface();
+  ASSERT_NE(text, nullptr);
+  const QStringList lines = text->text(0, text->characterCount()).split('\n');
+  EXPECT_TRUE(lines[0].contains("LDHX") && lines[0].endsWith(", PC"));
+  EXPECT_TRUE(lines[2].endsWith(", breakpoint"));
+  ClickInProgram(kTextColumn, 1);
+  EXPECT_EQ(text->cursorPosition(), lines[0].size() + 1);
+
+  const int height = program().cell().height;
+  const QPointF at(50, 50);
+  QWheelEvent wheel(at, program().viewport()->mapToGlobal(at), {}, {0, 120}, Qt::NoButton,
+                    Qt::ControlModifier, Qt::NoScrollPhase, false);
+  QApplication::sendEvent(program().viewport(), &wheel);
+  Choose(commands::kLargerText);
+  EXPECT_GT(program().cell().height, height);
+  Quit();
+  Start();
+  EXPECT_TRUE(window().findChild<QAction*>("command41011")->isChecked());
+  EXPECT_GT(program().cell().height, height);
 }
 
 TEST_F(Desktop, EditsCodeStepsItAndSeesTheRegisterRed) {

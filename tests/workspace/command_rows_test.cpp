@@ -40,7 +40,8 @@ TEST(CommandRows, HoldEveryIdOnce) {
   Ids ids;
   for (const CommandRow& row : CommandRows()) EXPECT_TRUE(ids.insert(row.id).second) << row.id;
   EXPECT_EQ(ids, Ranges("140-148 160-161 170-175 180-183 190-194 196-197 220-226 240-243 260-268 "
-                        "280-283 286-287 324 340-348 40011 40013-40016 41000-41003"));
+                        "280-283 286-287 324 340-348 40011 40013-40016 41000-41003 "
+                        "41010-41013"));
 }
 
 TEST(CommandRows, AreRefusedWhereFileIoOrAMissingMonitorForbidsThem) {
