@@ -58,6 +58,8 @@ class MessageBox final : public QMessageBox {
                     ButtonsOf(message.buttons), parent) {
     setObjectName("message");
     setTextFormat(Qt::PlainText);
+    // Beside other buttons too, Escape only reads the message.
+    if (message.buttons == base::Buttons::Ok) setEscapeButton(QMessageBox::Ok);
   }
   // The standard button that it was left with.
   int Ask() {
