@@ -80,7 +80,8 @@ Result VerifyFlash(Session& session, const images::Image& image) {
                    "flash cannot be read back: the security code was not accepted after the reset");
   }
   ShownProgress progress(session.ui(), "Verifying");
-  return Compared(load::Verify(session.debugger().memory, image, progress));
+  return Compared(
+      load::Verify(session.debugger().memory, image, progress, &session.debugger().crc));
 }
 
 Result Programmed(Session& session, Result result, const images::Image& image, bool verify) {

@@ -104,7 +104,8 @@ Result Verify(Session& session, const ParsedArguments& arguments) {
                    "flash cannot be read: the security code was not accepted");
   }
   ShownProgress progress(session.ui(), "Verifying");
-  const load::VerifyResult verified = load::Verify(session.debugger().memory, image, progress);
+  const load::VerifyResult verified =
+      load::Verify(session.debugger().memory, image, progress, &session.debugger().crc);
   if (verified.outcome == load::VerifyOutcome::LinkLost) return LinkLost();
   if (verified.outcome == load::VerifyOutcome::Cancelled) {
     return Interruption(
@@ -161,8 +162,9 @@ Result Check(Session& session, const ParsedArguments& arguments) {
 Result Save(Session& session, const ParsedArguments& arguments) {
   const std::string& path = arguments.Text(2);
   ShownProgress progress(session.ui(), "Reading");
-  const load::ReadOutResult saved = load::ReadOut(session.debugger().memory, arguments.Number(0),
-                                                  arguments.Number(1), path, progress);
+  const load::ReadOutResult saved =
+      load::ReadOut(session.debugger().memory, session.debugger().crc, arguments.Number(0),
+                    arguments.Number(1), path, progress);
   switch (saved.outcome) {
     case load::ReadOutOutcome::Saved:
       break;
@@ -175,6 +177,8 @@ Result Save(Session& session, const ParsedArguments& arguments) {
       return Interruption("; no file was written");
     case load::ReadOutOutcome::LinkLost:
       return LinkLost();
+    case load::ReadOutOutcome::Damaged:
+      return DamagedLine(saved.address);
     case load::ReadOutOutcome::NotWritten:
       return Failure(ExitStatus::File, fmt::format("cannot write {}: {}", path, saved.error));
   }

@@ -15,7 +15,7 @@
 #include "cli/session.h"
 #include "devices/device.h"
 #include "frontend/address_names.h"
-#include "load/target_range.h"
+#include "load/confirmed_read.h"
 #include "views/block_operation.h"
 
 namespace brevant::cli {
@@ -140,14 +140,14 @@ Result Read(Session& session, const ParsedArguments& arguments) {
   if (count > room) {
     return UsageError(fmt::format("count {:X} is beyond {:X}, the end of memory", count, room));
   }
-  std::vector<std::uint8_t> bytes;
-  const auto collect = [&bytes](base::Address, base::Bytes portion) {
-    bytes.insert(bytes.end(), portion.begin(), portion.end());
-    return !Interrupted();
-  };
-  const auto range = load::ReadRange(session.debugger().memory, address, count, collect);
+  std::vector<std::uint8_t> bytes(count);
+  const load::ConfirmedRead read =
+      load::ReadConfirmed(session.debugger().memory, session.debugger().crc, address, bytes,
+                          [](long, long) { return !Interrupted(); });
+  if (read.damaged) return DamagedLine(*read.damaged);
+  bytes.resize(read.bytes);
   Result result;
-  if (range == load::RangeResult::Stopped && bytes.size() < count) {
+  if (read.range == load::RangeResult::Stopped) {
     result = Interruption(fmt::format(" after {:X} of {:X} bytes", bytes.size(), count));
   }
   for (std::size_t at = 0; at < bytes.size(); at += kBytesPerLine) {

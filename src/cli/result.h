@@ -2,6 +2,7 @@
 // What one command has to say: text lines for people, fields for programs, and how it ended.
 #pragma once
 
+#include <fmt/format.h>
 #include <nlohmann/json.hpp>
 #include <string>
 #include <utility>
@@ -35,6 +36,13 @@ inline Result UsageError(std::string error) {
 // How far it had come.
 inline Result Interruption(std::string how_far) {
   return Failure(ExitStatus::Interrupted, "interrupted" + std::move(how_far));
+}
+
+inline Result DamagedLine(base::Address address) {
+  return Failure(ExitStatus::NoAnswer,
+                 fmt::format("the line damaged the block at {:04x} each time, and what was read or "
+                             "written there is in doubt: check the cable, then do it again",
+                             address));
 }
 
 inline Result LinkLost() {

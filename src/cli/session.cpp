@@ -127,10 +127,7 @@ Result Session::Run(const std::vector<std::string>& words) {
   const auto damaged = debugger_.memory.TakeDamage();
   if (result.ok() && debugger_.memory.LinkError()) return LinkLost();
   if (result.ok() && damaged) {
-    return Failure(ExitStatus::NoAnswer,
-                   fmt::format("the line damaged the block at {:04x} twice, and what was read or "
-                               "written there is in doubt: check the cable, then do it again",
-                               *damaged));
+    return DamagedLine(*damaged);
   }
   return result;
 }

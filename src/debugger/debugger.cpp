@@ -31,6 +31,7 @@ Debugger::Debugger(const Surroundings& surroundings)
       frame(memory, monitor_link),
       breakpoints(memory),
       activity(surroundings.events),
+      crc(memory, monitor_link, frame),
       run_control(monitor_link, memory, frame, breakpoints, activity, debug_info, settings,
                   surroundings.events, [this] { return EnterAfterSelfReset(); }),
       n_step(run_control, activity, frame, breakpoints, debug_info),

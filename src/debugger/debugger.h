@@ -17,6 +17,7 @@
 #include "control/n_step.h"
 #include "control/register_frame.h"
 #include "control/run_control.h"
+#include "control/target_crc.h"
 #include "control/trace.h"
 #include "flash/flash_job.h"
 #include "link/connector.h"
@@ -70,6 +71,7 @@ class Debugger {
   control::RegisterFrame frame;
   control::BreakpointTable breakpoints;
   control::Activity activity;
+  control::TargetCrc crc;
   control::RunControl run_control;
   control::NStep n_step;
   control::Trace trace;

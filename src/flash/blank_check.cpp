@@ -19,12 +19,7 @@ constexpr int kMaxPolls = 20;
 }  // namespace
 
 std::optional<BlankReport> BlankCheck::Look(std::span<const devices::MemoryRange> flash) {
-  if (!frame_.ReadRegisters()) return std::nullopt;
-  const auto pc = frame_.PC;
-  const auto hx = frame_.HX, a = frame_.A, ccr = frame_.CCR;
-  std::array<std::uint8_t, kRoutineBytes.size()> borrowed{};
-  memory_.AskChecked(borrowed, kRoutine);
-
+  if (!routine_.Begin(kRoutine, kRoutineBytes.size())) return std::nullopt;
   const base::Address page_mask = memory_.device().flash.page_mask();
   BlankReport report;
   for (const devices::MemoryRange& range : flash) {
@@ -37,13 +32,7 @@ std::optional<BlankReport> BlankCheck::Look(std::span<const devices::MemoryRange
       at = (*found.used | page_mask) + 1;
     }
   }
-
-  memory_.WriteBytes(kRoutine, borrowed);
-  frame_.SetPC(pc);
-  frame_.WriteHX(hx);
-  frame_.WriteA(a);
-  frame_.WriteCCR(ccr);
-  if (memory_.LinkError()) return std::nullopt;
+  if (!routine_.End()) return std::nullopt;
   return report;
 }
 
@@ -53,25 +42,11 @@ BlankCheck::Found BlankCheck::FirstUsed(base::Address first, base::Address last)
   routine[kFirst + 1] = base::LowByte(first);
   routine[kEnd] = base::HighByte(last + 1);
   routine[kEnd + 1] = base::LowByte(last + 1);
-  if (memory_.WriteAndLook(kRoutine, routine)) return {};
-  frame_.WriteProgramCounter(kRoutine);
-  if (memory_.LinkError()) return {};
-  memory_.RunTarget();
-  if (!AwaitEnd() || !frame_.ReadRegisters()) return {};
-  // A routine that ended elsewhere has seen nothing.
-  if (frame_.PC != kRoutine + kRoutineBytes.size()) return {};
-  if (memory_.TakeDamage()) return {};
+  if (!routine_.Run(routine, kRoutineBytes.size() - 1, kMaxPolls)) return {};
   // A and H:X have to agree: no single byte that the line has altered makes used flash blank.
   const bool blank = frame_.A == 0;
   if (blank ? frame_.HX != base::Low16(last + 1) : frame_.HX < first || frame_.HX > last) return {};
   return {.ended = true, .used = blank ? std::nullopt : std::optional(frame_.HX)};
-}
-
-bool BlankCheck::AwaitEnd() {
-  for (int polls = 0; polls < kMaxPolls; ++polls) {
-    if (link_.PollBreak() == 0) return true;
-  }
-  return false;
 }
 
 }  // namespace brevant::flash

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "base/address.h"
+#include "control/ram_routine.h"
 #include "control/register_frame.h"
 #include "devices/device.h"
 #include "link/monitor_link.h"
@@ -29,7 +30,7 @@ class BlankCheck {
   static constexpr std::size_t kMostNamed = 8;
 
   BlankCheck(memory::Memory& memory, link::MonitorLink& link, control::RegisterFrame& frame)
-      : memory_(memory), link_(link), frame_(frame) {}
+      : memory_(memory), frame_(frame), routine_(memory, link, frame) {}
 
   // Of a stopped target that lets its flash be read, see SecurityKeeper::passed; where it does not,
   // the result means nothing. Nothing when the routine did not come back.
@@ -41,11 +42,10 @@ class BlankCheck {
     std::optional<base::Address> used;
   };
   Found FirstUsed(base::Address first, base::Address last);
-  bool AwaitEnd();
 
   memory::Memory& memory_;
-  link::MonitorLink& link_;
   control::RegisterFrame& frame_;
+  control::RamRoutine routine_;
 };
 
 }  // namespace brevant::flash

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "base/address.h"
+#include "control/target_crc.h"
 #include "load/progress.h"
 #include "memory/memory.h"
 
@@ -16,18 +17,21 @@ enum class ReadOutOutcome {
   BadRange,       // an address above $FFFF, or the last below the first
   Cancelled,
   LinkLost,
+  Damaged,     // the line is too noisy to tell what stands at address
   NotWritten,  // see error
 };
 
 struct ReadOutResult {
   ReadOutOutcome outcome = ReadOutOutcome::Saved;
-  long bytes = 0;     // in the file
+  long bytes = 0;  // in the file
+  base::Address address = 0;
   std::string error;  // why the file could not be written, in the system's words
 };
 
 // From first to last inclusive. The file is replaced in one step once everything has been read;
 // unless the result is Saved, what stood there before stands there still.
-ReadOutResult ReadOut(memory::Memory& memory, base::Address first, base::Address last,
-                      const std::string& path, Progress progress);
+// What is saved has been confirmed, see ReadConfirmed.
+ReadOutResult ReadOut(memory::Memory& memory, control::TargetCrc& crc, base::Address first,
+                      base::Address last, const std::string& path, Progress progress);
 
 }  // namespace brevant::load

@@ -6,6 +6,7 @@
 #include <optional>
 
 #include "base/address.h"
+#include "control/target_crc.h"
 #include "images/image.h"
 #include "load/progress.h"
 #include "memory/memory.h"
@@ -27,8 +28,10 @@ struct VerifyResult {
   std::optional<Difference> first;  // in ascending addresses
 };
 
-// Reads everything that the image holds and nothing else. What was read when the link failed is not
-// compared.
-VerifyResult Verify(memory::Memory& memory, const images::Image& image, Progress progress);
+// Looks at everything that the image holds and nothing else. What was read when the link failed is
+// not compared. With crc, stretches of flash are compared by their CRC, and only pieces that differ
+// are read.
+VerifyResult Verify(memory::Memory& memory, const images::Image& image, Progress progress,
+                    control::TargetCrc* crc = nullptr);
 
 }  // namespace brevant::load

@@ -41,7 +41,7 @@ bool Memory::Writable(Address address) const {
   return kind == MemoryKind::Ram || kind == MemoryKind::Registers;
 }
 
-bool Memory::Keepable(Address address) const {
+bool Memory::IsSteady(Address address) const {
   if (KindOf(address) == MemoryKind::Registers) return false;
   return address >= frame_base_ || frame_base_ - address > kMonitorStack;
 }
@@ -51,7 +51,7 @@ void Memory::Keep(Address address, base::Bytes bytes) {
   for (std::size_t i = 0; i < bytes.size(); ++i) {
     const Address at = Low16(address + static_cast<Address>(i));
     bytes_[at] = bytes[i];
-    kept_[at] = Keepable(at);
+    kept_[at] = IsSteady(at);
   }
 }
 
@@ -135,7 +135,7 @@ void Memory::NoteWritten(Address address, base::Bytes bytes, bool sound) {
   for (std::size_t i = 0; i < bytes.size(); ++i) {
     const Address at = Low16(address + static_cast<Address>(i));
     // Only RAM can be taken at its word; what else has become of it is for a read to tell.
-    kept_[at] = sound && KindOf(at) == MemoryKind::Ram && Keepable(at);
+    kept_[at] = sound && KindOf(at) == MemoryKind::Ram && IsSteady(at);
     bytes_[at] = bytes[i];
     written_[at >> kLineShift] = changed_[at >> kLineShift] = generation_;
   }

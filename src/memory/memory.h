@@ -54,6 +54,8 @@ class Memory {
   devices::MemoryKind KindOf(base::Address address) const;
   // RAM and registers; the monitor's writes to flash, ROM and nothing at all leave no trace.
   bool Writable(base::Address address) const;
+  // Reads the same as long as the target is stopped: no register, nor below the stack pointer.
+  bool IsSteady(base::Address address) const;
   bool LinkError() const { return monitor_.LinkError(); }
 
   // The first address of a block that was damaged twice since the last call.
@@ -119,7 +121,6 @@ class Memory {
   // Does the exchange, and once more if the line has damaged it. False when it was damaged again:
   // nothing of it may be kept.
   bool Soundly(base::Address address, base::FunctionRef<void()> exchange);
-  bool Keepable(base::Address address) const;
   void Keep(base::Address address, base::Bytes bytes);
   void DropAt(const Range& range);
   void NoteWritten(base::Address address, base::Bytes bytes, bool sound);

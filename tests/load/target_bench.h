@@ -11,6 +11,7 @@
 #include "base/test_user.h"
 #include "control/breakpoint_table.h"
 #include "control/register_frame.h"
+#include "control/target_crc.h"
 #include "link/connected_target.h"
 #include "load/start_address.h"
 #include "symbols/debug_info.h"
@@ -42,6 +43,7 @@ struct TargetBench : link::ConnectedTarget {
   base::TestUser user;
   symbols::DebugInfo debug_info;
   control::RegisterFrame frame{memory, link};
+  control::TargetCrc crc{memory, link, frame};
   control::BreakpointTable breakpoints{memory};
   StartAddress start;
 };

@@ -8,6 +8,7 @@
 #include <numeric>
 #include <sstream>
 
+#include "base/files.h"
 #include "images/image_file.h"
 #include "load/read_out.h"
 #include "load/target_bench.h"
@@ -68,7 +69,7 @@ TEST(ReadOut, SavesWhatReadsBackTheSame) {
   FilledBench bench;
   for (const char* name : {"a.s19", "a.SX", "a.hex"}) {
     const std::string path = (bench.folder.path() / name).string();
-    const ReadOutResult result = ReadOut(bench.memory, 0x9000, 0x912C, path, GoOn);
+    const ReadOutResult result = ReadOut(bench.memory, bench.crc, 0x9000, 0x912C, path, GoOn);
     EXPECT_EQ(result.outcome, ReadOutOutcome::Saved) << name;
     EXPECT_EQ(result.bytes, 301);
     const auto blocks = images::ReadImageFile(path).ToImage().Blocks();
@@ -76,8 +77,42 @@ TEST(ReadOut, SavesWhatReadsBackTheSame) {
     EXPECT_EQ(blocks[0], (images::Block{0x9000, bench.bytes})) << name;
   }
   const std::filesystem::path path = bench.folder.path() / "a.bin";
-  EXPECT_EQ(ReadOut(bench.memory, 0xFFFF, 0xFFFF, path.string(), GoOn).bytes, 1);
+  EXPECT_EQ(ReadOut(bench.memory, bench.crc, 0xFFFF, 0xFFFF, path.string(), GoOn).bytes, 1);
   EXPECT_EQ(std::filesystem::file_size(path), 1u);
+}
+
+// What the line turns on its way to the host shows in no echo.
+TEST(ReadOut, SavesNothingThatTheTargetDoesNotHold) {
+  FilledBench bench;
+  const std::string path = (bench.folder.path() / "a.bin").string();
+  for (int at = 0; at < 200; at += 3) {
+    bench.target.SetFaultPlan({{.kind = simulator::FaultKind::FlipReply,
+                                .at_host_byte = static_cast<std::uint64_t>(at),
+                                .bit = static_cast<std::uint8_t>(at % 8)}});
+    const bool flash = at % 2 == 0;
+    const base::Address first = flash ? 0x9000 : 0x0150, last = flash ? 0x912C : 0x0170;
+    const ReadOutResult result = ReadOut(bench.memory, bench.crc, first, last, path, GoOn);
+    ASSERT_EQ(result.outcome, ReadOutOutcome::Saved) << at;
+    const std::string saved = base::ReadFile(path).text;
+    for (base::Address i = first; i <= last; ++i) {
+      ASSERT_EQ(static_cast<std::uint8_t>(saved[i - first]), bench.Peek(i)) << at;
+    }
+  }
+}
+
+TEST(Verify, ReadsOnlyWhatTheTargetsCrcDoesNotProveEqual) {
+  FilledBench bench;
+  bench.target.board().Load(0xA000, ByteList(5000, 0x12));
+  bench.image.Put(0xA000, ByteList(5000, 0x12));
+  bench.TakeSent();
+  EXPECT_EQ(Verify(bench.memory, bench.image, GoOn, &bench.crc).compared, 5302);
+  EXPECT_LT(bench.TakeSent().size(), 750u);
+  bench.mcu().Poke(0xA480, 0x13);
+  const VerifyResult different = Verify(bench.memory, bench.image, GoOn, &bench.crc);
+  EXPECT_EQ(different.compared, 5302);
+  EXPECT_EQ(different.different, 1);
+  EXPECT_EQ(different.first->address, 0xA480u);
+  EXPECT_LT(bench.TakeSent().size(), 3000u);
 }
 
 TEST(ReadOut, LeavesTheOldFileUnlessAllWasRead) {
@@ -85,7 +120,7 @@ TEST(ReadOut, LeavesTheOldFileUnlessAllWasRead) {
   const std::string path = bench.Write("old.s19", "old");
   const auto outcome = [&](base::Address first, base::Address last, const std::string& name,
                            Progress progress) {
-    return ReadOut(bench.memory, first, last, name, progress).outcome;
+    return ReadOut(bench.memory, bench.crc, first, last, name, progress).outcome;
   };
   EXPECT_EQ(outcome(0x9001, 0x9000, path, GoOn), ReadOutOutcome::BadRange);
   EXPECT_EQ(outcome(0x9000, 0x10000, path, GoOn), ReadOutOutcome::BadRange);

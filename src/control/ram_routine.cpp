@@ -1,0 +1,64 @@
+// SPDX-License-Identifier: MIT
+#include "control/ram_routine.h"
+
+namespace brevant::control {
+namespace {
+
+using base::Address;
+
+constexpr Address kFirstPlace = 0x0080, kDirectPageEnd = 0x0100, kPlaceStep = 0x10;
+
+}  // namespace
+
+std::optional<Address> RamRoutine::FindPlace(std::size_t bytes) const {
+  const auto count = static_cast<Address>(bytes);
+  const RegisterFrame::StackInUse stack = frame_.stack_in_use();
+  for (Address place = kFirstPlace; place + count <= kDirectPageEnd; place += kPlaceStep) {
+    if (!stack.Meets(place, place + count - 1)) return place;
+  }
+  return std::nullopt;
+}
+
+bool RamRoutine::Begin(Address place, std::size_t bytes) {
+  if (!frame_.ReadRegisters()) return false;
+  place_ = place;
+  pc_ = frame_.PC;
+  hx_ = frame_.HX;
+  a_ = frame_.A;
+  ccr_ = frame_.CCR;
+  borrowed_.resize(bytes);
+  memory_.AskChecked(borrowed_, place);
+  return !memory_.LinkError();
+}
+
+bool RamRoutine::Run(base::Bytes routine, std::size_t swi, int max_polls) {
+  if (memory_.WriteAndLook(place_, routine)) return false;
+  // The program's interrupts must not come in between.
+  if ((frame_.CCR & kCcrI) == 0) frame_.WriteCCR(frame_.CCR | kCcrI);
+  frame_.WriteProgramCounter(place_);
+  if (memory_.LinkError()) return false;
+  const RegisterFrame::StackInUse stack = frame_.stack_in_use();
+  memory_.RunTarget(std::array{memory::Range{place_, static_cast<Address>(routine.size())},
+                               memory::Range{stack.first, stack.last - stack.first + 1}});
+  if (!AwaitBreak(max_polls) || !frame_.ReadRegisters()) return false;
+  // A routine that ended elsewhere has done something else.
+  return frame_.PC == place_ + static_cast<Address>(swi) + 1 && !memory_.TakeDamage();
+}
+
+bool RamRoutine::End() {
+  memory_.WriteBytes(place_, borrowed_);
+  frame_.SetPC(pc_);
+  frame_.WriteHX(hx_);
+  frame_.WriteA(a_);
+  frame_.WriteCCR(ccr_);
+  return !memory_.LinkError();
+}
+
+bool RamRoutine::AwaitBreak(int max_polls) {
+  for (int polls = 0; polls < max_polls; ++polls) {
+    if (link_.PollBreak() == 0) return true;
+  }
+  return false;
+}
+
+}  // namespace brevant::control
