@@ -72,6 +72,7 @@ Result Load(Session& session, const ParsedArguments& arguments) {
     case load::LoadOutcome::WrongFormat:
     case load::LoadOutcome::NotReadable:
     case load::LoadOutcome::Damaged:
+    case load::LoadOutcome::NoRoom:
       return Failure(ExitStatus::File, fmt::format("{} was not loaded", path));
     case load::LoadOutcome::Differs:
       return NotThere(session, path, loaded);

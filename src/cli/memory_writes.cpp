@@ -4,6 +4,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <array>
 
 #include "cli/interrupt.h"
 #include "devices/device.h"
@@ -59,11 +60,19 @@ Result CheckBlock(Session& session, base::Address first, base::Address last) {
   last |= 1;
   Result refused = CheckWritable(session, first, last);
   if (!refused.ok()) return refused;
-  const auto stack = session.debugger().frame.stack_in_use();
+  control::RegisterFrame& frame = session.debugger().frame;
+  const auto stack = frame.stack_in_use();
   if (!stack.Meets(first, last)) return {};
+  if (frame.MoveStackClearOf(std::array{memory::Range{first, last - first + 1}})) {
+    session.ui().Notice(
+        fmt::format("SP was moved to {:04x}: the monitor works on the stack, which "
+                    "lay in the block.",
+                    frame.ProgramSP()));
+    return {};
+  }
   return Failure(ExitStatus::Failed,
                  fmt::format("nothing was written: the monitor works on the stack, {:04x} to "
-                             "{:04x}; set SP to a place outside the block first",
+                             "{:04x}, and the block leaves no room for it elsewhere",
                              stack.first, stack.last));
 }
 

@@ -14,6 +14,7 @@
 #include "images/image_file.h"
 #include "link/security_code.h"
 #include "load/image_check.h"
+#include "simulator/fault_text.h"
 
 namespace brevant::cli {
 namespace {
@@ -42,6 +43,12 @@ std::string CheckTimeout(const std::string& text) {
   if (seconds >= kShortestTimeout && seconds <= kLongestTimeout) return {};
   return fmt::format("\"{}\" is no time-out: seconds from {} to {}", text, kShortestTimeout,
                      kLongestTimeout);
+}
+
+std::string CheckFault(const std::string& text) {
+  if (simulator::ParseFault(text)) return {};
+  return fmt::format("\"{}\" is no fault: flip-reply@120:3 inverts bit 3 of the answer to byte 120",
+                     text);
 }
 
 std::string CheckSecurity(const std::string& text) {
@@ -93,6 +100,14 @@ ParsedOptions ParseOptions(int argc, const char* const* argv, const std::string&
       ->type_name("SECONDS")
       ->check(CLI::Validator(CheckTimeout, "", "timeout"))
       ->capture_default_str();
+  app.add_option("--fault", options.faults,
+                 "of the simulated target's line: KIND@BYTE[:BIT], BYTE counted over what is sent, "
+                 "KIND one of " +
+                     simulator::FaultNames())
+      ->type_name("FAULT")
+      ->expected(1)
+      ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll)
+      ->check(CLI::Validator(CheckFault, "", "fault"));
   app.add_flag("--demo", options.demo, "put the demo program into the simulated target's flash");
   app.add_flag("--json", options.json, "one JSON object a command");
   app.add_flag("-q,--quiet", options.quiet, "no notices, errors only");

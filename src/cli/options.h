@@ -16,7 +16,8 @@ struct Options {
   std::string settings = "brevant.ini";
   std::optional<simulator::Pace> pace;  // default: instant for scripts, bus at the prompt
   double timeout_seconds = 10;
-  bool demo = false;  // the demo program in the simulated target's flash
+  std::vector<std::string> faults;  // of the simulated target's line, see simulator::ParseFault
+  bool demo = false;                // the demo program in the simulated target's flash
   bool json = false;
   bool quiet = false;
   bool yes = false;

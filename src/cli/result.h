@@ -7,6 +7,7 @@
 #include <string>
 #include <utility>
 
+#include "base/address.h"
 #include "cli/exit_status.h"
 
 namespace brevant::cli {

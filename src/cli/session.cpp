@@ -11,6 +11,7 @@
 #include "frontend/address_names.h"
 #include "link/messages.h"
 #include "link/port_map.h"
+#include "simulator/fault_text.h"
 
 namespace brevant::cli {
 namespace {
@@ -24,13 +25,21 @@ simulator::Pace PaceFor(const Options& options) {
   return options.pace.value_or(usual);
 }
 
+simulator::FaultPlan FaultsOf(const Options& options) {
+  simulator::FaultPlan plan;
+  for (const std::string& text : options.faults) {
+    if (const auto fault = simulator::ParseFault(text)) plan.push_back(*fault);
+  }
+  return plan;
+}
+
 }  // namespace
 
 Session::Session(const Options& options, bool terminal)
     : options_(options),
       settings_(options.settings),
       ui_(UiStyle(options, terminal)),
-      ports_(settings_, {PaceFor(options), options.demo}),
+      ports_(settings_, {PaceFor(options), options.demo, FaultsOf(options)}),
       engine_ui_(ui_),
       debugger_({.port = ports_.router(),
                  .clock = ports_.router(),

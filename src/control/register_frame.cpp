@@ -2,7 +2,6 @@
 #include "control/register_frame.h"
 
 #include <algorithm>
-#include <span>
 
 #include "base/text_number.h"
 #include "devices/hc08.h"
@@ -33,7 +32,9 @@ constexpr std::uint32_t kErasedWord = 0xFFFF;
 }  // namespace
 
 bool RegisterFrame::ReadRegisters(StackRead what) {
-  const Address base = memory_.ReadStackPointer();
+  Address base = memory_.ReadStackPointer();
+  // No echo tells of a bit that the line turns in the answer.
+  if (!IsRam(base)) base = memory_.ReadStackPointer();
   std::array<std::uint8_t, kFrameBytes + kInterruptedBytes> stack{};
   const auto frame = std::span(stack).first(
       what == StackRead::WithInterrupted ? stack.size() : std::size_t{kFrameBytes});
@@ -151,6 +152,22 @@ bool RegisterFrame::SetStackPointer(Address value) {
                                                         LowByte(HX),  HighByte(PC), LowByte(PC)};
   memory_.WriteBytes(SP, registers);
   return !memory_.LinkError() && SP == new_base;
+}
+
+bool RegisterFrame::MoveStackClearOf(std::span<const memory::Range> ranges) {
+  const auto is_clear = [&](const StackInUse& stack) {
+    return std::ranges::none_of(ranges, [&](const memory::Range& range) {
+      return range.count > 0 && stack.Meets(range.first, range.first + range.count - 1);
+    });
+  };
+  if (!StackIsRam() || is_clear(stack_in_use())) return true;
+  for (const memory::Range& ram : memory_.Ram()) {
+    for (Address sp = ram.first + ram.count - 1; sp >= ram.first + kMonitorStack + kProgramSP;
+         --sp) {
+      if (is_clear(StackAt(sp - kProgramSP))) return SetStackPointer(sp);
+    }
+  }
+  return false;
 }
 
 void RegisterFrame::LoadResetPC() {

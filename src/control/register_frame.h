@@ -7,6 +7,7 @@
 #include <array>
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <string_view>
 
 #include "base/address.h"
@@ -72,6 +73,9 @@ class RegisterFrame {
   // back within 40 polls, and then the borrowed RAM and the frame are restored provided that the
   // monitor still answers.
   bool SetStackPointer(base::Address value);
+  // Moves the stack to where it uses none of these bytes, unless it uses none anyway. False when
+  // RAM has no such place, or SetStackPointer fails.
+  bool MoveStackClearOf(std::span<const memory::Range> ranges);
   // Reads the frame base and sets PC from the reset vector, unless that is erased ($FFFF).
   void LoadResetPC();
   // One cell of the registers window as the user typed it. False when the text is not of the

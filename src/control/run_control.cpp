@@ -176,6 +176,10 @@ std::optional<base::Stop> RunControl::ReadStop() {
     return std::nullopt;
   }
   if (!frame_.StackIsRam()) return BadStack();
+  // Where nothing was armed or planted, the line may have altered what was read: looked at again.
+  if (!ArmedAt(StoppedAt()) && !frame_.ReadRegisters(StackRead::WithInterrupted)) {
+    return std::nullopt;
+  }
   const Address pc = StoppedAt();
   if (const auto reason = ArmedAt(pc)) return base::Stop{*reason, pc, {}};
   if (std::exchange(break_requested_, false) && frame_.IsStopRoutine()) {

@@ -42,7 +42,8 @@ Debugger::Debugger(const Surroundings& surroundings)
       loader(memory, frame, breakpoints, debug_info, start_address, macros, settings,
              surroundings.ui,
              {.flash_is_readable = [this] { return security.passed(); },
-              .refresh_after_stop = [this] { RefreshAfterStop(); }}),
+              .refresh_after_stop = [this] { RefreshAfterStop(); },
+              .crc = &crc}),
       flash(FlashSurroundingsOfThis()) {}
 
 link::ConnectResult Debugger::Start(OtherCodes other_codes) {

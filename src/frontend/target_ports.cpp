@@ -46,6 +46,7 @@ void TargetPorts::MakeBoard(int device) {
   simulated_device_ = device;
   simulated_ =
       std::make_shared<simulator::SimulatedTarget>(simulator::DeviceByIndex(device), board_.pace);
+  simulated_->SetFaultPlan(board_.faults);
   if (!board_.demo || device != kDemoDevice) return;
   for (const auto& record : images::ParseSRecords(simulator::DemoFirmware()).records) {
     simulated_->board().Load(record.address, record.bytes);

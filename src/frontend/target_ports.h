@@ -16,6 +16,7 @@ namespace brevant::frontend {
 struct SimulatedBoard {
   simulator::Pace pace = simulator::Pace::Instant;
   bool demo = false;  // its flash holds the demo program, which is one for the first device
+  simulator::FaultPlan faults = {};  // of its line, counted from its first byte on
 };
 
 class TargetPorts {

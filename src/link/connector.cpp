@@ -104,20 +104,36 @@ std::optional<std::uint8_t> Connector::EnterAgain() {
 }
 
 bool Connector::SecurityPassed() {
-  sign_ = LookForSign();
+  for (int tries = 0; tries < 2; ++tries) {
+    const long before = monitor_.damage();
+    sign_ = LookForSign();
+    if (monitor_.damage() == before) break;
+    // A byte that the line has added shifts all that follow.
+    monitor_.DiscardUnexpected();
+    sign_ = SecuritySign::None;
+  }
   return sign_ != SecuritySign::None;
 }
 
 SecuritySign Connector::LookForSign() {
   const auto is_set = [](std::uint8_t status) { return (status & devices::kSecurityPassed) != 0; };
-  const std::uint8_t status = monitor_.ReadByte(devices::kSecurityStatus);
+  const auto flag = [&] { return is_set(monitor_.ReadByte(devices::kSecurityStatus)); };
+  // Twice, since no echo tells of a bit that the line turns in the answer.
+  if (flag() && flag() && !monitor_.LinkError()) return SecuritySign::Flag;
   if (monitor_.LinkError()) return SecuritySign::None;
-  if (is_set(status)) return SecuritySign::Flag;
-  std::array<std::uint8_t, kLookedAtFlash> vectors{};
-  monitor_.ReadBlockBytes(vectors, base::kAddressSpace - kLookedAtFlash);
+  using Vectors = std::array<std::uint8_t, kLookedAtFlash>;
+  const auto read_vectors = [&] {
+    Vectors bytes{};
+    monitor_.ReadBlockBytes(bytes, base::kAddressSpace - kLookedAtFlash);
+    return bytes;
+  };
+  const Vectors vectors = read_vectors();
+  const bool differ =
+      std::ranges::any_of(vectors, [&](std::uint8_t byte) { return byte != vectors[0]; });
   if (monitor_.LinkError()) return SecuritySign::None;
-  if (std::ranges::any_of(vectors, [&](std::uint8_t byte) { return byte != vectors[0]; })) {
-    return SecuritySign::Flash;
+  if (differ) {
+    const bool same = read_vectors() == vectors;
+    return same && !monitor_.LinkError() ? SecuritySign::Flash : SecuritySign::None;
   }
   const devices::Device& device = devices::BySettingsNumber(settings_.Integer(kDevice));
   const auto ram =
@@ -126,8 +142,8 @@ SecuritySign Connector::LookForSign() {
   if (vectors[0] != kErasedByte || ram->first == devices::kSecurityStatus) {
     return SecuritySign::None;
   }
-  const std::uint8_t first = monitor_.ReadByte(ram->first);
-  return !monitor_.LinkError() && is_set(first) ? SecuritySign::FirstRam : SecuritySign::None;
+  const auto first = [&] { return is_set(monitor_.ReadByte(ram->first)); };
+  return first() && first() && !monitor_.LinkError() ? SecuritySign::FirstRam : SecuritySign::None;
 }
 
 std::string_view SignText(SecuritySign sign) {

@@ -97,6 +97,10 @@ LoadResult Loader::LoadImage(const std::string& path) {
     ui_.ShowMessage(*refusal);
     return result;
   }
+  if (!MakeRoom(path, file.ToImage())) {
+    result.outcome = LoadOutcome::NoRoom;
+    return result;
+  }
   image_directory_ = base::DirectoryOf(path);
   arrived_.clear();
   memory_.TakeDamage();  // of what came before
@@ -121,6 +125,23 @@ LoadResult Loader::LoadImage(const std::string& path) {
   Do(steps_.refresh_after_stop);
   StampImage(path);
   return result;
+}
+
+bool Loader::MakeRoom(const std::string& path, const images::Image& image) {
+  std::vector<memory::Range> ranges;
+  for (const images::Block& block : image.Blocks()) {
+    ranges.push_back({block.address, static_cast<base::Address>(block.bytes.size())});
+  }
+  const base::Address before = frame_.ProgramSP();
+  if (!frame_.MoveStackClearOf(ranges)) {
+    ui_.ShowMessage(ToMessage(messages::kNoRoomForStack, path, frame_.stack_in_use().first,
+                              frame_.stack_in_use().last));
+    return false;
+  }
+  if (frame_.ProgramSP() != before) {
+    ui_.ShowMessage(ToMessage(messages::kStackMoved, frame_.ProgramSP()));
+  }
+  return true;
 }
 
 bool Loader::TransferWithProgress(const std::string& path, const images::ImageFile& file) {
@@ -178,9 +199,10 @@ LoadOutcome Loader::LookAt(const images::Image& image, LoadResult& result) {
 VerifyResult Loader::Compare(const images::Image& image) {
   if (image.empty()) return {};
   ui_.BeginProgress(kComparingTitle, kComparingTitle, true);
-  const VerifyResult verified = Verify(memory_, image, [&](long done, long total) {
-    return ui_.UpdateProgress(kComparingTitle, done, total);
-  });
+  const VerifyResult verified = Verify(
+      memory_, image,
+      [&](long done, long total) { return ui_.UpdateProgress(kComparingTitle, done, total); },
+      steps_.crc);
   ui_.EndProgress();
   return verified;
 }

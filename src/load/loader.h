@@ -12,6 +12,7 @@
 #include "base/user_interface.h"
 #include "control/breakpoint_table.h"
 #include "control/register_frame.h"
+#include "control/target_crc.h"
 #include "images/image_file.h"
 #include "load/image_check.h"
 #include "load/macro_runner.h"
@@ -33,6 +34,8 @@ struct LoadSteps {
   std::function<bool()> flash_is_readable = {};
   // What follows every stop: registers, views, and on to main when configured.
   std::function<void()> refresh_after_stop = {};
+  // Compares what lies in flash; without it that is read.
+  control::TargetCrc* crc = nullptr;
 };
 
 enum class LoadOutcome {
@@ -40,6 +43,7 @@ enum class LoadOutcome {
   NotFound,
   WrongFormat,  // no extension of an image
   NotReadable,
+  NoRoom,     // the image leaves the monitor no room for its stack; nothing was done
   Damaged,    // a malformed record, or none at all; nothing was done
   Differs,    // the target does not hold all of the image, or that could not be looked at; the
               // rest of the sequence has been done
@@ -84,6 +88,8 @@ class Loader {
 
  private:
   // False when the user has cancelled it.
+  // Gets the monitor's stack out of the image's way.
+  bool MakeRoom(const std::string& path, const images::Image& image);
   bool TransferWithProgress(const std::string& path, const images::ImageFile& file);
   void TellAbout(const std::string& path, const images::ReadReport& report, bool complete);
   // Looks at the first byte of each block in RAM, and at all that no load can write. Where

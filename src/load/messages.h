@@ -53,6 +53,15 @@ inline constexpr MessageText kRamDiffers{
     "%04x holds %02x and not the image's %02x, which was written there.\n"
     "Please check that the configured device is the one on the board.",
     base::captions::kError, Icon::Error};
+inline constexpr MessageText kStackMoved{
+    "load.stack-moved", Severity::Notice,
+    "SP was moved to %04x: the monitor works on the stack, which lay where the image goes.",
+    base::captions::kInformation, Icon::Information};
+inline constexpr MessageText kNoRoomForStack{
+    "load.no-room", Severity::Error,
+    "%s was not loaded: the monitor works on the stack, %04x to %04x, and the image leaves no room "
+    "for it elsewhere in RAM.",
+    base::captions::kError, Icon::Error};
 inline constexpr MessageText kLinkLostWhileLoading{
     "load.link-lost", Severity::Warning,
     "The target does not answer: %s is not or not completely loaded.\n"
@@ -77,9 +86,10 @@ inline constexpr MessageText kMacroNotReadable{"macro.not-readable", Severity::E
                                                Icon::Error};
 
 inline constexpr const MessageText* kAll[] = {
-    &kFileNotFound,   &kUseImageFormat, &kImageNotReadable, &kBeyondAddressSpace,   &kNotInFlash,
-    &kFlashNotSeen,   &kLineDamaged,    &kRamDiffers,       &kLinkLostWhileLoading, &kWillNotWork,
-    &kOfferToolChain, &kMacroNotFound,  &kMacroNotReadable};
+    &kFileNotFound,         &kUseImageFormat, &kImageNotReadable, &kBeyondAddressSpace,
+    &kNotInFlash,           &kFlashNotSeen,   &kLineDamaged,      &kRamDiffers,
+    &kLinkLostWhileLoading, &kWillNotWork,    &kStackMoved,       &kNoRoomForStack,
+    &kOfferToolChain,       &kMacroNotFound,  &kMacroNotReadable};
 
 }  // namespace messages
 }  // namespace brevant::load

@@ -11,9 +11,11 @@
 #include <iostream>
 #include <string>
 #include <system_error>
+#include <vector>
 
 #include "images/image_file.h"
 #include "simulator/demo_firmware.h"
+#include "simulator/fault_text.h"
 #include "target/board_server.h"
 #include "target/firmware.h"
 #include "target/pseudo_terminal.h"
@@ -31,6 +33,7 @@ struct Options {
   std::string device = "gp32";
   std::string flash;
   bool demo = false;
+  std::vector<std::string> faults;
   std::string link;
 };
 
@@ -47,6 +50,11 @@ void AddOptions(CLI::App& app, Options& options) {
       app.add_option("--flash", options.flash, "S-record file that is in the flash at power-up");
   app.add_flag("--demo", options.demo, "the demo program is in the flash at power-up")
       ->excludes(flash);
+  app.add_option("--fault", options.faults,
+                 "KIND@BYTE[:BIT]: what the line does at that byte from the host; KIND is one of " +
+                     brevant::simulator::FaultNames())
+      ->expected(1)
+      ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
   app.add_option("--link", options.link, "symbolic link to make to the device, removed at the end");
 }
 
@@ -114,6 +122,16 @@ int Run(const Options& options) {
   Board board(options.device == "ql" ? brevant::simulator::Ql() : brevant::simulator::Gp32(),
               options.pace == "bus" ? 0 : kCyclesPerBit);
   if (!FillFlash(options, board)) return kFile;
+  brevant::simulator::FaultPlan faults;
+  for (const std::string& text : options.faults) {
+    const auto fault = brevant::simulator::ParseFault(text);
+    if (!fault) {
+      std::cerr << "brevant-target: \"" << text << "\" is no fault, as flip-reply@120:3 is one\n";
+      return kUsage;
+    }
+    faults.push_back(*fault);
+  }
+  board.SetFaultPlan(faults);
 
   const int stop = StopDescriptor();
   brevant::target::PseudoTerminal terminal;

@@ -1,0 +1,137 @@
+// SPDX-License-Identifier: MIT
+// Whole sessions, each with one fault on the line at a place and of a kind that its number decides:
+// whatever the engine claims, the board bears out, and nothing hangs.
+#include <gtest/gtest.h>
+
+#include <numeric>
+#include <random>
+
+#include "base/text_format.h"
+#include "debugger/bench.h"
+#include "load/confirmed_read.h"
+#include "simulator/fault_plan.h"
+
+namespace brevant::debugger {
+namespace {
+
+using simulator::FaultKind;
+
+constexpr int kSessions = 1000;
+constexpr FaultKind kKinds[] = {
+    FaultKind::LoseHostByte, FaultKind::DropLocalEcho, FaultKind::DropMonitorEcho,
+    FaultKind::FlipEcho,     FaultKind::FlipHostByte,  FaultKind::FlipReply,
+    FaultKind::LoseReply,    FaultKind::ExtraByte,     FaultKind::DelayByte};
+// About as many bytes as a session sends.
+constexpr int kBytes = 900;
+
+class FaultySession {
+ public:
+  explicit FaultySession(int number) {
+    std::mt19937 random(static_cast<unsigned>(number));
+    const auto pick = [&](int below) {
+      return static_cast<int>(random() % static_cast<unsigned>(below));
+    };
+    bench_.target.board().Load(0x9000, Pattern(300));
+    bench_.target.board().Load(0xFFFA, {{0xFE, 0x27}});
+    fault_ = {.kind = kKinds[pick(std::size(kKinds))],
+              .at_host_byte = static_cast<std::uint64_t>(pick(kBytes)),
+              .bit = static_cast<std::uint8_t>(pick(8))};
+    bench_.debugger.breakpoints.SetBreakMode(pick(2) == 0 ? control::BreakMode::Hardware
+                                                          : control::BreakMode::Software);
+  }
+  std::string Name() const {
+    return base::Format("fault %d at byte %d", static_cast<int>(fault_.kind),
+                        static_cast<int>(fault_.at_host_byte));
+  }
+
+  void Run() {
+    bench_.target.SetFaultPlan({fault_});
+    if (!IsConnected(debugger_.Start(OtherCodes::Try))) return;
+    if (debugger_.security.passed()) {
+      EXPECT_TRUE(bench_.target.board().mcu().security_passed());
+    }
+    const auto mode = debugger_.breakpoints.HardwareBreakMode();
+    Write();
+    Read();
+    // NOP; NOP; INCA; BRA *
+    const std::vector<std::uint8_t> code{0x9D, 0x9D, 0x4C, 0x20, 0xFE};
+    if (!Took(0x0150, code)) return;
+    debugger_.frame.SetPC(0x0150);
+    debugger_.run_control.StepCommand(control::Calls::Follow);
+    Settle();
+    debugger_.breakpoints.AddBreakpoint(0x0152);
+    debugger_.run_control.Go();
+    Settle();
+    debugger_.breakpoints.Clear();
+    debugger_.run_control.Go();
+    Wait(5);
+    debugger_.run_control.Stop();
+    CheckStop();
+    EXPECT_EQ(mode, debugger_.breakpoints.HardwareBreakMode());
+  }
+
+ private:
+  static std::vector<std::uint8_t> Pattern(std::size_t count) {
+    std::vector<std::uint8_t> bytes(count);
+    std::iota(bytes.begin(), bytes.end(), std::uint8_t{7});
+    return bytes;
+  }
+  std::uint8_t Peek(base::Address address) { return bench_.target.board().mcu().Peek(address); }
+
+  // Whether the engine says so; the board must bear it out.
+  bool Took(base::Address address, base::Bytes bytes) {
+    const bool differs = debugger_.memory.WriteAndLook(address, bytes).has_value();
+    const bool doubted = debugger_.memory.TakeDamage().has_value();
+    if (differs || doubted || debugger_.memory.LinkError()) return false;
+    for (std::size_t i = 0; i < bytes.size(); ++i) {
+      EXPECT_EQ(Peek(address + static_cast<base::Address>(i)), bytes[i]);
+    }
+    return true;
+  }
+  void Write() { Took(0x0160, Pattern(40)); }
+  void Read() {
+    std::vector<std::uint8_t> bytes(300);
+    const auto read = load::ReadConfirmed(debugger_.memory, debugger_.crc, 0x9000, bytes,
+                                          [](long, long) { return true; });
+    const bool sound = !debugger_.memory.TakeDamage() && debugger_.security.passed();
+    if (read.range == load::RangeResult::Complete && sound) {
+      EXPECT_EQ(bytes, Pattern(300));
+    }
+  }
+  void Wait(int ticks) {
+    for (int i = 0; i < ticks && debugger_.Busy(); ++i) {
+      bench_.target.Sleep(std::chrono::milliseconds(10));
+      debugger_.Tick();
+    }
+  }
+  void Settle() {
+    Wait(100);
+    if (debugger_.Busy()) debugger_.run_control.Stop();
+    CheckStop();
+  }
+  // A stop that was told is one, and it is where it was told to be.
+  void CheckStop() {
+    if (debugger_.memory.LinkError() || debugger_.Busy()) return;
+    const auto& stop = debugger_.run_control.last_stop();
+    if (!stop || stop->reason == base::StopReason::LinkLost) return;
+    EXPECT_FALSE(bench_.target.board().running()) << base::StopText(*stop);
+    const base::Address base = base::Low16(bench_.target.board().mcu().cpu().sp + 1u);
+    EXPECT_EQ(stop->pc, base::Word(Peek(base + 4), Peek(base + 5))) << base::StopText(*stop);
+  }
+
+  Bench bench_;
+  Debugger& debugger_ = bench_.debugger;
+  simulator::Fault fault_;
+};
+
+TEST(FaultSessions, ClaimNothingThatTheBoardDoesNotBearOut) {
+  for (int number = 0; number < kSessions; ++number) {
+    FaultySession session(number);
+    SCOPED_TRACE(base::Format("session %d, ", number) + session.Name());
+    session.Run();
+    if (testing::Test::HasFailure()) return;
+  }
+}
+
+}  // namespace
+}  // namespace brevant::debugger
