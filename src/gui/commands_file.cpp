@@ -39,6 +39,12 @@ void OfferBreakpoints(const CommandContext& context, const std::string& path) {
   }
 }
 
+// Whether the file came to be loaded, be it in part or empty: its name is in the title.
+bool BecameCurrent(load::LoadOutcome outcome) {
+  return outcome == load::LoadOutcome::Loaded || outcome == load::LoadOutcome::Cancelled ||
+         outcome == load::LoadOutcome::Differs || outcome == load::LoadOutcome::LinkLost;
+}
+
 load::LoadOutcome Load(const CommandContext& context, const std::string& path) {
   Session& session = context.session;
   const load::LoadResult result = session.debugger.loader.LoadImage(path);
@@ -49,13 +55,9 @@ load::LoadOutcome Load(const CommandContext& context, const std::string& path) {
     session.SetLoadedImage(path);
     OfferBreakpoints(context, path);
   }
+  // What was given up half-way has cleared the breakpoints; they stay remembered with their image.
+  if (!came && BecameCurrent(result.outcome)) session.SetLoadedImage("");
   return result.outcome;
-}
-
-// Whether the file came to be loaded, be it in part or empty: its name is in the title.
-bool BecameCurrent(load::LoadOutcome outcome) {
-  return outcome == load::LoadOutcome::Loaded || outcome == load::LoadOutcome::Cancelled ||
-         outcome == load::LoadOutcome::Differs || outcome == load::LoadOutcome::LinkLost;
 }
 
 void LoadChosenImage(const CommandContext& context) {
