@@ -8,6 +8,7 @@
 #include "base/file_names.h"
 #include "base/text_number.h"
 #include "cli/command_table.h"
+#include "cli/interrupt.h"
 #include "cli/session.h"
 #include "frontend/address_names.h"
 #include "symbols/importers.h"
@@ -199,6 +200,7 @@ Result Macro(Session& session, const ParsedArguments& arguments) {
   if (!session.debugger().RunMacro(name)) {
     return Failure(ExitStatus::File, fmt::format("cannot read {}", name));
   }
+  if (Interrupted()) return Interruption(" while the macro ran");
   Result result;
   result.text = fmt::format("ran {}\n", name);
   result.fields = {{"file", name}};

@@ -7,12 +7,13 @@
 #include <utility>
 
 #include "cli/interrupt.h"
+#include "cli/say.h"
 
 namespace brevant::cli {
 namespace {
 
 void PrintError(std::string_view line) {
-  fmt::print(stderr, "{}\n", line);
+  Say("{}\n", line);
 }
 
 }  // namespace
@@ -98,7 +99,7 @@ bool ConsoleUi::UpdateProgress(std::string_view text, long done, long total) {
     const std::size_t width = line.size();
     line.resize(std::max(width, progress_width_), ' ');
     progress_width_ = width;
-    fmt::print(stderr, "\r{}", line);
+    Say("\r{}", line);
     std::fflush(stderr);
   }
   return !(can_cancel_ && Interrupted());
@@ -112,7 +113,7 @@ void ConsoleUi::SetBusyCursor(bool) {}
 
 void ConsoleUi::EraseProgress() {
   if (progress_width_ == 0) return;
-  fmt::print(stderr, "\r{}\r", std::string(progress_width_, ' '));
+  Say("\r{}\r", std::string(progress_width_, ' '));
   progress_width_ = 0;
 }
 

@@ -11,6 +11,7 @@
 #include "cli/options.h"
 #include "cli/prompt.h"
 #include "cli/runner.h"
+#include "cli/say.h"
 #include "cli/session.h"
 
 namespace {
@@ -23,13 +24,13 @@ bool TakeInterrupt(brevant::cli::Session& session, brevant::cli::Runner& runner,
   if (again || brevant::cli::Leaving()) return false;
   brevant::cli::ClearInterrupt();
   if (session.debugger().Busy()) return runner.Line("stop", true);
-  fmt::print(stderr, "Ctrl-C once more, or quit, leaves.\n");
+  brevant::cli::Say("Ctrl-C once more, or quit, leaves.\n");
   return true;
 }
 
 void Talk(brevant::cli::Session& session, brevant::cli::Runner& runner) {
   using brevant::cli::Prompt;
-  fmt::print(stderr, "Connected. Type help for the commands, quit to leave.\n");
+  brevant::cli::Say("Connected. Type help for the commands, quit to leave.\n");
   runner.Line("info", true);
   session.ui().AnswerWith(Prompt::Ask);
   Prompt prompt([&session] { return session.Idle(); });

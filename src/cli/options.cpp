@@ -10,6 +10,7 @@
 
 #include "cli/command_table.h"
 #include "cli/exit_status.h"
+#include "cli/say.h"
 #include "devices/device.h"
 #include "images/image_file.h"
 #include "link/security_code.h"
@@ -63,8 +64,8 @@ std::optional<link::SecurityCode> SecurityOf(const std::string& text) {
   const images::ImageFile file = images::ReadImageFile(path);
   const auto code = load::SecurityCodeIn(file.ToImage());
   if (!code) {
-    fmt::print(stderr, "-s: no security code from {}: {}\n", path,
-               file.report.ok() ? "it holds nothing from FFF6 to FFFD" : file.report.file_error);
+    Say("-s: no security code from {}: {}\n", path,
+        file.report.ok() ? "it holds nothing from FFF6 to FFFD" : file.report.file_error);
   }
   return code;
 }

@@ -7,13 +7,16 @@
 #include <poll.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <clocale>
+#include <cstdio>
 #include <cstdlib>
 #include <cwchar>
 #include <filesystem>
 
 #include "cli/completion.h"
 #include "cli/interrupt.h"
+#include "cli/say.h"
 
 namespace brevant::cli {
 namespace {
@@ -64,7 +67,7 @@ unsigned char CompleteWord(EditLine* editor, int) {
     return el_insertstr(editor, completion.insert.c_str()) == 0 ? CC_REFRESH : CC_ERROR;
   }
   if (completion.candidates.empty()) return CC_ERROR;
-  fmt::print("\n{}\n", fmt::join(completion.candidates, " "));
+  std::puts(fmt::format("\n{}", fmt::join(completion.candidates, " ")).c_str());
   return CC_REDISPLAY;
 }
 
@@ -108,7 +111,7 @@ Prompt::Typed Prompt::ReadLine() {
   int count = 0;
   const char* typed = el_gets(editor_.get(), &count);
   if (typed == nullptr || count <= 0) {
-    fmt::print("\n");
+    std::puts("");
     return {Interrupted() ? End::Interrupted : End::EndOfInput, {}};
   }
   std::string line(typed, static_cast<std::size_t>(count));
@@ -126,15 +129,15 @@ int Prompt::NextCharacter(EditLine* editor, wchar_t* character) {
     if (Interrupted()) return -1;
     if (!Readable(kIdleMs)) {
       if (const auto line = static_cast<Prompt*>(self)->idle_()) {
-        fmt::print("{}{}\n", kEraseLine, *line);
+        std::puts((kEraseLine + *line).c_str());
         el_set(editor, EL_REFRESH);
       }
       continue;
     }
     char byte = 0;
     const ssize_t received = read(STDIN_FILENO, &byte, 1);
-    if (received == 0) return 0;
-    if (received < 0) continue;
+    if (received < 0 && errno == EINTR) continue;
+    if (received <= 0) return 0;  // also a terminal that has gone
     const std::size_t decoded = std::mbrtowc(character, &byte, 1, &state);
     if (decoded == static_cast<std::size_t>(-1)) {
       state = {};
@@ -145,7 +148,7 @@ int Prompt::NextCharacter(EditLine* editor, wchar_t* character) {
 }
 
 bool Prompt::Ask(const std::string& question) {
-  fmt::print(stderr, "{} [y/N] ", question);
+  Say("{} [y/N] ", question);
   std::string answer;
   for (char byte = 0; byte != '\n' && !Interrupted();) {
     if (!Readable(kIdleMs)) continue;

@@ -11,6 +11,7 @@
 
 #include "base/files.h"
 #include "cli/interrupt.h"
+#include "cli/say.h"
 
 namespace brevant::cli {
 namespace {
@@ -89,9 +90,9 @@ void Runner::Report(std::string_view name, const Result& result) {
   }
   Print(result.text);
   if (result.ok() && !result.note.empty() && !options_.quiet) {
-    fmt::print(stderr, "{}\n", result.note);
+    Say("{}\n", result.note);
   }
-  if (!result.ok()) fmt::print(stderr, "{}: {}\n", name, result.error);
+  if (!result.ok()) Say("{}: {}\n", name, result.error);
 }
 
 // A result that nobody receives is a failure: a full disk, or a reader that has gone.
@@ -100,7 +101,7 @@ void Runner::Print(const std::string& text) {
   if (std::fflush(stdout) == 0 && std::ferror(stdout) == 0) return;
   const int reason = errno;
   if (!std::exchange(output_lost_, true)) {
-    fmt::print(stderr, "cannot write the results: {}\n", std::strerror(reason));
+    Say("cannot write the results: {}\n", std::strerror(reason));
   }
   status_ = static_cast<int>(ExitStatus::File);
 }
@@ -110,9 +111,8 @@ void Runner::StopBeforeLeaving() {
   if (!session_.debugger().Busy()) return;
   Result stopped = session_.Execute("stop");
   if (!stopped.ok()) stopped = session_.Execute("reset");
-  fmt::print(stderr, "{}\n",
-             stopped.ok() ? "The target was stopped: " + stopped.note
-                          : "The target may still be running: " + stopped.error);
+  Say("{}\n", stopped.ok() ? "The target was stopped: " + stopped.note
+                           : "The target may still be running: " + stopped.error);
 }
 
 }  // namespace brevant::cli

@@ -14,6 +14,7 @@
 namespace brevant::load {
 namespace {
 
+constexpr std::string_view kTitle = "Running macro";
 constexpr std::string_view kDefaultMacro = "brevant.mac";
 constexpr std::string_view kDefaultOnDemand = "ferrodex.mac";
 constexpr std::string_view kDefaultResetMacro = "RESET.MAC";
@@ -47,7 +48,10 @@ bool MacroRunner::RunMacroFile(std::string& name) {
   }
   problem_.clear();
   std::string_view text = file.text;
-  for (int number = 1; !text.empty(); ++number) {
+  const auto length = static_cast<long>(text.size());
+  bool goes_on = true;
+  ui_.BeginProgress(kTitle, name, true);
+  for (int number = 1; goes_on && !text.empty(); ++number) {
     const std::size_t end = std::min(text.find('\n'), text.size());
     const std::string_view line = text.substr(0, end);
     if (const auto command = ParseMacroLine(line)) {
@@ -58,7 +62,10 @@ bool MacroRunner::RunMacroFile(std::string& name) {
                               number, said);
     }
     text.remove_prefix(std::min(end + 1, text.size()));
+    goes_on = ui_.UpdateProgress(name, length - static_cast<long>(text.size()), length);
   }
+  ui_.EndProgress();
+  if (!text.empty()) ui_.ShowMessage(ToMessage(messages::kMacroCancelled, name));
   return true;
 }
 

@@ -28,9 +28,9 @@ class MacroRunner {
               base::SettingsFile& settings, base::UserInterface& ui,
               std::string start_up_directory);
 
-  // Runs the file from its first line to its last; nothing is checked after the writes. An empty
-  // name becomes brevant.mac in the working folder. False after telling the user when the file can
-  // not be read; then nothing has been written.
+  // Runs the file from its first line to its last, or until the user cancels it; nothing is checked
+  // after the writes. An empty name becomes brevant.mac in the working folder. False after telling
+  // the user when the file can not be read; then nothing has been written.
   bool RunMacroFile(std::string& name);
   // The same on demand: a file that ran is remembered for LastMacroFile.
   bool RunOnDemand(std::string name);

@@ -81,6 +81,10 @@ inline constexpr MessageText kMacroNotFound{"macro.not-found", Severity::Error,
                                             "Macro file not found. Please check the configure\n"
                                             "menu to make sure the file selected is correct",
                                             base::captions::kError, Icon::Error};
+inline constexpr MessageText kMacroCancelled{
+    "macro.cancelled", Severity::Warning,
+    "%s was cancelled before its end. What it has done so far stays.", base::captions::kInformation,
+    Icon::Warning};
 inline constexpr MessageText kMacroNotReadable{"macro.not-readable", Severity::Error,
                                                "   Can not open %s file", base::captions::kError,
                                                Icon::Error};
@@ -89,7 +93,7 @@ inline constexpr const MessageText* kAll[] = {
     &kFileNotFound,         &kUseImageFormat, &kImageNotReadable, &kBeyondAddressSpace,
     &kNotInFlash,           &kFlashNotSeen,   &kLineDamaged,      &kRamDiffers,
     &kLinkLostWhileLoading, &kWillNotWork,    &kStackMoved,       &kNoRoomForStack,
-    &kOfferToolChain,       &kMacroNotFound,  &kMacroNotReadable};
+    &kOfferToolChain,       &kMacroNotFound,  &kMacroCancelled,   &kMacroNotReadable};
 
 }  // namespace messages
 }  // namespace brevant::load

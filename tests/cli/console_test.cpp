@@ -4,11 +4,15 @@
 #include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <poll.h>
+#include <pty.h>
 #include <signal.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <array>
 #include <cstdlib>
+#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
@@ -51,19 +55,22 @@ class Console : public testing::Test {
     for (const char* name : {"stdout", "stderr"}) std::filesystem::remove(folder_ / name);
     const pid_t child = fork();
     if (child == 0) {
-      if (chdir(folder_.c_str()) != 0) _exit(99);
       Redirect("stdin", O_RDONLY, STDIN_FILENO);
       Redirect(output_, O_WRONLY | O_CREAT | O_APPEND, STDOUT_FILENO);
       Redirect(merged_ ? output_ : "stderr", O_WRONLY | O_CREAT | O_APPEND, STDERR_FILENO);
-      std::vector<char*> argv;
-      std::string program = BREVANT_BIN "/brevant-cli";
-      argv.push_back(program.data());
-      for (std::string& argument : arguments) argv.push_back(argument.data());
-      argv.push_back(nullptr);
-      execv(program.c_str(), argv.data());
-      _exit(98);
+      Become(std::move(arguments));
     }
     return child;
+  }
+  [[noreturn]] void Become(std::vector<std::string> arguments) {
+    if (chdir(folder_.c_str()) != 0) _exit(99);
+    std::vector<char*> argv;
+    std::string program = BREVANT_BIN "/brevant-cli";
+    argv.push_back(program.data());
+    for (std::string& argument : arguments) argv.push_back(argument.data());
+    argv.push_back(nullptr);
+    execv(program.c_str(), argv.data());
+    _exit(98);
   }
   Outcome EndOf(pid_t child) {
     int status = 0;
@@ -221,6 +228,49 @@ TEST_F(Console, ASignalEndsAnyCommandAndStopsTheTarget) {
     EXPECT_THAT(outcome.err, HasSubstr(row.message));
     EXPECT_THAT(outcome.out, testing::Not(HasSubstr("\n000090")));
   }
+}
+
+TEST_F(Console, ThePromptTakesUtf8AnswersAndCtrlC) {
+  int terminal = -1;
+  const pid_t child = forkpty(&terminal, nullptr, nullptr, nullptr);
+  if (child == 0) {
+    setenv("XDG_STATE_HOME", folder_.c_str(), 1);
+    setenv("TERM", "dumb", 1);
+    Become({"-p", "sim", "--demo"});
+  }
+  const struct {
+    const char* typed;
+    const char* awaited;
+  } rows[] = {
+      {"", "brevant> "},
+      {"lookup gr\xC3\xB6\xC3\x9F"
+       "e\r",
+       "there is no symbol gr\xC3\xB6\xC3\x9F"
+       "e"},
+      {"erase 9000 9001\r", "[y/N] "},
+      {"n\r", "erase: nothing was done"},
+      {"erase 9000 9001\r", "[y/N] "},
+      {"y\r", "erased 9000 to 907f, all blank"},
+      {"run\r", "run\r\nbrevant> "},
+      {"\x03", "user's break at 80"},
+      {"read 8\x03", "Ctrl-C once more"},
+      {"regs\r", "PC=80"},
+      {"\x03", "Ctrl-C once more"},
+  };
+  for (const auto& row : rows) {
+    ASSERT_GE(write(terminal, row.typed, std::strlen(row.typed)), 0);
+    std::string shown;
+    std::array<char, 256> portion{};
+    for (pollfd input{terminal, POLLIN, 0}; shown.find(row.awaited) == std::string::npos;) {
+      ASSERT_EQ(poll(&input, 1, 20000), 1) << row.awaited << " is not in " << shown;
+      const auto count = read(terminal, portion.data(), portion.size());
+      ASSERT_GT(count, 0) << shown;
+      shown.append(portion.data(), static_cast<std::size_t>(count));
+    }
+  }
+  ASSERT_EQ(write(terminal, "\x03", 1), 1);
+  EXPECT_EQ(EndOf(child).status, 130);
+  close(terminal);
 }
 
 TEST_F(Console, AResultThatNobodyReceivesIsAFailure) {
