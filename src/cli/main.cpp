@@ -18,29 +18,28 @@ namespace {
 
 using brevant::cli::ExitStatus;
 
-// Ctrl-C drops the line, and stops a program that runs; a second one behind it leaves. False when
-// nothing is left to be said.
-bool TakeInterrupt(brevant::cli::Session& session, brevant::cli::Runner& runner, bool again) {
-  if (again || brevant::cli::Leaving()) return false;
-  brevant::cli::ClearInterrupt();
-  if (session.debugger().Busy()) return runner.Line("stop", true);
-  brevant::cli::Say("Ctrl-C once more, or quit, leaves.\n");
-  return true;
-}
-
 void Talk(brevant::cli::Session& session, brevant::cli::Runner& runner) {
   using brevant::cli::Prompt;
   brevant::cli::Say("Connected. Type help for the commands, quit to leave.\n");
   runner.Line("info", true);
   session.ui().AnswerWith(Prompt::Ask);
   Prompt prompt([&session] { return session.Idle(); });
-  for (Prompt::Typed before{}, typed{};; before = std::move(typed)) {
-    typed = prompt.ReadLine();
-    const bool again = before.end == Prompt::End::Interrupted;
+  bool warned = false;  // that the next Ctrl-C on an empty line leaves
+  for (;;) {
+    const Prompt::Typed typed = prompt.ReadLine();
     if (typed.end == Prompt::End::EndOfInput) return;
-    const bool goes_on = typed.end == Prompt::End::Line ? runner.Line(typed.line, true)
-                                                        : TakeInterrupt(session, runner, again);
-    if (!goes_on) return;
+    if (typed.end == Prompt::End::Line) {
+      warned = false;
+      if (!runner.Line(typed.line, true)) return;
+      continue;
+    }
+    // Ctrl-C stops a program that runs; else it drops the line, if there is one.
+    const bool idle = typed.line.empty() && !session.debugger().Busy();
+    if (brevant::cli::Leaving() || (idle && warned)) return;
+    brevant::cli::ClearInterrupt();
+    warned = idle;
+    if (idle) brevant::cli::Say("Ctrl-C once more, or quit, leaves.\n");
+    if (session.debugger().Busy()) runner.Line("stop", true);
   }
 }
 

@@ -13,6 +13,7 @@
 #include <cstdlib>
 #include <cwchar>
 #include <filesystem>
+#include <utility>
 
 #include "cli/completion.h"
 #include "cli/interrupt.h"
@@ -112,7 +113,7 @@ Prompt::Typed Prompt::ReadLine() {
   const char* typed = el_gets(editor_.get(), &count);
   if (typed == nullptr || count <= 0) {
     std::puts("");
-    return {Interrupted() ? End::Interrupted : End::EndOfInput, {}};
+    return {Interrupted() ? End::Interrupted : End::EndOfInput, std::exchange(dropped_, "")};
   }
   std::string line(typed, static_cast<std::size_t>(count));
   while (line.ends_with('\n') || line.ends_with('\r')) line.pop_back();
@@ -122,13 +123,18 @@ Prompt::Typed Prompt::ReadLine() {
 }
 
 int Prompt::NextCharacter(EditLine* editor, wchar_t* character) {
-  void* self = nullptr;
-  el_get(editor, EL_CLIENTDATA, &self);
+  void* data = nullptr;
+  el_get(editor, EL_CLIENTDATA, &data);
+  auto* const self = static_cast<Prompt*>(data);
   std::mbstate_t state{};
   for (;;) {
-    if (Interrupted()) return -1;
+    if (Interrupted()) {
+      const LineInfo* line = el_line(editor);
+      self->dropped_.assign(line->buffer, line->lastchar);
+      return -1;
+    }
     if (!Readable(kIdleMs)) {
-      if (const auto line = static_cast<Prompt*>(self)->idle_()) {
+      if (const auto line = self->idle_()) {
         std::puts((kEraseLine + *line).c_str());
         el_set(editor, EL_REFRESH);
       }

@@ -23,7 +23,7 @@ class Prompt {
   enum class End {
     Line,
     EndOfInput,
-    Interrupted,  // by a signal; what was typed so far is dropped
+    Interrupted,  // by a signal; the line is what was typed so far
   };
   struct Typed {
     End end = End::Line;
@@ -39,6 +39,7 @@ class Prompt {
 
   std::function<std::optional<std::string>()> idle_;
   std::string history_file_;
+  std::string dropped_;
   std::unique_ptr<History, void (*)(History*)> history_;
   std::unique_ptr<EditLine, void (*)(EditLine*)> editor_;
 };
