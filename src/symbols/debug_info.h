@@ -28,6 +28,8 @@ struct DebugInfo {
   symbols::SymbolTable SymbolTable;
   symbols::LineTable LineTable;
   std::vector<Function> functions;  // ascending; empty where the tool chain does not tell
+  std::vector<Variable> variables;  // of the program and its modules
+  Types types;                      // theirs, and those of the functions' locals
   std::string directory;            // that the lines' files are named from
   // The tables belong to the loaded program. Cleared by flash commands and by loading symbols.
   bool DebugInfoLoaded = false;
@@ -38,12 +40,16 @@ struct DebugInfo {
     SymbolTable.Assign(std::move(program.symbols));
     LineTable.Assign(std::move(program.lines), std::move(program.files));
     functions = std::move(program.functions);
+    variables = std::move(program.variables);
+    types = std::move(program.types);
     directory = std::move(from_directory);
   }
   // The symbols stay.
   void ForgetLines() {
     LineTable.Clear();
     functions.clear();
+    variables.clear();
+    types = {};
   }
 };
 

@@ -1,10 +1,13 @@
 // SPDX-License-Identifier: MIT
-// A function of the program, where the tool chain says where it begins and ends.
+// A function of the program, where the tool chain says where it begins and ends. Rests on the
+// types.
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "base/address.h"
+#include "symbols/variable.h"
 
 namespace brevant::symbols {
 
@@ -13,6 +16,9 @@ struct Function {
   std::string module;  // that defines it; empty: not told
   base::Address first = 0;
   base::Address last = 0;  // its last byte
+  bool is_interrupt = false;
+  TypeId result = kUnknownType;
+  std::vector<Variable> locals = {};  // with its parameters
 };
 
 }  // namespace brevant::symbols

@@ -29,6 +29,8 @@ struct ParsedProgram {
   std::vector<LineEntry> lines;
   std::vector<std::string> files;
   std::vector<Function> functions;  // ascending
+  std::vector<Variable> variables;  // of the program and its modules; locals stand in functions
+  Types types;
   // 16-bit values that the output asks to be written to the reset vector, in order.
   std::vector<std::uint16_t> reset_vectors;
   // Set by the listing importers, which leave symbols and lines to be read back from these files.

@@ -4,12 +4,13 @@
 #include <algorithm>
 #include <iterator>
 #include <map>
-#include <set>
+#include <span>
 #include <string>
 #include <unordered_map>
 #include <utility>
 #include <vector>
 
+#include "base/text_number.h"
 #include "symbols/sdcc_lines.h"
 #include "symbols/sdcc_map.h"
 #include "symbols/sdcc_types.h"
@@ -19,6 +20,13 @@ namespace brevant::symbols {
 namespace {
 
 constexpr std::string_view kStringName = "__str_";
+constexpr std::string_view kInventedName = "sloc";
+
+// Of what follows a record's type.
+constexpr std::size_t kSpaceField = 0;
+constexpr std::size_t kOffsetField = 2;
+constexpr std::size_t kRegistersField = 3;
+constexpr std::size_t kInterruptField = 3;
 
 // A name as the records spell it: "G$total$0_0$0", "Fmain$hidden$0_0$0", "Lmain.f$i$1_0$5".
 struct ScopedName {
@@ -64,84 +72,92 @@ class CdbReader {
   ParsedProgram Take(std::string_view map, SdccSources& sources);
 
  private:
-  struct Type {
+  // What an S or F record says.
+  struct Declaration {
+    ScopedName scoped;
+    std::string_view full;  // the whole name
+    TypeId type = kUnknownType;
     int size = 0;
-    std::string text;
+    // Address space, on the stack, offset; of variables in registers their names, of functions
+    // whether they handle an interrupt.
+    std::vector<std::string_view> fields = {};
   };
 
-  void ReadType(std::string_view record);
-  void ReadSymbol(std::string_view record);
+  void ReadRecord(char kind, std::string_view record);
+  void ReadSymbol(char kind, std::string_view record);
   void ReadAddress(std::string_view record);
   void ReadLine(std::string_view record, base::Address address);
   void AddSymbol(const ScopedName& scoped, std::string_view full, base::Address address);
   void AddStrings(SdccSources& sources);
+  Variable ToVariable(const Declaration& declaration) const;
+  void AddVariables();
   void AddQualifiedStatics();
   void AddMapNames(std::string_view map);
 
-  std::string_view module_;                    // of the section being read
-  std::set<std::string, std::less<>> unions_;  // "module$tag"
+  std::string_view module_;  // of the section being read
   // By the whole name, and by the name without its level: the linker writes a function's otherwise.
-  std::unordered_map<std::string_view, Type> types_;
+  std::unordered_map<std::string_view, Declaration> declarations_;
+  std::unordered_map<std::string_view, base::Address> addresses_;  // by whole name
   std::unordered_map<std::string_view, base::Address> functions_;  // starts, by name without level
   std::map<std::string, std::map<std::string_view, Symbol>> statics_;  // name -> module -> symbol
   std::vector<std::string_view> strings_;                              // their whole names
   SdccLineRecords records_;
   ParsedProgram program_;
+  SdccTypes types_{program_.types};
 };
 
+// Structures first: a variable's record may stand before that of its type.
 void CdbReader::Read(std::string_view cdb) {
-  LineReader reader(cdb);
-  while (const auto line = reader.Next()) {
-    const std::string_view record = Columns(*line, 2);
-    if (At(*line, 1) != ':') continue;
-    switch ((*line)[0]) {
-      case 'M':
-        module_ = record;
-        break;
-      case 'T':
-        ReadType(record);
-        break;
-      case 'S':
-      case 'F':
-        ReadSymbol(record);
-        break;
-      case 'L':
-        ReadAddress(record);
-        break;
-      default:
-        break;
+  for (const bool structures : {true, false}) {
+    LineReader reader(cdb);
+    while (const auto line = reader.Next()) {
+      if (At(*line, 1) != ':') continue;
+      const char kind = line->front();
+      if (structures && kind == 'T') types_.AddRecord(Columns(*line, 2));
+      if (!structures) ReadRecord(kind, Columns(*line, 2));
     }
   }
 }
 
-// Fmain$pt[({0}S:S$x$0_0$0({1}SC:U),Z,0,0)...]
-void CdbReader::ReadType(std::string_view record) {
-  const std::size_t bracket = record.find('[');
-  if (bracket == std::string_view::npos || !record.starts_with('F')) return;
-  if (IsUnionRecord(record.substr(bracket))) unions_.emplace(record.substr(1, bracket - 1));
+void CdbReader::ReadRecord(char kind, std::string_view record) {
+  switch (kind) {
+    case 'M':
+      module_ = record;
+      break;
+    case 'S':
+    case 'F':
+      ReadSymbol(kind, record);
+      break;
+    case 'L':
+      ReadAddress(record);
+      break;
+    default:
+      break;
+  }
 }
 
 // G$total$0_0$0({4}SL:S),F,0,0
-void CdbReader::ReadSymbol(std::string_view record) {
+void CdbReader::ReadSymbol(char kind, std::string_view record) {
   const std::size_t open = record.find("({");
   const std::size_t brace = record.find('}', open == std::string_view::npos ? open : open + 2);
   const std::size_t close = record.find(')', brace);
   if (brace == std::string_view::npos || close == std::string_view::npos) return;
   const auto scoped = ParseScopedName(record.substr(0, open));
   if (!scoped) return;
+  Declaration declaration{*scoped, record.substr(0, open)};
   const std::string_view chain = record.substr(brace + 1, close - brace - 1);
   const auto size = LeadingDecimal(record.substr(open + 2, brace - open - 2));
-  const auto is_union = [&](std::string_view tag) {
-    return unions_.contains(std::string(module_).append("$").append(tag));
-  };
-  Type type;
   // A function's size is that of a pointer to it; no address space is larger than 64 K.
   if (!chain.starts_with("DF") && size && *size <= base::kAddressSpace) {
-    type.size = static_cast<int>(*size);
+    declaration.size = static_cast<int>(*size);
   }
-  type.text = SdccTypeText(chain, type.size, is_union);
-  types_.try_emplace(scoped->without_level, type);
-  types_.try_emplace(record.substr(0, open), std::move(type));
+  declaration.type = types_.Find(chain, declaration.size, module_);
+  declaration.fields = Words(Columns(record, close + 1), ',');
+  // A function's own record says more than one of a module that only calls it.
+  for (const std::string_view name : {scoped->without_level, declaration.full}) {
+    const bool is_new = declarations_.try_emplace(name, declaration).second;
+    if (!is_new && kind == 'F') declarations_.insert_or_assign(name, declaration);
+  }
 }
 
 // <name>:<address>
@@ -157,8 +173,15 @@ void CdbReader::ReadAddress(std::string_view record) {
     if (!scoped) return;
     const auto start = functions_.find(scoped->without_level);
     if (start == functions_.end()) return;
-    records_.functions.push_back(
-        {LinkerName(*scoped), std::string(scoped->module), start->second, address});
+    Function function{LinkerName(*scoped), std::string(scoped->module), start->second, address};
+    const auto declared = declarations_.find(scoped->without_level);
+    if (declared != declarations_.end()) {
+      const Declaration& declaration = declared->second;
+      function.result = program_.types[declaration.type].target;
+      function.is_interrupt =
+          declaration.fields.size() > kInterruptField && declaration.fields[kInterruptField] == "1";
+    }
+    records_.functions.push_back(std::move(function));
   } else if (const auto scoped = ParseScopedName(name)) {
     if (scoped->name.starts_with(kStringName)) {
       strings_.push_back(name);
@@ -179,16 +202,17 @@ void CdbReader::ReadLine(std::string_view record, base::Address address) {
 }
 
 void CdbReader::AddSymbol(const ScopedName& scoped, std::string_view full, base::Address address) {
-  auto type = types_.find(full);
-  if (type == types_.end()) type = types_.find(scoped.without_level);
+  addresses_.try_emplace(full, address);
+  auto declared = declarations_.find(full);
+  if (declared == declarations_.end()) declared = declarations_.find(scoped.without_level);
   Symbol symbol{.name = LinkerName(scoped),
                 .address = address,
                 .type = {},
                 .scope = ScopeOf(scoped),
                 .module = std::string(scoped.module)};
-  if (type != types_.end()) {
-    symbol.size = type->second.size;
-    symbol.type = type->second.text;
+  if (declared != declarations_.end()) {
+    symbol.size = declared->second.size;
+    symbol.type = program_.types.Text(declared->second.type);
   }
   if (scoped.scope != 'L') functions_.try_emplace(scoped.without_level, address);
   if (scoped.scope == 'F') statics_[symbol.name].try_emplace(scoped.module, symbol);
@@ -204,6 +228,55 @@ void CdbReader::AddStrings(SdccSources& sources) {
     if (listing->second == nullptr) continue;
     const auto label = listing->second->labels.find(LinkerName(*scoped));
     if (label != listing->second->labels.end()) AddSymbol(*scoped, name, label->second);
+  }
+}
+
+Variable CdbReader::ToVariable(const Declaration& declaration) const {
+  Variable variable{.name = std::string(declaration.scoped.name),
+                    .module = std::string(declaration.scoped.module),
+                    .type = declaration.type,
+                    .size = declaration.size};
+  const std::string_view block = declaration.full.substr(declaration.full.rfind('$') + 1);
+  variable.block = static_cast<int>(LeadingDecimal(block).value_or(0) & 0xFFFF);
+  const auto address = addresses_.find(declaration.full);
+  const std::vector<std::string_view>& fields = declaration.fields;
+  if (address != addresses_.end()) {
+    variable.storage = Storage::Memory;
+    variable.address = address->second;
+  } else if (fields.size() > kOffsetField && fields[kSpaceField] == "B") {
+    variable.storage = Storage::Stack;
+    variable.offset = base::ParseLeadingDecimal(fields[kOffsetField]);
+  } else if (fields.size() > kRegistersField && fields[kSpaceField] == "R") {
+    // "[a" and "x]", or "[]"
+    for (std::string_view name : std::span(fields).subspan(kRegistersField)) {
+      if (name.starts_with('[')) name.remove_prefix(1);
+      if (name.ends_with(']')) name.remove_suffix(1);
+      if (!name.empty()) variable.registers.emplace_back(name);
+    }
+    if (!variable.registers.empty()) variable.storage = Storage::Registers;
+  }
+  return variable;
+}
+
+void CdbReader::AddVariables() {
+  std::map<std::string_view, const Declaration*> in_order;  // as the records are named
+  for (const auto& [name, declaration] : declarations_) {
+    if (name == declaration.full) in_order.emplace(name, &declaration);
+  }
+  for (const auto& [name, declaration] : in_order) {
+    const ScopedName& scoped = declaration->scoped;
+    const bool invented = scoped.name.starts_with(kInventedName);
+    const bool is_function = program_.types[declaration->type].kind == Type::Kind::Function;
+    if (invented || is_function || scoped.name.starts_with("__")) continue;
+    if (scoped.scope != 'L') {
+      program_.variables.push_back(ToVariable(*declaration));
+      continue;
+    }
+    for (Function& function : records_.functions) {
+      const bool own = function.name.substr(1) == scoped.function &&
+                       (function.module.empty() || function.module == scoped.module);
+      if (own) function.locals.push_back(ToVariable(*declaration));
+    }
   }
 }
 
@@ -245,6 +318,7 @@ ParsedProgram CdbReader::Take(std::string_view map, SdccSources& sources) {
     return NothingParsed("no addresses of symbols or lines");
   }
   AddStrings(sources);
+  AddVariables();
   AddQualifiedStatics();
   AddMapNames(map);
   BuildSdccLines(std::move(records_), sources, program_);

@@ -11,6 +11,8 @@
 // What becomes of them:
 // - Names have the linker's leading "_"; locals that have an address are "_function.name". A static
 //   name that several modules use is there a second time as "_module.name", after all others.
+// - Variables keep their types and say where they are: in memory, on the stack, in registers. Those
+//   that the compiler invents ("sloc0") are symbols only.
 // - Lines come sorted by address. Where a function has lines of C the assembler lines inside it are
 //   left out; start-up code and modules in assembler have only those.
 // - A line has one record for each block, with its last address. The module's listing has them all:

@@ -1,24 +1,39 @@
 // SPDX-License-Identifier: MIT
-// SDCC's type chains as C text: "DA3d,STpt:S" is "struct pt[3]". The chain reads from the variable
-// inwards: DA<n>d array, DF function, other D<letter> pointers, and at its end S and the base type
-// with its sign.
+// SDCC's type chains and structure records as types: "DA3d,STpt:S" is an array of three "struct
+// pt". The chain reads from the variable inwards: DA<n>d array, DF function, other D<letter>
+// pointers, and at its end S and the base type with its sign.
 #pragma once
 
+#include <map>
 #include <string>
 #include <string_view>
 
-#include "base/function_ref.h"
+#include "symbols/types.h"
 
 namespace brevant::symbols {
 
-// size is that of the whole variable, 0 when it is not known: the chain says SI for int and for
-// long long. is_union tells for a tag whether it names a union: the chain does not say. An unknown
-// chain is returned as it stands.
-std::string SdccTypeText(std::string_view chain, int size,
-                         base::FunctionRef<bool(std::string_view tag)> is_union);
+class SdccTypes {
+ public:
+  explicit SdccTypes(Types& types) : types_(types) {}
 
-// True when a type record's members ("({0}S:S$x$0_0$0({1}SC:U),Z,0,0)...") all start at offset 0,
-// are more than one, and are no bit-fields.
-bool IsUnionRecord(std::string_view members);
+  // "Fmain$pt[({0}S:S$x$0_0$0({1}SC:U),Z,0,0)...]": the members of main's "struct pt" with their
+  // offsets. All records come before the first chain, and their text outlives this object.
+  void AddRecord(std::string_view record);
+  // The type of a variable of size bytes, 0 when that is not known: the chain says SI for int and
+  // for long long. An unknown chain is a type of that name.
+  TypeId Find(std::string_view chain, int size, std::string_view module);
+
+ private:
+  TypeId Make(std::string_view chain, int size, std::string_view module);
+  TypeId Derived(std::string_view chain, int size, std::string_view module);
+  TypeId Structure(std::string_view tag, int size, std::string_view module);
+  Member ParseMember(std::string_view record, std::size_t& at, std::string_view module);
+  TypeId Unknown(std::string_view chain, int size);
+
+  Types& types_;
+  std::map<std::string, std::string_view, std::less<>> records_;  // "main$pt" -> its members
+  std::map<std::string, TypeId, std::less<>> structures_;         // "main$pt"
+  std::map<std::string, TypeId, std::less<>> known_;              // module, chain and size
+};
 
 }  // namespace brevant::symbols

@@ -136,6 +136,30 @@ TEST(SdccCdb, FunctionsEndAtTheirOwnLinesWithAndWithoutTheListing) {
   }
 }
 
+TEST(SdccCdb, FunctionsKnowTheirEndsAndWhereTheirLocalsAre) {
+  const ParsedProgram program = ParseText(
+      "M:m\nF:G$f$0_0$0({2}DF,SI:S),C,0,2,1,6,0\nS:Lm.f$t$1_0$5({5}STpt:S),B,1,-5\n"
+      "S:Lm.f$n$1_0$5({2}SI:S),R,0,0,[a,x]\nS:Lm.f$gone$1_0$5({2}SI:S),R,0,0,[]\n"
+      "S:Lm.f$kept$1_0$5({1}SC:U),F,0,0\nS:Lm.f$sloc0$0_1$0({2}SI:S),E,0,0\n"
+      "T:Fm$pt[({0}S:S$x$0_0$0({1}SC:U),Z,0,0)]\nS:G$g$0_0$0({1}SC:U),F,0,0\n"
+      "L:G$f$0$0:8000\nL:XG$f$0$0:8008\nL:Lm.f$kept$1_0$5:80\nL:G$g$0_0$0:81\n");
+  ASSERT_EQ(program.functions.size(), 1U);
+  const Function& f = program.functions[0];
+  EXPECT_TRUE(f.is_interrupt);
+  EXPECT_EQ(program.types.Text(f.result), "int");
+  std::string locals = base::Format("%04x-%04x", f.first, f.last);
+  for (const Variable& v : f.locals) {
+    locals += base::Format("|%s %s %d %04x %d", program.types.Text(v.type), v.name,
+                           static_cast<int>(v.storage), v.address, v.offset);
+    for (const std::string& name : v.registers) locals += " " + name;
+  }
+  EXPECT_EQ(locals,
+            "8000-8008|int gone 3 0000 0|unsigned char kept 0 0080 0|int n 2 0000 0 a x|"
+            "struct pt t 1 0000 -5");
+  ASSERT_EQ(program.variables.size(), 1U);
+  EXPECT_EQ(program.variables[0].name, "g");
+}
+
 TEST(SdccCdb, StringsLieWhereTheListingSaysOrNowhere) {
   SymbolTable table;
   table.Assign(ParseProgram("strings").symbols);
