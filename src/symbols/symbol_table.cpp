@@ -49,12 +49,6 @@ const Symbol* SymbolTable::FindSymbol(std::string_view name) const {
   return found == by_name_.end() ? nullptr : &symbols_[found->second];
 }
 
-std::optional<base::Address> SymbolTable::FindCName(std::string_view name) const {
-  if (const auto exact = FindSymbolAddress(name)) return exact;
-  if (const auto compiled = FindSymbolAddress("_" + std::string(name))) return compiled;
-  return name.starts_with('_') ? FindSymbolAddress(name.substr(1)) : std::nullopt;
-}
-
 std::optional<base::Address> SymbolTable::FindSymbolAddress(std::string_view name) const {
   const Symbol* symbol = FindSymbol(name);
   if (symbol == nullptr) return {};

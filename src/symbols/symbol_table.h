@@ -39,10 +39,6 @@ class SymbolTable final : public isa::SymbolNames {
   // The first symbol with the name, ignoring case. Null when there is none; valid until the table
   // changes.
   const Symbol* FindSymbol(std::string_view name) const;
-  // A name as the C source spells it: exactly, else with a "_" in front as C compilers write it,
-  // else without its own leading "_". To be asked only when the text is not to be taken for a
-  // hexadecimal number.
-  std::optional<base::Address> FindCName(std::string_view name) const;
   // The name, or the low 16 bits in lower-case hexadecimal without leading zeros.
   std::string SymbolName(base::Address address) const;
 

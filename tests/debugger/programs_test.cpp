@@ -9,6 +9,7 @@
 
 #include "debugger/bench.h"
 #include "flash/flash_commands.h"
+#include "symbols/places.h"
 
 namespace brevant::debugger {
 namespace {
@@ -70,14 +71,14 @@ TEST_P(Programs, LeaveBehindWhatCSaysWhenDebuggedInFlash) {
   debugger.Reset();
   ASSERT_TRUE(bench.Settle());
   // A program in assembler may start elsewhere than in a main of its own.
-  const base::Address start =
-      debugger.debug_info.SymbolTable.FindCName("main").value_or(debugger.monitor.ReadWord(0xFFFE));
+  const base::Address start = symbols::FindPlace("main", debugger.debug_info)
+                                  .address.value_or(debugger.monitor.ReadWord(0xFFFE));
   EXPECT_EQ(debugger.frame.PC, start);
   EXPECT_TRUE(debugger.debug_info.LineTable.LineForAddress(start));
   StepOver(bench);
   EXPECT_NE(debugger.frame.PC, start);
 
-  const auto done = debugger.debug_info.SymbolTable.FindCName("done");
+  const auto done = symbols::FindPlace("done", debugger.debug_info).address;
   ASSERT_TRUE(done);
   debugger.breakpoints.AddBreakpoint(*done);
   debugger.run_control.Go();
@@ -87,7 +88,7 @@ TEST_P(Programs, LeaveBehindWhatCSaysWhenDebuggedInFlash) {
   StepOver(bench);
   StepOver(bench);
   for (const Expected& row : GetParam().second) {
-    const auto address = debugger.debug_info.SymbolTable.FindCName(row.variable);
+    const auto address = symbols::FindPlace(row.variable, debugger.debug_info).address;
     ASSERT_TRUE(address) << row.variable;
     EXPECT_EQ(ReadVariable(debugger, *address, row.size), row.bytes) << row.variable;
   }
@@ -122,7 +123,7 @@ TEST(SourceLines, ABreakpointOnALineStopsThere) {
   ASSERT_TRUE(bench.Settle());
   EXPECT_EQ(debugger.frame.PC, *address);
   EXPECT_EQ(debugger.debug_info.LineTable.LineForAddress(debugger.frame.PC)->line, line);
-  const auto wrapped = debugger.debug_info.SymbolTable.FindCName("wrapped");
+  const auto wrapped = symbols::FindPlace("wrapped", debugger.debug_info).address;
   EXPECT_EQ(debugger.monitor.ReadByte(*wrapped), 300 % 256);
 }
 

@@ -143,7 +143,7 @@ TEST(LoadImage, ImportsTheCompanionOrOffersTheOneThatFits) {
     if (!agrees) continue;
     bench.loader.LoadImage((bench.folder.path() / "arithmetic.s19").string());
     EXPECT_EQ(bench.user.TakeTexts().size(), 1u) << "still not in flash";
-    EXPECT_TRUE(bench.debug_info.SymbolTable.FindCName("main"));
+    EXPECT_TRUE(bench.debug_info.SymbolTable.FindSymbolAddress("_main"));
   }
 }
 

@@ -46,7 +46,6 @@ TEST(SdccCdb, EveryVariableOfTheProgramsIsKnownWithItsSize) {
     const std::string compiled = (words[0] == "assembler" ? "" : "_") + std::string(words[1]);
     const Symbol* symbol = table.FindSymbol(compiled);
     ASSERT_NE(symbol, nullptr) << *row;
-    EXPECT_EQ(table.FindCName(words[1]), symbol->address) << *row;
     EXPECT_GE(symbol->address, 0x80U) << *row;
     const int size = static_cast<int>(*LeadingDecimal(words[2]));
     if (words[0] != "assembler") {
@@ -174,11 +173,11 @@ TEST(SdccCdb, StaticNamesOfTwoModulesCanBeToldApart) {
   const ParsedProgram program = ParseProgram("modules");
   SymbolTable table;
   table.Assign(program.symbols);
-  const auto first = table.FindCName("modules.scale");
-  const auto second = table.FindCName("modules_other.scale");
+  const auto first = table.FindSymbolAddress("_modules.scale");
+  const auto second = table.FindSymbolAddress("_modules_other.scale");
   ASSERT_TRUE(first && second);
   EXPECT_NE(*first, *second);
-  EXPECT_EQ(table.FindCName("scale"), first) << "the plain name means the first";
+  EXPECT_EQ(table.FindSymbolAddress("_scale"), first) << "the plain name means the first";
   EXPECT_EQ(table.FindSymbolName(*second), "_scale") << "and is what code shows";
   EXPECT_EQ(table.FindSymbol("_modules_other.factor")->size, 1);
 }

@@ -15,18 +15,6 @@ TEST(SymbolTable, FirstMatchWinsForNamesInAnyCaseAndForAddresses) {
   EXPECT_EQ(table.symbols()[2].name, "alias") << "the file's order stays";
 }
 
-TEST(SymbolTable, LeadingUnderscoreIsOnlyTheSecondChoice) {
-  SymbolTable table;
-  table.Assign({{"_main", 1, 0, ""}, {"main", 2, 0, ""}, {"_only", 3, 0, ""}, {"plain", 4, 0, ""}});
-  EXPECT_EQ(table.FindCName("main"), 2U);
-  EXPECT_EQ(table.FindCName("_main"), 1U);
-  EXPECT_EQ(table.FindCName("ONLY"), 3U);
-  EXPECT_EQ(table.FindCName("_plain"), 4U);
-  EXPECT_FALSE(table.FindCName("__plain"));
-  EXPECT_FALSE(table.FindCName(""));
-  EXPECT_FALSE(table.FindSymbolAddress("only")) << "such a text may be a number";
-}
-
 TEST(SymbolTable, AddressWithoutNameIsShownAsItsLow16Bits) {
   SymbolTable table;
   EXPECT_EQ(table.SymbolName(0x0F00), "f00");
