@@ -106,7 +106,7 @@ ParsedOptions ParseOptions(int argc, const char* const* argv, const std::string&
                  "KIND one of " +
                      simulator::FaultNames())
       ->type_name("FAULT")
-      ->expected(1)
+      ->allow_extra_args(false)
       ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll)
       ->check(CLI::Validator(CheckFault, "", "fault"));
   app.add_flag("--demo", options.demo, "put the demo program into the simulated target's flash");
@@ -115,7 +115,7 @@ ParsedOptions ParseOptions(int argc, const char* const* argv, const std::string&
   app.add_flag("--yes", options.yes, "answer every question with yes");
   app.add_option("-x", options.files, "run the commands of a file, - for standard input")
       ->type_name("FILE")
-      ->expected(1)
+      ->allow_extra_args(false)
       ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
   app.add_option("COMMAND", options.commands, "command lines to run");
   app.set_version_flag("--version", "brevant-cli " + version);

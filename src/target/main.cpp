@@ -53,7 +53,7 @@ void AddOptions(CLI::App& app, Options& options) {
   app.add_option("--fault", options.faults,
                  "KIND@BYTE[:BIT]: what the line does at that byte from the host; KIND is one of " +
                      brevant::simulator::FaultNames())
-      ->expected(1)
+      ->allow_extra_args(false)
       ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
   app.add_option("--link", options.link, "symbolic link to make to the device, removed at the end");
 }
