@@ -3,12 +3,15 @@
 
 #include <fmt/format.h>
 
+#include <filesystem>
+
 #include "base/file_names.h"
 #include "base/files.h"
 #include "cli/command_table.h"
 #include "cli/command_words.h"
 #include "cli/interrupt.h"
 #include "frontend/address_names.h"
+#include "frontend/first_settings.h"
 #include "link/messages.h"
 #include "link/port_map.h"
 #include "simulator/fault_text.h"
@@ -38,6 +41,7 @@ simulator::FaultPlan FaultsOf(const Options& options) {
 Session::Session(const Options& options, bool terminal)
     : options_(options),
       settings_(options.settings),
+      had_settings_(std::filesystem::exists(settings_.path())),
       ui_(UiStyle(options, terminal)),
       ports_(settings_, {PaceFor(options), options.demo, FaultsOf(options)}),
       engine_ui_(ui_),
@@ -48,6 +52,12 @@ Session::Session(const Options& options, bool terminal)
                  .events = *this,
                  .start_up_directory = base::WorkingDirectory()}) {
   frontend::UseForThisRun(options_.target, settings_);
+}
+
+Session::~Session() {
+  if (!had_settings_ && std::filesystem::exists(settings_.path())) {
+    settings_.Apply(frontend::FirstSettings());
+  }
 }
 
 Result Session::Connect() {

@@ -23,6 +23,8 @@ namespace brevant::cli {
 class Session final : private base::Events {
  public:
   Session(const Options& options, bool terminal);
+  // A settings file that this run has made begins as one that the windows make.
+  ~Session() override;
   Session(const Session&) = delete;
   Session& operator=(const Session&) = delete;
 
@@ -58,6 +60,7 @@ class Session final : private base::Events {
 
   Options options_;
   base::SettingsFile settings_;
+  bool had_settings_;
   ConsoleUi ui_;
   frontend::TargetPorts ports_;
   frontend::HoldingUi engine_ui_;

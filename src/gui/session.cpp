@@ -5,6 +5,7 @@
 
 #include "base/files.h"
 #include "devices/device.h"
+#include "frontend/first_settings.h"
 #include "workspace/image_breakpoints.h"
 
 namespace brevant::gui {
@@ -17,14 +18,9 @@ constexpr const char* kDiagnosticFile = "vell";
 // Often enough for the eye; the rest of the time is the wire's.
 constexpr std::chrono::milliseconds kRepaintEvery{50};
 constexpr std::string_view kWholeAddressSpace = "FFFF";
-constexpr int kChecked = 8;  // of a menu item
 
-// At the very first start: the flash is within sight, and windows are found again where they were.
 void BeginSettings(base::SettingsFile& settings) {
-  base::SettingsFile::Change change;
-  change.Store(keys::kProgramRange, kWholeAddressSpace);
-  change.Store(keys::kSaveOnExit, long{kChecked});
-  if (settings.Apply(change)) return;
+  if (settings.Apply(frontend::FirstSettings())) return;
   settings.Override(keys::kProgramRange, kWholeAddressSpace);
 }
 
