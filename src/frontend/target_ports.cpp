@@ -21,7 +21,7 @@ constexpr int kDemoDevice = 0;
 TargetPorts::TargetPorts(const base::SettingsFile& settings, SimulatedBoard board,
                          std::function<void()> between_transfers)
     : settings_(settings),
-      board_(board),
+      board_(std::move(board)),
       router_(
           [this](const std::string& name) {
             return link::IsLogicalPort(name)

@@ -129,6 +129,7 @@ Place PlaceOfSymbols(std::string_view word, const std::vector<const Symbol*>& na
     return At((*std::ranges::find_if(named, is_global))->address);
   }
   std::vector<std::string> told;
+  told.reserve(named.size());
   for (const Symbol* symbol : named) told.push_back(Told(*symbol));
   return Nowhere(base::Format("%s can be %s: put FILE: or FUNCTION. before the name",
                               std::string(word), Joined(told)));
