@@ -59,7 +59,7 @@ class Bench {
     Do("step again", [&] { engine_.run_control.StepCommand(control::Calls::Follow); });
     Do("step over", [&] { engine_.run_control.StepCommand(control::Calls::StepOver); });
     Do("run to cursor", [&] { engine_.run_control.RunToCursor(0x8021); });
-    engine_.breakpoints.AddBreakpoint(0x8030);
+    engine_.breakpoints.AddBreakpoint(0x8031);
     Do("go, stop at a breakpoint", [&] { engine_.run_control.Go(); });
     engine_.breakpoints.Clear();
     // Where the program stops is in sight already, or the bench would measure the code there.
@@ -133,7 +133,7 @@ class Bench {
   views::OpenViews open_;
   views::ProgramViews program_views_{open_,
                                      {engine_.memory, engine_.debug_info, engine_.frame,
-                                      engine_.breakpoints, engine_.activity, quiet_}};
+                                      engine_.breakpoints, engine_.activity, settings_, quiet_}};
   views::RegisterCells registers_{open_, engine_.frame, quiet_};
   std::unique_ptr<views::ProgramView> program_;
 };
