@@ -28,7 +28,8 @@ void OfferBreakpoints(const CommandContext& context, const std::string& path) {
   Session& session = context.session;
   control::BreakpointTable& table = session.debugger.breakpoints;
   std::vector<base::Address> offered = workspace::RememberedBreakpoints(session.settings, path);
-  if (table.HardwareBreakMode() && !offered.empty()) offered.resize(1);
+  if (table.HardwareBreakMode() && !offered.empty())
+    offered.erase(offered.begin() + 1, offered.end());
   if (offered.empty()) return;
   std::string list;
   for (const base::Address address : offered) list += base::Format(" %04x", address);
