@@ -32,6 +32,8 @@ bool RamRoutine::Begin(Address place, std::size_t bytes) {
 }
 
 bool RamRoutine::Run(base::Bytes routine, std::size_t swi, int max_polls) {
+  // Counted, not taken: what the line has damaged before is for those to tell who were at it.
+  const long damage = memory_.damage();
   if (memory_.WriteAndLook(place_, routine)) return false;
   // The program's interrupts must not come in between.
   if ((frame_.CCR & kCcrI) == 0) frame_.WriteCCR(frame_.CCR | kCcrI);
@@ -42,7 +44,7 @@ bool RamRoutine::Run(base::Bytes routine, std::size_t swi, int max_polls) {
                                memory::Range{stack.first, stack.last - stack.first + 1}});
   if (!AwaitBreak(max_polls) || !frame_.ReadRegisters()) return false;
   // A routine that ended elsewhere has done something else.
-  return frame_.PC == place_ + static_cast<Address>(swi) + 1 && !memory_.TakeDamage();
+  return frame_.PC == place_ + static_cast<Address>(swi) + 1 && memory_.damage() == damage;
 }
 
 bool RamRoutine::End() {
