@@ -13,6 +13,7 @@
 #include "devices/hc08.h"
 #include "flash/flash_commands.h"
 #include "flash/flash_records.h"
+#include "flash/verdicts.h"
 #include "images/image_file.h"
 #include "load/image_check.h"
 #include "load/verify.h"
@@ -24,10 +25,7 @@ namespace {
 Result AwaitFlash(Session& session, bool started) {
   const flash::FlashStatus& status = session.debugger().flash.status();
   if (started) {
-    const auto end = session.WaitForStop([&status] { return status.bytes_programmed; });
-    if (end == frontend::WaitEnd::Interrupted || end == frontend::WaitEnd::TimedOut) {
-      session.debugger().flash.Cancel();
-    }
+    session.WaitForFlash([&status] { return status.bytes_programmed; });
   }
   switch (status.outcome) {
     case flash::FlashOutcome::Done:
@@ -101,15 +99,11 @@ Result Programmed(Session& session, Result result, const images::Image& image, b
 
 // Names what was erased: whole pages, whatever the range was.
 Result Erased(Result result, std::span<const devices::MemoryRange> erased) {
-  std::string ranges;
   for (const devices::MemoryRange& range : erased) {
-    ranges +=
-        fmt::format("{}{:04x} to {:04x}", ranges.empty() ? "" : ", ", range.first, range.last);
     result.fields["erased"].push_back(
         {{"from", fmt::format("{:04x}", range.first)}, {"to", fmt::format("{:04x}", range.last)}});
   }
-  if (ranges.empty()) return result;
-  result.text = "erased " + ranges + ", all blank\n" + result.text;
+  if (!erased.empty()) result.text = flash::ErasedText(erased) + '\n' + result.text;
   return result;
 }
 Result Erased(Session& session, Result result) {

@@ -36,6 +36,8 @@ simulator::FaultPlan FaultsOf(const Options& options) {
   return plan;
 }
 
+constexpr auto kInterrupted = [] { return Interrupted(); };
+
 }  // namespace
 
 Session::Session(const Options& options, bool terminal)
@@ -97,10 +99,18 @@ frontend::WaitEnd Session::WaitForStop() {
   return WaitForStop([] { return 0L; });
 }
 
-frontend::WaitEnd Session::WaitForStop(base::FunctionRef<long()> progress) {
+frontend::WaitLimits Session::LimitsOf(base::FunctionRef<long()> progress) const {
   const auto time_out = std::chrono::duration_cast<std::chrono::milliseconds>(
       std::chrono::duration<double>(options_.timeout_seconds));
-  return frontend::WaitForStop(debugger_, {time_out, progress, [] { return Interrupted(); }});
+  return {time_out, progress, kInterrupted};
+}
+
+frontend::WaitEnd Session::WaitForStop(base::FunctionRef<long()> progress) {
+  return frontend::WaitForStop(debugger_, LimitsOf(progress));
+}
+
+void Session::WaitForFlash(base::FunctionRef<long()> progress) {
+  frontend::WaitForFlash(debugger_, LimitsOf(progress));
 }
 
 std::optional<std::string> Session::Idle() {

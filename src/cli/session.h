@@ -44,6 +44,8 @@ class Session final : private base::Events {
   // with Ctrl-C.
   frontend::WaitEnd WaitForStop(base::FunctionRef<long()> progress);
   frontend::WaitEnd WaitForStop();
+  // The end of the flash job, likewise.
+  void WaitForFlash(base::FunctionRef<long()> progress);
   // One step of the background while the prompt waits for input; a line to show when the target has
   // stopped.
   std::optional<std::string> Idle();
@@ -57,6 +59,7 @@ class Session final : private base::Events {
 
   Result ConnectFailed(const frontend::Connection& connection) const;
   Result Run(const std::vector<std::string>& words);
+  frontend::WaitLimits LimitsOf(base::FunctionRef<long()> progress) const;
 
   Options options_;
   base::SettingsFile settings_;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "flash/blank_check.h"
 
+#include <algorithm>
 #include <array>
 
 #include "flash/flash_routines.h"
@@ -15,6 +16,7 @@ constexpr std::array<std::uint8_t, 15> kRoutineBytes{0x45, 0x00, 0x00, 0xF6, 0x4
 constexpr std::size_t kFirst = 1, kEnd = 10;
 // 14 cycles a byte: 0.19 s for the largest flash at a bus of 2.4576 MHz. A poll waits 0.11 s.
 constexpr int kMaxPolls = 20;
+constexpr base::Address kPieceMask = 0x07FF;
 
 }  // namespace
 
@@ -34,6 +36,25 @@ std::optional<BlankReport> BlankCheck::Look(std::span<const devices::MemoryRange
   }
   if (!routine_.End()) return std::nullopt;
   return report;
+}
+
+std::optional<std::vector<devices::MemoryRange>> BlankCheck::UsedPieces(
+    std::span<const devices::MemoryRange> flash) {
+  if (!routine_.Begin(kRoutine, kRoutineBytes.size())) return std::nullopt;
+  std::vector<devices::MemoryRange> pieces;
+  for (const devices::MemoryRange& range : flash) {
+    for (base::Address at = range.first; at <= range.last;) {
+      const Found found = FirstUsed(at, range.last);
+      if (!found.ended) return std::nullopt;
+      if (!found.used) break;
+      const base::Address first = std::max(range.first, *found.used & ~kPieceMask);
+      const base::Address last = std::min(range.last, *found.used | kPieceMask);
+      pieces.push_back({first, last, range.kind});
+      at = last + 1;
+    }
+  }
+  if (!routine_.End()) return std::nullopt;
+  return pieces;
 }
 
 BlankCheck::Found BlankCheck::FirstUsed(base::Address first, base::Address last) {

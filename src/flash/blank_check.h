@@ -35,6 +35,10 @@ class BlankCheck {
   // Of a stopped target that lets its flash be read, see SecurityKeeper::passed; where it does not,
   // the result means nothing. Nothing when the routine did not come back.
   std::optional<BlankReport> Look(std::span<const devices::MemoryRange> flash);
+  // What of the ranges is used, in pieces of at most 2 KB that begin where the range does or at a
+  // multiple of it.
+  std::optional<std::vector<devices::MemoryRange>> UsedPieces(
+      std::span<const devices::MemoryRange> flash);
 
  private:
   struct Found {

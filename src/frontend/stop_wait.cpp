@@ -6,15 +6,14 @@ namespace {
 
 constexpr std::chrono::milliseconds kTick{10};
 
-}  // namespace
-
-WaitEnd WaitForStop(debugger::Debugger& debugger, const WaitLimits& limits) {
+WaitEnd WaitWhile(base::FunctionRef<bool()> under_way, debugger::Debugger& debugger,
+                  const WaitLimits& limits) {
   const auto deadline_from_now = [&] {
     return debugger.clock.NowMs() + static_cast<std::int64_t>(limits.time_out.count());
   };
   std::int64_t deadline = deadline_from_now();
   long reached = limits.progress();
-  while (debugger.Busy()) {
+  while (under_way()) {
     if (debugger.memory.LinkError()) return WaitEnd::LinkLost;
     if (limits.interrupted()) return WaitEnd::Interrupted;
     if (const long now = limits.progress(); now != reached) {
@@ -26,6 +25,18 @@ WaitEnd WaitForStop(debugger::Debugger& debugger, const WaitLimits& limits) {
     debugger.Tick();
   }
   return debugger.memory.LinkError() ? WaitEnd::LinkLost : WaitEnd::Stopped;
+}
+
+}  // namespace
+
+WaitEnd WaitForStop(debugger::Debugger& debugger, const WaitLimits& limits) {
+  return WaitWhile([&] { return debugger.Busy(); }, debugger, limits);
+}
+
+WaitEnd WaitForFlash(debugger::Debugger& debugger, const WaitLimits& limits) {
+  const WaitEnd end = WaitWhile([&] { return debugger.flash.running(); }, debugger, limits);
+  if (end == WaitEnd::Interrupted || end == WaitEnd::TimedOut) debugger.flash.Cancel();
+  return end;
 }
 
 }  // namespace brevant::frontend

@@ -20,5 +20,8 @@ struct WaitLimits {
 };
 // Ticks meanwhile. The target is left as it is, running if it was not found stopped.
 WaitEnd WaitForStop(debugger::Debugger& debugger, const WaitLimits& limits);
+// The same for the end of the flash job alone: a run to main that follows its reset is not waited
+// for. A job that does not get on, or that the user interrupts, is cancelled.
+WaitEnd WaitForFlash(debugger::Debugger& debugger, const WaitLimits& limits);
 
 }  // namespace brevant::frontend

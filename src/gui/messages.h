@@ -23,7 +23,12 @@ inline constexpr base::MessageText kOfferBreakpoints{
     base::Icon::Question,
     base::Buttons::YesNo};
 
+inline constexpr base::MessageText kNotBackedUp{
+    "flash.not-backed-up", base::Severity::Error,
+    "Flash was not backed up: %s.\nNothing was erased or programmed.", base::captions::kError,
+    base::Icon::Error};
+
 inline constexpr const base::MessageText* kAll[] = {&kSettingsNotStored, &kPathTooLong,
-                                                    &kOfferBreakpoints};
+                                                    &kOfferBreakpoints, &kNotBackedUp};
 
 }  // namespace brevant::gui::messages

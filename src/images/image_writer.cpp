@@ -76,12 +76,19 @@ std::optional<FileFormat> FormatOfPath(std::string_view path) {
 }
 
 std::string SRecordText(base::Address first, base::Bytes bytes) {
+  Image image;
+  image.Put(first, bytes);
+  return SRecordText(image);
+}
+
+std::string SRecordText(const Image& image) {
   base::Address records = 0;
   const auto data = [&](base::Address address, base::Bytes part) {
     ++records;
     return SRecordLine('1', address, part);
   };
-  const std::string lines = DataLines(first, bytes, data);
+  std::string lines;
+  for (const Block& block : image.Blocks()) lines += DataLines(block.address, block.bytes, data);
   return SRecordLine('0', 0, {}) + lines + SRecordLine('5', records, {}) + SRecordLine('9', 0, {});
 }
 

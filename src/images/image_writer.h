@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "base/address.h"
+#include "images/image.h"
 
 namespace brevant::images {
 
@@ -19,6 +20,8 @@ std::optional<FileFormat> FormatOfPath(std::string_view path);
 // target have no entry address: the loader stops at S5, so it does not take one from S9. Addresses
 // wrap at 16 bits; a record never crosses the end of the address space.
 std::string SRecordText(base::Address first, base::Bytes bytes);
+// The same for all blocks of an image.
+std::string SRecordText(const Image& image);
 // Type 00 records of at most 16 bytes and the end-of-file record, likewise.
 std::string IntelHexText(base::Address first, base::Bytes bytes);
 std::string BinaryText(base::Bytes bytes);

@@ -51,7 +51,8 @@ TEST(CommandRows, AreRefusedWhereFileIoOrAMissingMonitorForbidsThem) {
              "341 343 345-346 40011 40013-40016 41000-41003"));
   EXPECT_EQ(
       Judged(Verdict::StopFirst, {.monitor_away = true}),
-      Ranges("140-142 144-148 190-191 194 260-268 280-283 341 343 346-347 40014 41001-41003"));
+      Ranges("140-142 144-148 190-191 194 196-197 260-268 280-283 341 343 346-347 40014-40016 "
+             "41001-41003"));
 }
 
 TEST(CommandRows, OfTheToolbarLeaveResetAndStopWhileRunning) {
