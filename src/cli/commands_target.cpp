@@ -3,7 +3,6 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <array>
 #include <vector>
 
 #include "base/file_names.h"
@@ -16,7 +15,7 @@
 #include "devices/device.h"
 #include "frontend/address_names.h"
 #include "load/confirmed_read.h"
-#include "views/block_operation.h"
+#include "views/block_job.h"
 
 namespace brevant::cli {
 namespace {
@@ -42,28 +41,31 @@ constexpr RegisterRow kRegisters[] = {
      [](control::RegisterFrame& frame, std::uint32_t v) { frame.SetPC(v); }},
 };
 
-// The whole words that a block covers; both ends are included.
-memory::Range WordsOf(base::Address from, base::Address to) {
-  const base::Address first = from & ~base::Address{1};
-  return {first, (to | 1) - first + 1};
-}
-
-// expected is what is to stand at the destination afterwards.
-Result RunBlockOperation(Session& session, views::BlockOperation operation,
-                         base::Address destination, base::Bytes expected) {
-  session.ui().BeginProgress(operation.Title(), operation.ProgressText(), true);
-  bool wanted = true;
-  while (wanted && operation.Step(session.debugger().memory)) {
-    if (session.debugger().memory.LinkError()) break;
-    wanted = session.ui().UpdateProgress(operation.ProgressText(), operation.words_done(),
-                                         operation.words_total());
+// What went wrong has been told.
+Result RunBlockOperation(Session& session, const views::BlockOperation& operation) {
+  views::BlockJob& block = session.debugger().block;
+  const views::BlockOutcome outcome = block.Run(operation);
+  Result result;
+  switch (outcome) {
+    case views::BlockOutcome::Done:
+      return result;
+    case views::BlockOutcome::Cancelled:
+      return Interruption("");
+    case views::BlockOutcome::LinkLost:
+    case views::BlockOutcome::LineDamaged:
+      result.status = ExitStatus::NoAnswer;
+      break;
+    case views::BlockOutcome::UnderWay:
+    case views::BlockOutcome::Refused:
+    case views::BlockOutcome::NotTaken:
+    case views::BlockOutcome::Ended:
+      result.status = ExitStatus::Failed;
+      break;
   }
-  session.ui().EndProgress();
-  if (!wanted) {
-    return Interruption(
-        fmt::format(" after {} of {} words", operation.words_done(), operation.words_total()));
+  if (const auto at = block.operation()->fault_at()) {
+    result.fields["address"] = fmt::format("{:04x}", *at);
   }
-  return LookAtWritten(session, destination, expected);
+  return result;
 }
 
 Result Info(Session& session, const ParsedArguments&) {
@@ -173,33 +175,15 @@ Result Write(Session& session, const ParsedArguments& arguments) {
 
 Result Fill(Session& session, const ParsedArguments& arguments) {
   const auto word = static_cast<std::uint16_t>(arguments.Number(2));
-  const base::Address from = std::min(arguments.Number(0), arguments.Number(1));
-  const base::Address to = std::max(arguments.Number(0), arguments.Number(1));
-  Result refused = CheckBlock(session, from, to);
-  if (!refused.ok()) return refused;
-  std::vector<std::uint8_t> expected(WordsOf(from, to).count);
-  for (std::size_t i = 0; i < expected.size(); ++i) {
-    expected[i] = i % 2 == 0 ? base::HighByte(word) : base::LowByte(word);
-  }
-  return RunBlockOperation(session, views::BlockOperation::Fill(from, to, word),
-                           WordsOf(from, to).first, expected);
+  return RunBlockOperation(
+      session, views::BlockOperation::Fill(arguments.Number(0), arguments.Number(1), word));
 }
 
 Result Move(Session& session, const ParsedArguments& arguments) {
-  const base::Address from = arguments.Number(0);
-  const base::Address to = arguments.Number(1);
-  const base::Address destination = arguments.Number(2);
-  const base::Address length = std::max(from, to) - std::min(from, to);
-  if (destination + length >= base::kAddressSpace) {
-    return UsageError("the block does not fit: it would end beyond FFFF");
-  }
-  Result refused = CheckBlock(session, destination, destination + length);
-  if (!refused.ok()) return refused;
-  const memory::Range source = WordsOf(std::min(from, to), std::max(from, to));
-  std::vector<std::uint8_t> expected(source.count);
-  session.debugger().memory.ReadBytes(expected, source.first);
-  return RunBlockOperation(session, views::BlockOperation::Move(from, to, destination),
-                           WordsOf(destination, destination).first, expected);
+  const auto move =
+      views::BlockOperation::Move(arguments.Number(0), arguments.Number(1), arguments.Number(2));
+  if (!move.Fits()) return UsageError("the block does not fit: it would end beyond FFFF");
+  return RunBlockOperation(session, move);
 }
 
 Result Reset(Session& session, const ParsedArguments&) {

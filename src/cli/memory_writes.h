@@ -10,13 +10,7 @@ namespace brevant::cli {
 
 // Both inclusive. A failure when one of the addresses takes no write.
 Result CheckWritable(Session& session, base::Address first, base::Address last);
-// The same for a block of words, which begin at even addresses; a failure too where the monitor
-// keeps the registers and works, since that would cost the link.
-Result CheckBlock(Session& session, base::Address first, base::Address last);
 
 // A register may well read differently from what was written, which is a notice; RAM may not.
 Result WriteAndTell(Session& session, base::Address address, base::Bytes bytes);
-// Reads back what was written; registers are passed over.
-Result LookAtWritten(Session& session, base::Address address, base::Bytes expected);
-
 }  // namespace brevant::cli

@@ -50,7 +50,7 @@ void RunControl::Report(base::Stop stop) {
 }
 
 bool RunControl::MayStart() {
-  if (activity_.WaitingForBreak()) return false;
+  if (activity_.WaitingForBreak() || activity_.RunMode() == Mode::Operation) return false;
   if (link_.LinkError) return RefuseAs(NoStop(base::StopReason::LinkLost));
   if (!frame_.StackIsRam()) return RefuseAs(BadStack());
   break_requested_ = false;

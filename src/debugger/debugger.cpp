@@ -44,7 +44,8 @@ Debugger::Debugger(const Surroundings& surroundings)
              {.flash_is_readable = [this] { return security.passed(); },
               .refresh_after_stop = [this] { RefreshAfterStop(); },
               .crc = &crc}),
-      flash(FlashSurroundingsOfThis()) {}
+      flash(FlashSurroundingsOfThis()),
+      block(memory, crc, frame, activity, surroundings.ui) {}
 
 link::ConnectResult Debugger::Start(OtherCodes other_codes) {
   link::ConnectResult result = connector.Connect();

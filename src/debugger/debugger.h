@@ -29,6 +29,7 @@
 #include "load/start_address.h"
 #include "memory/memory.h"
 #include "symbols/debug_info.h"
+#include "views/block_job.h"
 
 namespace brevant::debugger {
 
@@ -79,6 +80,7 @@ class Debugger {
   load::MacroRunner macros;
   load::Loader loader;
   flash::FlashJob flash;
+  views::BlockJob block;
   // Found at the last reset or new connection: the image loaded last is no longer in memory.
   bool image_gone = false;
   static constexpr const char* kImageGone =

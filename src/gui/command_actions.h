@@ -26,6 +26,7 @@ std::span<const CommandAction> FileActions();
 std::span<const CommandAction> RunActions();
 std::span<const CommandAction> ProgramActions();
 std::span<const CommandAction> DataActions();
+std::span<const CommandAction> BlockActions();
 std::span<const CommandAction> FlashActions();
 std::span<const CommandAction> WindowActions();
 

@@ -11,6 +11,13 @@ namespace {
 namespace commands = workspace::commands;
 
 constexpr const char* kStopFirst = "The target is running: press Break (F7) first.";
+constexpr const char* kWaitFirst =
+    "The target's memory is being written: wait for the end or cancel it first.";
+
+void Refuse(const CommandContext& context, const char* why) {
+  context.session.ui.Beep();
+  context.window.status().ShowNotice(why, NoticeEnds::WithTheState);
+}
 
 // Whether the command may be carried out now; the user has been told why not.
 bool Allowed(const CommandContext& context, const workspace::CommandRow& command) {
@@ -20,8 +27,10 @@ bool Allowed(const CommandContext& context, const workspace::CommandRow& command
     case workspace::Verdict::Ignore:
       return false;
     case workspace::Verdict::StopFirst:
-      context.session.ui.Beep();
-      context.window.status().ShowNotice(kStopFirst, NoticeEnds::WithTheState);
+      Refuse(context, kStopFirst);
+      return false;
+    case workspace::Verdict::WaitFirst:
+      Refuse(context, kWaitFirst);
       return false;
   }
   return false;

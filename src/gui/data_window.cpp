@@ -73,7 +73,7 @@ QPoint DataWindow::PopupPlace() const {
 
 void DataWindow::EditCell(char key) {
   const control::Activity& activity = session_.debugger.activity;
-  if (activity.FileIoActive() || activity.WaitingForBreak() || view_.lines().empty()) return;
+  if (activity.FileIoActive() || activity.Busy() || view_.lines().empty()) return;
   views::LocationEditor editor(session_.debugger.memory, view_.settings().unit,
                                view_.CursorCellAddress(), session_.ui);
   const EditRequest request{.title = editor.Title(),

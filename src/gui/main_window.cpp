@@ -30,6 +30,8 @@ namespace commands = workspace::commands;
 constexpr const char* kNoFile = "No File Loaded";
 constexpr const char* kChangedMeanwhile =
     "The image file has changed. Press Break (F7), then load it again from the File menu.";
+constexpr const char* kChangedWhileWritten =
+    "The image file has changed: load it again from the File menu.";
 constexpr int kTicksAClock = 10;
 constexpr int kTryAgainMs = 100;
 
@@ -166,7 +168,8 @@ void MainWindow::RefreshActive() {
 workspace::CommandConditions MainWindow::Conditions() const {
   return {.running = session_.debugger.activity.RunningShown(),
           .fileIoActive = session_.debugger.activity.FileIoActive(),
-          .monitor_away = session_.debugger.Busy()};
+          .monitor_away = session_.debugger.Busy(),
+          .operation = session_.debugger.activity.RunMode() == control::Mode::Operation};
 }
 
 void MainWindow::Refresh() {
@@ -242,6 +245,9 @@ void MainWindow::ReloadIfNewer() {
       break;
     case workspace::Verdict::StopFirst:
       status_->ShowNotice(kChangedMeanwhile, NoticeEnds::WhenReplaced);
+      break;
+    case workspace::Verdict::WaitFirst:
+      status_->ShowNotice(kChangedWhileWritten, NoticeEnds::WhenReplaced);
       break;
     case workspace::Verdict::Ignore:
       break;

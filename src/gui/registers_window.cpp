@@ -63,7 +63,7 @@ void RegistersWindow::Select(int cell) {
 void RegistersWindow::OpenEditor(char key) {
   links_.carry_out([this, key] {
     const control::Activity& activity = session_.debugger.activity;
-    if (activity.FileIoActive() || activity.WaitingForBreak()) return;
+    if (activity.FileIoActive() || activity.Busy()) return;
     views::RegisterEditor editor = cells_.OpenEditor(key);
     EditRequest request{.title = editor.caption(),
                         .text = editor.initial_text(),

@@ -12,7 +12,11 @@ std::string StatusText(const ConnectionState& state) {
     return text;
   }
   text += state.running ? ": running" : ": stopped";
-  if (!state.running && state.stop) text += ", " + base::StopText(*state.stop);
+  if (state.written) {
+    text += ", its memory is being written";
+  } else if (!state.running && state.stop) {
+    text += ", " + base::StopText(*state.stop);
+  }
   if (state.damage > 0) {
     text += " (line damaged " + std::to_string(state.damage) +
             (state.damage == 1 ? " time)" : " times)");

@@ -5,78 +5,149 @@
 #include <utility>
 
 #include "base/text_format.h"
+#include "load/confirmed_read.h"
 
 namespace brevant::views {
 namespace {
 
-constexpr int kSliceWords = 16;
-constexpr base::Address kWord = 2;
+using base::Address;
 
-base::Address Even(base::Address address) {
-  return address & ~base::Address{1};
+constexpr long kSliceWords = 16;
+constexpr Address kWord = 2;
+// A bit that the line turns on its way to the host shows in no echo.
+constexpr int kLooks = 2;
+
+Address Even(Address address) {
+  return address & ~Address{1};
 }
 
 }  // namespace
 
-BlockOperation::BlockOperation(Kind kind, base::Address from, base::Address to)
+BlockOperation::BlockOperation(Kind kind, Address from, Address to)
     : kind_(kind),
       from_(Even(std::min(from, to))),
-      to_(Even(std::max(from, to))),
-      total_(static_cast<long>((to_ - from_) / kWord) + 1) {}
+      destination_(from_),
+      total_(static_cast<long>((Even(std::max(from, to)) - from_) / kWord) + 1) {}
 
-BlockOperation BlockOperation::Fill(base::Address from, base::Address to, std::uint16_t value) {
+BlockOperation BlockOperation::Fill(Address from, Address to, std::uint16_t value) {
   BlockOperation operation(Kind::Fill, from, to);
   operation.value_ = value;
   return operation;
 }
 
-BlockOperation BlockOperation::Move(base::Address from, base::Address to,
-                                    base::Address destination) {
-  BlockOperation operation(Kind::MoveForwards, from, to);
+BlockOperation BlockOperation::Move(Address from, Address to, Address destination) {
+  BlockOperation operation(Kind::Move, from, to);
   operation.destination_ = Even(destination);
-  if (operation.from_ <= operation.destination_) {
-    operation.kind_ = Kind::MoveBackwards;
-    operation.destination_ += operation.to_ - operation.from_;
-  }
+  operation.backwards_ = operation.from_ <= operation.destination_;
   return operation;
 }
 
-bool BlockOperation::Step(memory::Memory& memory) {
-  for (int i = 0; i < kSliceWords && done_ < total_; ++i) {
-    WriteWord(memory);
-    ++done_;
-  }
-  return !finished();
+BlockOperation BlockOperation::Paste(Address address, std::vector<std::uint8_t> bytes) {
+  const auto count = static_cast<Address>(bytes.size());
+  BlockOperation operation(Kind::Paste, address, Even(address) + count - kWord);
+  operation.bytes_ = std::move(bytes);
+  return operation;
 }
 
-void BlockOperation::WriteWord(memory::Memory& memory) {
+memory::Range BlockOperation::slice() const {
+  const long words = std::min(kSliceWords, total_ - done_);
+  const long before = backwards_ ? total_ - done_ - words : done_;
+  return {destination_ + static_cast<Address>(before) * kWord, static_cast<Address>(words) * kWord};
+}
+
+memory::Range BlockOperation::written() const {
+  const long before = backwards_ ? total_ - done_ : 0;
+  return {destination_ + static_cast<Address>(before) * kWord, static_cast<Address>(done_) * kWord};
+}
+
+void BlockOperation::End(BlockOutcome outcome, std::optional<Address> fault_at) {
+  if (outcome_ != BlockOutcome::UnderWay) return;
+  outcome_ = outcome;
+  fault_at_ = fault_at;
+}
+
+std::optional<std::vector<std::uint8_t>> BlockOperation::BytesOf(const memory::Range& slice,
+                                                                 memory::Memory& memory,
+                                                                 control::TargetCrc& crc) {
+  std::vector<std::uint8_t> bytes(slice.count);
+  const Address offset = slice.first - destination_;
   switch (kind_) {
     case Kind::Fill:
-      memory.WriteWord(from_, value_);
-      from_ += kWord;
+      for (std::size_t i = 0; i < bytes.size(); ++i) {
+        bytes[i] = i % kWord == 0 ? base::HighByte(value_) : base::LowByte(value_);
+      }
       break;
-    case Kind::MoveForwards:
-      memory.WriteWord(destination_, memory.ReadWord(from_));
-      from_ += kWord;
-      destination_ += kWord;
-      break;
-    case Kind::MoveBackwards:
-      memory.WriteWord(destination_, memory.ReadWord(to_));
-      to_ -= kWord;
-      destination_ -= kWord;
+    case Kind::Move: {
+      const load::ConfirmedRead read =
+          load::ReadConfirmed(memory, crc, from_ + offset, bytes, [](long, long) { return true; });
+      if (read.range == load::RangeResult::Complete) break;
+      fault_at_ = read.damaged.value_or(from_ + offset);
+      return std::nullopt;
+    }
+    case Kind::Paste:
+      std::copy_n(bytes_.begin() + offset, slice.count, bytes.begin());
       break;
   }
+  return bytes;
+}
+
+bool BlockOperation::HoldsIt(memory::Memory& memory, Address address, base::Bytes expected) {
+  std::vector<std::uint8_t> found(expected.size());
+  for (int looks = 0; looks < kLooks; ++looks) {
+    memory.AskBytes(found, address);
+    if (memory.LinkError()) return false;
+    difference_.reset();
+    for (std::size_t i = 0; i < found.size() && !difference_; ++i) {
+      const Address at = address + static_cast<Address>(i);
+      if (found[i] != expected[i] && memory.KindOf(at) == devices::MemoryKind::Ram) {
+        difference_ = memory::Difference{at, expected[i], found[i]};
+      }
+    }
+    if (!difference_) return true;
+  }
+  return false;
+}
+
+BlockOutcome BlockOperation::DoSlice(memory::Memory& memory, control::TargetCrc& crc) {
+  memory.TakeDamage();  // of what came before
+  const memory::Range now = slice();
+  const auto bytes = BytesOf(now, memory, crc);
+  if (bytes) memory.WriteBytes(now.first, *bytes);
+  const bool holds = bytes && HoldsIt(memory, now.first, *bytes);
+  if (memory.LinkError()) return BlockOutcome::LinkLost;
+  if (const auto damage = memory.TakeDamage()) fault_at_ = damage;
+  if (fault_at_) return BlockOutcome::LineDamaged;
+  if (!holds) {
+    fault_at_ = difference_->address;
+    return BlockOutcome::NotTaken;
+  }
+  done_ += static_cast<long>(now.count / kWord);
+  return done_ == total_ ? BlockOutcome::Done : BlockOutcome::UnderWay;
+}
+
+bool BlockOperation::Step(memory::Memory& memory, control::TargetCrc& crc) {
+  if (outcome_ == BlockOutcome::UnderWay) outcome_ = DoSlice(memory, crc);
+  return outcome_ == BlockOutcome::UnderWay;
 }
 
 std::string BlockOperation::Title() const {
-  return kind_ == Kind::Fill ? "Fill memory" : "Move memory";
+  switch (kind_) {
+    case Kind::Fill:
+      return "Fill memory";
+    case Kind::Move:
+      return "Move memory";
+    case Kind::Paste:
+      break;
+  }
+  return "Pasting from Clipboard...";
 }
 
 std::string BlockOperation::ProgressText() const {
-  if (kind_ == Kind::Fill)
-    return base::Format("\nFilling Memory at %06lx", static_cast<unsigned long>(from_));
-  const base::Address running = kind_ == Kind::MoveBackwards ? to_ : from_;
-  return base::Format("\nMoving Memory at %06lx", static_cast<unsigned long>(running));
+  static constexpr const char* kTexts[] = {"\nFilling Memory at %06lx", "\nMoving Memory at %06lx",
+                                           "\nPasting at %06lx"};
+  const long word = backwards_ ? std::max(total_ - done_ - 1, 0L) : done_;
+  return base::Format(kTexts[static_cast<std::size_t>(kind_)],
+                      static_cast<unsigned long>(from_) + static_cast<unsigned long>(2 * word));
 }
 
 }  // namespace brevant::views

@@ -31,8 +31,44 @@ inline constexpr base::MessageText kNoSoftwareBreakpoint{
     "Flash and ROM need the hardware breakpoint.",
     base::captions::kError, base::Icon::Information};
 
-inline constexpr const base::MessageText* kAll[] = {&kStackPointerNotSet, &kInstructionNotTaken,
-                                                    &kLocationNotTaken, &kNoSoftwareBreakpoint};
+// Blocks. The conversion that ends them, or begins kBlockLinkLost, says how far it got.
+inline constexpr base::MessageText kBlockRefused{"block.refused", base::Severity::Error,
+                                                 "Nothing was written: %s.", base::captions::kError,
+                                                 base::Icon::Error};
+inline constexpr base::MessageText kBlockStackMoved{
+    "block.stack-moved", base::Severity::Notice,
+    "SP was moved to %04x: the monitor works on the stack, which lay in the block.",
+    base::captions::kInformation, base::Icon::Information};
+inline constexpr base::MessageText kBlockDone{"block.done", base::Severity::Notice, "%s",
+                                              base::captions::kInformation,
+                                              base::Icon::Information};
+inline constexpr base::MessageText kBlockNotTaken{
+    "block.not-taken", base::Severity::Error,
+    "%04x holds %02x and not %02x: the RAM did not take it; check that the configured device is "
+    "the one on the board.\n\n%s",
+    base::captions::kError, base::Icon::Error};
+inline constexpr base::MessageText kBlockLineDamaged{
+    "block.line-damaged", base::Severity::Error,
+    "The line damaged what was sent to %04x, or read from there, each time: what %04x to %04x hold "
+    "is in doubt. Check the cable, then do it again.\n\n%s",
+    base::captions::kError, base::Icon::Error};
+inline constexpr base::MessageText kBlockLinkLost{
+    "block.link-lost", base::Severity::Error,
+    "The target does not answer any more.\n\n%s What %04x to %04x hold could not be looked at; "
+    "nothing was written behind them.\n\nCheck the cable and the power, then connect again.",
+    base::captions::kError, base::Icon::Error};
+inline constexpr base::MessageText kBlockCancelled{
+    "block.cancelled", base::Severity::Warning, "Cancelled before its end.\n\n%s",
+    base::captions::kInformation, base::Icon::Warning};
+inline constexpr base::MessageText kBlockEnded{
+    "block.ended", base::Severity::Warning,
+    "Something else has taken the target before the end of the block.\n\n%s",
+    base::captions::kInformation, base::Icon::Warning};
+
+inline constexpr const base::MessageText* kAll[] = {
+    &kStackPointerNotSet, &kInstructionNotTaken, &kLocationNotTaken, &kNoSoftwareBreakpoint,
+    &kBlockRefused,       &kBlockStackMoved,     &kBlockDone,        &kBlockNotTaken,
+    &kBlockLineDamaged,   &kBlockLinkLost,       &kBlockCancelled,   &kBlockEnded};
 
 // Shown below a field whose text was refused.
 inline constexpr const char* kExpectInstruction =
@@ -42,6 +78,8 @@ inline constexpr const char* kBeyondAddressSpace =
     "%s is beyond FFFF, the last address of the target.";
 inline constexpr const char* kExpectSymbol =
     "A symbol of the loaded program or a hexadecimal address.";
+inline constexpr const char* kExpectDigits = "1 to 6 hexadecimal digits.";
+inline constexpr const char* kDoesNotFit = "The block does not fit: it would end beyond FFFF.";
 inline constexpr const char* kExpectHex = "Hexadecimal digits only.";
 inline constexpr const char* kExpectBinary = "Only 0 and 1.";
 

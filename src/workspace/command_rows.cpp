@@ -65,7 +65,7 @@ constexpr CommandRow kRows[] = {
     {kStepOver, Menu::Debug, "Step&Over", "Run one step, but do not go into subroutine",
      kUsesTarget, "F6", "F10"},
     {kNStep, Menu::Debug, "N Step", "Run N steps", kNotDuringFileIo | kCheckable},
-    {kGo, Menu::Debug, "&Go", "Run or stop running MCU", kNoFlags, "F7"},
+    {kGo, Menu::Debug, "&Go", "Run or stop running MCU", kRunsTarget, "F7"},
     {kRunToCursor, Menu::Debug, "Run to Cursor", "Run to current cursor position", kNeedsMonitor,
      "F8", "Ctrl+F10"},
     {kProgramFlash, Menu::Debug, "&Program flash EEPROM", "Program flash EEPROM",
@@ -122,6 +122,10 @@ constexpr CommandRow kRows[] = {
     {kDataGoToSymbol, Menu::DataPopup, "Go to Symbol",
      "Go to a symbol in the symbol list in data dindow", kPopup},
     {kDataGoToPc, Menu::DataPopup, "Go to PC", "Go to PC position in data window", kPopup},
+    {kDataFill, Menu::DataPopup, "Fill Block",
+     "Fill a block of memory in data window with a single value", kPopup},
+    {kDataMove, Menu::DataPopup, "Move Block",
+     "Move a block of memory to another location in data window", kPopup},
     {kDataPerLine, Menu::DataPopup, "Toggle data per line (16)",
      "Toggle between 8 or 16 bytes per line", kNotDuringFileIo | kSeparatorBefore},
     {kDataUnit, Menu::DataPopup, "Display as BYTE", "", kNotDuringFileIo},
@@ -136,7 +140,7 @@ constexpr CommandRow kRows[] = {
     {kToolbarNStep, Menu::None, "", "Run MCU N steps", kNotWhileRunning},
     {kToolbarStepOver, Menu::None, "", "Run MCU one step, but do not go into subroutine",
      kUsesTarget | kNotWhileRunning, "", "", kStepOver},
-    {kToolbarGo, Menu::None, "", "Ready to run MCU", kNoFlags, "", "", kGo},
+    {kToolbarGo, Menu::None, "", "Ready to run MCU", kRunsTarget, "", "", kGo},
     {kToolbarTrace, Menu::None, "", "Trace the execution of MCU",
      kNotDuringFileIo | kNotWhileRunning},
     {kRunMacro, Menu::None, "", "Load a macro file", kUsesTarget, "", "", kLoadMacro},
@@ -212,6 +216,9 @@ bool IsEnabled(const CommandRow& row, const CommandConditions& conditions, Place
 
 Verdict Judge(const CommandRow& row, const CommandConditions& conditions) {
   if (conditions.fileIoActive && row.Has(kNotDuringFileIo)) return Verdict::Ignore;
+  if (conditions.operation && (row.flags & (kNeedsMonitor | kRunsTarget)) != 0) {
+    return Verdict::WaitFirst;
+  }
   if (conditions.monitor_away && row.Has(kNeedsMonitor)) return Verdict::StopFirst;
   return Verdict::CarryOut;
 }

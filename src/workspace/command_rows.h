@@ -39,6 +39,7 @@ enum CommandFlags : unsigned {
   kCheckable = 4,
   kSeparatorBefore = 8,
   kNeedsMonitor = 16,  // a running target does not answer; menus and keys then say so
+  kRunsTarget = 32,    // not while a block is written or flash is worked on
 };
 
 struct CommandRow {
@@ -72,6 +73,7 @@ inline constexpr int kPopupRunToCursor = 260, kPopupRunToLabel = 261, kPopupEdit
 inline constexpr int kPopupGoToBreakpoint = 263, kPopupGoToAddress = 264, kPopupGoToSymbol = 265;
 inline constexpr int kPopupGoToPc = 266, kPopupSetPc = 267, kPopupClearBreakpoints = 268;
 inline constexpr int kDataEdit = 280, kDataGoToAddress = 281, kDataGoToSymbol = 282;
+inline constexpr int kDataFill = 284, kDataMove = 285;
 inline constexpr int kDataGoToPc = 283, kDataPerLine = 286, kDataAscii = 287, kDataUnit = 40013;
 inline constexpr int kFindNext = 324;
 inline constexpr int kReset = 340, kToolbarStep = 341, kToolbarNStep = 342;
@@ -108,6 +110,7 @@ struct CommandConditions {
   bool running = false;  // the Go button reads "Break"
   bool fileIoActive = false;
   bool monitor_away = false;  // a program or a routine has the target
+  bool operation = false;     // a block is written, or flash is worked on
 };
 // Items of the menu bar stay enabled while the target runs, like their keys: choosing one may say
 // why it cannot be done now. Whether a
@@ -120,6 +123,7 @@ enum class Verdict {
   CarryOut,
   Ignore,     // file I/O has the target
   StopFirst,  // the user is told to
+  WaitFirst,
 };
 Verdict Judge(const CommandRow& row, const CommandConditions& conditions);
 

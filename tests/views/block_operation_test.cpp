@@ -15,9 +15,11 @@ class BlockOperationTest : public ViewBench {
     }
   }
   static std::uint8_t Background(base::Address a) { return base::LowByte(a * 7 + 1); }
+  control::TargetCrc crc{memory, link, frame};
   int Run(BlockOperation operation) {
     int slices = 1;
-    while (operation.Step(memory)) ++slices;
+    while (operation.Step(memory, crc)) ++slices;
+    EXPECT_EQ(operation.outcome(), BlockOutcome::Done);
     return slices;
   }
   static constexpr base::Address kRam = 0x0100;
@@ -62,9 +64,9 @@ TEST_F(BlockOperationTest, ABlockFromAddressZeroEndsThere) {
   Load(0x0040, ByteList{0xAA, 0x55});
   BlockOperation move = BlockOperation::Move(0x0000, 0x0041, 0x0100);
   EXPECT_EQ(move.words_total(), 0x21);
-  EXPECT_TRUE(move.Step(memory));
-  EXPECT_TRUE(move.Step(memory));
-  EXPECT_FALSE(move.Step(memory));
+  EXPECT_TRUE(move.Step(memory, crc));
+  EXPECT_TRUE(move.Step(memory, crc));
+  EXPECT_FALSE(move.Step(memory, crc));
   EXPECT_EQ(Peek(0x0140), 0xAA);
   EXPECT_EQ(Peek(0x0142), Background(0x0142));
 }
@@ -73,7 +75,7 @@ TEST_F(BlockOperationTest, StopsBetweenSlicesAndTellsHowFarItIs) {
   BlockOperation fill = BlockOperation::Fill(0x0100, 0x01FF, 0x1234);
   EXPECT_EQ(fill.Title(), "Fill memory");
   EXPECT_EQ(fill.ProgressText(), "\nFilling Memory at 000100");
-  EXPECT_TRUE(fill.Step(memory));
+  EXPECT_TRUE(fill.Step(memory, crc));
   EXPECT_EQ(fill.ProgressText(), "\nFilling Memory at 000120");
   EXPECT_EQ(fill.words_done(), 16);
   EXPECT_EQ(Peek(0x011F), 0x34);

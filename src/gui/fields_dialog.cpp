@@ -1,0 +1,77 @@
+// SPDX-License-Identifier: MIT
+#include "gui/fields_dialog.h"
+
+#include <QDialog>
+#include <QFormLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+#include "gui/qt_user_interface.h"
+
+namespace brevant::gui {
+namespace {
+
+constexpr int kFieldCharacters = 12;
+constexpr int kRefusalWidth = 320;
+
+QLineEdit* MakeField(const QFont& font, const views::HexField& row) {
+  auto* const field = new QLineEdit;
+  field->setObjectName(row.name);
+  field->setFont(font);
+  field->setMaxLength(row.max_length);
+  field->setMinimumWidth(field->fontMetrics().averageCharWidth() * kFieldCharacters);
+  return field;
+}
+
+}  // namespace
+
+bool AskForFields(QWidget* parent, const QFont& font, const views::HexDialog& request,
+                  const std::vector<std::string>& initial, AcceptTexts accept) {
+  QDialog dialog(parent);
+  dialog.setObjectName(request.name);
+  dialog.setWindowTitle(request.caption);
+  auto* const layout = new QVBoxLayout(&dialog);
+  auto* const rows = new QFormLayout;
+  std::vector<QLineEdit*> fields;
+  for (const views::HexField& row : request.fields) {
+    fields.push_back(MakeField(font, row));
+    if (fields.size() <= initial.size()) fields.back()->setText(Text(initial[fields.size() - 1]));
+    rows->addRow(row.label, fields.back());
+  }
+  layout->addLayout(rows);
+  auto* const refusal = new QLabel;
+  refusal->setObjectName("refusal");
+  refusal->setWordWrap(true);
+  refusal->setMinimumWidth(kRefusalWidth);
+  refusal->hide();
+  layout->addWidget(refusal);
+
+  auto* const buttons = new QHBoxLayout;
+  buttons->addStretch(1);
+  auto* const ok = new QPushButton("Ok");
+  ok->setObjectName("ok");
+  ok->setDefault(true);
+  buttons->addWidget(ok);
+  auto* const cancel = new QPushButton("Cancel");
+  cancel->setObjectName("cancel");
+  buttons->addWidget(cancel);
+  layout->addLayout(buttons);
+  QObject::connect(ok, &QPushButton::clicked, &dialog, [&] {
+    std::vector<std::string> texts;
+    for (const QLineEdit* const field : fields) texts.push_back(Bytes(field->text()));
+    const auto refused = accept(texts);
+    if (!refused) return dialog.accept();
+    refusal->setText(Text(refused->why));
+    refusal->show();
+    fields[refused->field]->setFocus();
+    fields[refused->field]->selectAll();
+  });
+  QObject::connect(cancel, &QPushButton::clicked, &dialog, &QDialog::reject);
+  fields.front()->setFocus();
+  fields.front()->selectAll();
+  return dialog.exec() == QDialog::Accepted;
+}
+
+}  // namespace brevant::gui

@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: MIT
+// The dialogs of "Fill Block" and "Move Block" as a form: what they open with, and which operation
+// comes of them.
+#pragma once
+
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "base/address.h"
+#include "base/user_interface.h"
+#include "memory/memory.h"
+#include "views/block_operation.h"
+#include "views/hex_fields.h"
+
+namespace brevant::views {
+
+class BlockForm {
+ public:
+  enum class Kind { Fill, Move };
+
+  BlockForm(Kind kind, const memory::Memory& memory, base::UserInterface& ui)
+      : kind_(kind), memory_(memory), ui_(ui) {}
+
+  const HexDialog& dialog() const;
+  // One a field; the first is the address of the cell under the cursor, made even.
+  std::vector<std::string> InitialTexts(base::Address cursor) const;
+  // Nothing, after a beep, unless each field holds a number and all of the destination can be
+  // written.
+  std::optional<BlockOperation> Accept(std::span<const std::string> texts);
+  // Of the texts that were refused last.
+  const FieldRefusal& refusal() const { return refusal_; }
+
+ private:
+  Kind kind_;
+  const memory::Memory& memory_;
+  base::UserInterface& ui_;
+  FieldRefusal refusal_;
+};
+
+}  // namespace brevant::views

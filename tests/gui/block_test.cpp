@@ -1,0 +1,148 @@
+// SPDX-License-Identifier: MIT
+// Writing blocks of memory from the windows: filled and moved in the background.
+#include <QAction>
+#include <QMessageBox>
+#include <QStatusBar>
+
+#include "base/text_number.h"
+#include "gui/data_window.h"
+#include "gui/desktop.h"
+
+namespace brevant::gui {
+namespace {
+
+namespace commands = workspace::commands;
+using ByteList = std::vector<std::uint8_t>;
+
+class Block : public Desktop {
+ protected:
+  // The window in which a person would choose the command.
+  void OpenData(base::Address address) {
+    Press(Qt::Key_D, Qt::AltModifier);
+    data().view().GoToDataAddress(address);
+    QTest::qWait(30);
+  }
+  DataWindow& data() {
+    return *static_cast<DataWindow*>(window().Children(kDataKind).front()->widget());
+  }
+  // As the board holds it, past everything that the host has kept.
+  ByteList Peek(base::Address first, std::size_t count) {
+    ByteList bytes;
+    for (std::size_t i = 0; i < count; ++i) {
+      bytes.push_back(session().simulated()->board().mcu().Peek(
+          static_cast<std::uint16_t>(first + static_cast<base::Address>(i))));
+    }
+    return bytes;
+  }
+  // Types into the fields of the next dialog of that name, in their order, and chooses Ok.
+  void Fill(const QString& dialog, const std::vector<const char*>& texts) {
+    OnDialog(dialog, [texts](QDialog& open) {
+      for (const char* const text : texts) {
+        QWidget* const field = open.focusWidget();
+        QTest::keyClick(field, Qt::Key_A, Qt::ControlModifier);
+        QTest::keyClicks(field, text);
+        QTest::keyClick(field, Qt::Key_Tab);
+      }
+      Push(open, "ok");
+      EXPECT_FALSE(open.isVisible()) << qPrintable(open.objectName());
+    });
+  }
+  QDialog* Progress() { return window().findChild<QDialog*>("UpdateDlg"); }
+  bool Ends() {
+    return QTest::qWaitFor([this] { return !debugger().Busy() && Progress() == nullptr; });
+  }
+  QString Notice() { return window().statusBar()->currentMessage(); }
+};
+
+TEST_F(Block, AFillIsCancelledInItsMiddleAndSaysHowFarItGot) {
+  Start();
+  OpenData(0x0101);
+  session().simulated()->board().Load(0x0100, ByteList(0x100, 0x11));
+  OnDialog("FILLDLG", [this](QDialog& fill) {
+    EXPECT_EQ(Field(fill, "from").text(), "000100") << "the cell under the cursor";
+    // One field after the other is wrong; nothing is written and the dialog stays.
+    struct Case {
+      const char *from, *to, *value;
+    };
+    for (const Case& c : {Case{"", "1ff", "0"}, Case{"100", "1g0", "0"}, Case{"100", "1ff", ""},
+                          Case{"100", "10000", "0"}, Case{"7f00", "8001", "0"}}) {
+      Field(fill, "from").setText(c.from);
+      Field(fill, "to").setText(c.to);
+      Field(fill, "value").setText(c.value);
+      QTest::keyClick(&fill, Qt::Key_Return);
+      EXPECT_TRUE(fill.isVisible()) << c.from << ' ' << c.to << ' ' << c.value;
+    }
+    EXPECT_FALSE(debugger().Busy());
+    Field(fill, "from").setText("1ff");
+    Field(fill, "to").setText("100");
+    Field(fill, "value").setText("");
+    QTest::keyClicks(&Field(fill, "value"), "abcdef");
+    QTest::keyClick(&fill, Qt::Key_Return);
+  });
+  Choose(commands::kDataFill);
+  ASSERT_TRUE(debugger().Busy());
+  ASSERT_NE(Progress(), nullptr);
+  EXPECT_EQ(Progress()->windowTitle(), "Fill memory");
+  for (int slices = 0; slices < 3; ++slices) window().Tick();
+  // Nothing else gets at the target meanwhile.
+  for (const int command : {commands::kGo, commands::kStep, commands::kDataMove}) {
+    window().Send(command);
+    EXPECT_TRUE(Notice().contains("being written")) << command;
+  }
+  QTest::keyClick(&data(), Qt::Key_7);
+  Push(*Progress(), "cancel");
+  EXPECT_FALSE(debugger().Busy());
+  EXPECT_EQ(Notice(), "Cancelled before its end. 0100 to 015f were written and read back.");
+  EXPECT_EQ(Peek(0x015E, 4), (ByteList{0xAB, 0xCD, 0x11, 0x11}));
+  EXPECT_TRUE(Ends());
+  EXPECT_TRUE(data().TextLines().front().startsWith("000100 abcd abcd"));
+}
+
+TEST_F(Block, OverlappingMovesArriveAsTheyWere) {
+  Start();
+  OpenData(0x0100);
+  ByteList block(0x80);
+  for (std::size_t i = 0; i < block.size(); ++i) block[i] = static_cast<std::uint8_t>(3 * i + 1);
+  for (const auto& [from, to] : {std::pair("100", "108"), std::pair("108", "100")}) {
+    const base::Address source = base::ParseHex(from);
+    session().simulated()->board().Load(source, block);
+    debugger().memory.DropAll();
+    const std::string last = base::Format("%x", source + 0x7F);
+    Fill("MOVEDLG", {from, last.c_str(), to});
+    Choose(commands::kDataMove);
+    EXPECT_TRUE(Ends());
+    EXPECT_EQ(Peek(base::ParseHex(to), block.size()), block) << from;
+    EXPECT_TRUE(Notice().endsWith("were written and read back.")) << qPrintable(Notice());
+  }
+}
+
+TEST_F(Block, ALostLinkOrAResetSaysUpToWhereAndNothingHangs) {
+  Start();
+  OpenData(0x0100);
+  Fill("FILLDLG", {"100", "1ff", "5a5a"});
+  Choose(commands::kDataFill);
+  window().Tick();
+  session().simulated()->SetFaultPlan(
+      {{.kind = simulator::FaultKind::CutLine, .at_host_byte = 30}});
+  QString text;
+  OnDialog("message", [&text](QDialog& message) {
+    text = static_cast<QMessageBox&>(message).text();
+    message.accept();
+  });
+  EXPECT_TRUE(Ends());
+  EXPECT_TRUE(text.contains("0100 to 011f were written and read back.")) << qPrintable(text);
+  EXPECT_TRUE(text.contains("What 0120 to 013f hold could not be looked at")) << qPrintable(text);
+  EXPECT_TRUE(Status().contains("link lost"));
+  Reconnect();
+
+  Fill("FILLDLG", {"100", "1ff", "a5a5"});
+  Choose(commands::kDataFill);
+  window().Tick();
+  Choose(commands::kReset);
+  EXPECT_TRUE(Ends());
+  EXPECT_TRUE(Notice().contains("0100 to 011f were written and read back."))
+      << qPrintable(Notice());
+}
+
+}  // namespace
+}  // namespace brevant::gui
