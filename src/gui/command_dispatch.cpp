@@ -11,8 +11,7 @@ namespace {
 namespace commands = workspace::commands;
 
 constexpr const char* kStopFirst = "The target is running: press Break (F7) first.";
-constexpr const char* kWaitFirst =
-    "The target's memory is being written: wait for the end or cancel it first.";
+constexpr const char* kWaitFirst = "Memory is being written: wait or cancel.";
 
 void Refuse(const CommandContext& context, const char* why) {
   context.session.ui.Beep();

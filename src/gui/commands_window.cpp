@@ -42,22 +42,41 @@ void ToggleSaveOnExit(const CommandContext& context) {
   ToggleFlag(context, base::keys::kSaveOnExit, commands::kSaveOnExit);
 }
 
-void SetProgramRange(const CommandContext& context) {
+// Nothing when the dialog was cancelled.
+template <typename Form>
+auto AskForScrollRange(const CommandContext& context, Form form) {
   Session& session = context.session;
-  views::ProgramRangeForm form(session.settings, session.ui);
-  const EditRequest request{.title = views::ProgramRangeForm::kTitle,
+  const EditRequest request{.title = Form::kTitle,
                             .name = "PROGRANGE",
-                            .label = views::ProgramRangeForm::kLabel,
+                            .label = Form::kLabel,
                             .text = form.InitialText(),
-                            .max_length = views::ProgramRangeForm::kMaxLength};
-  std::optional<views::ScrollRange> range;
+                            .max_length = Form::kMaxLength};
+  decltype(form.Accept("")) range;
   session.gate.OpenDuring([&] {
     AskForText(&context.window, context.window.view_font(), request, [&](std::string_view text) {
       range = form.Accept(text);
       return range ? std::string() : views::messages::kExpectHex;
     });
   });
+  if (range && !form.stored()) TellNotStored(session);
+  return range;
+}
+
+void SetProgramRange(const CommandContext& context) {
+  Session& session = context.session;
+  const auto range =
+      AskForScrollRange(context, views::ProgramRangeForm(session.settings, session.ui));
   if (range) session.program_views.SetRange(*range);
+}
+
+void SetDataRange(const CommandContext& context) {
+  Session& session = context.session;
+  views::DataSettings wanted = session.data_settings();
+  const auto range =
+      AskForScrollRange(context, views::DataRangeForm(wanted.range, session.settings, session.ui));
+  if (!range) return;
+  wanted.range = *range;
+  session.SetDataSettings(wanted);
 }
 
 void SaveSettings(const CommandContext& context) {
@@ -126,6 +145,7 @@ void Exit(const CommandContext& context) {
 constexpr CommandAction kActions[] = {
     {commands::kRunToMain, ToggleRunToMain},
     {commands::kProgramRange, SetProgramRange},
+    {commands::kDataRange, SetDataRange},
     {commands::kSaveSettings, SaveSettings},
     {commands::kSaveOnExit, ToggleSaveOnExit},
     {commands::kTile, Tile},

@@ -28,7 +28,32 @@ inline constexpr base::MessageText kNotBackedUp{
     "Flash was not backed up: %s.\nNothing was erased or programmed.", base::captions::kError,
     base::Icon::Error};
 
-inline constexpr const base::MessageText* kAll[] = {&kSettingsNotStored, &kPathTooLong,
-                                                    &kOfferBreakpoints, &kNotBackedUp};
+inline constexpr base::MessageText kReadLinkLost{
+    "read.link-lost", base::Severity::Error,
+    "The target does not answer any more. %s; %s.\n\n"
+    "Check the cable and the power, then press ReStart to connect again.",
+    base::captions::kError, base::Icon::Error};
+inline constexpr base::MessageText kReadDamaged{
+    "read.damaged", base::Severity::Error,
+    "The line damages what is read from %04x on each time: what stands there is in doubt; %s.\n\n"
+    "Check the cable, then do it again.",
+    base::captions::kError, base::Icon::Error};
+
+inline constexpr base::MessageText kNotCorrectFormat{"clipboard.not-correct-format",
+                                                     base::Severity::Error, "Not correct format",
+                                                     base::captions::kError, base::Icon::Error};
+inline constexpr base::MessageText kNotHexString{
+    "clipboard.not-hex-string", base::Severity::Error,
+    "Not HEX string\n\nLine %ld of the text is not four hexadecimal digits and two characters that "
+    "end the line. %s",
+    base::captions::kError, base::Icon::Error};
+inline constexpr base::MessageText kClipboardNotTaken{
+    "clipboard.not-taken", base::Severity::Error,
+    "The desktop did not take the text: it is not in the clipboard.", base::captions::kError,
+    base::Icon::Error};
+
+inline constexpr const base::MessageText* kAll[] = {
+    &kSettingsNotStored, &kPathTooLong,       &kReadLinkLost,     &kReadDamaged, &kNotCorrectFormat,
+    &kNotHexString,      &kClipboardNotTaken, &kOfferBreakpoints, &kNotBackedUp};
 
 }  // namespace brevant::gui::messages

@@ -15,7 +15,16 @@ constexpr HexField kMoveFields[] = {
 constexpr HexDialog kFill{"FILLDLG", "Fill Block (Hex Format)", kFillFields};
 constexpr HexDialog kMove{"MOVEDLG", "Move Block (Hex Format)", kMoveFields};
 
+constexpr HexField kPasteFields[] = {{"address", "Paste to address:", 5}};
+
 constexpr std::size_t kFrom = 0, kTo = 1, kValueOrDestination = 2;
+
+// Why the operation cannot be carried out; empty when it can.
+std::string WhyNot(const BlockOperation& operation, const memory::Memory& memory) {
+  if (!operation.Fits()) return messages::kDoesNotFit;
+  const auto refused = WhyNotWritable(memory, operation.destination());
+  return refused ? refused->why + '.' : std::string();
+}
 
 }  // namespace
 
@@ -41,16 +50,30 @@ std::optional<BlockOperation> BlockForm::Accept(std::span<const std::string> tex
       kind_ == Kind::Fill
           ? BlockOperation::Fill(values[kFrom], values[kTo], static_cast<std::uint16_t>(last))
           : BlockOperation::Move(values[kFrom], values[kTo], last);
-  std::string why;
-  if (!operation.Fits()) {
-    why = messages::kDoesNotFit;
-  } else if (const auto refused = WhyNotWritable(memory_, operation.destination())) {
-    why = refused->why + '.';
-  }
+  const std::string why = WhyNot(operation, memory_);
   if (why.empty()) return operation;
   ui_.Beep();
   refusal_ = {kind_ == Kind::Fill ? kFrom : kValueOrDestination, why};
   return std::nullopt;
+}
+
+const HexDialog PasteForm::kDialog{"PASTEFROMCLIP", "Paste from Clipboard", kPasteFields};
+
+bool PasteForm::Accept(std::span<const std::string> texts, const std::vector<std::uint8_t>& bytes) {
+  operation_.reset();
+  const HexNumbers numbers = ReadHexFields(texts, ui_);
+  if (numbers.refused) {
+    refusal_ = *numbers.refused;
+    return false;
+  }
+  address_ = numbers.values.front() & ~base::Address{1};
+  if (bytes.empty()) return true;
+  operation_ = BlockOperation::Paste(address_, bytes);
+  const std::string why = WhyNot(*operation_, memory_);
+  if (why.empty()) return true;
+  ui_.Beep();
+  refusal_ = {0, why};
+  return false;
 }
 
 }  // namespace brevant::views

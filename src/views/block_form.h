@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The dialogs of "Fill Block" and "Move Block" as a form: what they open with, and which operation
-// comes of them.
+// The dialogs of "Fill Block", "Move Block" and "Paste from Clipboard" as forms: what they open
+// with, and which operation comes of them.
 #pragma once
 
 #include <optional>
@@ -36,6 +36,28 @@ class BlockForm {
   Kind kind_;
   const memory::Memory& memory_;
   base::UserInterface& ui_;
+  FieldRefusal refusal_;
+};
+
+class PasteForm {
+ public:
+  PasteForm(const memory::Memory& memory, base::UserInterface& ui) : memory_(memory), ui_(ui) {}
+
+  static const HexDialog kDialog;
+
+  // False, after a beep, unless the field holds an address from which on all of the bytes can be
+  // written; it is made even.
+  bool Accept(std::span<const std::string> texts, const std::vector<std::uint8_t>& bytes);
+  base::Address address() const { return address_; }
+  // Nothing for no bytes.
+  const std::optional<BlockOperation>& operation() const { return operation_; }
+  const FieldRefusal& refusal() const { return refusal_; }
+
+ private:
+  const memory::Memory& memory_;
+  base::UserInterface& ui_;
+  base::Address address_ = 0;
+  std::optional<BlockOperation> operation_;
   FieldRefusal refusal_;
 };
 

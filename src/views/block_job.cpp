@@ -55,7 +55,7 @@ base::Message BlockMessage(const BlockOperation& operation, const memory::Memory
 }
 
 bool BlockJob::running() const {
-  return operation_ && operation_->outcome() == BlockOutcome::UnderWay;
+  return activity_.CurrentOperation() == this;
 }
 
 bool BlockJob::Prepare() {
@@ -67,7 +67,7 @@ bool BlockJob::Prepare() {
   } else if (room.moved_sp) {
     ui_.ShowMessage(base::ToMessage(messages::kBlockStackMoved, *room.moved_sp));
   }
-  return running();
+  return !room.refused;
 }
 
 bool BlockJob::Start(const BlockOperation& operation) {

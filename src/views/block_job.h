@@ -32,6 +32,7 @@ class BlockJob final : public control::Operation {
 
   // The last one; nothing before the first.
   const std::optional<BlockOperation>& operation() const { return operation_; }
+  // The timer has it.
   bool running() const;
   // By the user, between two ticks.
   void Cancel() { End(BlockOutcome::Cancelled); }

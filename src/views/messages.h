@@ -80,6 +80,10 @@ inline constexpr const char* kExpectSymbol =
     "A symbol of the loaded program or a hexadecimal address.";
 inline constexpr const char* kExpectDigits = "1 to 6 hexadecimal digits.";
 inline constexpr const char* kDoesNotFit = "The block does not fit: it would end beyond FFFF.";
+inline constexpr const char* kFlashNotReadable =
+    "Flash cannot be read: the target did not accept the security code.";
+inline constexpr const char* kFileDoesNotFit =
+    "The file of %ld bytes does not fit: it would end beyond FFFF.";
 inline constexpr const char* kExpectHex = "Hexadecimal digits only.";
 inline constexpr const char* kExpectBinary = "Only 0 and 1.";
 

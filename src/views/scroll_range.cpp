@@ -48,8 +48,21 @@ std::optional<ScrollRange> ProgramRangeForm::Accept(std::string_view text) {
   }
   // What holds for this run only is not stored because it was shown.
   const bool shown = settings_.Overridden(base::keys::kProgramRange) && text == InitialText();
-  if (!shown) settings_.Store(base::keys::kProgramRange, text);
+  stored_ = shown || settings_.Store(base::keys::kProgramRange, text);
   return ProgramScrollRange(text);
+}
+
+std::string DataRangeForm::InitialText() const {
+  return base::Format("%06lx", range_);
+}
+
+std::optional<base::Address> DataRangeForm::Accept(std::string_view text) {
+  if (!base::IsHexField(text)) {
+    ui_.Beep();
+    return std::nullopt;
+  }
+  stored_ = settings_.Store(base::keys::kDataRange, text);
+  return base::ParseHex(text);
 }
 
 }  // namespace brevant::views

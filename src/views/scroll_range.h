@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
-// How far the program windows scroll, and which address a position of their scroll bar stands for.
-// Rests on the setting "progrange".
+// How far the program windows scroll, which address a position of their scroll bar stands for, and
+// the dialogs that change how far program and data windows scroll. Rests on the settings
+// "progrange" and "DataAddrRange".
 #pragma once
 
 #include <optional>
@@ -44,10 +45,34 @@ class ProgramRangeForm {
   std::string InitialText() const;
   // Stores the text and returns its range; a beep and nothing for text that is not hexadecimal.
   std::optional<ScrollRange> Accept(std::string_view text);
+  // The accepted text could be written to the settings file.
+  bool stored() const { return stored_; }
 
  private:
   base::SettingsFile& settings_;
   base::UserInterface& ui_;
+  bool stored_ = true;
+};
+
+// The same for the data windows: how many bytes from address 0 on they can show.
+class DataRangeForm {
+ public:
+  static constexpr const char* kTitle = "Configure data range";
+  static constexpr const char* kLabel = "Data range:";
+  static constexpr int kMaxLength = 6;
+
+  DataRangeForm(base::Address range, base::SettingsFile& settings, base::UserInterface& ui)
+      : range_(range), settings_(settings), ui_(ui) {}
+
+  std::string InitialText() const;
+  std::optional<base::Address> Accept(std::string_view text);
+  bool stored() const { return stored_; }
+
+ private:
+  base::Address range_;
+  base::SettingsFile& settings_;
+  base::UserInterface& ui_;
+  bool stored_ = true;
 };
 
 }  // namespace brevant::views

@@ -32,9 +32,9 @@ constexpr CommandRow kRows[] = {
     {kFirstRecentFile + 4, Menu::File, "", "Fifth most recently loaded file", kUsesTarget},
     // Edit
     {kCopyToClipboard, Menu::Edit, "C&opy to Clipboard",
-     "Copy the contents of  a block memory into clipboard", kNotDuringFileIo},
+     "Copy the contents of  a block memory into clipboard", kUsesTarget, "", "Ctrl+C"},
     {kPasteFromClipboard, Menu::Edit, "&Paste from Clipboard",
-     "Paste the contents in clipboard into MCU memory", kNotDuringFileIo},
+     "Paste the contents in clipboard into MCU memory", kUsesTarget, "", "Ctrl+V"},
     // Configure
     {kConfigure, Menu::Configure, "Configure", "Configure debugger setting"},
     {kRunToMain, Menu::Configure, "Run to main", "Run to label _MAIN when C source level debugging",

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 // Writing blocks of memory from the windows: filled and moved in the background.
 #include <QAction>
+#include <QClipboard>
 #include <QMessageBox>
+#include <QScrollBar>
 #include <QStatusBar>
 
 #include "base/text_number.h"
@@ -142,6 +144,91 @@ TEST_F(Block, ALostLinkOrAResetSaysUpToWhereAndNothingHangs) {
   EXPECT_TRUE(Ends());
   EXPECT_TRUE(Notice().contains("0100 to 011f were written and read back."))
       << qPrintable(Notice());
+}
+
+TEST_F(Block, ACopyIsEditedAndPastedBack) {
+  Start();
+  OpenData(0x0100);
+  session().simulated()->board().Load(0x0100, ByteList{0x12, 0x34, 0x56, 0x78, 0x9A, 0xBC});
+  debugger().memory.DropAll();
+  QClipboard& clipboard = *QGuiApplication::clipboard();
+  Fill("COPYTOCLIP", {"103", "100"});
+  Press(Qt::Key_C, Qt::ControlModifier);
+  EXPECT_EQ(clipboard.text(), "1234\r\n5678\r\n");
+  EXPECT_EQ(window().windowTitle(), "No File Loaded");
+
+  clipboard.setText(clipboard.text().replace("5678", "FACE") + "0007\r\n");
+  OnDialog("PASTEFROMCLIP", [this](QDialog& paste) {
+    for (const char* const wrong : {"", "12g", "fffe", "8000"}) {
+      Field(paste, "address").setText(wrong);
+      Push(paste, "ok");
+      EXPECT_TRUE(paste.isVisible()) << wrong;
+    }
+    Field(paste, "address").setText("121");
+    Push(paste, "ok");
+  });
+  Press(Qt::Key_V, Qt::ControlModifier);
+  EXPECT_EQ(Peek(0x0120, 6), (ByteList{0x12, 0x34, 0xFA, 0xCE, 0x00, 0x07}));
+  EXPECT_EQ(Notice(), "0120 to 0125 were written and read back.");
+
+  // An editor has made the line ends its own: the first word, then a way out.
+  clipboard.setText("aaaa\nbbbb\n");
+  Fill("PASTEFROMCLIP", {"140"});
+  OnDialog("message", [this](QDialog& message) {
+    EXPECT_TRUE(static_cast<QMessageBox&>(message).text().startsWith("Not HEX string\n\nLine 2 "));
+    EXPECT_EQ(Peek(0x0140, 1), (ByteList{0xAA}));
+    EXPECT_NE(Peek(0x0142, 1), (ByteList{0xBB}));
+    Push(message, "offer1");
+  });
+  Choose(commands::kPasteFromClipboard);
+  EXPECT_EQ(Peek(0x0140, 4), (ByteList{0xAA, 0xAA, 0xBB, 0xBB}));
+  clipboard.clear();
+  Fill("PASTEFROMCLIP", {"140"});
+  OnDialog("message", [](QDialog& message) {
+    EXPECT_EQ(static_cast<QMessageBox&>(message).text(), "Not correct format");
+    message.accept();
+  });
+  Choose(commands::kPasteFromClipboard);
+}
+
+TEST_F(Block, ACopyOnALostLinkLeavesTheClipboardAlone) {
+  Start();
+  QGuiApplication::clipboard()->setText("kept");
+  session().simulated()->SetFaultPlan(
+      {{.kind = simulator::FaultKind::CutLine, .at_host_byte = 200}});
+  Fill("COPYTOCLIP", {"100", "1ff"});
+  OnDialog("message", [](QDialog& message) {
+    EXPECT_TRUE(static_cast<QMessageBox&>(message).text().contains("the clipboard is as it was"));
+    message.accept();
+  });
+  Choose(commands::kCopyToClipboard);
+  EXPECT_EQ(QGuiApplication::clipboard()->text(), "kept");
+  EXPECT_EQ(window().windowTitle(), "No File Loaded");
+}
+
+TEST_F(Block, AScrollRangeHoldsForAllOpenWindows) {
+  Start();
+  OpenData(0x0000);
+  Press(Qt::Key_D, Qt::AltModifier);
+  OnDialog("PROGRANGE", [](QDialog& range) {
+    EXPECT_EQ(range.windowTitle(), "Configure data range");
+    EXPECT_EQ(Field(range, "text").text(), "010000");
+    Field(range, "text").setText("24x");
+    Push(range, "ok");
+    EXPECT_TRUE(range.isVisible());
+    Field(range, "text").setText("40");
+    Push(range, "ok");
+  });
+  Choose(commands::kDataRange);
+  QTest::qWait(30);
+  for (ChildWindow* const child : window().Children(kDataKind)) {
+    EXPECT_EQ(static_cast<TextView*>(child->widget())->TextLines().size(), 4);
+  }
+  EXPECT_EQ(session().settings.StringInFile(base::keys::kDataRange), "40");
+  Fill("PROGRANGE", {"1000"});
+  Choose(commands::kProgramRange);
+  QTest::qWait(30);
+  EXPECT_EQ(program().verticalScrollBar()->maximum(), 0x1000);
 }
 
 }  // namespace

@@ -49,5 +49,19 @@ TEST(ScrollRange, IsChangedByItsForm) {
   EXPECT_EQ(settings.StringInFile(base::keys::kProgramRange), "c000") << "it was only shown";
 }
 
+TEST(ScrollRange, OfTheDataWindowsIsChangedByItsForm) {
+  base::TemporaryFolder folder;
+  base::SettingsFile settings(folder.path() / "brevant.ini");
+  base::TestUser user;
+  DataRangeForm form(base::kAddressSpace, settings, user);
+  EXPECT_EQ(form.InitialText(), "010000");
+  EXPECT_EQ(form.Accept("12 "), std::nullopt);
+  EXPECT_EQ(user.beeps, 1);
+  EXPECT_FALSE(settings.Has("config", "DataAddrRange"));
+  EXPECT_EQ(form.Accept("240"), 0x240u);
+  EXPECT_EQ(settings.String(base::keys::kDataRange), "240");
+  EXPECT_EQ(form.Accept(""), 0u);
+}
+
 }  // namespace
 }  // namespace brevant::views

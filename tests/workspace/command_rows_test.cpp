@@ -50,8 +50,9 @@ TEST(CommandRows, AreRefusedWhereFileIoOrAMissingMonitorForbidsThem) {
                    "341 343 345-346 40011 40013-40016 41000-41003"));
   EXPECT_EQ(
       Judged(Verdict::StopFirst, {.monitor_away = true}),
-      Ranges("140-142 144-148 190-191 194 196-197 260-268 280-285 341 343 346-347 40014-40016 "
-             "41001-41003"));
+      Ranges(
+          "140-142 144-148 160-161 190-191 194 196-197 260-268 280-285 341 343 346-347 40014-40016 "
+          "41001-41003"));
   const CommandConditions written{.monitor_away = true, .operation = true};
   Ids wait = Judged(Verdict::StopFirst, {.monitor_away = true});
   wait.merge(Ranges("193 344"));
