@@ -28,6 +28,7 @@ std::span<const CommandAction> ProgramActions();
 std::span<const CommandAction> DataActions();
 std::span<const CommandAction> BlockActions();
 std::span<const CommandAction> ClipboardActions();
+std::span<const CommandAction> MemoryFileActions();
 std::span<const CommandAction> FlashActions();
 std::span<const CommandAction> WindowActions();
 

@@ -7,6 +7,7 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QVBoxLayout>
+#include <algorithm>
 
 #include "gui/qt_user_interface.h"
 
@@ -65,6 +66,10 @@ bool AskForFields(QWidget* parent, const QFont& font, const views::HexDialog& re
     if (!refused) return dialog.accept();
     refusal->setText(Text(refused->why));
     refusal->show();
+    // A text that wraps needs room which no layout asks for by itself.
+    layout->activate();
+    const int width = std::max(dialog.width(), layout->sizeHint().width());
+    dialog.resize(width, layout->totalHeightForWidth(width));
     fields[refused->field]->setFocus();
     fields[refused->field]->selectAll();
   });

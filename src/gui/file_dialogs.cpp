@@ -28,7 +28,7 @@ QStringList NameFilters(const workspace::FileChooser& chooser) {
 class Chooser final : public QFileDialog {
  public:
   Chooser(QWidget* parent, const workspace::FileChooser& chooser)
-      : QFileDialog(parent, workspace::FileChooser::kTitle, Text(chooser.start_directory)),
+      : QFileDialog(parent, chooser.title, Text(chooser.start_directory)),
         extension_(Text(chooser.default_extension)) {}
 
  protected:

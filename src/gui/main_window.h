@@ -30,6 +30,8 @@ class MainWindow final : public QMainWindow, private Screen {
 
   // What the user has chosen. Nothing while something else is under way.
   void Send(int id) { dispatch_.Send(id); }
+  // The same for what a window does by itself.
+  void CarryOut(const std::function<void()>& work) { dispatch_.CarryOut(work); }
   // As if the user had chosen the file in the dialog of "Load".
   void LoadFile(const std::string& path) { dispatch_.LoadFile(path); }
   // Every 10 ms.

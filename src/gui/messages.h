@@ -39,6 +39,36 @@ inline constexpr base::MessageText kReadDamaged{
     "Check the cable, then do it again.",
     base::captions::kError, base::Icon::Error};
 
+inline constexpr base::MessageText kUnknownFormat{
+    "save.unknown-format", base::Severity::Error,
+    "%s\nwas not written: its format is told by its name, which ends in .s19, .sx, .hex or .bin.",
+    base::captions::kError, base::Icon::Error};
+inline constexpr base::MessageText kFileNotWritten{"save.not-written", base::Severity::Error,
+                                                   "%s\ncannot be written: %s",
+                                                   base::captions::kError, base::Icon::Error};
+inline constexpr base::MessageText kFileNotRead{"compare.not-read", base::Severity::Error,
+                                                "%s\ncannot be read: %s", base::captions::kError,
+                                                base::Icon::Error};
+inline constexpr base::MessageText kFlashNotReadable{
+    "compare.flash-not-readable", base::Severity::Error,
+    "Nothing was compared: flash cannot be read, as the target did not accept the security code.",
+    base::captions::kError, base::Icon::Error};
+inline constexpr base::MessageText kCompareEqual{
+    "compare.equal", base::Severity::Notice, "All %ld bytes of\n%s\nstand in the target.",
+    base::captions::kInformation, base::Icon::Information};
+inline constexpr base::MessageText kCompareNotDone{"compare.not-done", base::Severity::Warning,
+                                                   "%s", base::captions::kInformation,
+                                                   base::Icon::Warning};
+// Added to what a comparison came to.
+inline constexpr const char* kCompareLinkLost =
+    "\n\nThe target does not answer any more: the rest was not compared. Check the cable and the "
+    "power, then press ReStart to connect again.";
+inline constexpr const char* kCompareCancelled = "\n\nCancelled: the rest was not compared.";
+inline constexpr const char* kCompareDamaged =
+    "\n\nThe line damaged what was read from %04x each time: what was compared from there on is in "
+    "doubt. Check the cable, then do it again.";
+inline constexpr const char* kFirstAreListed = " The first %ld are listed.";
+
 inline constexpr base::MessageText kNotCorrectFormat{"clipboard.not-correct-format",
                                                      base::Severity::Error, "Not correct format",
                                                      base::captions::kError, base::Icon::Error};
@@ -53,7 +83,8 @@ inline constexpr base::MessageText kClipboardNotTaken{
     base::Icon::Error};
 
 inline constexpr const base::MessageText* kAll[] = {
-    &kSettingsNotStored, &kPathTooLong,       &kReadLinkLost,     &kReadDamaged, &kNotCorrectFormat,
-    &kNotHexString,      &kClipboardNotTaken, &kOfferBreakpoints, &kNotBackedUp};
+    &kSettingsNotStored, &kPathTooLong,  &kReadLinkLost,      &kReadDamaged,      &kUnknownFormat,
+    &kFileNotWritten,    &kFileNotRead,  &kFlashNotReadable,  &kCompareEqual,     &kCompareNotDone,
+    &kNotCorrectFormat,  &kNotHexString, &kClipboardNotTaken, &kOfferBreakpoints, &kNotBackedUp};
 
 }  // namespace brevant::gui::messages

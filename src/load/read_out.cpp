@@ -12,8 +12,11 @@ namespace brevant::load {
 namespace {
 
 // Nothing when all was read.
-std::optional<ReadOutResult> Failure(const ConfirmedRead& read) {
-  if (read.range == RangeResult::LinkLost) return ReadOutResult{ReadOutOutcome::LinkLost, 0, 0, {}};
+std::optional<ReadOutResult> Failure(base::Address first, const ConfirmedRead& read) {
+  const auto reached = first + static_cast<base::Address>(read.bytes);
+  if (read.range == RangeResult::LinkLost) {
+    return ReadOutResult{ReadOutOutcome::LinkLost, 0, reached, {}};
+  }
   if (read.damaged) return ReadOutResult{ReadOutOutcome::Damaged, 0, *read.damaged, {}};
   if (read.range == RangeResult::Stopped) return ReadOutResult{ReadOutOutcome::Cancelled, 0, 0, {}};
   return std::nullopt;
@@ -33,7 +36,7 @@ ReadOutResult ReadOut(memory::Memory& memory, control::TargetCrc& crc, base::Add
   if (!format) return {ReadOutOutcome::UnknownFormat, 0, 0, {}};
   if (last > base::kLastAddress || last < first) return {ReadOutOutcome::BadRange, 0, 0, {}};
   std::vector<std::uint8_t> bytes(last - first + 1);
-  if (const auto failure = Failure(ReadConfirmed(memory, crc, first, bytes, progress))) {
+  if (const auto failure = Failure(first, ReadConfirmed(memory, crc, first, bytes, progress))) {
     return *failure;
   }
   return Save(path, images::ImageText(*format, first, bytes), bytes.size());
@@ -47,7 +50,8 @@ ReadOutResult ReadOut(memory::Memory& memory, control::TargetCrc& crc,
   for (const devices::MemoryRange& range : ranges) {
     std::vector<std::uint8_t> bytes(range.last - range.first + 1);
     const auto of_all = [&](long of_range, long) { return progress(done + of_range, total); };
-    if (const auto failure = Failure(ReadConfirmed(memory, crc, range.first, bytes, of_all))) {
+    if (const auto failure =
+            Failure(range.first, ReadConfirmed(memory, crc, range.first, bytes, of_all))) {
       return *failure;
     }
     known.Put(range.first, bytes);

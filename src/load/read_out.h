@@ -20,13 +20,14 @@ enum class ReadOutOutcome {
   BadRange,       // an address above $FFFF, or the last below the first
   Cancelled,
   LinkLost,
-  Damaged,     // the line is too noisy to tell what stands at address
+  Damaged,     // the line is too noisy to tell what stands somewhere
   NotWritten,  // see error
 };
 
 struct ReadOutResult {
   ReadOutOutcome outcome = ReadOutOutcome::Saved;
   long bytes = 0;  // in the file
+  // Damaged: where. LinkLost: the first that was not confirmed.
   base::Address address = 0;
   std::string error;  // why the file could not be written, in the system's words
 };

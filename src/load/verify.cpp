@@ -12,20 +12,29 @@ namespace {
 // 0.4 s for each that is the same, 3 s for each that has to be read, at 9600 baud.
 constexpr std::size_t kPiece = 1024;
 
+bool Differs(const images::Image& image, base::Address address, base::Bytes found) {
+  for (std::size_t i = 0; i < found.size(); ++i) {
+    if (image.At(address + static_cast<base::Address>(i)).value_or(found[i]) != found[i]) {
+      return true;
+    }
+  }
+  return false;
+}
+
+// What differs does so in both readings.
 void Compare(const images::Image& image, base::Address address, base::Bytes found,
-             VerifyResult& result) {
+             base::Bytes again, VerifyResult& result) {
   for (std::size_t i = 0; i < found.size(); ++i) {
     const base::Address at = address + static_cast<base::Address>(i);
     const std::uint8_t expected = image.At(at).value_or(found[i]);
     ++result.compared;
-    if (expected == found[i]) continue;
+    result.last = base::Low16(at);
+    if (expected == found[i] || expected == again[i]) continue;
     ++result.different;
-    if (!result.first) result.first = Difference{base::Low16(at), expected, found[i]};
+    const Difference difference{base::Low16(at), expected, again[i]};
+    if (!result.first) result.first = difference;
+    if (result.listed.size() < VerifyResult::kMostListed) result.listed.push_back(difference);
   }
-}
-
-VerifyOutcome OutcomeOf(RangeResult range) {
-  return range == RangeResult::LinkLost ? VerifyOutcome::LinkLost : VerifyOutcome::Cancelled;
 }
 
 RangeResult Told(bool go_on) {
@@ -44,12 +53,16 @@ VerifyResult Verify(memory::Memory& memory, const images::Image& image, Progress
                     control::TargetCrc* crc) {
   VerifyResult result;
   const auto compare = [&](base::Address address, base::Bytes found) {
-    Compare(image, address, found, result);
+    std::vector<std::uint8_t> again(found.begin(), found.end());
+    if (Differs(image, address, found)) memory.AskBytes(again, address);
+    if (memory.LinkError()) return false;
+    Compare(image, address, found, again, result);
     return progress(result.compared, image.size());
   };
   const auto same = [&](base::Address address, base::Bytes bytes) {
     if (!SameCrc(crc, address, bytes)) return false;
     result.compared += static_cast<long>(bytes.size());
+    result.last = base::Low16(address + static_cast<base::Address>(bytes.size()) - 1);
     return true;
   };
   // A piece that differs is read, to tell where and how.
@@ -70,7 +83,7 @@ VerifyResult Verify(memory::Memory& memory, const images::Image& image, Progress
                                   ? Told(progress(result.compared, image.size()))
                                   : look_at_pieces(block.address, block.bytes);
     if (range != RangeResult::Complete) {
-      result.outcome = OutcomeOf(range);
+      result.outcome = memory.LinkError() ? VerifyOutcome::LinkLost : VerifyOutcome::Cancelled;
       return result;
     }
   }

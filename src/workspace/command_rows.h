@@ -81,6 +81,7 @@ inline constexpr int kToolbarStepOver = 343, kToolbarGo = 344, kToolbarTrace = 3
 inline constexpr int kRunMacro = 346, kToolbarRunToCursor = 347, kReStart = 348;
 inline constexpr int kToggleBreakpoint = 41000, kRefresh = 41001, kPopupRefresh = 41002;
 inline constexpr int kDataRefresh = 41003;
+inline constexpr int kSaveMemory = 41020, kCompareFile = 41021;
 inline constexpr int kClassicColours = 41010, kQuietColours = 41011;
 inline constexpr int kLargerText = 41012, kSmallerText = 41013;
 }  // namespace commands

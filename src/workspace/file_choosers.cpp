@@ -26,15 +26,21 @@ constexpr std::array kSymbolFile{FileFilter{"LST file (*.LST)", "*.LST"},
 constexpr std::array kMacroFile{FileFilter{"MAC file (*.MAC)", "*.MAC"}, kTxt, kAll};
 constexpr std::array kWatchFile{kCfg};
 constexpr std::array kTextFile{kTxt, kAll};
+constexpr FileFilter kHex{"HEX file (*.HEX)", "*.HEX"};
+constexpr FileFilter kBinary{"Binary file (*.BIN)", "*.BIN"};
+constexpr std::array kSaveMemory{kS19, kSx, kHex, kBinary};
+constexpr std::array kCompareFile{
+    FileFilter{"Image (*.S19,*.HEX,*.SX,*.BIN)", "*.S19;*.hex;*.sx;*.bin"}, kAll};
 
 struct ChooserRow {
   Chooser chooser;
   ChooserKind kind;
   std::span<const FileFilter> filters;
-  std::string_view extension;  // with nothing to start from
+  std::string_view extension;   // with nothing to start from
+  const char* title = nullptr;  // null: as for all
 };
 
-constexpr std::array<ChooserRow, 8> kRows{{
+constexpr std::array<ChooserRow, 10> kRows{{
     {Chooser::Image, ChooserKind::Open, kAnyImage, "txt"},
     {Chooser::FlashFile, ChooserKind::Open, kFlashFile, "txt"},
     {Chooser::SymbolFile, ChooserKind::Open, kSymbolFile, "txt"},
@@ -43,6 +49,8 @@ constexpr std::array<ChooserRow, 8> kRows{{
     {Chooser::WatchSave, ChooserKind::SaveConfirming, kWatchFile, "CFG"},
     {Chooser::InputText, ChooserKind::Open, kTextFile, "txt"},
     {Chooser::OutputText, ChooserKind::SaveExisting, kTextFile, "txt"},
+    {Chooser::SaveMemory, ChooserKind::SaveConfirming, kSaveMemory, "s19", "Save memory as"},
+    {Chooser::CompareFile, ChooserKind::Open, kCompareFile, "s19", "Compare with file"},
 }};
 
 std::span<const FileFilter> ImageFilters(symbols::ToolChain tool_chain) {
@@ -69,6 +77,7 @@ FileChooser PrepareChooser(Chooser chooser, std::string_view start, symbols::Too
                            std::string_view current_directory) {
   const ChooserRow& row = kRows.at(static_cast<std::size_t>(chooser));
   FileChooser prepared;
+  if (row.title != nullptr) prepared.title = row.title;
   prepared.kind = row.kind;
   prepared.filters = chooser == Chooser::Image ? ImageFilters(tool_chain) : row.filters;
   if (start.empty()) {

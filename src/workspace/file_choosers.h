@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The eight choosers for files: what each offers and where it starts. The dialogs themselves are
+// The choosers for files: what each offers and where it starts. The dialogs themselves are
 // the front end's. Rests on file names and the tool chain, which decides what an image is called.
 #pragma once
 
@@ -21,6 +21,8 @@ enum class Chooser {
   WatchSave,
   InputText,
   OutputText,
+  SaveMemory,
+  CompareFile,
 };
 
 struct FileFilter {
@@ -36,9 +38,9 @@ enum class ChooserKind {
 
 // One chooser, ready to be shown. The file-name field starts empty.
 struct FileChooser {
-  static constexpr const char* kTitle = "Open a file";
   static constexpr std::size_t kMaxPathLength = 99;
 
+  const char* title = "Open a file";
   ChooserKind kind = ChooserKind::Open;
   std::span<const FileFilter> filters;  // the first is selected
   std::string start_directory;

@@ -5,7 +5,9 @@
 #include <QMessageBox>
 #include <QScrollBar>
 #include <QStatusBar>
+#include <QTreeWidget>
 
+#include "base/files.h"
 #include "base/text_number.h"
 #include "gui/data_window.h"
 #include "gui/desktop.h"
@@ -204,6 +206,62 @@ TEST_F(Block, ACopyOnALostLinkLeavesTheClipboardAlone) {
   Choose(commands::kCopyToClipboard);
   EXPECT_EQ(QGuiApplication::clipboard()->text(), "kept");
   EXPECT_EQ(window().windowTitle(), "No File Loaded");
+}
+
+TEST_F(Block, ASavedFileIsComparedAndADifferenceIsJumpedTo) {
+  Start();
+  const std::string path = (folder_ / "ram.bin").string();
+  const ByteList before = Peek(0x0100, 0x100);
+  Fill("SAVEMEMORY", {"1ff", "100"});
+  ChooseInDialog(path);
+  Choose(commands::kSaveMemory);
+  EXPECT_TRUE(Notice().startsWith("256 bytes from 0100 on were saved")) << qPrintable(Notice());
+  const std::string saved = base::ReadFile(path).text;
+  EXPECT_EQ(ByteList(saved.begin(), saved.end()), before);
+
+  const auto compare = [&] {
+    ChooseInDialog(path);
+    Fill("PLACEOFFILE", {"100"});
+    Choose(commands::kCompareFile);
+  };
+  QString text;
+  const auto read_message = [&text](QDialog& message) {
+    text = static_cast<QMessageBox&>(message).text();
+    message.accept();
+  };
+  OnDialog("message", read_message);
+  compare();
+  EXPECT_TRUE(text.startsWith("All 256 bytes of")) << qPrintable(text);
+
+  const auto other = static_cast<std::uint8_t>(before[0x55] ^ 0xFF);
+  session().simulated()->board().Load(0x0155, ByteList{other});
+  debugger().memory.DropAll();
+  compare();
+  auto* const dialog = window().findChild<QDialog*>("COMPARE");
+  ASSERT_NE(dialog, nullptr);
+  auto* const list = dialog->findChild<QTreeWidget*>("differences");
+  ASSERT_EQ(list->topLevelItemCount(), 1);
+  EXPECT_EQ(list->topLevelItem(0)->text(0), "0155");
+  EXPECT_EQ(list->topLevelItem(0)->text(2), Text(base::Format("%02x", other)));
+  QTest::keyClick(list, Qt::Key_Return);
+  EXPECT_TRUE(dialog->isVisible());
+  EXPECT_EQ(data().view().CursorCellAddress() & ~1U, 0x0154u) << "in a window of its own";
+  dialog->reject();
+
+  session().simulated()->SetFaultPlan(
+      {{.kind = simulator::FaultKind::CutLine, .at_host_byte = 100}});
+  OnDialog("message", read_message);
+  compare();
+  EXPECT_TRUE(text.contains("The target does not answer")) << qPrintable(text);
+  Reconnect();
+  session().simulated()->SetFaultPlan(
+      {{.kind = simulator::FaultKind::CutLine, .at_host_byte = 100}});
+  Fill("SAVEMEMORY", {"100", "1ff"});
+  ChooseInDialog(path + "2.s19");
+  OnDialog("message", read_message);
+  Choose(commands::kSaveMemory);
+  EXPECT_TRUE(text.contains("no file was written")) << qPrintable(text);
+  EXPECT_FALSE(std::filesystem::exists(path + "2.s19"));
 }
 
 TEST_F(Block, AScrollRangeHoldsForAllOpenWindows) {

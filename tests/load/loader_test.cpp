@@ -156,12 +156,13 @@ TEST(LoadImage, WritesTheResetVectorOfACmdFile) {
   EXPECT_EQ(bench.steps, "source a.cfg refresh ");
 }
 
-// The monitor cannot write flash: what the image has for it is compared, in full.
+// The monitor cannot write flash: what the image has for it is compared, in full, and what differs
+// is looked at twice.
 TEST(LoadImage, ComparesWhatLiesInFlash) {
   LoadBench bench;
   const std::string image = "S105FDFE1122CC S1060100556677C6";
   EXPECT_EQ(bench.Load("a.s19", image).outcome, LoadOutcome::Differs);
-  EXPECT_EQ(bench.Commands(), "R00FF w55 w66 w77 R0100 RFDFD r");
+  EXPECT_EQ(bench.Commands(), "R00FF w55 w66 w77 R0100 RFDFD r RFDFD r");
   EXPECT_NE(bench.user.TakeTexts().at(0).find("fdfe holds ff and not the image's 11: 2 of 2 bytes"),
             std::string::npos);
   bench.target.board().Load(0xFDFE, ByteList{0x11, 0x22});
