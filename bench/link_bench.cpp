@@ -11,6 +11,7 @@
 #include <filesystem>
 #include <vector>
 
+#include "command_costs.h"
 #include "control/run_control.h"
 #include "images/image.h"
 #include "link/monitor.h"
@@ -25,26 +26,16 @@ using namespace brevant;
 using SteadyClock = std::chrono::steady_clock;
 using Seconds = std::chrono::duration<double>;
 
-constexpr double kBaud = 9600;
-
-struct CommandCost {
-  std::uint8_t code;
-  int bytes;
-  int bits;  // shortest time on the wire
-};
-constexpr CommandCost kCommands[] = {{0x4A, 3, 91}, {0x49, 4, 92}, {0x1A, 1, 55},
-                                     {0x19, 2, 46}, {0x0C, 1, 55}, {0x28, 1, 23}};
-
 // Adds up what the commands that pass cost at least.
 class CountingPort final : public base::SerialPort, public base::Clock {
  public:
   explicit CountingPort(link::PortBackend backend) : backend_(std::move(backend)) {}
 
-  Seconds Minimum() const { return Seconds(bits_ / kBaud) + waited_; }
+  Seconds Minimum() const { return Seconds(costs_.seconds()) + waited_; }
   Seconds Taken() const { return SteadyClock::now() - start_; }
   // Takes what went before out of both.
   void Restart() {
-    bits_ = 0;
+    costs_.Clear();
     waited_ = {};
     start_ = SteadyClock::now();
   }
@@ -59,7 +50,7 @@ class CountingPort final : public base::SerialPort, public base::Clock {
   bool SetRts(bool high) override { return port().SetRts(high); }
   bool SetBreak(bool on) override { return port().SetBreak(on); }
   bool Write(base::Bytes bytes) override {
-    for (const std::uint8_t byte : bytes) Count(byte);
+    for (const std::uint8_t byte : bytes) costs_.Count(byte);
     return port().Write(bytes);
   }
   std::optional<std::size_t> Read(std::span<std::uint8_t> buffer,
@@ -77,20 +68,8 @@ class CountingPort final : public base::SerialPort, public base::Clock {
 
  private:
   base::SerialPort& port() { return *backend_.port; }
-  void Count(std::uint8_t byte) {
-    if (operands_left_ > 0) {
-      --operands_left_;
-      return;
-    }
-    const auto* command = std::ranges::find(kCommands, byte, &CommandCost::code);
-    if (command == std::ranges::end(kCommands)) return;
-    operands_left_ = command->bytes - 1;
-    bits_ += command->bits;
-  }
-
   link::PortBackend backend_;
-  int operands_left_ = 0;
-  double bits_ = 0;
+  CommandCosts costs_;
   Seconds waited_{};
   SteadyClock::time_point start_ = SteadyClock::now();
 };

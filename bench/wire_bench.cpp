@@ -3,15 +3,22 @@
 // line is the bottleneck of everything: at 9600 baud a byte and its echo take 2 ms.
 //
 // The engine, the registers and a program view of 20 lines on the simulated board with its demo
-// program in flash; then the same with a data view beside it.
+// program in flash; then the same with a data view beside it. At the end the time that flash takes
+// on a wire without a host's delays, and which part of it the commands themselves need.
 #include <chrono>
 #include <cstdio>
 #include <functional>
 #include <memory>
 #include <vector>
 
+#include "command_costs.h"
 #include "debugger/debugger.h"
+#include "flash/flash_commands.h"
+#include "flash/flash_image.h"
+#include "flash/flash_records.h"
 #include "images/image_file.h"
+#include "images/image_writer.h"
+#include "load/verify.h"
 #include "simulator/demo_firmware.h"
 #include "simulator/simulated_target.h"
 #include "views/data_view.h"
@@ -49,6 +56,31 @@ class Bench {
     program_views_.SetRange(views::ProgramScrollRange("FFFF"));
     program_ = program_views_.Open();
     program_->Resize(kLines * kLineHeight, kLineHeight);
+  }
+
+  void Flash() {
+    engine_.Start(debugger::OtherCodes::Try);
+    std::vector<std::uint8_t> code(0x7E00);
+    for (std::size_t i = 0; i < code.size(); ++i)
+      code[i] = static_cast<std::uint8_t>(i * 7 + i / 256);
+    images::Image whole, rebuilt;
+    target_.board().Load(0x8000, code);
+    whole.Put(0x8000, code);
+    Time("verify 32 KB", [&] {
+      load::Verify(
+          engine_.memory, whole, [](long, long) { return true; }, &engine_.crc);
+    });
+    Time("flash 32 KB that stand there", [&] { FlashImage(whole); });
+    code[0x1234] ^= 0x10;
+    rebuilt.Put(0x8000, code);
+    Time("flash them with one byte changed", [&] { FlashImage(rebuilt); });
+    target_.board().Load(0x9000, std::vector<std::uint8_t>(0x400, 0xFF));
+    const images::ImageFile file = flash::ParseFlashRecords(
+        images::SRecordText(0x9000, std::vector<std::uint8_t>(0x400, 0x5A)));
+    Time("program 1 KB", [&] {
+      flash::ProgramFlashFile(engine_.flash, "image.s19", file);
+      while (engine_.flash.running()) Tick();
+    });
   }
 
   void Run() {
@@ -115,6 +147,20 @@ class Bench {
     for (int i = 0; i < 100 && engine_.Busy(); ++i) Tick();
     Print(what);
   }
+  void FlashImage(const images::Image& image) {
+    flash::FlashImage(engine_.flash.surroundings(), engine_.crc).Run(image);
+  }
+  void Time(const char* what, const std::function<void()>& act) {
+    target_.board().ClearHostLog();
+    const std::int64_t before = target_.NowMs();
+    act();
+    const double taken = static_cast<double>(target_.NowMs() - before) / 1000;
+    CommandCosts costs;
+    for (const std::uint8_t byte : target_.board().host_log()) costs.Count(byte);
+    std::printf("%-34s %8.3f s  its commands %8.3f s  %.3f\n", what, taken, costs.seconds(),
+                costs.seconds() / taken);
+    target_.board().ClearHostLog();
+  }
   void Print(const char* what) {
     std::printf("%-28s %6zu\n", what, target_.board().host_log().size());
     target_.board().ClearHostLog();
@@ -144,4 +190,5 @@ class Bench {
 int main() {
   brevant::Bench bench;
   bench.Run();
+  brevant::Bench().Flash();
 }

@@ -77,6 +77,8 @@ inline constexpr SettingsKey kResetMacroFile{"config", "ResetMacrofn", SettingKi
 inline constexpr SettingsKey kEraseStart{"config", "EraseStart", SettingKind::HexString, "8000", 5};
 inline constexpr SettingsKey kEraseEnd{"config", "EraseEnd", SettingKind::HexString, "FFFF", 5};
 inline constexpr SettingsKey kProgramFile{"config", "FEEPfilename", SettingKind::String, "", 200};
+// 0 programs also what stands in flash already.
+inline constexpr SettingsKey kSkipSame{"config", "FlashSkipSame", SettingKind::Integer, "1", 0};
 inline constexpr SettingsKey kProgramLocationAddress{"config", "pladdr", SettingKind::HexString, "",
                                                      5};
 inline constexpr SettingsKey kProgramLocationBytes{"config", "plcontent", SettingKind::String, "",

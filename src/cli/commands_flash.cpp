@@ -12,6 +12,7 @@
 #include "cli/shown_progress.h"
 #include "devices/hc08.h"
 #include "flash/flash_commands.h"
+#include "flash/flash_image.h"
 #include "flash/flash_records.h"
 #include "flash/verdicts.h"
 #include "images/image_file.h"
@@ -21,13 +22,9 @@
 namespace brevant::cli {
 namespace {
 
-// The end of the flash job.
-Result AwaitFlash(Session& session, bool started) {
-  const flash::FlashStatus& status = session.debugger().flash.status();
-  if (started) {
-    session.WaitForFlash([&status] { return status.bytes_programmed; });
-  }
-  switch (status.outcome) {
+// What a job or a whole image has come to.
+Result Ended(flash::FlashOutcome outcome) {
+  switch (outcome) {
     case flash::FlashOutcome::Done:
       return {};
     case flash::FlashOutcome::NotErased:
@@ -49,25 +46,23 @@ Result AwaitFlash(Session& session, bool started) {
   return Failure(ExitStatus::Failed, "nothing was done");
 }
 
-// How a byte that was programmed can have come out wrong.
-std::string_view Diagnosis(std::uint8_t expected, std::uint8_t found) {
-  if ((expected & ~found) != 0) return "it was not erased before";
-  if (found == 0xFF) return "nothing arrived there: the byte went to a wrong place";
-  return "bits were left unprogrammed";
+// The end of the flash job.
+Result AwaitFlash(Session& session, bool started) {
+  const flash::FlashStatus& status = session.debugger().flash.status();
+  if (started) session.WaitForFlash([&status] { return status.bytes_programmed; });
+  return Ended(status.outcome);
 }
 
-Result Compared(const load::VerifyResult& verified) {
+Result Compared(Session& session, const load::VerifyResult& verified) {
   if (verified.outcome == load::VerifyOutcome::LinkLost) return LinkLost();
   if (verified.outcome == load::VerifyOutcome::Cancelled) {
     return Interruption(fmt::format(" after {} bytes were found as programmed", verified.compared));
   }
   if (!verified.first) return {};
   const load::Difference& first = *verified.first;
-  Result result = Failure(
-      ExitStatus::VerifyDiffers,
-      fmt::format("{} of {} bytes differ, the first at {:04x}: expected {:02x}, found {:02x}: {}",
-                  verified.different, verified.compared, first.address, first.expected, first.found,
-                  Diagnosis(first.expected, first.found)));
+  Result result = Failure(ExitStatus::VerifyDiffers,
+                          flash::DifferenceText(session.debugger().memory,
+                                                {verified.different, verified.compared, first}));
   result.fields["address"] = fmt::format("{:04x}", first.address);
   return result;
 }
@@ -79,7 +74,7 @@ Result VerifyFlash(Session& session, const images::Image& image) {
   }
   ShownProgress progress(session.ui(), "Verifying");
   return Compared(
-      load::Verify(session.debugger().memory, image, progress, &session.debugger().crc));
+      session, load::Verify(session.debugger().memory, image, progress, &session.debugger().crc));
 }
 
 Result Programmed(Session& session, Result result, const images::Image& image, bool verify) {
@@ -91,18 +86,24 @@ Result Programmed(Session& session, Result result, const images::Image& image, b
     result = std::move(verified);
   }
   if (!result.ok()) return result;
-  const long programmed = session.debugger().flash.status().bytes_programmed;
-  result.text = fmt::format("programmed {} bytes\n", programmed);
-  result.fields = {{"programmed", programmed}, {"verified", verify}};
+  const flash::FlashStatus& status = session.debugger().flash.status();
+  result.text = flash::ProgrammedText(status) + '\n';
+  result.fields = {{"programmed", status.bytes_programmed},
+                   {"spared", status.bytes_spared},
+                   {"verified", verify}};
   return result;
 }
 
-// Names what was erased: whole pages, whatever the range was.
-Result Erased(Result result, std::span<const devices::MemoryRange> erased) {
+void AddErased(Result& result, std::span<const devices::MemoryRange> erased) {
   for (const devices::MemoryRange& range : erased) {
     result.fields["erased"].push_back(
         {{"from", fmt::format("{:04x}", range.first)}, {"to", fmt::format("{:04x}", range.last)}});
   }
+}
+
+// Names what was erased: whole pages, whatever the range was.
+Result Erased(Result result, std::span<const devices::MemoryRange> erased) {
+  AddErased(result, erased);
   if (!erased.empty()) result.text = flash::ErasedText(erased) + '\n' + result.text;
   return result;
 }
@@ -142,6 +143,37 @@ Result Erase(Session& session, const ParsedArguments& arguments) {
   return Erased(session, std::move(result));
 }
 
+void TellFindings(Session& session, const images::Image& image) {
+  const debugger::Debugger& debugger = session.debugger();
+  for (const load::Finding& finding :
+       load::CheckImage(image, debugger.memory.device(), debugger.security.accepted())) {
+    finding.prevents() ? session.ui().Warn(finding.text) : session.ui().Notice(finding.text);
+  }
+}
+
+Result FlashFile(Session& session, const ParsedArguments& arguments) {
+  const std::string& path = arguments.Text(0);
+  const images::ImageFile file = images::ReadImageFile(path);
+  const images::Image image = file.ToImage();
+  debugger::Debugger& debugger = session.debugger();
+  if (!flash::FitsFlash(debugger.flash, path, file)) {
+    return Failure(file.report.ok() ? ExitStatus::Failed : ExitStatus::File, "nothing was done");
+  }
+  if (image.empty()) return Failure(ExitStatus::File, fmt::format("{} holds no image", path));
+  TellFindings(session, image);
+  flash::FlashImage flash(debugger.flash.surroundings(), debugger.crc);
+  const flash::FlashImageResult flashed = flash.Run(image);
+  Result result = Ended(flashed.outcome);
+  if (!result.ok()) return result;
+  result.fields = {{"bytes", flashed.bytes}, {"spared", flashed.spared},
+                   {"pages", flashed.pages}, {"pages_spared", flashed.pages_spared},
+                   {"kept", flashed.kept},   {"programmed", flashed.programmed},
+                   {"verified", true}};
+  AddErased(result, flashed.erased);
+  for (const std::string& line : flash::FlashImageText(flashed)) result.text += line + '\n';
+  return result;
+}
+
 Result Program(Session& session, const ParsedArguments& arguments) {
   const std::string& path = arguments.Text(0);
   const base::FileText file = base::ReadFile(path);
@@ -167,15 +199,12 @@ Result Program(Session& session, const ParsedArguments& arguments) {
   if (!flash::FitsFlash(flash, path, records)) {
     return Failure(ExitStatus::Failed, "nothing was programmed");
   }
-  const debugger::Debugger& debugger = session.debugger();
-  for (const load::Finding& finding :
-       load::CheckImage(image, debugger.memory.device(), debugger.security.accepted())) {
-    finding.prevents() ? session.ui().Warn(finding.text) : session.ui().Notice(finding.text);
-  }
+  TellFindings(session, image);
   std::vector<devices::MemoryRange> erased;
   Result result = arguments.HasFlag("--erase") ? EraseFor(session, records, erased) : Result{};
   if (result.ok()) {
-    result = AwaitFlash(session, flash::ProgramFlashFile(flash, path, records));
+    result =
+        AwaitFlash(session, flash::ProgramFlashFile(flash, path, records, &session.debugger().crc));
     result = Programmed(session, std::move(result), image, !arguments.HasFlag("noverify"));
   }
   return Erased(std::move(result), erased);
@@ -211,6 +240,11 @@ constexpr Command kRows[] = {
      kStopped,
      Program,
      "program an image into flash; --erase erases the pages that it needs"},
+    {"flash",
+     {File("FILE")},
+     kStopped,
+     FlashFile,
+     "bring flash to an image: erases and programs only what differs, and verifies"},
     {"program-bytes",
      {Address("ADDR"), Bytes("BYTE")},
      kStopped,

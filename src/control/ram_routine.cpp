@@ -32,15 +32,23 @@ bool RamRoutine::Begin(Address place, std::size_t bytes) {
 }
 
 bool RamRoutine::Run(base::Bytes routine, std::size_t swi, int max_polls) {
+  return WriteAndRun(0, routine, swi, max_polls);
+}
+
+bool RamRoutine::RunAgain(std::size_t at, base::Bytes bytes, std::size_t swi, int max_polls) {
+  return WriteAndRun(at, bytes, swi, max_polls);
+}
+
+bool RamRoutine::WriteAndRun(std::size_t at, base::Bytes bytes, std::size_t swi, int max_polls) {
   // Counted, not taken: what the line has damaged before is for those to tell who were at it.
   const long damage = memory_.damage();
-  if (memory_.WriteAndLook(place_, routine)) return false;
+  if (memory_.WriteAndLook(place_ + static_cast<Address>(at), bytes)) return false;
   // The program's interrupts must not come in between.
   if ((frame_.CCR & kCcrI) == 0) frame_.WriteCCR(frame_.CCR | kCcrI);
   frame_.WriteProgramCounter(place_);
   if (memory_.LinkError()) return false;
   const RegisterFrame::StackInUse stack = frame_.stack_in_use();
-  memory_.RunTarget(std::array{memory::Range{place_, static_cast<Address>(routine.size())},
+  memory_.RunTarget(std::array{memory::Range{place_, static_cast<Address>(borrowed_.size())},
                                memory::Range{stack.first, stack.last - stack.first + 1}});
   if (!AwaitBreak(max_polls) || !frame_.ReadRegisters()) return false;
   // A routine that ended elsewhere has done something else.

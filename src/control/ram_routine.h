@@ -31,10 +31,13 @@ class RamRoutine {
   // until it executes the SWI at that offset; A and H:X of the frame then hold its results. A poll
   // takes 0.11 s. False when it did not come back from there, or the line has damaged a byte.
   bool Run(base::Bytes routine, std::size_t swi, int max_polls);
+  // Once more, after it was Run, with other bytes from that offset on.
+  bool RunAgain(std::size_t at, base::Bytes bytes, std::size_t swi, int max_polls);
   // Of a target that is in its monitor. False when the link failed.
   bool End();
 
  private:
+  bool WriteAndRun(std::size_t at, base::Bytes bytes, std::size_t swi, int max_polls);
   bool AwaitBreak(int max_polls);
 
   memory::Memory& memory_;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "control/target_crc.h"
 
+#include <algorithm>
 #include <array>
 
 #include "devices/device.h"
@@ -10,10 +11,11 @@ namespace {
 
 using base::Address;
 
-// "h", "l" and "t" are direct addresses of the three bytes at the end, "first" and "end" operands.
-// The CRC comes back in A (high) and X (low), and H still holds the high byte of the end.
-constexpr std::array<std::uint8_t, 56> kRoutine{
-    0x45, 0,    0,     //        LDHX #first
+// The operands are direct addresses of the seven bytes at the end, which the first six are put into
+// for each stretch. The CRC comes back in A (high) and X (low), and H still holds the high byte of
+// the end.
+constexpr std::array<std::uint8_t, 58> kRoutine{
+    0x55, 0,           //        LDHX first
     0xF6,              // again  LDA  ,X
     0xB8, 0,           //        EOR  h
     0xB7, 0,           //        STA  t
@@ -36,52 +38,68 @@ constexpr std::array<std::uint8_t, 56> kRoutine{
     0xB8, 0,           //        EOR  t
     0xB7, 0,           //        STA  l      x << 5 ^ x
     0xAF, 0x01,        //        AIX  #1
-    0x65, 0,    0,     //        CPHX #end
-    0x26, 0xD3,        //        BNE  again
+    0x75, 0,           //        CPHX end
+    0x26, 0xD4,        //        BNE  again
     0xBE, 0,           //        LDX  l
     0xB6, 0,           //        LDA  h
     0x83,              //        SWI
-    0xFF, 0xFF, 0,     // h, l, t
 };
-constexpr std::size_t kSwi = 52, kH = 53, kL = 54, kT = 55;
-constexpr std::size_t kFirst = 1, kEnd = 44;
-// Offsets of the operands that are direct addresses.
-constexpr std::size_t kUsesH[] = {5, 21, 28, 30, 51}, kUsesL[] = {19, 40, 49},
-                      kUsesT[] = {7, 12, 14, 23, 32, 38};
-constexpr double kBytesPerPoll = 4000;  // 64 cycles a byte, 2.4576 MHz, 0.11 s
+constexpr std::size_t kSwi = 50, kFirst = 51, kEnd = 53, kH = 55, kL = 56, kT = 57;
+// Which byte each of the operands means.
+struct Operand {
+  std::size_t at, variable;
+};
+constexpr Operand kOperands[] = {{1, kFirst}, {4, kH},    {6, kT},  {11, kT}, {13, kT}, {18, kL},
+                                 {20, kH},    {22, kT},   {27, kH}, {29, kH}, {31, kT}, {37, kT},
+                                 {39, kL},    {43, kEnd}, {47, kL}, {49, kH}};
+constexpr double kBytesPerPoll = 4000;  // 65 cycles a byte, 2.4576 MHz, 0.11 s
 constexpr int kSparePolls = 10;         // a bus of half that speed, and more
 
 }  // namespace
 
-std::optional<std::uint16_t> TargetCrc::Of(Address first, std::size_t count) {
+bool TargetCrc::IsFlash(Address first, std::size_t count) const {
   const auto size = static_cast<Address>(count);
-  if (count == 0 || devices::FirstOutsideFlash(memory_.device(), first, size)) return std::nullopt;
+  return count > 0 && !devices::FirstOutsideFlash(memory_.device(), first, size);
+}
+
+std::optional<std::uint16_t> TargetCrc::Of(Address first, std::size_t count) {
+  if (!IsFlash(first, count) || !Begin()) return std::nullopt;
+  const auto crc = Next(first, count);
+  return End() ? crc : std::nullopt;
+}
+
+bool TargetCrc::Begin() {
   const auto place = routine_.FindPlace(kRoutine.size());
-  if (!place) return std::nullopt;
+  if (!place) return false;
+  place_ = *place;
+  written_ = false;
+  return routine_.Begin(place_, kRoutine.size());
+}
 
-  auto routine = kRoutine;
-  const auto put = [&](std::size_t at, Address value) {
-    routine[at] = base::HighByte(value);
-    routine[at + 1] = base::LowByte(value);
-  };
-  const Address end = base::Low16(first + size);
-  put(kFirst, first);
-  put(kEnd, end);
-  const auto point = [&](std::span<const std::size_t> uses, std::size_t variable) {
-    for (const std::size_t at : uses) {
-      routine[at] = base::LowByte(*place + static_cast<Address>(variable));
-    }
-  };
-  point(kUsesH, kH);
-  point(kUsesL, kL);
-  point(kUsesT, kT);
-
-  if (!routine_.Begin(*place, routine.size())) return std::nullopt;
+std::optional<std::uint16_t> TargetCrc::Next(Address first, std::size_t count) {
+  if (!IsFlash(first, count)) return std::nullopt;
+  const Address end = base::Low16(first + static_cast<Address>(count));
+  const std::array<std::uint8_t, kT - kFirst> stretch{base::HighByte(first),
+                                                      base::LowByte(first),
+                                                      base::HighByte(end),
+                                                      base::LowByte(end),
+                                                      0xFF,
+                                                      0xFF};
   const int polls = kSparePolls + static_cast<int>(2 * static_cast<double>(count) / kBytesPerPoll);
-  const bool ran = routine_.Run(routine, kSwi, polls);
-  const std::uint32_t a = frame_.A, hx = frame_.HX;
-  if (!routine_.End() || !ran || base::HighByte(hx) != base::HighByte(end)) return std::nullopt;
-  return static_cast<std::uint16_t>(base::Word(base::LowByte(a), base::LowByte(hx)));
+  const bool ran =
+      written_ ? routine_.RunAgain(kFirst, stretch, kSwi, polls) : RunFirst(stretch, polls);
+  if (!ran || base::HighByte(frame_.HX) != base::HighByte(end)) return std::nullopt;
+  return static_cast<std::uint16_t>(base::Word(base::LowByte(frame_.A), base::LowByte(frame_.HX)));
+}
+
+bool TargetCrc::RunFirst(base::Bytes stretch, int polls) {
+  auto routine = kRoutine;
+  for (const auto& [at, variable] : kOperands) {
+    routine[at] = base::LowByte(place_ + static_cast<Address>(variable));
+  }
+  std::ranges::copy(stretch, routine.begin() + kFirst);
+  written_ = true;
+  return routine_.Run(routine, kSwi, polls);
 }
 
 }  // namespace brevant::control

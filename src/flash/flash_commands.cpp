@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "devices/hc08.h"
+#include "flash/flash_compare.h"
 #include "flash/flash_records.h"
 
 namespace brevant::flash {
@@ -14,6 +15,7 @@ namespace {
 
 constexpr std::uint8_t kBlank = 0xFF;
 constexpr std::uint32_t kBlankWord = 0xFFFF;
+constexpr const char* kComparing = "Comparing flash with the file...";
 
 bool RefuseSaying(FlashJob& job, const base::Message& why) {
   job.surroundings().ui.ShowMessage(why);
@@ -75,6 +77,35 @@ bool StartErase(FlashJob& job, FlashPlan plan) {
 // What it was loaded for is about to go.
 void DropDebugInfo(FlashJob& job) {
   job.surroundings().debug_info.DebugInfoLoaded = false;
+}
+
+// What flash holds where the image is.
+images::Image InFlash(memory::Memory& memory, const images::Image& image,
+                      const std::vector<PagePart>& parts) {
+  images::Image found;
+  for (const PagePart& part : parts) {
+    std::vector<std::uint8_t> bytes(part.count, kBlank);
+    if (part.holds == Holds::Other) memory.AskChecked(bytes, part.first);
+    for (std::size_t i = 0; i < bytes.size() && part.holds == Holds::TheImage; ++i) {
+      bytes[i] = image.At(part.first + static_cast<base::Address>(i)).value_or(kBlank);
+    }
+    found.Put(part.first, bytes);
+  }
+  return found;
+}
+
+// False when the user has cancelled. What the target cannot tell is programmed.
+bool SpareWhatStands(const FlashSurroundings& with, control::TargetCrc& crc,
+                     const images::Image& image, FlashPlan& plan) {
+  with.ui.BeginProgress(plan.task->progress_title, kComparing, true);
+  const Comparison found = CompareWithFlash(
+      crc, with.memory.device().flash, image,
+      [&](long done, long total) { return with.ui.UpdateProgress(kComparing, done, total); });
+  with.ui.EndProgress();
+  if (found.end == Comparison::End::Complete && !with.memory.LinkError()) {
+    SpareBlocks(plan, InFlash(with.memory, image, found.parts));
+  }
+  return found.end != Comparison::End::Cancelled;
 }
 
 }  // namespace
@@ -150,7 +181,8 @@ bool FitsFlash(FlashJob& job, const std::string& path, const images::ImageFile& 
   return true;
 }
 
-bool ProgramFlashFile(FlashJob& job, const std::string& path, const images::ImageFile& file) {
+bool ProgramFlashFile(FlashJob& job, const std::string& path, const images::ImageFile& file,
+                      control::TargetCrc* crc) {
   DropDebugInfo(job);
   if (!FitsFlash(job, path, file)) return false;
   const devices::Device& device = job.surroundings().memory.device();
@@ -158,7 +190,13 @@ bool ProgramFlashFile(FlashJob& job, const std::string& path, const images::Imag
   if (settings.String(base::keys::kProgramFile) != path) {
     settings.Store(base::keys::kProgramFile, path);
   }
-  return job.Start(PlanFile(device.flash, file, path));
+  FlashPlan plan = PlanFile(device.flash, file, path);
+  const bool spares = crc != nullptr && settings.Integer(base::keys::kSkipSame) != 0;
+  if (spares && job.surroundings().security.passed() &&
+      !SpareWhatStands(job.surroundings(), *crc, file.ToImage(), plan)) {
+    return job.Refuse();
+  }
+  return job.Start(std::move(plan));
 }
 
 }  // namespace brevant::flash

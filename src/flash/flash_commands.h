@@ -6,6 +6,7 @@
 #include <string>
 
 #include "base/address.h"
+#include "control/target_crc.h"
 #include "flash/flash_job.h"
 #include "images/image_file.h"
 
@@ -26,7 +27,9 @@ bool ProgramFlashLocations(FlashJob& job, base::Address address, base::Bytes byt
 bool FitsFlash(FlashJob& job, const std::string& path, const images::ImageFile& file);
 // Stores the name of a file that could be read.
 bool ProgramFlashFile(FlashJob& job, const std::string& path);
-// The same for who has read it already; ParseFlashRecords has to have parsed it.
-bool ProgramFlashFile(FlashJob& job, const std::string& path, const images::ImageFile& file);
+// The same for who has read it already; ParseFlashRecords has to have parsed it. With crc, what
+// stands in flash already is left alone, unless the settings say otherwise or flash cannot be read.
+bool ProgramFlashFile(FlashJob& job, const std::string& path, const images::ImageFile& file,
+                      control::TargetCrc* crc = nullptr);
 
 }  // namespace brevant::flash

@@ -6,22 +6,20 @@
 
 #include "base/text_format.h"
 #include "devices/hc08.h"
+#include "flash/verdicts.h"
 
 namespace brevant::flash {
 namespace {
 
-constexpr int kMaxPolls = 100;
-// A poll waits 0.11 s; the longest routine, which erases 256 pages, takes 0.4 s.
-constexpr int kRoutinePolls = 20;
 // Of places that a cancelled job did not get to; each costs a fifth of a second.
 constexpr std::size_t kMostLookedAt = 16;
-constexpr const char* kBlockText = "Programming flash EEPROM\nlocation from %04x to %04x";
 
 }  // namespace
 
 FlashJob::FlashJob(const FlashSurroundings& surroundings)
     : with_(surroundings),
       driver_(surroundings.memory, surroundings.frame),
+      runner_(surroundings.memory, surroundings.link, surroundings.security),
       blank_check_(surroundings.memory, surroundings.link, surroundings.frame) {}
 
 bool FlashJob::Refuse() {
@@ -35,7 +33,7 @@ bool FlashJob::Start(FlashPlan plan) {
   code_before_ = with_.security.accepted();
   plan_ = std::move(plan);
   next_ = 0;
-  status_ = {FlashOutcome::Running, 0, plan_.bytes(), plan_.to_erase, std::nullopt};
+  status_ = {FlashOutcome::Running, 0, plan_.bytes(), plan_.spared, plan_.to_erase, std::nullopt};
   const FlashTask& task = *plan_.task;
   progress_text_ = task.progress_text;
   const bool awaited_by_timer = task.records_per_tick == 0;
@@ -55,17 +53,12 @@ bool FlashJob::Start(FlashPlan plan) {
 }
 
 bool FlashJob::LetRun() {
-  if (const auto damaged = with_.memory.TakeDamage()) {
-    Fail(ToMessage(messages::kLineDamaged, *damaged, status_.bytes_programmed));
-    with_.reset_target();
-    return false;
-  }
-  if (plan_.erases_security) with_.security.Forget();
-  if (next_ < plan_.blocks.size()) {
-    with_.security.Doubt(plan_.blocks[next_].address, plan_.blocks[next_].bytes.size());
-  }
-  with_.memory.RunTarget();
-  return true;
+  const FlashBlock* const block = next_ < plan_.blocks.size() ? &plan_.blocks[next_] : nullptr;
+  const auto damaged = runner_.LetRun(plan_, block);
+  if (!damaged) return true;
+  Fail(ToMessage(messages::kLineDamaged, *damaged, status_.bytes_programmed));
+  with_.reset_target();
+  return false;
 }
 
 void FlashJob::Advance() {
@@ -110,7 +103,7 @@ bool FlashJob::RanAsSent() {
 bool FlashJob::TakeBlock() {
   if (!RanAsSent()) return false;
   const FlashBlock& block = plan_.blocks[next_++];
-  with_.security.Programmed(block.address, block.bytes);
+  runner_.Programmed(block);
   status_.bytes_programmed += static_cast<long>(block.bytes.size());
   return true;
 }
@@ -132,22 +125,13 @@ void FlashJob::ProgramRecords() {
 bool FlashJob::ProgramBlockAtOnce() {
   const FlashBlock& block = plan_.blocks[next_];
   driver_.SendBlock(block);
-  progress_text_ = base::Format(kBlockText, block.address, block.end());
+  progress_text_ = BlockText(block);
   if (!ShowProgress()) Cancel();
   // Windows that repaint may also have let a reset through.
   if (!running()) return false;
   if (!LetRun()) return false;
-  AwaitBreakAtOnce();
+  runner_.AwaitBlock();
   return TakeBlock();
-}
-
-void FlashJob::AwaitBreakAtOnce() {
-  // A stray byte before the break byte would be taken for an echo, and shift every one after it.
-  int poll = with_.link.PollBreak();
-  for (int polls = 1; poll != 0 && poll != link::MonitorLink::kNoByte && polls < kMaxPolls;
-       ++polls) {
-    poll = with_.link.PollBreak();
-  }
 }
 
 bool FlashJob::ShowProgress() {
@@ -169,13 +153,9 @@ base::Address FlashJob::CurrentAddress() const {
 }
 
 bool FlashJob::AwaitRoutine() {
-  for (int polls = 0; polls < kRoutinePolls; ++polls) {
-    if (with_.link.PollBreak() == 0) {
-      with_.activity.BreakSeen();
-      return true;
-    }
-  }
-  return false;
+  if (!runner_.AwaitEnd()) return false;
+  with_.activity.BreakSeen();
+  return true;
 }
 
 void FlashJob::Cancel() {
@@ -239,12 +219,7 @@ void FlashJob::Finish(FlashOutcome outcome) {
 }
 
 void FlashJob::ResetAndKeepCode() {
-  with_.reset_target();
-  const auto code = with_.security.accepted();
-  if (!with_.security.passed() || !code || code == code_before_) return;
-  const bool kept = with_.security.Remember(*code) || with_.security.Recent(0) == *code;
-  with_.ui.ShowMessage(ToMessage(kept ? messages::kCodeChanged : messages::kCodeChangedNotKept,
-                                 link::FormatSecurityCode(*code)));
+  flash::ResetAndKeepCode(with_.reset_target, with_.security, code_before_, with_.ui);
 }
 
 // Flash can be looked at before the reset if the target lets it be read; a part that was locked
@@ -265,7 +240,7 @@ void FlashJob::ResetAndSayWhatIsErased() {
     with_.ui.ShowMessage(ToMessage(messages::kEraseNotSeen));
   } else if (!status_.blank->blank()) {
     status_.outcome = FlashOutcome::NotErased;
-    with_.ui.ShowMessage(NotErasedMessage());
+    with_.ui.ShowMessage(NotErasedMessage(with_.memory.device().flash, *status_.blank));
   } else {
     status_.outcome = FlashOutcome::Done;
   }
@@ -284,33 +259,11 @@ void FlashJob::LookForBlank() {
   status_.blank = blank_check_.Look(status_.to_erase);
 }
 
-// The erase has taken it with its page, and the oscillator needs it.
 void FlashJob::WriteTrimBack() {
   if (!plan_.trim) return;
   const base::Address at = with_.memory.device().flash.trim;
-  const FlashPlan plan =
-      PlanLocations(with_.memory.device().flash, at, base::Bytes(&*plan_.trim, 1));
-  driver_.Prepare(plan);
-  bool failed = with_.memory.TakeDamage().has_value();
-  if (!failed) {
-    with_.memory.RunTarget();
-    AwaitBreakAtOnce();
-    failed = driver_.VerifyFailed() || with_.memory.LinkError();
-  }
-  if (failed) with_.ui.ShowMessage(ToMessage(messages::kTrimNotWritten, at, *plan_.trim));
-}
-
-base::Message FlashJob::NotErasedMessage() {
-  const devices::FlashGeometry& flash = with_.memory.device().flash;
-  std::string pages;
-  for (const base::Address used : status_.blank->used) {
-    const base::Address page = used & ~flash.page_mask();
-    pages += base::Format("%04x-%04x, from %04x on\n", page, page + flash.page_mask(), used);
-  }
-  if (status_.blank->cut_short) pages += "and perhaps more behind\n";
-  const bool protect_page =
-      (status_.blank->used.back() & ~flash.page_mask()) == (flash.flbpr & ~flash.page_mask());
-  return ToMessage(protect_page ? messages::kProtectPageNotErased : messages::kNotErased, pages);
+  if (runner_.WriteTrim(driver_, *plan_.trim)) return;
+  with_.ui.ShowMessage(ToMessage(messages::kTrimNotWritten, at, *plan_.trim));
 }
 
 void FlashJob::Fail(const base::Message& message) {

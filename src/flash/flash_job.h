@@ -17,6 +17,7 @@
 #include "flash/blank_check.h"
 #include "flash/flash_driver.h"
 #include "flash/flash_plan.h"
+#include "flash/flash_runner.h"
 #include "link/monitor_link.h"
 #include "link/security_keeper.h"
 #include "memory/memory.h"
@@ -53,7 +54,8 @@ enum class FlashOutcome {
 struct FlashStatus {
   FlashOutcome outcome = FlashOutcome::None;
   long bytes_programmed = 0;  // and verified
-  long bytes_total = 0;       // known from the start; 0 for erasing
+  long bytes_total = 0;       // to be programmed, known from the start; 0 for erasing
+  long bytes_spared = 0;      // of a file: they stood in flash already
   // What an erase was to make blank: the flash in the pages that it covers.
   std::vector<devices::MemoryRange> to_erase{};
   // What a look at it has shown; of a program job that was cancelled, at the places that it did not
@@ -96,7 +98,6 @@ class FlashJob final : public control::Operation {
   void SendNextBlock();
   void ProgramRecords();
   bool ProgramBlockAtOnce();
-  void AwaitBreakAtOnce();
   // False once the user has asked to cancel.
   bool ShowProgress();
   base::Address CurrentAddress() const;
@@ -107,18 +108,17 @@ class FlashJob final : public control::Operation {
   bool AwaitRoutine();
   void SayWhatIsProgrammed();
   std::vector<devices::MemoryRange> RestOfPlan() const;
-  // Resets, and keeps the code that the part now asks for.
   void ResetAndKeepCode();
   bool SecurityCodeIsBlank() const;
   void LookForBlank();
   void WriteTrimBack();
-  base::Message NotErasedMessage();
   void Finish(FlashOutcome outcome);
   void Fail(const base::Message& message);
   void End(FlashOutcome outcome);
 
   FlashSurroundings with_;
   FlashDriver driver_;
+  FlashRunner runner_;
   BlankCheck blank_check_;
   FlashStatus status_;
   FlashPlan plan_;

@@ -9,6 +9,7 @@ namespace brevant::flash {
 namespace {
 
 constexpr int kMaxPages = 256;
+constexpr std::uint8_t kBlank = 0xFF;
 constexpr std::array kIrqVectorContent{base::HighByte(devices::kIrqStopRoutine),
                                        base::LowByte(devices::kIrqStopRoutine)};
 
@@ -22,6 +23,12 @@ void AddRecord(const devices::FlashGeometry& flash, base::Address address, base:
                       .bytes = {block.begin(), block.end()},
                       .ends_record = bytes.empty()});
     address = blocks.back().end();
+  }
+}
+
+void JoinBlocks(std::vector<FlashBlock>& blocks) {
+  for (std::size_t i = 1; i < blocks.size(); ++i) {
+    blocks[i].continues = blocks[i].address == blocks[i - 1].end();
   }
 }
 
@@ -114,9 +121,31 @@ FlashPlan PlanFile(const devices::FlashGeometry& flash, const images::ImageFile&
   for (const images::ImageRecord& record : file.records) {
     AddRecord(flash, record.address, record.bytes, plan.blocks);
   }
-  for (std::size_t i = 1; i < plan.blocks.size(); ++i) {
-    plan.blocks[i].continues = plan.blocks[i].address == plan.blocks[i - 1].end();
+  JoinBlocks(plan.blocks);
+  return plan;
+}
+
+void SpareBlocks(FlashPlan& plan, const images::Image& in_flash) {
+  const long all = plan.bytes();
+  std::erase_if(plan.blocks, [&in_flash](const FlashBlock& block) {
+    base::Address at = block.address;
+    return std::ranges::all_of(
+        block.bytes, [&](std::uint8_t byte) { return in_flash.At(base::Low16(at++)) == byte; });
+  });
+  plan.spared = all - plan.bytes();
+  for (FlashBlock& block : plan.blocks) block.continues = false;
+  JoinBlocks(plan.blocks);
+}
+
+FlashPlan PlanImage(const devices::FlashGeometry& flash, const images::Image& image) {
+  FlashPlan plan{.task = &tasks::kFile};
+  for (const images::Block& run : image.Blocks()) {
+    AddRecord(flash, run.address, run.bytes, plan.blocks);
   }
+  std::erase_if(plan.blocks, [](const FlashBlock& block) {
+    return std::ranges::count(block.bytes, kBlank) == std::ssize(block.bytes);
+  });
+  JoinBlocks(plan.blocks);
   return plan;
 }
 

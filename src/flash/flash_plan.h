@@ -53,6 +53,7 @@ struct FlashPlan {
   std::vector<devices::MemoryRange> to_erase{};  // the flash in the pages that an erase covers
   std::optional<std::uint8_t> trim{};            // to be written back behind the erase
   std::vector<base::Message> remarks{};          // to be told at the end
+  long spared = 0;                               // bytes of blocks that stood in flash already
 
   long bytes() const;
 };
@@ -72,5 +73,9 @@ FlashPlan PlanLocations(const devices::FlashGeometry& flash, base::Address addre
 // The data records in file order, also where they overlap. The path is for the remark.
 FlashPlan PlanFile(const devices::FlashGeometry& flash, const images::ImageFile& file,
                    const std::string& path);
+// Drops the blocks of a file that stand in flash already; in_flash may hold less than flash does.
+void SpareBlocks(FlashPlan& plan, const images::Image& in_flash);
+// Every run of an image, without the blocks that a blank array holds already.
+FlashPlan PlanImage(const devices::FlashGeometry& flash, const images::Image& image);
 
 }  // namespace brevant::flash

@@ -133,6 +133,36 @@ inline constexpr MessageText kLinkLostWhileProgramming{
     "the file again: no byte may be programmed twice without an erase in between.",
     base::captions::kInformation, Icon::Warning};
 
+// Of Flash image. Two of them end with how far it came.
+inline constexpr MessageText kImageNotCompared{
+    "flash.image-not-compared", Severity::Error,
+    "Flash could not be compared with the image, and nothing was done: the target does not let "
+    "its\n"
+    "flash be read, or did not answer. A mass erase opens a part whose security code is not known.",
+    base::captions::kError, Icon::Error};
+inline constexpr MessageText kImageInProtectPage{
+    "flash.image-in-protect-page", Severity::Error,
+    "The image differs in the page of the block protect register (%04x to %04x), which is erased "
+    "by "
+    "a\nmass erase only. Nothing was done.",
+    base::captions::kError, Icon::Error};
+inline constexpr MessageText kKeptNotRead{"flash.kept-not-read", Severity::Error,
+                                          "The line is too noisy to tell what stands at %04x, "
+                                          "which shares a page with the image and would"
+                                          "\nbe lost. Nothing was erased or programmed.",
+                                          base::captions::kError, Icon::Error};
+inline constexpr MessageText kImageWrong{"flash.image-wrong", Severity::Error,
+                                         "Flash does not hold the image: %s.",
+                                         base::captions::kError, Icon::Error};
+inline constexpr MessageText kImageCancelled{"flash.image-cancelled", Severity::Warning,
+                                             "Flash image was cancelled.\n%s",
+                                             base::captions::kForYourInformation, Icon::Warning};
+inline constexpr MessageText kImageLinkLost{
+    "flash.image-link-lost", Severity::Warning,
+    "The target stopped answering.\n%s\n\n"
+    "Check the cable and the power, press ReStart to connect again, then flash the image again.",
+    base::captions::kInformation, Icon::Warning};
+
 inline constexpr const MessageText* kAll[] = {&kConfirmMassErase,
                                               &kConfirmErase,
                                               &kEndNotAboveStart,
@@ -158,7 +188,13 @@ inline constexpr const MessageText* kAll[] = {&kConfirmMassErase,
                                               &kProgramFailed,
                                               &kCancelled,
                                               &kNotBlank,
-                                              &kLinkLostWhileProgramming};
+                                              &kLinkLostWhileProgramming,
+                                              &kImageNotCompared,
+                                              &kImageInProtectPage,
+                                              &kKeptNotRead,
+                                              &kImageWrong,
+                                              &kImageCancelled,
+                                              &kImageLinkLost};
 
 }  // namespace messages
 }  // namespace brevant::flash

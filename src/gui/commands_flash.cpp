@@ -3,6 +3,7 @@
 // else reaches the target meanwhile; only its own Cancel is taken.
 #include "base/files.h"
 #include "flash/flash_commands.h"
+#include "flash/flash_image.h"
 #include "flash/flash_records.h"
 #include "flash/verdicts.h"
 #include "frontend/stop_wait.h"
@@ -24,6 +25,7 @@ namespace commands = workspace::commands;
 
 // Of one block, or of an erase.
 constexpr std::chrono::seconds kMostForAStep{10};
+constexpr const char* kVerifying = "Verifying flash...";
 
 FlashDialogLinks LinksOf(const CommandContext& context) {
   Session& session = context.session;
@@ -93,7 +95,67 @@ void ProgramLocations(const CommandContext& context) {
                                                          data->address, data->bytes));
 }
 
-void ProgramFile(const CommandContext& context) {
+// All that a file holds: what the target has said of each block is not taken for it.
+void VerifyFile(const CommandContext& context, const images::Image& image) {
+  Session& session = context.session;
+  debugger::Debugger& debugger = session.debugger;
+  const flash::FlashStatus programmed = debugger.flash.status();
+  if (!debugger.security.passed()) {
+    session.ui.ShowMessage(base::ToMessage(messages::kFlashNotVerified));
+    return;
+  }
+  session.ui.BeginProgress(kVerifying, kVerifying, true);
+  const load::VerifyResult verified = load::Verify(
+      debugger.memory, image,
+      [&](long done, long total) { return session.ui.UpdateProgress(kVerifying, done, total); },
+      &debugger.crc);
+  session.ui.EndProgress();
+  switch (verified.outcome) {
+    case load::VerifyOutcome::Equal:
+      if (programmed.outcome != flash::FlashOutcome::Done) break;
+      return Note(context, flash::ProgrammedText(programmed) + ", all verified");
+    case load::VerifyOutcome::Different:
+      session.ui.ShowMessage(base::ToMessage(
+          messages::kFlashDiffers,
+          flash::DifferenceText(debugger.memory,
+                                {verified.different, verified.compared, *verified.first})));
+      break;
+    case load::VerifyOutcome::Cancelled:
+    case load::VerifyOutcome::LinkLost:
+      session.ui.ShowMessage(base::ToMessage(messages::kFlashNotVerified));
+      break;
+  }
+}
+
+void ProgramFile(const CommandContext& context, const FileChoice& choice) {
+  debugger::Debugger& debugger = context.session.debugger;
+  const images::ImageFile file = images::ReadImageFile(choice.path, flash::ParseFlashRecords);
+  const auto outcome = AwaitFlash(
+      context, flash::ProgramFlashFile(debugger.flash, choice.path, file, &debugger.crc));
+  if (outcome == flash::FlashOutcome::Done || outcome == flash::FlashOutcome::VerifyFailed) {
+    VerifyFile(context, file.ToImage());
+  }
+}
+
+// Then loads it, which brings its names and lines and finds in flash what it compares.
+void FlashImage(const CommandContext& context, const FileChoice& choice) {
+  debugger::Debugger& debugger = context.session.debugger;
+  const images::ImageFile file = images::ReadImageFile(choice.path);
+  if (!flash::FitsFlash(debugger.flash, choice.path, file)) return;
+  flash::FlashImage flash(debugger.flash.surroundings(), debugger.crc);
+  const flash::FlashImageResult flashed = flash.Run(file.ToImage());
+  if (flashed.outcome != flash::FlashOutcome::Done) return;
+  context.session.settings.Store(base::keys::kProgramFile, choice.path);
+  LoadImageFile(context, choice.path);
+  std::string text;
+  for (const std::string& line : flash::FlashImageText(flashed)) {
+    text += (text.empty() ? "" : "; ") + line;
+  }
+  Note(context, text);
+}
+
+template <FileChoice::What kWhat>
+void AskAndProgram(const CommandContext& context) {
   Session& session = context.session;
   const auto browse = [&](const std::string& start) {
     return ChooseFile(&context.window, session.ui,
@@ -101,13 +163,23 @@ void ProgramFile(const CommandContext& context) {
                                                 session.debugger.debug_info.tool_chain,
                                                 base::WorkingDirectory()));
   };
-  const auto choice = Collect(context, [&] { return AskForFlashFile(LinksOf(context), browse); });
+  // Until a file has been programmed, the one that is being worked on.
+  const bool has_file = !session.settings.String(base::keys::kProgramFile).empty();
+  const bool take_loaded = kWhat == FileChoice::What::FlashImage && !has_file;
+  const std::string name = take_loaded ? session.recent_files.current() : "";
+  const auto choice =
+      Collect(context, [&] { return AskForFlashFile(LinksOf(context), kWhat, name, browse); });
   if (!choice || (choice->back_up && !BackUpFlash(context, choice->path))) return;
-  AwaitProgramming(context, flash::ProgramFlashFile(session.debugger.flash, choice->path));
+  if (choice->what == FileChoice::What::FlashImage) {
+    FlashImage(context, *choice);
+  } else {
+    ProgramFile(context, *choice);
+  }
 }
 
 constexpr CommandAction kActions[] = {
-    {commands::kProgramFlash, ProgramFile},
+    {commands::kProgramFlash, AskAndProgram<FileChoice::What::Program>},
+    {commands::kFlashImage, AskAndProgram<FileChoice::What::FlashImage>},
     {commands::kEraseFlash, EraseFlash},
     {commands::kMassErase, MassErase},
     {commands::kProgramIrqVector, ProgramIrqVector},

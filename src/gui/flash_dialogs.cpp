@@ -18,6 +18,10 @@ namespace brevant::gui {
 namespace {
 
 constexpr const char* kBackUpFirst = "&Back up first";
+constexpr const char* kFlashImage = "&Flash image";
+constexpr const char* kFlashImageTip =
+    "Erases and programs only the pages that differ, puts back what else stands in them,\n"
+    "verifies, resets and loads the names and lines of the image.";
 constexpr const char* kBackUpTip =
     "Save what stands in flash as an image file before anything of it is erased or programmed.\n"
     "Takes a minute and a half for 32 KB at 9600 baud; Flash image puts it back.";
@@ -150,8 +154,8 @@ std::optional<flash::LocationData> AskForLocations(const FlashDialogLinks& links
   return dialog.Ask() ? data : std::nullopt;
 }
 
-std::optional<FileChoice> AskForFlashFile(const FlashDialogLinks& links,
-                                          const BrowseForFile& browse) {
+std::optional<FileChoice> AskForFlashFile(const FlashDialogLinks& links, FileChoice::What what,
+                                          const std::string& given, const BrowseForFile& browse) {
   using Form = flash::ProgramFileForm;
   FormDialog dialog(links, Form::kTemplate, Form::kCaption);
   QLineEdit* const name = dialog.AddField("File &Name:", "fileName", "", Form::kMaxNameLength);
@@ -160,7 +164,7 @@ std::optional<FileChoice> AskForFlashFile(const FlashDialogLinks& links,
     name->setMaxLength(std::max(static_cast<int>(Form::kMaxNameLength), int(text.size())));
     name->setText(text);
   };
-  show(Form::Open(links.settings).file_name);
+  show(given.empty() ? Form::Open(links.settings).file_name : given);
   auto* const choose = new QPushButton("B&rowse");
   choose->setObjectName("browse");
   choose->setAutoDefault(false);
@@ -171,12 +175,17 @@ std::optional<FileChoice> AskForFlashFile(const FlashDialogLinks& links,
   QCheckBox* const back_up = MakeBackUpBox(links);
   dialog.Add(back_up);
   FileChoice choice;
-  const auto leave_with = [&](FileChoice::What what) {
-    choice = {Bytes(name->text()), what, back_up->isChecked()};
+  const auto leave_with = [&](FileChoice::What chosen) {
+    choice = {Bytes(name->text()), chosen, back_up->isChecked()};
     return Form{choice.path}.Check(links.ui);
   };
-  dialog.AddButton(Text(Form::kStartButton), "start",
-                   [&] { return leave_with(FileChoice::What::Program); });
+  QPushButton* const start = dialog.AddButton(
+      Text(Form::kStartButton), "start", [&] { return leave_with(FileChoice::What::Program); });
+  start->setToolTip("Programs into flash that has been erased.");
+  QPushButton* const image = dialog.AddButton(
+      kFlashImage, "flashImage", [&] { return leave_with(FileChoice::What::FlashImage); });
+  image->setToolTip(kFlashImageTip);
+  (what == FileChoice::What::Program ? start : image)->setDefault(true);
   if (!dialog.Ask()) return std::nullopt;
   return choice;
 }

@@ -47,10 +47,11 @@ struct FileChoice {
   What what = What::Program;
   bool back_up = false;
 };
-// "FEEPROM". Browse shows the chooser, starting from what stands in the field, and returns what was
-// chosen.
+// "FEEPROM", opened for one of both, which Enter then starts; a name that is given stands in the
+// field, else the one that was programmed last. Browse shows the chooser, starting from what stands
+// in the field, and returns what was chosen.
 using BrowseForFile = std::function<std::optional<std::string>(const std::string& start)>;
-std::optional<FileChoice> AskForFlashFile(const FlashDialogLinks& links,
-                                          const BrowseForFile& browse);
+std::optional<FileChoice> AskForFlashFile(const FlashDialogLinks& links, FileChoice::What what,
+                                          const std::string& name, const BrowseForFile& browse);
 
 }  // namespace brevant::gui

@@ -82,9 +82,20 @@ inline constexpr base::MessageText kClipboardNotTaken{
     "The desktop did not take the text: it is not in the clipboard.", base::captions::kError,
     base::Icon::Error};
 
+inline constexpr base::MessageText kFlashDiffers{"flash.differs", base::Severity::Error,
+                                                 "Flash does not hold what the file says: %s.",
+                                                 base::captions::kError, base::Icon::Error};
+inline constexpr base::MessageText kFlashNotVerified{
+    "flash.not-verified", base::Severity::Warning,
+    "Flash was programmed, but not compared with the file as a whole: the comparison was\n"
+    "cancelled, or the target does not let its flash be read, or did not answer.",
+    base::captions::kForYourInformation, base::Icon::Warning};
+
 inline constexpr const base::MessageText* kAll[] = {
-    &kSettingsNotStored, &kPathTooLong,  &kReadLinkLost,      &kReadDamaged,      &kUnknownFormat,
-    &kFileNotWritten,    &kFileNotRead,  &kFlashNotReadable,  &kCompareEqual,     &kCompareNotDone,
-    &kNotCorrectFormat,  &kNotHexString, &kClipboardNotTaken, &kOfferBreakpoints, &kNotBackedUp};
+    &kSettingsNotStored, &kPathTooLong,      &kReadLinkLost,     &kReadDamaged,
+    &kUnknownFormat,     &kFileNotWritten,   &kFileNotRead,      &kFlashNotReadable,
+    &kCompareEqual,      &kCompareNotDone,   &kNotCorrectFormat, &kNotHexString,
+    &kClipboardNotTaken, &kOfferBreakpoints, &kNotBackedUp,      &kFlashDiffers,
+    &kFlashNotVerified};
 
 }  // namespace brevant::gui::messages

@@ -14,11 +14,7 @@
 
 namespace brevant::load {
 
-struct Difference {
-  base::Address address = 0;
-  std::uint8_t expected = 0;
-  std::uint8_t found = 0;
-};
+using memory::Difference;
 
 enum class VerifyOutcome { Equal, Different, Cancelled, LinkLost };
 

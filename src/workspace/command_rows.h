@@ -84,6 +84,7 @@ inline constexpr int kDataRefresh = 41003;
 inline constexpr int kSaveMemory = 41020, kCompareFile = 41021;
 inline constexpr int kClassicColours = 41010, kQuietColours = 41011;
 inline constexpr int kLargerText = 41012, kSmallerText = 41013;
+inline constexpr int kFlashImage = 41030;
 }  // namespace commands
 
 // In menu order.

@@ -118,5 +118,55 @@ TEST_F(Flash, ProgramsLocationsAndRefusesWhatIsNoData) {
   EXPECT_TRUE(Notice().contains("press Break")) << "a routine in RAM would meet the program";
 }
 
+// A program of SDCC from its file to its main, by keys and menus alone; and again after a change.
+TEST_F(Flash, FlashesAnImageAndRunsItToMain) {
+  UseToolChain(symbols::ToolChain::Sdcc);
+  Start();
+  Choose(commands::kRunToMain);
+  const auto flash_it = [this](const std::string& path) {
+    OnDialog("FEEPROM", [path](QDialog& dialog) {
+      Field(dialog, "fileName").setText(Text(path));
+      QTest::keyClick(&dialog, Qt::Key_Return);
+    });
+    Press(Qt::Key_F7, Qt::ControlModifier);
+    Settle();
+  };
+  const std::string source = std::string(BREVANT_TEST_DATA) + "/programs/counters";
+  const std::string path = (folder_ / "counters.s19").string();
+  for (const char* extension : {".s19", ".cdb", ".map", ".rst"}) {
+    std::filesystem::copy_file(source + extension, (folder_ / "counters").string() + extension);
+  }
+  flash_it(path);
+  const images::Image image = images::ReadImageFile(path).ToImage();
+  for (const images::Block& block : image.Blocks()) {
+    for (base::Address i = 0; i < block.bytes.size(); ++i) {
+      ASSERT_EQ(mcu().Peek(block.address + i), block.bytes[i]) << block.address + i;
+    }
+  }
+  EXPECT_TRUE(Notice().contains("all verified")) << qPrintable(Notice());
+  EXPECT_EQ(window().windowTitle(), Text(path));
+  EXPECT_EQ(debugger().frame.PC, 0x8029u) << "main";
+  flash_it(path);
+  EXPECT_TRUE(Notice().startsWith(QString("%1 of %1 bytes stood there").arg(image.size())))
+      << qPrintable(Notice());
+}
+
+TEST_F(Flash, SaysWhereAndHowWhenFlashIsNotBlank) {
+  Start();
+  const std::string path = (folder_ / "used.s19").string();
+  std::ofstream(path) << "S1058000123434\n";
+  OnDialog("FEEPROM", [this, path](QDialog& dialog) {
+    Field(dialog, "fileName").setText(Text(path));
+    OnDialog("message", [this](QDialog& message) {
+      EXPECT_EQ(static_cast<QMessageBox&>(message).text(),
+                "Flash EEPROM not blank or an error found in programming");
+      message.accept();
+      Answer("it was not blank before", QMessageBox::Ok);
+    });
+    Push(dialog, "start");
+  });
+  Choose(commands::kProgramFlash);
+}
+
 }  // namespace
 }  // namespace brevant::gui
