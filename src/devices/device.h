@@ -44,6 +44,14 @@ struct Vector {
   std::string_view name;
 };
 
+// A register that is not the same once it has been read, or that keeps another from going on: what
+// is only shown must not read it.
+struct ReadEffect {
+  base::Address address = 0;
+  std::string_view name;
+  std::string_view effect;  // "clears COCO"
+};
+
 struct Device {
   int settings_number = 0;              // value of setting "HC08Devices"
   std::string_view name;                // "MC68HC908GP32"
@@ -51,6 +59,7 @@ struct Device {
   std::span<const MemoryRange> memory;  // ascending; nothing between the ranges
   FlashGeometry flash;
   std::span<const Vector> vectors;  // ascending
+  std::span<const ReadEffect> read_effects;
 };
 
 // The row at index n has settings number n.
@@ -62,6 +71,8 @@ const Device* ByOption(std::string_view option);
 
 // Nothing above $FFFF.
 MemoryKind KindOf(const Device& device, base::Address address);
+// Null for what can be read as often as one likes.
+const ReadEffect* FindReadEffect(const Device& device, base::Address address);
 // What of the addresses, both inclusive, is flash; ascending.
 std::vector<MemoryRange> FlashWithin(const Device& device, base::Address first, base::Address last);
 // The first of so many addresses that is not flash. Those above $FFFF are not.

@@ -1,9 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "gui/data_window.h"
 
+#include <QHelpEvent>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QToolTip>
+#include <algorithm>
+#include <array>
 
 #include "base/text_number.h"
 #include "gui/edit_dialogs.h"
@@ -19,8 +23,15 @@ namespace commands = workspace::commands;
 
 constexpr int kUsualColumns = 66;
 constexpr int kUsualLines = 16;
-// A cell is hit from half a character before it on.
-constexpr int kFirstHitColumn = views::kFirstCellColumn - 1;
+
+struct MarkOfBytes {
+  views::DataMark mark;
+  ColourRole colour;
+  const char* spoken;
+};
+constexpr std::array kMarks{
+    MarkOfBytes{views::DataMark::Changed, ColourRole::Changed, ", changed:"},
+    MarkOfBytes{views::DataMark::OnRequest, ColourRole::OnRequest, ", read only by Refresh:"}};
 
 }  // namespace
 
@@ -60,8 +71,34 @@ std::optional<PopupItem> DataWindow::ItemOf(int command) const {
 
 QStringList DataWindow::TextLines() const {
   QStringList lines;
-  for (const views::DataLine& line : view_.lines()) lines << Text(line.text);
+  for (const views::DataLine& line : view_.lines()) {
+    QString& text = lines.emplace_back(Text(line.text));
+    for (const MarkOfBytes& row : kMarks) {
+      QString marked;
+      for (base::Address i = 0; i < line.bytes.size(); ++i) {
+        if (line.bytes[i].mark == row.mark)
+          marked += QString(" %1").arg(line.address + i, 4, 16, QChar('0'));
+      }
+      if (!marked.isEmpty()) text += row.spoken + marked;
+    }
+  }
   return lines;
+}
+
+QString DataWindow::Explain(const views::DataCell& cell) const {
+  return Text(view_.Explain(cell, session_.debugger.debug_info));
+}
+
+QString DataWindow::CursorText() const {
+  return Explain(view_.cursor());
+}
+
+bool DataWindow::viewportEvent(QEvent* event) {
+  if (event->type() != QEvent::ToolTip) return ScrollingView::viewportEvent(event);
+  const auto* const help = static_cast<QHelpEvent*>(event);
+  const auto under = view_.HitTest(help->pos().x(), help->pos().y(), cell());
+  QToolTip::showText(help->globalPos(), under ? Explain(*under) : QString(), this);
+  return true;
 }
 
 QPoint DataWindow::PopupPlace() const {
@@ -90,34 +127,43 @@ void DataWindow::CellsChanged() {
 }
 
 DataWindow::ScrollBarState DataWindow::BarState() const {
-  const int shift = view_.settings().scroll_shift();
-  const int total = view_.settings().total_lines();
-  return {shift == 0 ? total : total >> shift, view_.state().lineCount, view_.ScrollPosition()};
+  return {view_.settings().last_position(), view_.state().lineCount, view_.ScrollPosition()};
 }
 
 void DataWindow::paintEvent(QPaintEvent*) {
   QPainter painter(viewport());
   int row = 0;
-  for (const views::DataLine& line : view_.lines()) {
-    DrawText(painter, 0, row++, Text(line.text), Colours(ColourRole::Text));
-  }
+  for (const views::DataLine& line : view_.lines()) PaintLine(painter, row++, line);
   if (!mark_.shown() || view_.lines().empty()) return;
   const int width = view_.settings().cell_width();
   InvertCells(painter, cell(), views::kFirstCellColumn + view_.state().cursorColumn * width,
               view_.state().cursorRow, width - 1);
 }
 
+void DataWindow::PaintLine(QPainter& painter, int row, const views::DataLine& line) const {
+  const views::DataSettings& settings = view_.settings();
+  QString plain = Text(line.text);
+  const auto draw = [&](int column, int count, ColourRole colour) {
+    if (column >= plain.size()) return;
+    DrawText(painter, column, row, plain.mid(column, count), Colours(colour));
+    plain.replace(column, count, QString(count, ' '));
+  };
+  for (int n = 0; n < static_cast<int>(line.bytes.size()); ++n) {
+    const views::DataMark mark = line.bytes[static_cast<std::size_t>(n)].mark;
+    const auto* const marked = std::ranges::find(kMarks, mark, &MarkOfBytes::mark);
+    if (marked == kMarks.end()) continue;
+    draw(settings.ByteColumn(n), views::kByteDigits, marked->colour);
+    draw(settings.CharacterColumn(n), 1, marked->colour);
+  }
+  DrawText(painter, 0, row, plain, Colours(ColourRole::Text));
+}
+
 void DataWindow::mousePressEvent(QMouseEvent* event) {
   if (event->button() != Qt::LeftButton) return;
   setFocus();
   const QPoint at = event->position().toPoint();
-  const int width = view_.settings().cell_width() * cell().width;
-  const int first = kFirstHitColumn * cell().width;
-  const int column = (at.x() - first) / width;
-  const int row = at.y() / cell().height;
-  const bool on_a_cell = at.x() >= first && column < view_.settings().cells() && at.y() >= 0 &&
-                         row < static_cast<int>(view_.lines().size());
-  if (on_a_cell) view_.MoveCursor(column, row);
+  const auto hit = view_.HitTest(at.x(), at.y(), cell());
+  if (hit) view_.MoveCursor(hit->column, hit->row);
   mark_.Blink(true);
 }
 

@@ -23,6 +23,7 @@ class DataWindow final : public ScrollingView {
   workspace::WindowAttributes Attributes() const override;
   QStringList TextLines() const override;
   int TextCursorLine() const override { return view_.state().cursorRow; }
+  QString CursorText() const override;
   std::optional<PopupItem> ItemOf(int command) const override;
   QSize sizeHint() const override;
 
@@ -33,12 +34,16 @@ class DataWindow final : public ScrollingView {
 
   QPoint PopupPlace() const override;
   void CellsChanged() override;
+  bool viewportEvent(QEvent* event) override;
   void paintEvent(QPaintEvent* event) override;
   void mousePressEvent(QMouseEvent* event) override;
   void mouseDoubleClickEvent(QMouseEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
 
  private:
+  QString Explain(const views::DataCell& cell) const;
+  void PaintLine(QPainter& painter, int row, const views::DataLine& line) const;
+
   Session& session_;
   const int attribute_;
   views::DataView view_;

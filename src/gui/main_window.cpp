@@ -74,7 +74,9 @@ MainWindow::MainWindow(Session& session)
   ListWindows(menus_.menu(workspace::Menu::Window), *area_);
   connect(area_, &QMdiArea::subWindowActivated, this, [this](QMdiSubWindow* child) {
     const auto active = std::ranges::find(windows_, child, &OpenWindow::child);
-    if (active != windows_.end()) active->view->Activated();
+    if (active == windows_.end()) return;
+    active->view->Activated();
+    menus_.GiveKeysTo(active->kind->popup);
   });
   for (const WindowKind& kind : WindowKinds()) {
     if (kind.Permanent()) Open(kind);
@@ -154,6 +156,8 @@ void MainWindow::Tick() {
 void MainWindow::UpdateViews() {
   session_.FollowEngine();
   for (const OpenWindow& window : windows_) window.view->ShowChanges();
+  const TextView* const active = active_view();
+  status_->ShowUnderCursor(active != nullptr ? active->CursorText() : QString());
 }
 
 TextView* MainWindow::active_view() const {

@@ -45,6 +45,14 @@ Menus::Menus(QMenuBar& bar, std::function<void(int id)> send) : send_(std::move(
       menu->setObjectName(popup.name);
     }
   }
+  GiveKeysTo(workspace::Menu::None);
+}
+
+void Menus::GiveKeysTo(workspace::Menu active) {
+  for (const auto& [id, action] : actions_) {
+    const workspace::CommandRow& row = *workspace::FindCommand(id);
+    action->setShortcuts(workspace::OwnsKeys(row, active) ? Shortcuts(row) : QList<QKeySequence>());
+  }
 }
 
 QMenu* Menus::MakeMenu(workspace::Menu which, const QString& title, QWidget& parent,

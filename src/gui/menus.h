@@ -22,6 +22,8 @@ class Menus {
   // The actions belong to bar's window. send gets the id of what the user chooses.
   Menus(QMenuBar& bar, std::function<void(int id)> send);
 
+  // A key that several popup menus share is that of the active window's menu.
+  void GiveKeysTo(workspace::Menu active);
   // A popup menu of views, its items as item says, else as their rows do.
   void PopUp(workspace::Menu popup, QPoint global,
              const std::function<std::optional<PopupItem>(int id)>& item);

@@ -46,8 +46,7 @@ StatusLine::StatusLine() : connection_(new ShortenedLabel), clock_(new QLabel) {
   clock_->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
   addPermanentWidget(connection_);
   addPermanentWidget(clock_);
-  connect(this, &QStatusBar::messageChanged, this,
-          [this](const QString& text) { setToolTip(text); });
+  connect(this, &QStatusBar::messageChanged, this, [this] { setToolTip(Shown()); });
   UpdateClock();
 }
 
@@ -70,6 +69,18 @@ void StatusLine::ShowNotice(const std::string& text, NoticeEnds ends) {
   notice_ = Text(text);
   notice_ends_ = ends;
   showMessage(notice_);
+}
+
+QString StatusLine::Shown() const {
+  const QString message = currentMessage();
+  return message.isEmpty() ? under_cursor_ : message;
+}
+
+void StatusLine::ShowUnderCursor(const QString& text) {
+  if (under_cursor_ == text) return;
+  under_cursor_ = text;
+  setToolTip(Shown());
+  update();
 }
 
 void StatusLine::BeginCommand() {
@@ -100,7 +111,7 @@ void StatusLine::paintEvent(QPaintEvent*) {
   const int width = connection_->x() - 2 * kMargin;
   style()->drawItemText(&painter, {room.x(), room.y(), width, room.height()},
                         Qt::AlignLeft | Qt::AlignVCenter, palette(), true,
-                        fontMetrics().elidedText(currentMessage(), Qt::ElideRight, width),
+                        fontMetrics().elidedText(Shown(), Qt::ElideRight, width),
                         QPalette::WindowText);
 }
 

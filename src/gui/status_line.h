@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// The status bar: help for the menu item under the mouse or a notice, the state of the connection,
-// and the clock. Texts that are too long for their room end in an ellipsis; the mouse over them
-// shows them whole.
+// The status bar: help for the menu item under the mouse or a notice, else what lies under the
+// cursor of the active window; the state of the connection; and the clock. Texts that are too long
+// for their room end in an ellipsis; the mouse over them shows them whole.
 #pragma once
 
 #include <QLabel>
@@ -24,6 +24,8 @@ class StatusLine final : public QStatusBar {
 
   void ShowConnection(const ConnectionState& state);
   void ShowNotice(const std::string& text, NoticeEnds ends = NoticeEnds::WithTheNextCommand);
+  // Of the active window's cursor; may be empty.
+  void ShowUnderCursor(const QString& text);
   // A command is about to be carried out.
   void BeginCommand();
   // Ten times a second is enough.
@@ -33,10 +35,13 @@ class StatusLine final : public QStatusBar {
   void paintEvent(QPaintEvent* event) override;
 
  private:
+  // Left of the connection.
+  QString Shown() const;
   void EndNotice(NoticeEnds which);
 
   QLabel* connection_;
   QLabel* clock_;
+  QString under_cursor_;
   QString notice_;
   NoticeEnds notice_ends_ = NoticeEnds::WithTheNextCommand;
 };

@@ -35,16 +35,23 @@ TextView::TextView(const QFont& font, QWidget* parent) : QAbstractScrollArea(par
 }
 
 void TextView::UseFont(const QFont& font) {
-  font_ = font;
-  // Whole pixels a character, so that columns are where they are computed to be.
-  const double advance = QFontMetricsF(font_).horizontalAdvance('0');
-  const double width = std::ceil(advance - 0.01);
-  font_.setLetterSpacing(QFont::AbsoluteSpacing, width - advance);
-  font_.setKerning(false);
+  const double width = std::ceil(QFontMetricsF(font).horizontalAdvance('0') - 0.01);
+  font_ = Spaced(font, width);
+  QFont bold = font, italic = font;
+  bold.setBold(true);
+  italic.setItalic(true);
+  faces_ = {font_, Spaced(bold, width), Spaced(italic, width)};
   const QFontMetricsF metrics(font_);
   cell_ = {std::max(static_cast<int>(width), 1),
            std::max(static_cast<int>(std::ceil(metrics.height())), 1)};
   ascent_ = static_cast<int>(std::ceil(metrics.ascent()));
+}
+
+QFont TextView::Spaced(QFont font, double width) {
+  const double advance = QFontMetricsF(font).horizontalAdvance('0');
+  font.setLetterSpacing(QFont::AbsoluteSpacing, width - advance);
+  font.setKerning(false);
+  return font;
 }
 
 void TextView::SetViewFont(const QFont& font) {
@@ -73,12 +80,13 @@ void TextView::UsePalette() {
 }
 
 TextColours TextView::Colours(ColourRole text) const {
-  return {theme_->Colour(stale_ ? ColourRole::Stale : text, palette())};
+  const ColourRole role = stale_ ? ColourRole::Stale : text;
+  return {theme_->Colour(role, palette()), {}, FaceOf(role)};
 }
 
 TextColours TextView::Colours(ColourRole text, ColourRole background) const {
   if (stale_) return Colours(text);
-  return {theme_->Colour(text, palette()), theme_->Colour(background, palette())};
+  return {theme_->Colour(text, palette()), theme_->Colour(background, palette()), FaceOf(text)};
 }
 
 void TextView::DrawText(QPainter& painter, int column, int row, const QString& text,
@@ -89,7 +97,7 @@ void TextView::DrawText(QPainter& painter, int column, int row, const QString& t
   if (colours.background.isValid()) {
     painter.fillRect(x, y, width, cell_.height, colours.background);
   }
-  painter.setFont(font_);
+  painter.setFont(faces_[static_cast<std::size_t>(colours.face)]);
   painter.setPen(colours.text);
   painter.drawText(x, y + ascent_, text);
 }

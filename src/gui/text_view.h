@@ -6,11 +6,12 @@
 #include <QAbstractScrollArea>
 #include <QColor>
 #include <QStringList>
+#include <array>
 #include <optional>
 #include <string_view>
 
 #include "gui/theme.h"
-#include "views/program_view.h"
+#include "views/cell_size.h"
 #include "workspace/layout.h"
 
 namespace brevant::gui {
@@ -18,6 +19,7 @@ namespace brevant::gui {
 struct TextColours {
   QColor text;
   QColor background = {};  // invalid: the window's own
+  Face face = Face::Plain;
 };
 
 // How an item of a popup menu stands.
@@ -55,6 +57,8 @@ class TextView : public QAbstractScrollArea {
   // What it shows, for screen readers; and the line under its cursor.
   virtual QStringList TextLines() const = 0;
   virtual int TextCursorLine() const { return 0; }
+  // What there is to say of the place under its cursor, for the status bar.
+  virtual QString CursorText() const { return {}; }
   // Its window has become the active one.
   virtual void Activated() {}
 
@@ -80,7 +84,11 @@ class TextView : public QAbstractScrollArea {
   void UseFont(const QFont& font);
   void UsePalette();
 
+  // Whole pixels a character, so that columns are where they are computed to be.
+  static QFont Spaced(QFont font, double width);
+
   QFont font_;
+  std::array<QFont, 3> faces_;  // by Face
   views::CellSize cell_;
   int ascent_ = 0;
   bool stale_ = false;

@@ -52,12 +52,15 @@ constexpr QRgb kBlack = 0xFF000000, kWhite = 0xFFFFFFFF, kGrey = 0xFFA0A0A0, kCy
 constexpr QRgb kRed = 0xFFFF0000;
 // Pure red is hard to read on cyan; this has a contrast of 5:1 there.
 constexpr QRgb kRedOnCyan = 0xFFB40000;
+// On white and on dark grey a contrast of more than 5:1.
+constexpr QRgb kDeepBlue = 0xFF0050A0, kPaleBlue = 0xFF80B8F0;
 constexpr QRgb kDeepRed = 0xFFB00020, kPaleRed = 0xFFFF8080;
 
 struct ColourRow {
   ColourRole role;
   QColor (*classic)(const QPalette&);
   QColor (*quiet)(const QPalette&);
+  Face face = Face::Plain;
 };
 
 constexpr std::array kColours{
@@ -69,7 +72,9 @@ constexpr std::array kColours{
     ColourRow{ColourRole::PcText, Always<kRed>, OfDesktop<QPalette::Text>},
     ColourRow{ColourRole::PcLine, Always<kWhite>, OfHighlight<35>},
     ColourRow{ColourRole::PcTextOnCursorLine, Always<kRedOnCyan>, OfDesktop<QPalette::Text>},
-    ColourRow{ColourRole::Changed, Always<kRed>, Readable<kDeepRed, kPaleRed>},
+    ColourRow{ColourRole::Changed, Always<kRed>, Readable<kDeepRed, kPaleRed>, Face::Bold},
+    ColourRow{ColourRole::OnRequest, Always<kDeepBlue>, Readable<kDeepBlue, kPaleBlue>,
+              Face::Italic},
     ColourRow{ColourRole::PcMark, Always<kRed>, OfDesktop<QPalette::Highlight>},
     ColourRow{ColourRole::BreakpointMark, Always<kBlack>, Readable<kDeepRed, kPaleRed>},
 };
@@ -88,6 +93,10 @@ constexpr std::array kThemes{
 };
 
 }  // namespace
+
+Face FaceOf(ColourRole role) {
+  return std::ranges::find(kColours, role, &ColourRow::role)->face;
+}
 
 constinit const Theme& kClassicTheme = kThemes[0];
 

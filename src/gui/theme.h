@@ -18,10 +18,16 @@ enum class ColourRole {
   PcText,
   PcLine,
   PcTextOnCursorLine,
-  Changed,  // since the last stop
+  Changed,    // since the last stop
+  OnRequest,  // read only when the user asks for it
   PcMark,
   BreakpointMark,
 };
+
+// So that nothing is told by its colour alone.
+enum class Face { Plain, Bold, Italic };
+// The same in all themes.
+Face FaceOf(ColourRole role);
 
 struct Theme {
   std::string_view name;  // as the settings know it

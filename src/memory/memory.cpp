@@ -46,12 +46,17 @@ bool Memory::IsSteady(Address address) const {
   return address >= frame_base_ || frame_base_ - address > kMonitorStack;
 }
 
+bool Memory::ChangesOnReading(Address address) const {
+  return devices::FindReadEffect(*device_, Low16(address)) != nullptr;
+}
+
 void Memory::Keep(Address address, base::Bytes bytes) {
   if (LinkError()) return;
   for (std::size_t i = 0; i < bytes.size(); ++i) {
     const Address at = Low16(address + static_cast<Address>(i));
     bytes_[at] = bytes[i];
     kept_[at] = IsSteady(at);
+    answered_[at] = true;
   }
 }
 
@@ -106,7 +111,20 @@ bool Memory::Soundly(Address address, base::FunctionRef<void()> exchange) {
   return false;
 }
 
+void Memory::AskExactly(std::span<std::uint8_t> destination, Address address) {
+  const std::size_t odd = destination.size() - (destination.size() + 1) % 2;
+  AskChecked(destination.first(odd), address);
+  if (odd == destination.size() || LinkError()) return;
+  AskChecked(destination.subspan(odd), address + static_cast<Address>(odd));
+}
+
 void Memory::AskBytes(std::span<std::uint8_t> destination, Address address) {
+  if (destination.empty()) return;
+  // A block begins with a READ of the byte below it and ends with a pair.
+  const auto size = static_cast<Address>(destination.size());
+  if (ChangesOnReading(address - 1) || (size % 2 != 0 && ChangesOnReading(address + size))) {
+    return AskExactly(destination, address);
+  }
   const bool sound =
       Soundly(address, [&] { monitor_.ReadBlockBytes(destination, Low16(address)); });
   if (sound) Keep(address, destination);
@@ -130,12 +148,32 @@ void Memory::ReadBytes(std::span<std::uint8_t> destination, Address address) {
   }
 }
 
+void Memory::ReadSparing(std::span<std::uint8_t> destination, Address address) {
+  const auto spared = [&](std::size_t i) {
+    return ChangesOnReading(address + static_cast<Address>(i));
+  };
+  for (std::size_t i = 0; i < destination.size();) {
+    std::size_t end = i;
+    while (end < destination.size() && !spared(end)) ++end;
+    ReadBytes(destination.subspan(i, end - i), address + static_cast<Address>(i));
+    i = end;
+    if (i == destination.size()) break;
+    destination[i] = LastRead(address + static_cast<Address>(i)).value_or(0);
+    ++i;
+  }
+}
+
+std::optional<std::uint8_t> Memory::LastRead(Address address) const {
+  const Address at = Low16(address);
+  return answered_[at] ? std::optional(bytes_[at]) : std::nullopt;
+}
+
 void Memory::NoteWritten(Address address, base::Bytes bytes, bool sound) {
   ++generation_;
   for (std::size_t i = 0; i < bytes.size(); ++i) {
     const Address at = Low16(address + static_cast<Address>(i));
     // Only RAM can be taken at its word; what else has become of it is for a read to tell.
-    kept_[at] = sound && KindOf(at) == MemoryKind::Ram && IsSteady(at);
+    answered_[at] = kept_[at] = sound && KindOf(at) == MemoryKind::Ram && IsSteady(at);
     bytes_[at] = bytes[i];
     written_[at >> kLineShift] = changed_[at >> kLineShift] = generation_;
   }
@@ -152,6 +190,11 @@ void Memory::WriteWord(Address address, std::uint32_t value) {
 }
 
 void Memory::WriteBytes(Address address, base::Bytes bytes) {
+  // A block begins with a READ of the byte below it.
+  if (ChangesOnReading(address - 1)) {
+    for (const std::uint8_t byte : bytes) WriteByte(address++, byte);
+    return;
+  }
   const bool sound = Soundly(address, [&] { monitor_.WriteBlock(Low16(address), bytes); });
   NoteWritten(address, bytes, sound);
 }
@@ -177,7 +220,7 @@ Address Memory::ReadStackPointer() {
 }
 
 void Memory::RunTarget() {
-  DropAll();
+  DropKept();
   monitor_.RunTarget();
 }
 
@@ -211,6 +254,11 @@ void Memory::DropAt(const Range& range) {
 }
 
 void Memory::DropAll() {
+  DropKept();
+  answered_.reset();
+}
+
+void Memory::DropKept() {
   ++generation_;
   kept_.reset();
   std::ranges::fill(changed_, generation_);

@@ -8,6 +8,9 @@
 // Whatever runs, resets or reconnects drops what it may have touched; a write to RAM updates what
 // is kept.
 //
+// Registers that are not the same once they have been read are touched only by whoever asks for
+// them, not by those who read or write the bytes beside them; ReadSparing leaves them out.
+//
 // A block that the line damages on its way is done once more; where it is damaged again, what was
 // read or written there is in doubt, and TakeDamage says so.
 //
@@ -56,6 +59,8 @@ class Memory {
   bool Writable(base::Address address) const;
   // Reads the same as long as the target is stopped: no register, nor below the stack pointer.
   bool IsSteady(base::Address address) const;
+  // Reading the register changes it, or another one.
+  bool ChangesOnReading(base::Address address) const;
   bool LinkError() const { return monitor_.LinkError(); }
 
   // The first address of a block that was damaged twice since the last call.
@@ -71,6 +76,11 @@ class Memory {
   std::uint32_t ReadWord(base::Address address);
   // Asks for the stretches that are not kept: a READ each, and an IREAD for every two bytes.
   void ReadBytes(std::span<std::uint8_t> destination, base::Address address);
+  // As ReadBytes, but registers that change on being read are not asked for: they become what
+  // LastRead says of them, or 0.
+  void ReadSparing(std::span<std::uint8_t> destination, base::Address address);
+  // What the target answered when it was asked last, since it was connected or reset.
+  std::optional<std::uint8_t> LastRead(base::Address address) const;
   // Asks for all of it, whatever is kept.
   void AskBytes(std::span<std::uint8_t> destination, base::Address address);
   // The same with every echo compared, for a few bytes that much depends on. With an odd number the
@@ -118,6 +128,10 @@ class Memory {
  private:
   static constexpr int kLineShift = 4;  // generations are counted for lines of 16 bytes
 
+  // What is kept may be true no more.
+  void DropKept();
+  // Touches no byte but these. READ brings the first of an odd number.
+  void AskExactly(std::span<std::uint8_t> destination, base::Address address);
   // Does the exchange, and once more if the line has damaged it. False when it was damaged again:
   // nothing of it may be kept.
   bool Soundly(base::Address address, base::FunctionRef<void()> exchange);
@@ -130,6 +144,7 @@ class Memory {
   const devices::Device* device_;
   std::vector<std::uint8_t> bytes_;
   std::bitset<base::kAddressSpace> kept_;
+  std::bitset<base::kAddressSpace> answered_;  // bytes_ is what the target said, then or now
   base::Address frame_base_ = 0;
   std::optional<base::Address> damaged_;
   long generation_ = 1;

@@ -266,6 +266,13 @@ const Symbol* FindContaining(base::Address address, const DebugInfo& info) {
   return nullptr;
 }
 
+std::string NameWithOffset(base::Address address, const DebugInfo& info) {
+  const Symbol* const symbol = FindContaining(address, info);
+  if (symbol == nullptr) return {};
+  const base::Address offset = address - symbol->address;
+  return offset == 0 ? symbol->name : base::Format("%s+%x", symbol->name, offset);
+}
+
 std::string LineName(const SourceLine& line, const LineTable& table) {
   const std::vector<std::string>& files = table.files();
   return base::Format("%s:%u", line.file < files.size() ? files[line.file] : "?", line.line);

@@ -42,6 +42,9 @@ std::vector<const Symbol*> FindNamed(std::string_view word, const DebugInfo& inf
 // The symbol in whose function or variable the address lies; null where that is not known.
 const Symbol* FindContaining(base::Address address, const DebugInfo& info);
 
+// The same by its name, with the offset in it: "_main", "buf+4". Empty where it is not known.
+std::string NameWithOffset(base::Address address, const DebugInfo& info);
+
 // "sub/io.c:30", '?' for a file that is not known.
 std::string LineName(const SourceLine& line, const LineTable& table);
 

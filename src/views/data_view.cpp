@@ -7,6 +7,7 @@
 
 #include "base/text_format.h"
 #include "base/text_number.h"
+#include "symbols/places.h"
 
 namespace brevant::views {
 namespace {
@@ -14,8 +15,23 @@ namespace {
 constexpr int kBytesSetting = 3;  // of "WordByte"
 constexpr int kMostPositions = 32768;
 
-bool Printable(std::uint8_t byte) {
-  return byte >= 0x20 && byte < 0x7F;
+// Both digits of a register that was not read.
+constexpr const char* kNotRead = "--";
+
+char Character(std::uint8_t byte) {
+  return byte >= 0x20 && byte < 0x7F ? static_cast<char>(byte) : '.';
+}
+
+// "3f 63 '?' %00111111"; a value that can be negative both ways: "ff 255 -1".
+std::string ByteText(std::uint8_t byte) {
+  const int value = static_cast<std::int8_t>(byte);
+  return base::Format("%02x %d", byte, byte) + (value < 0 ? base::Format(" %d", value) : "") +
+         base::Format(" '%c' %%", Character(byte)) + base::FormatBinary(byte, 8);
+}
+
+std::string WordText(std::uint32_t word) {
+  const int value = static_cast<std::int16_t>(word);
+  return base::Format("%04x %u", word, word) + (value < 0 ? base::Format(" %d", value) : "");
 }
 
 }  // namespace
@@ -24,6 +40,19 @@ int DataSettings::scroll_shift() const {
   int shift = 0;
   while (total_lines() >> shift > kMostPositions) ++shift;
   return shift;
+}
+
+int DataSettings::last_position() const {
+  return scroll_shift() == 0 ? total_lines() : kMostPositions - 1;
+}
+
+int DataSettings::ByteColumn(int n) const {
+  const int cell = n / cell_bytes();
+  return kFirstCellColumn + cell * cell_width() + (n % cell_bytes()) * kByteDigits;
+}
+
+int DataSettings::CharacterColumn(int n) const {
+  return kFirstCellColumn + cells() * cell_width() + n;
 }
 
 DataSettings ReadDataSettings(const base::SettingsFile& settings) {
@@ -55,7 +84,7 @@ DataView::DataView(OpenViews& open, memory::Memory& memory, const control::Activ
 }
 
 base::Address DataView::AddressOf(int line) const {
-  return static_cast<base::Address>(line * settings_.bytes_per_line);
+  return static_cast<base::Address>(line) * static_cast<base::Address>(settings_.bytes_per_line);
 }
 
 int DataView::ShownLines() const {
@@ -119,9 +148,8 @@ void DataView::Scroll(ScrollCode code, int position) {
       return SetTop(state_.topLine + state_.lineCount);
     case ScrollCode::ThumbTrack:
       // The last position stands for the last line, whatever the scale.
-      return SetTop(position >= std::min(settings_.total_lines(), kMostPositions - 1)
-                        ? settings_.total_lines() - 1
-                        : position << settings_.scroll_shift());
+      return SetTop(position >= settings_.last_position() ? settings_.total_lines() - 1
+                                                          : position << settings_.scroll_shift());
     case ScrollCode::RedrawFromTop:
     case ScrollCode::RepaintOnly:
       return;
@@ -136,21 +164,24 @@ bool DataView::Outdated(const base::Generations& before, const base::Generations
 }
 
 void DataView::Pull(const base::Generations& before, const base::Generations& now) {
+  if (before.stops != now.stops) shown_.BeginStop();
   const bool outdated = refresh_ || Outdated(before, now);
   if (!outdated && !moved_) return;
   if (drawn_with_.bytes_per_line != settings_.bytes_per_line) {
     // The same address stays at the top.
-    state_.topLine = state_.topLine * drawn_with_.bytes_per_line / settings_.bytes_per_line;
+    const auto top = static_cast<base::Address>(state_.topLine) *
+                     static_cast<base::Address>(drawn_with_.bytes_per_line);
+    state_.topLine = static_cast<int>(top / static_cast<base::Address>(settings_.bytes_per_line));
   }
   drawn_with_ = settings_;
   state_.topLine = ClampedTop(state_.topLine);
   if (outdated) drawn_from_ = memory_.generation();
-  moved_ = refresh_ = false;
-  ReadLines(outdated ? Held::Outdated : Held::Good);
+  moved_ = false;
+  ReadLines(outdated ? Held::Outdated : Held::Good, std::exchange(refresh_, false));
   MoveCursor(state_.cursorColumn, state_.cursorRow);
 }
 
-void DataView::ReadLines(Held lines) {
+void DataView::ReadLines(Held lines, bool on_request) {
   // Good lines that are on the screen already stay; what is missing is one stretch.
   const base::Address first = AddressOf(state_.topLine);
   const base::Address end = AddressOf(state_.topLine + ShownLines());
@@ -165,8 +196,9 @@ void DataView::ReadLines(Held lines) {
 
   const bool available = !activity_.FileIoActive();
   std::vector<std::uint8_t> bytes(to - from);
-  const base::Address readable = std::clamp(base::kAddressSpace, from, to) - from;
-  if (available) memory_.ReadBytes(std::span(bytes).first(readable), from);
+  const auto readable = std::span(bytes).first(std::clamp(base::kAddressSpace, from, to) - from);
+  if (available && on_request) memory_.ReadBytes(readable, from);
+  if (available && !on_request) memory_.ReadSparing(readable, from);
   // What was read last stays when the link is lost on the way.
   if (memory_.LinkError()) return;
 
@@ -176,25 +208,83 @@ void DataView::ReadLines(Held lines) {
       shown.push_back(*held(address));
       continue;
     }
-    const auto line = base::Bytes(bytes).subspan(address - from, per_line);
-    shown.push_back({LineText(address, line, available && address < base::kAddressSpace), address});
+    shown.push_back(available && address < base::kAddressSpace
+                        ? MakeLine(address, base::Bytes(bytes).subspan(address - from, per_line))
+                        : Unavailable(address));
   }
   lines_ = std::move(shown);
 }
 
-std::string DataView::LineText(base::Address address, base::Bytes bytes, bool available) const {
-  std::string text = base::Format("%06lx ", address);
-  const bool as_bytes = settings_.unit == DataUnit::Bytes;
-  for (std::size_t i = 0; i < bytes.size(); i += 2) {
-    if (!available) {
-      text += as_bytes ? "** ** " : "**** ";
-    } else {
-      text += base::Format(as_bytes ? "%02x %02x " : "%02x%02x ", bytes[i], bytes[i + 1]);
-    }
-  }
-  if (!settings_.characters) return text;
+DataByte DataView::MakeByte(base::Address address, std::uint8_t byte) {
+  if (memory_.ChangesOnReading(address)) return {memory_.LastRead(address), DataMark::OnRequest};
+  return {byte, shown_.Show(address, byte) ? DataMark::Changed : DataMark::None};
+}
+
+DataLine DataView::MakeLine(base::Address address, base::Bytes bytes) {
+  DataLine line{base::Format("%06lx ", address), address};
+  std::string characters;
   for (const std::uint8_t byte : bytes) {
-    text += available && Printable(byte) ? static_cast<char>(byte) : '.';
+    const auto n = static_cast<base::Address>(line.bytes.size());
+    const DataByte& made = line.bytes.emplace_back(MakeByte(address + n, byte));
+    line.text += made.value ? base::Format("%02x", *made.value) : kNotRead;
+    if (line.bytes.size() % static_cast<unsigned>(settings_.cell_bytes()) == 0) line.text += ' ';
+    characters += made.value ? Character(*made.value) : '.';
+  }
+  if (settings_.characters) line.text += characters;
+  return line;
+}
+
+DataLine DataView::Unavailable(base::Address address) const {
+  DataLine line{base::Format("%06lx ", address), address};
+  for (int i = 0; i < settings_.cells(); ++i) {
+    line.text += settings_.unit == DataUnit::Bytes ? "** " : "**** ";
+  }
+  line.bytes.resize(static_cast<std::size_t>(settings_.bytes_per_line));
+  if (!settings_.characters) return line;
+  for (base::Address i = 0; i < line.bytes.size(); ++i) {
+    line.text += Character(shown_.Last(address + i).value_or(0));
+  }
+  return line;
+}
+
+std::optional<DataCell> DataView::HitTest(int x, int y, CellSize character) const {
+  const int first = (kFirstCellColumn - 1) * character.width;
+  const int width = settings_.cell_width() * character.width;
+  // The blank before a cell belongs to it; before the first one, half a blank more.
+  const bool in_cells =
+      2 * x > 2 * first - character.width && x < first + settings_.cells() * width;
+  const int row = y / character.height;
+  if (!in_cells || y < 0 || row >= static_cast<int>(lines_.size())) return std::nullopt;
+  return DataCell{std::max(x - first, 0) / width, row};
+}
+
+const DataByte* DataView::ByteAt(base::Address address) const {
+  for (const DataLine& line : lines_) {
+    const base::Address offset = address - line.address;
+    if (offset < line.bytes.size()) return &line.bytes[offset];
+  }
+  return nullptr;
+}
+
+std::string DataView::Explain(const DataCell& cell, const symbols::DebugInfo& info) const {
+  const base::Address first = AddressOf(state_.topLine + cell.row) +
+                              static_cast<base::Address>(cell.column * settings_.cell_bytes());
+  const DataByte* const byte = ByteAt(first);
+  if (byte == nullptr) return {};
+  const std::string name = symbols::NameWithOffset(first, info);
+  std::string text = base::Format("%04x", first) + (name.empty() ? "" : " " + name);
+  if (byte->value) text += ": " + ByteText(*byte->value);
+  const DataByte* const next = ByteAt(first + 1);
+  if (byte->value && next != nullptr && next->value) {
+    text += ", word " + WordText(base::Word(*byte->value, *next->value));
+  }
+  for (int i = 0; i < settings_.cell_bytes(); ++i) {
+    const base::Address at = first + static_cast<base::Address>(i);
+    const devices::ReadEffect* const effect = devices::FindReadEffect(memory_.device(), at);
+    if (effect == nullptr) continue;
+    text += base::Format(
+        "; %s %s: reading it %s, so only Refresh (Ctrl+F5) does", std::string(effect->name),
+        memory_.LastRead(at) ? "as read last" : "not read yet", std::string(effect->effect));
   }
   return text;
 }

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 // One window onto the bytes in the target: lines of 8 or 16 bytes, shown as bytes or as words with
-// a column of characters, and a cursor on one cell. Rests on the door to memory, which keeps what
-// was read: another view of the same place, scrolling back and a repaint read nothing.
+// a column of characters, and a cursor on one cell. Bytes that differ from what the view showed at
+// the stop before are marked. Registers that change on being read are read only by Refresh, and
+// show what was read of them last. Rests on the door to memory, which keeps what was read: another
+// view of the same place, scrolling back and a repaint read nothing.
 #pragma once
 
 #include <cstdint>
@@ -13,8 +15,11 @@
 #include "base/settings_file.h"
 #include "control/activity.h"
 #include "memory/memory.h"
+#include "symbols/debug_info.h"
+#include "views/cell_size.h"
 #include "views/open_views.h"
 #include "views/scroll_code.h"
+#include "views/shown_bytes.h"
 
 namespace brevant::views {
 
@@ -36,6 +41,10 @@ struct DataSettings {
   }
   // Scroll bars have at most 32768 positions; position p stands for line p << shift.
   int scroll_shift() const;
+  int last_position() const;
+  // Where byte n of a line is shown, in characters; and its character.
+  int ByteColumn(int n) const;
+  int CharacterColumn(int n) const;
 };
 // Keys "WordByte", "DataPerLine", "DisPlayAscii" and "DataAddrRange".
 DataSettings ReadDataSettings(const base::SettingsFile& settings);
@@ -49,13 +58,29 @@ struct DataViewState {
   int cursorRow = 0;
 };
 
+enum class DataMark : std::uint8_t {
+  None,
+  Changed,    // since the stop before, by the program or by the user
+  OnRequest,  // not read by itself; see devices::ReadEffect
+};
+struct DataByte {
+  std::optional<std::uint8_t> value = {};  // nothing: not known
+  DataMark mark = DataMark::None;
+};
 struct DataLine {
   std::string text;
   base::Address address = 0;
+  std::vector<DataByte> bytes = {};
+};
+struct DataCell {
+  int column = 0;
+  int row = 0;
+  bool operator==(const DataCell&) const = default;
 };
 
 // The first cell of a line stands here.
 inline constexpr int kFirstCellColumn = 7;
+inline constexpr int kByteDigits = 2;
 
 class DataView final : public View {
  public:
@@ -77,6 +102,12 @@ class DataView final : public View {
   // position goes with ThumbTrack. Ignored during file I/O.
   void Scroll(ScrollCode code, int position = 0);
   void MoveCursor(int column, int row);
+  // The cell at the pixel; nothing beside the cells.
+  std::optional<DataCell> HitTest(int x, int y, CellSize character) const;
+  // What is known of the cell, for the status bar: address, symbol, character, its byte and the
+  // word there as numbers. Empty where no cell is shown.
+  std::string Explain(const DataCell& cell, const symbols::DebugInfo& info) const;
+  DataCell cursor() const { return {state_.cursorColumn, state_.cursorRow}; }
   // Asks the target for everything that is shown, whatever is kept of it.
   void Refresh();
 
@@ -91,9 +122,14 @@ class DataView final : public View {
   // What is shown may no longer be so.
   bool Outdated(const base::Generations& before, const base::Generations& now) const;
   enum class Held { Good, Outdated };
-  void ReadLines(Held lines);
+  void ReadLines(Held lines, bool on_request);
   base::Address AddressOf(int line) const;
-  std::string LineText(base::Address address, base::Bytes bytes, bool available) const;
+  DataLine MakeLine(base::Address address, base::Bytes bytes);
+  // Of a line that cannot be read now.
+  DataLine Unavailable(base::Address address) const;
+  DataByte MakeByte(base::Address address, std::uint8_t byte);
+  // What is shown at the address; nullptr when it is not among the lines.
+  const DataByte* ByteAt(base::Address address) const;
 
   memory::Memory& memory_;
   const control::Activity& activity_;
@@ -101,6 +137,7 @@ class DataView final : public View {
   DataViewState state_;
   DataSettings drawn_with_;
   std::vector<DataLine> lines_;
+  ShownBytes shown_;
   long drawn_from_ = 0;  // generation of the memory
   bool moved_ = true;
   bool refresh_ = false;

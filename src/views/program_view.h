@@ -19,6 +19,7 @@
 #include "control/register_frame.h"
 #include "memory/memory.h"
 #include "symbols/debug_info.h"
+#include "views/cell_size.h"
 #include "views/code_lines.h"
 #include "views/open_views.h"
 #include "views/scroll_range.h"
@@ -63,11 +64,6 @@ inline constexpr int kTabStops[] = {22, 30};
 
 // Tabs replaced by blanks up to the next tab stop, at least one.
 std::string ExpandTabs(std::string_view text);
-
-struct CellSize {
-  int width = 1;  // in pixels
-  int height = 1;
-};
 
 // What a click with the left button means.
 struct ClickMeaning {

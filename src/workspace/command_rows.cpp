@@ -126,7 +126,7 @@ constexpr CommandRow kRows[] = {
     {kDataEdit, Menu::DataPopup, "Edit", "Edit the contents of a memory location in data window",
      kPopup},
     {kDataGoToAddress, Menu::DataPopup, "Go to Address", "Go to an address location in data window",
-     kPopup},
+     kPopup, "", "Ctrl+G"},
     {kDataGoToSymbol, Menu::DataPopup, "Go to Symbol",
      "Go to a symbol in the symbol list in data dindow", kPopup},
     {kDataGoToPc, Menu::DataPopup, "Go to PC", "Go to PC position in data window", kPopup},
@@ -189,6 +189,16 @@ std::span<const ToolbarButton> Toolbar() {
 const CommandRow* FindCommand(int id) {
   const auto* const row = std::ranges::find(kRows, id, &CommandRow::id);
   return row == std::end(kRows) ? nullptr : row;
+}
+
+bool OwnsKeys(const CommandRow& row, Menu active) {
+  if (row.second_shortcut.empty()) return true;
+  const CommandRow* owner = nullptr;
+  for (const CommandRow& other : kRows) {
+    if (other.second_shortcut != row.second_shortcut) continue;
+    if (owner == nullptr || other.menu == active) owner = &other;
+  }
+  return owner == &row;
 }
 
 std::string ShortcutText(const CommandRow& row) {

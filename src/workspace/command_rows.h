@@ -91,6 +91,9 @@ inline constexpr int kFlashImage = 41030;
 std::span<const CommandRow> CommandRows();
 // nullptr for an id that is no command.
 const CommandRow* FindCommand(int id);
+// Popup menus may share a second shortcut: it is the row's when the window with the active menu has
+// no such row, and the row is the first, or when it is of that menu.
+bool OwnsKeys(const CommandRow& row, Menu active);
 // "F5, F11": the shortcuts of the command, or of the one whose action it shares.
 std::string ShortcutText(const CommandRow& row);
 // The menu item's text and, behind a tab, its shortcuts. "Go" reads "Break" while running.

@@ -208,7 +208,8 @@ TEST_F(Commands, ADataWindowIsEditedAndDisplaysAsItsPopupSays) {
   EXPECT_EQ(window().Children(kDataKind).front()->windowTitle(), "Data (Data page)");
   auto& data = static_cast<DataWindow&>(*window().active_view());
   AnswerPrompt("Goto Address", "0121");
-  Choose(commands::kDataGoToAddress);
+  Press(Qt::Key_G, Qt::ControlModifier);
+  EXPECT_EQ(data.view().CursorCellAddress(), 0x0120u) << "the active window's key";
   const auto popup_item = [&](int command) {
     QContextMenuEvent key(QContextMenuEvent::Keyboard, {5, 5}, {});
     QApplication::sendEvent(data.viewport(), &key);
@@ -239,6 +240,17 @@ TEST_F(Commands, ADataWindowIsEditedAndDisplaysAsItsPopupSays) {
   Press(Qt::Key_3);
   EXPECT_EQ(debugger().monitor.ReadByte(0x0121), 0x3F);
   EXPECT_EQ(data.view().lines()[0].text.substr(7, 5).substr(3), "3f");
+  // What is under the cursor is told while the window is the active one; a change is marked.
+  window().Tick();
+  EXPECT_TRUE(window().status().toolTip().startsWith("0121: 3f 63 '?' %00111111, word 3f"));
+  data.setFocus();
+  QTest::keyClick(&data, Qt::Key_Home);  // lets the mark go elsewhere
+  EXPECT_GT(RedPixels(data, 10, 0, 2), 0);
+  EXPECT_EQ(RedPixels(data, 13, 0, 8), 0);
+  window().area().setActiveSubWindow(window().Children(kProgramKind).front());
+  window().Tick();
+  EXPECT_EQ(window().status().toolTip(), "");
+  window().area().setActiveSubWindow(window().Children(kDataKind).front());
   // Flash is not changed by writing to it, and the user hears so.
   AnswerPrompt("Goto Address", "8000");
   Choose(commands::kDataGoToAddress);

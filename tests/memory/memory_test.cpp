@@ -104,6 +104,31 @@ TEST_F(MemoryTest, DropsWhatARunMayHaveTouched) {
   EXPECT_FALSE(kept(0x0110));
 }
 
+TEST_F(MemoryTest, TouchesRegistersThatChangeOnBeingReadOnlyWhenTheyAreAskedFor) {
+  constexpr base::Address kSrsr = 0xFE01;
+  ByteList bytes(4);
+  memory.ReadSparing(bytes, 0xFE00);
+  EXPECT_EQ(Sent(), "RFE00 RFE02 RFE03");
+  EXPECT_EQ(memory.LastRead(kSrsr), std::nullopt);
+  EXPECT_EQ(board.Peek(kSrsr), 0x80) << "power-on, still to be read by the program";
+  // Nor do its neighbours touch it, be they read or written.
+  Read(0xFE00, 1);
+  Read(0xFE02, 3);
+  memory.WriteBytes(0xFE02, ByteList{0});
+  EXPECT_EQ(Sent(), "RFE00 RFE02 r WFE02=00");
+  EXPECT_EQ(board.Peek(kSrsr), 0x80);
+  EXPECT_EQ(Read(0xFE00, 4).at(1), 0x80);
+  EXPECT_EQ(memory.LastRead(kSrsr), 0x80);
+  board.Load(0x0150, {0x83});
+  board.Load(0x00FE, {0x01, 0x50});
+  memory.RunTarget();
+  EXPECT_EQ(board.link.PollBreak(), 0);
+  memory.ReadSparing(bytes, 0xFE00);
+  EXPECT_EQ(bytes.at(1), 0x80) << "what was read last, however long ago";
+  memory.DropAll();
+  EXPECT_EQ(memory.LastRead(kSrsr), std::nullopt);
+}
+
 TEST_F(MemoryTest, CountsChangesForTheViews) {
   const long before = memory.generation();
   Read(0x0110, 2);

@@ -82,6 +82,80 @@ TEST_F(DataViewTest, FollowsWhatTheHostAndTheProgramChange) {
   EXPECT_EQ(BytesSent(), 3u + 1);
 }
 
+TEST_F(DataViewTest, MarksWhatDiffersFromTheStopBefore) {
+  const auto marked = [this] {
+    std::string addresses;
+    for (const DataLine& line : view.lines()) {
+      for (base::Address i = 0; i < line.bytes.size(); ++i) {
+        if (line.bytes[i].mark != DataMark::Changed) continue;
+        addresses += base::Format("%04x ", line.address + i);
+      }
+    }
+    return addresses;
+  };
+  // STA $0102; STA $0180; BRA to the first: the second byte is out of sight at first.
+  Program(0x0190, {0xC7, 0x01, 0x02, 0xC7, 0x01, 0x80, 0x20, 0xF8});
+  frame.WriteA(0x55);
+  const auto step = [this] {
+    run.StepCommand(control::Calls::Follow);
+    Follow();
+  };
+  Follow();
+  EXPECT_EQ(marked(), "");
+  step();
+  EXPECT_EQ(marked(), "0102 ");
+  view.Scroll(ScrollCode::PageDown);
+  Follow();
+  view.Scroll(ScrollCode::PageUp);
+  Follow();
+  EXPECT_EQ(marked(), "0102 ") << "scrolling is no stop";
+  step();
+  EXPECT_EQ(marked(), "") << "changed by the step before";
+  view.GoToDataAddress(0x0180);
+  Follow();
+  EXPECT_EQ(marked(), "") << "was not in sight at the stop before";
+  memory.WriteByte(0x0181, 0x12);
+  Follow();
+  EXPECT_EQ(marked(), "0181 ") << "the user's own change, too";
+  step();
+  EXPECT_EQ(marked(), "");
+}
+
+TEST_F(DataViewTest, ReadsSomeRegistersOnlyOnRequest) {
+  data_settings.unit = DataUnit::Bytes;
+  view.GoToDataAddress(0xFE01);
+  Follow(1);
+  EXPECT_EQ(Line(0).substr(0, 16), "00fe00 00 -- 00 ");
+  EXPECT_EQ(view.lines()[0].bytes[1].mark, DataMark::OnRequest);
+  EXPECT_EQ(view.Explain(view.cursor(), debug_info),
+            "fe01; SRSR not read yet: reading it clears the causes of the last reset, so only "
+            "Refresh (Ctrl+F5) does");
+  view.Refresh();
+  Follow(1);
+  EXPECT_EQ(Line(0).substr(0, 16), "00fe00 00 80 00 ");
+  EXPECT_EQ(Peek(0xFE01), 0) << "read";
+  Follow(2);
+  EXPECT_EQ(Line(0).substr(0, 16), "00fe00 00 80 00 ") << "not read again";
+}
+
+TEST_F(DataViewTest, ExplainsTheCellUnderTheMouse) {
+  debug_info.SymbolTable.Assign({{"_speed", 0x010F, 2, {}}});
+  Load(0x0110, ByteList{0xFE});
+  Follow();
+  const CellSize character{8, kLineHeight};
+  EXPECT_EQ(view.HitTest(44, 0, character), std::nullopt);
+  EXPECT_EQ(view.HitTest(45, 0, character), (DataCell{0, 0}));
+  EXPECT_EQ(view.HitTest((6 + 5 * 8) * 8 - 1, 39, character), (DataCell{7, 3}));
+  EXPECT_EQ(view.HitTest((6 + 5 * 8) * 8, 0, character), std::nullopt);
+  EXPECT_EQ(view.HitTest(60, 40, character), std::nullopt) << "below the last line";
+  EXPECT_EQ(view.Explain({0, 0}, debug_info), "0100: 20 32 ' ' %00100000, word 2021 8225");
+  view.Refresh();
+  Follow();
+  EXPECT_EQ(view.Explain({0, 1}, debug_info),
+            "0110 _speed+1: fe 254 -2 '.' %11111110, word fe31 65073 -463");
+  EXPECT_EQ(view.Explain({0, 4}, debug_info), "");
+}
+
 TEST_F(DataViewTest, EndsWithItsRangeAndKeepsItsLinesWhenTheLinkIsLost) {
   view.GoToDataAddress(0xFFF5);
   EXPECT_EQ(view.CursorCellAddress(), 0xFFF4u);
@@ -101,6 +175,7 @@ TEST_F(DataViewTest, ReadsNothingDuringFileIo) {
   activity.SetFileIo(true);
   Follow();
   EXPECT_EQ(Line(0).substr(0, 17), "000100 **** **** ");
+  EXPECT_EQ(Line(0).substr(47), " !\"#$%&'()*+,-./") << "as they were last";
   EXPECT_EQ(BytesSent(), 0u);
 }
 

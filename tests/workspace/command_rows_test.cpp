@@ -73,14 +73,21 @@ TEST(CommandRows, OfTheToolbarLeaveResetAndStopWhileRunning) {
 }
 
 TEST(CommandRows, ShortcutsAreUniqueAndTheGivenOnesComeFirst) {
-  std::map<std::string, int> shortcuts;
-  for (const CommandRow& row : CommandRows()) {
-    for (const auto shortcut : {row.shortcut, row.second_shortcut}) {
-      if (!shortcut.empty()) {
-        EXPECT_TRUE(shortcuts.emplace(shortcut, row.id).second) << shortcut;
+  const auto shortcuts_in = [](Menu active) {
+    std::map<std::string, int> shortcuts;
+    for (const CommandRow& row : CommandRows()) {
+      if (!OwnsKeys(row, active)) continue;
+      for (const auto shortcut : {row.shortcut, row.second_shortcut}) {
+        if (!shortcut.empty()) {
+          EXPECT_TRUE(shortcuts.emplace(shortcut, row.id).second) << shortcut;
+        }
       }
     }
-  }
+    return shortcuts;
+  };
+  EXPECT_EQ(shortcuts_in(Menu::ProgramPopup)["Ctrl+G"], commands::kPopupGoToAddress);
+  EXPECT_EQ(shortcuts_in(Menu::DataPopup)["Ctrl+G"], commands::kDataGoToAddress);
+  auto shortcuts = shortcuts_in(Menu::None);
   const std::map<std::string, int> given{{"F3", 324},    {"Shift+F4", 224}, {"Shift+F5", 225},
                                          {"Alt+P", 220}, {"Alt+D", 221},    {"F5", 190},
                                          {"F6", 191},    {"F7", 193},       {"F8", 194}};
