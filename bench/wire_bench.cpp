@@ -25,6 +25,7 @@
 #include "views/open_views.h"
 #include "views/program_views.h"
 #include "views/register_cells.h"
+#include "views/stack_view.h"
 
 namespace brevant {
 namespace {
@@ -128,6 +129,21 @@ class Bench {
     });
     Do("data: page", [&] { data.Scroll(views::ScrollCode::PageDown); });
     Do("data: page back", [&] { data.Scroll(views::ScrollCode::PageUp); });
+    Do("data: refresh", [&] { data.Refresh(); });
+    Do("data: the I/O page", [&] { data.GoToDataAddress(0); });
+    views::StackView stack(open_,
+                           {engine_.memory, engine_.debug_info, engine_.frame, engine_.activity});
+    Do("stack window of 20 lines", [&] { stack.Resize(kLines * kLineHeight, kLineHeight); });
+    Do("step beside both", [&] { engine_.run_control.StepCommand(control::Calls::Follow); });
+    std::unique_ptr<views::DataView> other;
+    Do("second data window there", [&] {
+      data.GoToDataAddress(0x0100);
+      Follow();
+      target_.board().ClearHostLog();
+      other = std::make_unique<views::DataView>(open_, engine_.memory, engine_.activity,
+                                                data_settings_, 0x10);
+      other->Resize(kLines * kLineHeight, kLineHeight);
+    });
   }
 
  private:

@@ -1,12 +1,13 @@
 // SPDX-License-Identifier: MIT
-// Commands of the popup menu of data windows. They act on the active one; how bytes are displayed
-// holds for all.
+// Commands of the popup menus of data windows and of the stack window. They act on the active one;
+// how bytes are displayed holds for all data windows.
 #include "gui/address_prompts.h"
 #include "gui/command_actions.h"
 #include "gui/data_window.h"
 #include "gui/main_window.h"
 #include "gui/messages.h"
 #include "gui/session.h"
+#include "gui/stack_window.h"
 
 namespace brevant::gui {
 namespace {
@@ -68,6 +69,15 @@ void ToggleCharacters(const CommandContext& context) {
   Display(context, [](auto& wanted) { wanted.characters = !wanted.characters; });
 }
 
+void StackGoToCode(const CommandContext& context) {
+  auto* const window = dynamic_cast<StackWindow*>(context.window.active_view());
+  const auto address = window != nullptr ? window->view().CodeUnderCursor() : std::nullopt;
+  if (!address) return;
+  views::ProgramViews& programs = context.session.program_views;
+  if (programs.main() == nullptr) context.window.Open(kProgramKind);
+  programs.main()->GoToAddress(*address);
+}
+
 constexpr CommandAction kActions[] = {
     {commands::kDataEdit, Edit},
     {commands::kDataGoToAddress, GoToAddress},
@@ -76,6 +86,7 @@ constexpr CommandAction kActions[] = {
     {commands::kDataPerLine, TogglePerLine},
     {commands::kDataUnit, ToggleUnit},
     {commands::kDataAscii, ToggleCharacters},
+    {commands::kStackGoToCode, StackGoToCode},
 };
 
 }  // namespace

@@ -69,6 +69,14 @@ void DrawBytes(QPainter& painter) {
   }
 }
 
+void DrawPile(QPainter& painter) {
+  DrawSheet(painter);
+  for (int row = 0; row < kRows; ++row) {
+    painter.setBrush(row == 0 ? kChangedColour : kInkColour);
+    painter.drawRect(QRectF(4, 3 + 2.7 * row, 8, 1.5));
+  }
+}
+
 QIcon Draw(Drawing draw) {
   QIcon icon;
   for (const int size : {16, 32, 48, 128}) {
@@ -99,6 +107,10 @@ QIcon ProgIcon() {
 
 QIcon DataIcon() {
   return Draw(DrawBytes);
+}
+
+QIcon StackIcon() {
+  return Draw(DrawPile);
 }
 
 }  // namespace brevant::gui

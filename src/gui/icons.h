@@ -10,5 +10,6 @@ QIcon ProductIcon();  // a chip with its pins
 QIcon RegsIcon();     // cells
 QIcon ProgIcon();     // lines of code, one of them marked
 QIcon DataIcon();     // a grid of bytes
+QIcon StackIcon();    // a pile, its top marked
 
 }  // namespace brevant::gui

@@ -18,7 +18,8 @@ struct PopupName {
   const char* name;
 };
 constexpr PopupName kPopups[] = {{workspace::Menu::ProgramPopup, "ProgMenu"},
-                                 {workspace::Menu::DataPopup, "DataMenu"}};
+                                 {workspace::Menu::DataPopup, "DataMenu"},
+                                 {workspace::Menu::StackPopup, "StackMenu"}};
 
 // Behind a tab stand all its shortcuts; by itself an action would show only the first.
 QString ItemText(const workspace::CommandRow& row, bool running) {

@@ -8,6 +8,7 @@
 #include "gui/icons.h"
 #include "gui/program_window.h"
 #include "gui/registers_window.h"
+#include "gui/stack_window.h"
 
 namespace brevant::gui {
 namespace {
@@ -43,6 +44,14 @@ constexpr std::array kKinds{
                 {&keys::kDataFirstLine, &keys::kDataAttribute}},
                {0, 128},
                Make<DataWindow>},
+    WindowKind{"Stack",
+               "Stack",
+               StackIcon,
+               commands::kOpenStack,
+               Menu::StackPopup,
+               {HowMany::AtMostOne, &keys::kStackOpen, &keys::kStackGeometry},
+               {},
+               Make<StackWindow>},
     WindowKind{"Program",
                "Program",
                ProgIcon,
@@ -57,7 +66,8 @@ constexpr std::array kKinds{
 
 constinit const WindowKind& kRegistersKind = kKinds[0];
 constinit const WindowKind& kDataKind = kKinds[1];
-constinit const WindowKind& kProgramKind = kKinds[2];
+constinit const WindowKind& kStackKind = kKinds[2];
+constinit const WindowKind& kProgramKind = kKinds[3];
 
 std::span<const WindowKind> WindowKinds() {
   return kKinds;

@@ -47,6 +47,7 @@ std::span<const WindowKind> WindowKinds();
 
 extern const WindowKind& kRegistersKind;
 extern const WindowKind& kDataKind;
+extern const WindowKind& kStackKind;
 extern const WindowKind& kProgramKind;
 
 // nullptr for a command that opens no window.

@@ -66,6 +66,7 @@ std::uint8_t Memory::ReadByte(Address address) {
 
 std::uint8_t Memory::AskByte(Address address) {
   std::uint8_t byte = 0;
+  ++asked_;
   const bool sound = Soundly(address, [&] { byte = monitor_.ReadByte(Low16(address)); });
   if (sound) Keep(address, base::Bytes(&byte, 1));
   return byte;
@@ -78,6 +79,7 @@ std::uint32_t Memory::ReadWord(Address address) {
 }
 
 void Memory::AskChecked(std::span<std::uint8_t> destination, Address address) {
+  asked_ += std::ssize(destination);
   const bool sound = Soundly(address, [&] {
     const bool odd = destination.size() % 2 != 0;
     const std::uint8_t first = monitor_.ReadByte(Low16(odd ? address : address - 1));
@@ -125,6 +127,7 @@ void Memory::AskBytes(std::span<std::uint8_t> destination, Address address) {
   if (ChangesOnReading(address - 1) || (size % 2 != 0 && ChangesOnReading(address + size))) {
     return AskExactly(destination, address);
   }
+  asked_ += std::ssize(destination);
   const bool sound =
       Soundly(address, [&] { monitor_.ReadBlockBytes(destination, Low16(address)); });
   if (sound) Keep(address, destination);

@@ -100,6 +100,9 @@ class Memory {
   // and while LinkError is set.
   std::optional<Difference> WriteAndLook(base::Address address, base::Bytes bytes);
 
+  // How many bytes the target has been asked for so far.
+  long asked() const { return asked_; }
+
   // Running.
 
   // READSP: the base of the register frame. The bytes below it are not kept from now on.
@@ -147,6 +150,7 @@ class Memory {
   std::bitset<base::kAddressSpace> answered_;  // bytes_ is what the target said, then or now
   base::Address frame_base_ = 0;
   std::optional<base::Address> damaged_;
+  long asked_ = 0;
   long generation_ = 1;
   std::vector<long> written_, changed_;
 };

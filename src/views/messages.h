@@ -31,6 +31,13 @@ inline constexpr base::MessageText kNoSoftwareBreakpoint{
     "Flash and ROM need the hardware breakpoint.",
     base::captions::kError, base::Icon::Information};
 
+// In place of the stack.
+inline constexpr const char* kStackNotRam =
+    "SP is %04x, which is not in RAM: there is no stack to show.";
+inline constexpr const char* kStackBelowCode = "SP is %04x: %s begins above it, and no stack.";
+inline constexpr const char* kStackAtEnd =
+    "SP is %04x, the last byte of RAM: nothing is stacked above it.";
+
 // Blocks. The conversion that ends them, or begins kBlockLinkLost, says how far it got.
 inline constexpr base::MessageText kBlockRefused{"block.refused", base::Severity::Error,
                                                  "Nothing was written: %s.", base::captions::kError,

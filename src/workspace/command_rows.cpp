@@ -89,6 +89,8 @@ constexpr CommandRow kRows[] = {
     {kOpenProgram, Menu::Window, "&Program", "Open a new program window", kNotDuringFileIo,
      "Alt+P"},
     {kOpenData, Menu::Window, "&Data", "Open a new data window", kNotDuringFileIo, "Alt+D"},
+    {kOpenStack, Menu::Window, "Stac&k", "Open the window onto the program's stack",
+     kNotDuringFileIo, "", "Alt+K"},
     {kOpenWatch, Menu::Window, "&Watch", "Open a watch window", kNotDuringFileIo},
     {kOpenSource, Menu::Window, "&Source", "Open a surce window", kNotDuringFileIo},
     {kTile, Menu::Window, "&Tile", "Tile windows", kNotDuringFileIo | kSeparatorBefore, "Shift+F4"},
@@ -140,6 +142,12 @@ constexpr CommandRow kRows[] = {
     {kDataAscii, Menu::DataPopup, "Display ASCII data", "", kNotDuringFileIo | kCheckable},
     {kDataRefresh, Menu::DataPopup, "Refresh", "Read what the window shows from the target again",
      kPopup, "", "", kRefresh},
+    // Popup menu of the stack view
+    {kStackGoToCode, Menu::StackPopup, "Go to code",
+     "Show the call behind a return address, or where an interrupt came, in the program window",
+     kPopup},
+    {kStackRefresh, Menu::StackPopup, "Refresh", "Read what the window shows from the target again",
+     kPopup, "", "", kRefresh},
     // Shortcut of the source window
     {kFindNext, Menu::None, "", "Find the next string in source window", kNoFlags, "F3"},
     // Toolbar
@@ -174,7 +182,7 @@ constexpr std::string_view kGoIsRunning = "MCU is running, click this button to 
 }  // namespace
 
 bool IsPopup(Menu menu) {
-  return menu == Menu::ProgramPopup || menu == Menu::DataPopup;
+  return menu == Menu::ProgramPopup || menu == Menu::DataPopup || menu == Menu::StackPopup;
 }
 std::span<const MenuTitle> MenuBar() {
   return kMenuBar;

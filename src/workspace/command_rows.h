@@ -21,6 +21,7 @@ enum class Menu {
   Help,
   ProgramPopup,  // of a program view
   DataPopup,     // of a data view
+  StackPopup,    // of the stack view
 };
 // Pops up over a view; its items act on that.
 bool IsPopup(Menu menu);
@@ -82,6 +83,7 @@ inline constexpr int kRunMacro = 346, kToolbarRunToCursor = 347, kReStart = 348;
 inline constexpr int kToggleBreakpoint = 41000, kRefresh = 41001, kPopupRefresh = 41002;
 inline constexpr int kDataRefresh = 41003;
 inline constexpr int kSaveMemory = 41020, kCompareFile = 41021;
+inline constexpr int kOpenStack = 41040, kStackGoToCode = 41041, kStackRefresh = 41042;
 inline constexpr int kClassicColours = 41010, kQuietColours = 41011;
 inline constexpr int kLargerText = 41012, kSmallerText = 41013;
 inline constexpr int kFlashImage = 41030;

@@ -15,6 +15,8 @@
 
 #include "gui/data_window.h"
 #include "gui/desktop.h"
+#include "gui/stack_window.h"
+#include "images/image_file.h"
 
 namespace brevant::gui {
 namespace {
@@ -263,6 +265,44 @@ TEST_F(Commands, ADataWindowIsEditedAndDisplaysAsItsPopupSays) {
     Push(dialog, "ok");
   });
   Choose(commands::kDataEdit);
+}
+
+TEST_F(Commands, TheStackWindowLeadsToTheCallsOfAnSdccProgram) {
+  UseToolChain(symbols::ToolChain::Sdcc);
+  Start();
+  const std::string image = std::string(BREVANT_TEST_DATA) + "/programs/recursion.s19";
+  for (const images::Block& block : images::ReadImageFile(image).ToImage().Blocks()) {
+    session().simulated()->board().Load(block.address, block.bytes);
+  }
+  window().LoadFile(image);
+  Press(Qt::Key_K, Qt::AltModifier);
+  Press(Qt::Key_K, Qt::AltModifier);
+  ASSERT_EQ(window().Children(kStackKind).size(), 1u) << "one is enough";
+  auto& stack = static_cast<StackWindow&>(*window().active_view());
+  const auto run_to = [this](const char* label) {
+    AnswerPrompt("Run to label or address", label);
+    Choose(commands::kPopupRunToLabel);
+    Settle();
+  };
+  run_to("_is_even");
+  run_to("_is_odd");
+  const QString back = stack.TextLines().value(0);
+  EXPECT_TRUE(back.contains("+1  80")) << qPrintable(back);
+  EXPECT_TRUE(back.contains("  return to 80")) << qPrintable(back);
+  EXPECT_TRUE(back.contains("behind JSR _is_odd at 80")) << qPrintable(back);
+  EXPECT_TRUE(back.contains("_is_even+")) << qPrintable(back);
+  EXPECT_TRUE(back.contains("recursion.c:")) << qPrintable(back);
+  EXPECT_TRUE(stack.TextLines().join('\n').contains("behind JSR _is_even at 81"))
+      << qPrintable(stack.TextLines().join('\n'));
+  EXPECT_TRUE(window().status().toolTip().contains("bytes were read"));
+
+  stack.setFocus();
+  Press(Qt::Key_Return);
+  const std::string call = program().view().Lines().front().text;
+  EXPECT_NE(call.find("JSR"), std::string::npos) << call;
+  EXPECT_NE(call.find("_is_odd"), std::string::npos) << call;
+  Choose(commands::kSaveSettings);
+  EXPECT_EQ(session().settings.Integer(base::keys::kStackOpen), 1);
 }
 
 TEST_F(Commands, F1OnAMenuItemExplainsItInsteadOfCarryingItOut) {
