@@ -115,9 +115,8 @@ bool Step(Bench& bench) {
   NoEvents events;
   control::Activity activity(events);
   const symbols::DebugInfo debug_info;
-  const base::SettingsFile settings(std::filesystem::path{});
-  control::RunControl run(bench.link, memory, frame, breakpoints, activity, debug_info, settings,
-                          events, [] { return std::nullopt; });
+  control::RunControl run(bench.link, memory, frame, breakpoints, activity, debug_info, events,
+                          [] { return std::nullopt; });
   bench.monitor.WriteBlock(0x0100, std::vector<std::uint8_t>{0x4C, 0x9D, 0x20, 0xFC});
   bench.monitor.WriteWord(0x00FE, 0x0100);
   frame.ReadRegisters();

@@ -65,11 +65,9 @@ Result Asm(Session& session, const ParsedArguments& arguments) {
   debugger::Debugger& debugger = session.debugger();
   const base::Address address = arguments.Number(0);
   const std::string& text = arguments.Text(1);
-  const auto assembled = isa::AssembleLine(text, address, debugger.debug_info.SymbolTable);
-  if (!assembled) {
-    return UsageError(fmt::format(
-        "\"{}\" is no instruction here: one mnemonic with hexadecimal operands or symbols", text));
-  }
+  std::string why;
+  const auto assembled = isa::AssembleLine(text, address, debugger.debug_info.SymbolTable, &why);
+  if (!assembled) return UsageError(fmt::format("\"{}\": {}", text, why));
   const base::Bytes code = assembled->code();
   Result refused =
       CheckWritable(session, address, address + static_cast<base::Address>(code.size()) - 1);

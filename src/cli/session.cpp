@@ -125,6 +125,8 @@ Result Session::Execute(std::string_view line) {
   if (!words.ok()) return UsageError(words.error);
   if (words.value.empty()) return {};
   Result result = Run(words.value);
+  const std::string problem = debugger_.macros.TakeProblem();
+  if (!problem.empty()) ui_.Notice(problem);
   const ConsoleUi::Said said = ui_.TakeSaid();
   for (const std::string& error : said.errors) {
     if (result.ok()) result.status = ExitStatus::Failed;

@@ -54,12 +54,17 @@ bool BreakpointTable::TakesSwi(base::Address address) {
   return taken;
 }
 
+std::optional<base::Address> BreakpointTable::First() const {
+  if (count_ < 1) return std::nullopt;
+  return entries_[NthBreakpoint(0)].address;
+}
+
 Refused BreakpointTable::InsertBreakpoints() {
   armed_.reset();
   inserted_.clear();
   if (count_ < 1) return std::nullopt;
   if (HardwareBreakMode()) {
-    ArmBreakModule(entries_[NthBreakpoint(0)].address);
+    ArmBreakModule(*First());
     return std::nullopt;
   }
   for (Breakpoint& entry : entries_) {

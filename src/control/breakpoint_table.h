@@ -45,6 +45,8 @@ class BreakpointTable {
   bool Has(base::Address address) const { return FindBreakpoint(address) != kNoBreakpoint; }
   // Table index of the n-th entry in use, from 0, or kNoBreakpoint.
   int NthBreakpoint(int n) const;
+  // The address of the first entry in use, the one that the break module gets.
+  std::optional<base::Address> First() const;
   // The table itself checks no limit but its size; see BreakpointLimit in control/messages.h.
   void AddBreakpoint(base::Address address);
   void RemoveBreakpoint(base::Address address);

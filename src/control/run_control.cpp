@@ -30,7 +30,7 @@ constexpr std::uint8_t kUnmasking[] = {0x80, 0x84, 0x8E, 0x8F, 0x9A};
 
 RunControl::RunControl(link::MonitorLink& link, memory::Memory& memory, RegisterFrame& frame,
                        BreakpointTable& breakpoints, Activity& activity,
-                       const symbols::DebugInfo& debug_info, const base::SettingsFile& settings,
+                       const symbols::DebugInfo& debug_info,
                        base::Events& events, EnterAgain enter_again)
     : link_(link),
       memory_(memory),
@@ -38,7 +38,6 @@ RunControl::RunControl(link::MonitorLink& link, memory::Memory& memory, Register
       breakpoints_(breakpoints),
       activity_(activity),
       debug_info_(debug_info),
-      settings_(settings),
       events_(events),
       enter_again_(std::move(enter_again)) {}
 
@@ -401,13 +400,17 @@ void RunControl::RunToAddress(Address address) {
   }
 }
 
+bool RunControl::BreakpointChangeWaits() const {
+  if (activity_.RunMode() != Mode::Running || armed_for_ != ArmedFor::Run) return false;
+  return breakpoints_.HardwareBreakMode() && breakpoints_.armed() != breakpoints_.First();
+}
+
 void RunControl::RunToCursor(Address cursor) {
   if (breakpoints_.StepPlanted() || frame_.PC == Low16(cursor)) return;
   RunToAddress(cursor);
 }
 
-void RunControl::RunToMain() {
-  const std::string symbol = settings_.String(base::keys::kRunToMainSymbol);
+void RunControl::RunToMain(const std::string& symbol) {
   std::optional<Address> address;
   if (symbol.starts_with('0')) {
     address = base::ParseHex(symbol);
@@ -415,14 +418,6 @@ void RunControl::RunToMain() {
     address = debug_info_.SymbolTable.FindSymbolAddress(symbol);
   }
   if (address && frame_.PC != Low16(*address)) RunToAddress(*address);
-}
-
-void RunControl::RunToMainIfConfigured() {
-  if (settings_.Integer(base::keys::kRunToMain) == 0) return;
-  const auto tool_chain = static_cast<symbols::ToolChain>(settings_.Integer(base::keys::kCompiler));
-  if (tool_chain == symbols::ToolChain::Imagecraft || tool_chain == symbols::ToolChain::Sdcc) {
-    RunToMain();
-  }
 }
 
 void RunControl::CompleteOnTimer() {

@@ -13,7 +13,6 @@
 #include <string>
 
 #include "base/events.h"
-#include "base/settings_file.h"
 #include "control/activity.h"
 #include "control/breakpoint_table.h"
 #include "control/register_frame.h"
@@ -40,7 +39,7 @@ class RunControl {
  public:
   RunControl(link::MonitorLink& link, memory::Memory& memory, RegisterFrame& frame,
              BreakpointTable& breakpoints, Activity& activity, const symbols::DebugInfo& debug_info,
-             const base::SettingsFile& settings, base::Events& events, EnterAgain enter_again);
+             base::Events& events, EnterAgain enter_again);
 
   // True while the source window has the focus and shows the program; the front end says so.
   void SetSourceViewCurrent(bool current) { source_view_current_ = current; }
@@ -64,11 +63,9 @@ class RunControl {
   std::optional<base::Address> SuspendedBy(base::Address address) const;
   // The same unless PC is already there, or a step breakpoint is still planted.
   void RunToCursor(base::Address cursor);
-  // To the symbol or address of "RunToMainSymbol". Nothing when it is not known.
-  void RunToMain();
-  // After start-up, reset and load: RunToMain when the settings ask for it and the tool chain is
-  // one for C.
-  void RunToMainIfConfigured();
+  // To a symbol of the loaded program, or an address when the text starts with 0. Nothing when it
+  // is not known.
+  void RunToMain(const std::string& symbol);
   // Every 10 ms. Never waits for the target.
   void CompleteOnTimer();
   // A reset has taken the target away from whatever ran: undoes what was planted and ends what was
@@ -82,6 +79,10 @@ class RunControl {
   const std::optional<base::Stop>& last_stop() const { return last_stop_; }
   // How many have been reported.
   long stops() const { return stops_; }
+
+  // The user's breakpoint was changed while the program runs: the break module was armed when the
+  // run began, and takes the change only when the program runs on after its next stop.
+  bool BreakpointChangeWaits() const;
 
   bool LinkLost() const { return link_.LinkError; }
   // PC when the last step or run began; after a step's analysis the address behind its instruction.
@@ -143,7 +144,6 @@ class RunControl {
   BreakpointTable& breakpoints_;
   Activity& activity_;
   const symbols::DebugInfo& debug_info_;
-  const base::SettingsFile& settings_;
   base::Events& events_;
   EnterAgain enter_again_;
   bool source_view_current_ = false;

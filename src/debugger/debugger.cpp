@@ -5,6 +5,7 @@
 
 #include "base/file_names.h"
 #include "base/files.h"
+#include "debugger/engine_settings.h"
 #include "debugger/start_up_program.h"
 #include "devices/device.h"
 #include "devices/hc08.h"
@@ -32,7 +33,7 @@ Debugger::Debugger(const Surroundings& surroundings)
       breakpoints(memory),
       activity(surroundings.events),
       crc(memory, monitor_link, frame),
-      run_control(monitor_link, memory, frame, breakpoints, activity, debug_info, settings,
+      run_control(monitor_link, memory, frame, breakpoints, activity, debug_info,
                   surroundings.events, [this] { return EnterAfterSelfReset(); }),
       n_step(run_control, activity, frame, breakpoints, debug_info),
       trace(run_control, activity, frame, breakpoints, debug_info, surroundings.ui,
@@ -60,15 +61,14 @@ link::ConnectResult Debugger::Start(OtherCodes other_codes) {
       if (!IsConnected(result)) return result;
     }
   }
-  memory.UseDevice(devices::BySettingsNumber(settings.Integer(base::keys::kDevice)));
+  const EngineSettings wanted = ReadEngineSettings(settings);
+  memory.UseDevice(wanted.device);
   if (security.passed()) frame.LoadResetPC();
   memory.WriteBytes(kStartUpProgramAddress, kStartUpProgram);
   breakpoints.Clear();
-  debug_info.tool_chain = static_cast<symbols::ToolChain>(settings.Integer(base::keys::kCompiler));
-  breakpoints.SetBreakMode(settings.Integer(base::keys::kHardwareBreak) != 0
-                               ? control::BreakMode::Hardware
-                               : control::BreakMode::Software);
-  n_step.settings = control::LoadNStepSettings(settings);
+  debug_info.tool_chain = wanted.tool_chain;
+  breakpoints.SetBreakMode(wanted.break_mode);
+  n_step.settings = wanted.n_step;
   NoteLink();
   RefreshAfterStop();
   return result;
@@ -94,7 +94,7 @@ std::string Debugger::LoadSymbols(const std::string& path) {
     debug_info.Assign(std::move(*program), base::DirectoryOf(path));
     return {};
   }
-  const std::string start = settings.String(base::keys::kSymbolTableStart);
+  const std::string start = ReadEngineSettings(settings).symbol_table_start;
   if (symbols::LoadSymbolFile(path, start, debug_info)) return {};
   if (const base::FileText file = base::ReadFile(path); !file.ok()) {
     return path + " cannot be read: " + file.error;
@@ -140,12 +140,16 @@ bool Debugger::RunMacro(const std::string& path) {
 void Debugger::RefreshAfterStop() {
   frame.ReadRegisters();
   ++refreshes_;
-  run_control.RunToMainIfConfigured();
+  RunToMainIfWanted();
+}
+
+void Debugger::RunToMainIfWanted() {
+  if (const auto symbol = ReadEngineSettings(settings).run_to_main) run_control.RunToMain(*symbol);
 }
 
 void Debugger::FollowUpReset() {
   // First, since the refresh at the end may leave a run to main of its own for the timer.
-  memory.UseDevice(devices::BySettingsNumber(settings.Integer(base::keys::kDevice)));
+  memory.UseDevice(ReadEngineSettings(settings).device);
   run_control.AbandonRunForReset();
   if (const base::Address base = memory.ReadStackPointer(); !memory.LinkError()) {
     frame.SP = base;
@@ -156,7 +160,7 @@ void Debugger::FollowUpReset() {
   NoteLink();
   if (!frame.ReadRegisters()) return run_control.Report({base::StopReason::LinkLost, 0, {}});
   run_control.Report({base::StopReason::Reset, frame.PC, {}});
-  run_control.RunToMainIfConfigured();
+  RunToMainIfWanted();
 }
 
 std::optional<std::string> Debugger::EnterAfterSelfReset() {

@@ -119,6 +119,8 @@ class Debugger {
   flash::FlashSurroundings FlashSurroundingsOfThis();
   void NoteLink();
   void FollowUpReset();
+  // After start-up, reset and load.
+  void RunToMainIfWanted();
   void ChooseProgramCounter();
   std::optional<std::string> EnterAfterSelfReset();
   control::TraceFiles TraceFilesOfImage();

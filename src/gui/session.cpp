@@ -106,6 +106,7 @@ ConnectionState Session::Connection() const {
           .target = target_,
           .running = debugger.activity.Busy() && !debugger.block.running(),
           .written = debugger.block.running(),
+          .breakpoint_waits = debugger.run_control.BreakpointChangeWaits(),
           .link_lost = debugger.monitor_link.LinkError,
           .security_passed = debugger.security.passed(),
           .damage = debugger.memory.damage(),

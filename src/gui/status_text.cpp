@@ -12,6 +12,9 @@ std::string StatusText(const ConnectionState& state) {
     return text;
   }
   text += state.running ? ": running" : ": stopped";
+  if (state.running && state.breakpoint_waits) {
+    text += " (the breakpoint change counts from the next stop)";
+  }
   if (state.written) {
     text += ", its memory is being written";
   } else if (!state.running && state.stop) {

@@ -15,7 +15,8 @@ struct ConnectionState {
   bool simulated = false;
   std::string target;  // "MC68HC908GP32"
   bool running = false;
-  bool written = false;  // a block of its memory is on its way
+  bool written = false;           // a block of its memory is on its way
+  bool breakpoint_waits = false;  // see RunControl::BreakpointChangeWaits
   bool link_lost = false;
   bool security_passed = true;
   long damage = 0;                      // how often the line has altered, lost or added a byte

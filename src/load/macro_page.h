@@ -10,6 +10,10 @@
 
 namespace brevant::load {
 
+// Bits of setting "FileLMacroFlag".
+inline constexpr int kMacroBeforeLoad = 1;
+inline constexpr int kMacroAfterReset = 2;
+
 struct MacroPage {
   static constexpr std::string_view kTemplate = "PGMACROFILE";
   static constexpr std::string_view kCaption = "Get Macro file name";

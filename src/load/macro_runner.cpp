@@ -9,6 +9,7 @@
 #include "base/files.h"
 #include "base/normalised_text.h"
 #include "base/text_format.h"
+#include "load/macro_page.h"
 #include "load/messages.h"
 
 namespace brevant::load {
@@ -98,15 +99,16 @@ std::string MacroRunner::LastMacroFile() const {
 }
 
 void MacroRunner::RunBeforeLoadMacro() {
-  if (!(settings_.Integer(base::keys::kMacroFlags) & kMacroBeforeLoad)) return;
-  std::string name = settings_.String(base::keys::kLoadMacroFile);
-  RunMacroFile(name);
+  MacroPage wanted = MacroPage::Open(settings_);
+  if (wanted.before_load) RunMacroFile(wanted.before_load_file);
 }
 
 void MacroRunner::RunResetMacro() {
-  if (!(settings_.Integer(base::keys::kMacroFlags) & kMacroAfterReset)) return;
-  std::string name = settings_.String(base::keys::kResetMacroFile);
-  name = QualifyMacroName(name.empty() ? kDefaultResetMacro : name, start_up_directory_);
+  const MacroPage wanted = MacroPage::Open(settings_);
+  if (!wanted.after_reset) return;
+  const std::string_view chosen = wanted.after_reset_file;
+  std::string name =
+      QualifyMacroName(chosen.empty() ? kDefaultResetMacro : chosen, start_up_directory_);
   settings_.Store(base::keys::kResetMacroFile, name);
   RunMacroFile(name);
 }

@@ -15,10 +15,6 @@
 
 namespace brevant::load {
 
-// Bits of setting "FileLMacroFlag".
-inline constexpr int kMacroBeforeLoad = 1;
-inline constexpr int kMacroAfterReset = 2;
-
 // A name without a folder is taken in the start-up folder; any other stands as it is.
 std::string QualifyMacroName(std::string_view name, std::string_view start_up_directory);
 

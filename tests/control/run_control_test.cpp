@@ -360,27 +360,20 @@ TEST_F(RunControlTest, StopEndsAStepThatNeverComesBack) {
   }
 }
 
-TEST_F(RunControlTest, RunsToMainForCProgramsWhenAskedTo) {
-  const auto run_from = [&](base::Address pc) {
-    SetPC(pc);
-    run.RunToMainIfConfigured();
+TEST_F(RunControlTest, RunsToMainBySymbolOrAddress) {
+  const auto run_to = [&](const std::string& main) {
+    SetPC(0x0150);
+    run.RunToMain(main);
     return frame.PC;
   };
   Program(0x0150, ByteList(0x10, kNOP));
   debug_info.SymbolTable.Assign({{.name = "_main", .address = 0x0158, .size = 0, .type = ""}});
   debug_info.DebugInfoLoaded = true;
-  EXPECT_EQ(run_from(0x0150), 0x0150u);  // not asked to
-  settings.Store(base::keys::kRunToMain, 8L);
-  EXPECT_EQ(run_from(0x0150), 0x0150u);  // an assembler has no main
-  for (const long compiler : {8L, 32L}) {
-    settings.Store(base::keys::kCompiler, compiler);
-    EXPECT_EQ(run_from(0x0150), 0x0158u);
-  }
-  settings.Store(base::keys::kRunToMainSymbol, "_start");
-  EXPECT_EQ(run_from(0x0150), 0x0150u);
-  settings.Store(base::keys::kRunToMainSymbol, "0154");
+  EXPECT_EQ(run_to("_main"), 0x0158u);
+  EXPECT_EQ(run_to("_start"), 0x0150u);
   debug_info.DebugInfoLoaded = false;
-  EXPECT_EQ(run_from(0x0150), 0x0154u);
+  EXPECT_EQ(run_to("_main"), 0x0150u);
+  EXPECT_EQ(run_to("0154"), 0x0154u);
 }
 
 TEST_F(RunControlTest, AResetWhileRunningRestoresTheCodeAndTheStoppedState) {

@@ -165,6 +165,25 @@ TEST(Debugger, AMacrosRegistersAreSeenAndItDoesNotRunTheProgramToMain) {
   EXPECT_FALSE(debugger.Busy());
 }
 
+TEST(Debugger, OnlyCProgramsRunToMain) {
+  Bench bench;
+  Debugger& debugger = bench.debugger;
+  ASSERT_EQ(debugger.Start(), link::ConnectResult::Connected);
+  bench.settings.Override(base::keys::kRunToMainSymbol, "0112");
+  debugger.memory.WriteBytes(0x0110, std::vector<std::uint8_t>(4, 0x9D));  // NOP
+  const auto ends_at = [&](const char* compiler, const char* wanted) {
+    bench.settings.Override(base::keys::kCompiler, compiler);
+    bench.settings.Override(base::keys::kRunToMain, wanted);
+    debugger.frame.SetPC(0x0110);
+    debugger.RefreshAfterStop();
+    return debugger.frame.PC;
+  };
+  EXPECT_EQ(ends_at("1", "8"), 0x0110u);
+  EXPECT_EQ(ends_at("32", "0"), 0x0110u);
+  EXPECT_EQ(ends_at("8", "8"), 0x0112u);
+  EXPECT_EQ(ends_at("32", "8"), 0x0112u);
+}
+
 // What is saved holds from the start: the device's map, steps, break mode, tool chain.
 TEST(Debugger, StartsWithWhatIsSaved) {
   Bench bench(simulator::Ql());

@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <string>
 
+#include "load/macro_page.h"
 #include "load/messages.h"
 #include "load/target_bench.h"
 
