@@ -4,8 +4,10 @@
 #include <fmt/ranges.h>
 
 #include <CLI/CLI.hpp>
+#include <cstdio>
 #include <cstdlib>
 #include <map>
+#include <nlohmann/json.hpp>
 #include <vector>
 
 #include "cli/command_table.h"
@@ -110,7 +112,7 @@ ParsedOptions ParseOptions(int argc, const char* const* argv, const std::string&
       ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll)
       ->check(CLI::Validator(CheckFault, "", "fault"));
   app.add_flag("--demo", options.demo, "put the demo program into the simulated target's flash");
-  app.add_flag("--json", options.json, "one JSON object a command");
+  const auto* const json = app.add_flag("--json", options.json, "one JSON object a command");
   app.add_flag("-q,--quiet", options.quiet, "no notices, errors only");
   app.add_flag("--yes", options.yes, "answer every question with yes");
   app.add_option("-x", options.files, "run the commands of a file, - for standard input")
@@ -123,6 +125,13 @@ ParsedOptions ParseOptions(int argc, const char* const* argv, const std::string&
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
     const int status = app.exit(error);
+    if (status != 0 && json->count() > 0) {
+      const nlohmann::ordered_json object{{"ok", false},
+                                          {"command", "options"},
+                                          {"error", error.what()},
+                                          {"status", static_cast<int>(ExitStatus::Usage)}};
+      std::puts(object.dump().c_str());
+    }
     parsed.leave_with = status == 0 ? 0 : static_cast<int>(ExitStatus::Usage);
     return parsed;
   }

@@ -100,6 +100,7 @@ ImageFile ParseIntelHex(std::string_view text) {
         return file;
     }
   }
+  file.report.no_end_record = true;
   return file;
 }
 

@@ -31,9 +31,13 @@ inline constexpr MessageText kWrongChecksums{"image.wrong-checksums", base::Seve
                                              "in line %ld. They were taken as they are.",
                                              base::captions::kForYourInformation,
                                              base::Icon::Warning};
+inline constexpr MessageText kNoEndRecord{
+    "image.no-end-record", base::Severity::Warning,
+    "%s\nhas no end record. If it was cut short, what is missing was not read.",
+    base::captions::kForYourInformation, base::Icon::Warning};
 
 inline constexpr const MessageText* kAll[] = {&kDamaged, &kNoRecords, &kRestNotRead,
-                                              &kWrongChecksums};
+                                              &kWrongChecksums, &kNoEndRecord};
 
 }  // namespace messages
 }  // namespace brevant::images

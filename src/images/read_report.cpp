@@ -33,6 +33,7 @@ std::vector<base::Message> ReadReport::Remarks(const std::string& path) const {
         ToMessage(messages::kWrongChecksums, wrong_checksums, path, first_wrong_checksum_line));
   }
   if (no_record_line) remarks.push_back(ToMessage(messages::kRestNotRead, *no_record_line, path));
+  if (no_end_record) remarks.push_back(ToMessage(messages::kNoEndRecord, path));
   return remarks;
 }
 

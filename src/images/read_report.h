@@ -26,6 +26,8 @@ struct ReadReport {
   long beyond_16_bits = 0;
   // Line of the word that is no record at all and so ended the reading.
   std::optional<long> no_record_line;
+  // An Intel HEX file, which has to have an end record, ended without.
+  bool no_end_record = false;
   // Of data records; they are taken all the same.
   long wrong_checksums = 0;
   long first_wrong_checksum_line = 0;
