@@ -11,6 +11,8 @@
 namespace brevant::flash {
 namespace {
 
+// Ticks of 10 ms, many times what any routine takes: its break byte was lost.
+constexpr int kMostWaits = 300;
 // Of places that a cancelled job did not get to; each costs a fifth of a second.
 constexpr std::size_t kMostLookedAt = 16;
 
@@ -53,6 +55,7 @@ bool FlashJob::Start(FlashPlan plan) {
 }
 
 bool FlashJob::LetRun() {
+  waits_ = 0;
   const FlashBlock* const block = next_ < plan_.blocks.size() ? &plan_.blocks[next_] : nullptr;
   const auto damaged = runner_.LetRun(plan_, block);
   if (!damaged) return true;
@@ -139,7 +142,11 @@ bool FlashJob::ShowProgress() {
 }
 
 void FlashJob::Wait() {
-  if (progress_shown_ && !ShowProgress()) Cancel();
+  if (progress_shown_ && !ShowProgress()) {
+    Cancel();
+  } else if (++waits_ > kMostWaits) {
+    BreakOff(messages::kEndNotTold);
+  }
 }
 
 void FlashJob::LinkLost() {
@@ -162,18 +169,21 @@ void FlashJob::Cancel() {
   if (!running()) return;
   const bool ran = with_.activity.WaitingForBreak();
   const bool ended = !ran || AwaitRoutine();
+  if (ended && Erasing()) {
+    FinishErase();
+  } else if (!ran || !ended || TakeBlock()) {
+    BreakOff(messages::kCancelled);
+  }
+}
+
+void FlashJob::BreakOff(const base::MessageText& says) {
   if (Erasing()) {
-    if (ended) {
-      FinishErase();
-    } else {
-      ResetAndSayWhatIsErased();
-    }
+    ResetAndSayWhatIsErased();
     return;
   }
-  if (ran && ended && !TakeBlock()) return;
   End(FlashOutcome::Cancelled);
   ResetAndKeepCode();
-  SayWhatIsProgrammed();
+  SayWhatIsProgrammed(says);
 }
 
 // Runs of addresses, in the order of the plan.
@@ -191,7 +201,7 @@ std::vector<devices::MemoryRange> FlashJob::RestOfPlan() const {
   return rest;
 }
 
-void FlashJob::SayWhatIsProgrammed() {
+void FlashJob::SayWhatIsProgrammed(const base::MessageText& says) {
   const auto rest = RestOfPlan();
   if (rest.size() <= kMostLookedAt && with_.security.passed() && !with_.activity.Busy()) {
     status_.blank = blank_check_.Look(rest);
@@ -203,8 +213,7 @@ void FlashJob::SayWhatIsProgrammed() {
                : base::Format("The rest is not blank: there is something at %04x.",
                               status_.blank->used.front());
   }
-  with_.ui.ShowMessage(
-      ToMessage(messages::kCancelled, status_.bytes_programmed, status_.bytes_total, text));
+  with_.ui.ShowMessage(ToMessage(says, status_.bytes_programmed, status_.bytes_total, text));
 }
 
 void FlashJob::Abandon() {

@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "base/message_text.h"
 #include "base/settings_file.h"
 #include "base/user_interface.h"
 #include "control/activity.h"
@@ -47,7 +48,7 @@ enum class FlashOutcome {
   NotErased,     // the routine has ended, but not all its pages are blank
   NotSeen,       // the routine has ended, but its pages could not be looked at
   LinkLost,
-  Cancelled,  // by the user or by a reset
+  Cancelled,  // by the user, by a reset, or since the routine did not tell its end
   Refused,    // nothing was done to the target: a question denied, a bad range, no such file
 };
 
@@ -106,7 +107,9 @@ class FlashJob final : public control::Operation {
   void ResetAndSayWhatIsErased();
   // False when it has not ended in a time that is enough for all of them.
   bool AwaitRoutine();
-  void SayWhatIsProgrammed();
+  // Resets the target, whatever it is doing, and says what is in flash now.
+  void BreakOff(const base::MessageText& says);
+  void SayWhatIsProgrammed(const base::MessageText& says);
   std::vector<devices::MemoryRange> RestOfPlan() const;
   void ResetAndKeepCode();
   bool SecurityCodeIsBlank() const;
@@ -123,6 +126,7 @@ class FlashJob final : public control::Operation {
   FlashStatus status_;
   FlashPlan plan_;
   std::size_t next_ = 0;  // of its blocks
+  int waits_ = 0;         // ticks since the routine was let run
   std::string progress_text_;
   bool progress_shown_ = false;
   bool busy_cursor_ = false;

@@ -85,6 +85,11 @@ inline constexpr MessageText kCancelled{
     "flash.cancelled", Severity::Warning,
     "Programming was cancelled: %ld of %ld bytes are programmed and verified.\n%s",
     base::captions::kForYourInformation, Icon::Warning};
+inline constexpr MessageText kEndNotTold{
+    "flash.end-not-told", Severity::Error,
+    "The flash routine did not tell its end, and the target was reset: %ld of %ld bytes are "
+    "programmed and verified.\n%s",
+    base::captions::kError, Icon::Error};
 inline constexpr MessageText kNotBlank{"flash.not-blank", Severity::Warning,
                                        "Flash EEPROM not blank or an error found in programming",
                                        base::captions::kForYourInformation, Icon::Information};
@@ -187,6 +192,7 @@ inline constexpr const MessageText* kAll[] = {&kConfirmMassErase,
                                               &kEraseFailed,
                                               &kProgramFailed,
                                               &kCancelled,
+                                              &kEndNotTold,
                                               &kNotBlank,
                                               &kLinkLostWhileProgramming,
                                               &kImageNotCompared,

@@ -104,9 +104,11 @@ LoadResult Loader::LoadImage(const std::string& path) {
   image_directory_ = base::DirectoryOf(path);
   arrived_.clear();
   memory_.TakeDamage();  // of what came before
+  const long damage_before = memory_.damage();
   const bool complete = TransferWithProgress(path, file);
   TellAbout(path, result.report, complete);
-  result.outcome = complete ? LookAt(file.ToImage(), result) : LoadOutcome::Cancelled;
+  result.outcome = complete ? LookAt(file.ToImage(), memory_.damage() == damage_before, result)
+                            : LoadOutcome::Cancelled;
   if (result.outcome != LoadOutcome::Cancelled && memory_.LinkError()) {
     result.outcome = LoadOutcome::LinkLost;
   }
@@ -163,17 +165,21 @@ void Loader::TellAbout(const std::string& path, const images::ReadReport& report
   if (memory_.LinkError()) ui_.ShowMessage(ToMessage(messages::kLinkLostWhileLoading, path));
 }
 
-LoadOutcome Loader::LookAt(const images::Image& image, LoadResult& result) {
+LoadOutcome Loader::LookAt(const images::Image& image, bool line_was_clean, LoadResult& result) {
   std::optional<base::Message> message;
   for (const images::Block& block : image.Blocks()) {
     if (memory_.KindOf(block.address) != devices::MemoryKind::Ram) continue;
-    const std::uint8_t wanted = block.bytes.front();
-    const std::uint8_t found = memory_.AskByte(block.address);
+    const base::Bytes wanted(block.bytes);
+    // An address that was damaged on its way has let a byte go anywhere.
+    std::vector<std::uint8_t> found(line_was_clean ? 1 : wanted.size());
+    memory_.AskChecked(found, block.address);
     if (memory_.LinkError()) return LoadOutcome::LinkLost;
-    if (found == wanted) {
-      arrived_[block.address] = wanted;
+    const auto at = static_cast<base::Address>(
+        std::ranges::mismatch(found, wanted.first(found.size())).in1 - found.begin());
+    if (at == found.size()) {
+      arrived_[block.address] = wanted.front();
     } else if (!message) {
-      message = ToMessage(messages::kRamDiffers, block.address, found, wanted);
+      message = ToMessage(messages::kRamDiffers, block.address + at, found[at], wanted[at]);
     }
   }
   images::Image unwritable = Unwritable(memory_, image);

@@ -92,9 +92,9 @@ class Loader {
   bool MakeRoom(const std::string& path, const images::Image& image);
   bool TransferWithProgress(const std::string& path, const images::ImageFile& file);
   void TellAbout(const std::string& path, const images::ReadReport& report, bool complete);
-  // Looks at the first byte of each block in RAM, and at all that no load can write. Where
-  // something differs the user has been told.
-  LoadOutcome LookAt(const images::Image& image, LoadResult& result);
+  // Looks at the first byte of each block in RAM, or all of it after a transfer that the line has
+  // damaged, and at all that no load can write. Where something differs the user has been told.
+  LoadOutcome LookAt(const images::Image& image, bool line_was_clean, LoadResult& result);
   VerifyResult Compare(const images::Image& image);
   std::string ImportDebugInfo(const std::string& path);
   symbols::ImportResult Import(const std::string& path);
