@@ -30,8 +30,8 @@ constexpr std::uint8_t kUnmasking[] = {0x80, 0x84, 0x8E, 0x8F, 0x9A};
 
 RunControl::RunControl(link::MonitorLink& link, memory::Memory& memory, RegisterFrame& frame,
                        BreakpointTable& breakpoints, Activity& activity,
-                       const symbols::DebugInfo& debug_info,
-                       base::Events& events, EnterAgain enter_again)
+                       const symbols::DebugInfo& debug_info, base::Events& events,
+                       EnterAgain enter_again)
     : link_(link),
       memory_(memory),
       frame_(frame),

@@ -21,7 +21,7 @@ EngineSettings ReadEngineSettings(const base::SettingsFile& settings) {
   return {.device = devices::BySettingsNumber(settings.Integer(keys::kDevice)),
           .tool_chain = tool_chain,
           .break_mode = settings.Integer(keys::kHardwareBreak) != 0 ? control::BreakMode::Hardware
-                                                                     : control::BreakMode::Software,
+                                                                    : control::BreakMode::Software,
           .n_step = control::LoadNStepSettings(settings),
           .run_to_main = RunToMainSymbol(settings, tool_chain),
           .symbol_table_start = settings.String(keys::kSymbolTableStart)};

@@ -82,8 +82,8 @@ class Bench : public ::testing::Test, protected link::ConnectedTarget {
   base::EventLog events;
   base::TestUser user;
   Activity activity{events};
-  RunControl run{link,       memory, frame, breakpoints, activity,
-                 debug_info, events, [] { return std::nullopt; }};
+  RunControl run{link,     memory,     frame,  breakpoints,
+                 activity, debug_info, events, [] { return std::nullopt; }};
 };
 
 }  // namespace brevant::control

@@ -91,8 +91,8 @@ struct Bench : load::TargetBench {
   link::SecurityKeeper security{settings};
   link::Connector connector{monitor, settings, security, user, [](const std::string&) {}};
   control::Activity activity{events};
-  control::RunControl run{link,       memory, frame, breakpoints, activity,
-                          debug_info, events, [] { return std::nullopt; }};
+  control::RunControl run{link,     memory,     frame,  breakpoints,
+                          activity, debug_info, events, [] { return std::nullopt; }};
   FlashSurroundings surroundings{memory,   link,       frame,
                                  activity, debug_info, settings,
                                  user,     security,   [this] { ResetTarget(); }};
