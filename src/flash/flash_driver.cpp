@@ -12,7 +12,22 @@ constexpr base::Address kLastUsed = kBlockData + kBlockSize - 1;
 
 void FlashDriver::Prepare(const FlashPlan& plan) {
   MakeRoom();
+  const auto all = [&] { TakeAll(plan); };
+  SendSafely(all, all);
+}
+
+void FlashDriver::TakeAll(const FlashPlan& plan) {
   for (const Step step : plan.task->preparation) Take(step, plan);
+}
+
+void FlashDriver::SendSafely(base::FunctionRef<void()> something,
+                             base::FunctionRef<void()> everything) {
+  const long before = memory_.damage();
+  something();
+  const long after = memory_.damage();
+  if (after == before) return;
+  everything();
+  if (memory_.damage() != after) memory_.Doubt(kRoutine);
 }
 
 // Moves a program's stack out of the RAM that the routines use: the monitor works below the frame
@@ -50,7 +65,17 @@ void FlashDriver::PlaceBlock(const FlashBlock& block) {
   memory_.WriteBytes(block.continues ? kBlockCounts : kBlockParameters, block.Parameters());
 }
 
-void FlashDriver::SendBlock(const FlashBlock& block) {
+void FlashDriver::SendBlock(const FlashPlan& plan, const FlashBlock& block) {
+  SendSafely([&] { Send(block); },
+             [&] {
+               TakeAll(plan);
+               FlashBlock whole = block;
+               whole.continues = false;
+               Send(whole);
+             });
+}
+
+void FlashDriver::Send(const FlashBlock& block) {
   memory_.WriteBytes(kBlockData, block.bytes);
   PlaceBlock(block);
   frame_.SP = memory_.ReadStackPointer();

@@ -259,7 +259,7 @@ FlashImage::End FlashImage::Program() {
 }
 
 FlashImage::End FlashImage::ProgramBlock(const FlashPlan& plan, const FlashBlock& block) {
-  driver_.SendBlock(block);
+  driver_.SendBlock(plan, block);
   if (with_.memory.LinkError()) return FlashOutcome::LinkLost;
   if (const auto damaged = runner_.LetRun(plan, &block)) {
     said_.push_back(ToMessage(messages::kLineDamaged, *damaged, result_.programmed));

@@ -83,7 +83,7 @@ void FlashJob::Advance() {
 }
 
 void FlashJob::SendNextBlock() {
-  driver_.SendBlock(plan_.blocks[next_]);
+  driver_.SendBlock(plan_, plan_.blocks[next_]);
   if (!LetRun()) return;
   if (with_.memory.LinkError()) {
     LinkLost();
@@ -127,7 +127,7 @@ void FlashJob::ProgramRecords() {
 
 bool FlashJob::ProgramBlockAtOnce() {
   const FlashBlock& block = plan_.blocks[next_];
-  driver_.SendBlock(block);
+  driver_.SendBlock(plan_, block);
   progress_text_ = BlockText(block);
   if (!ShowProgress()) Cancel();
   // Windows that repaint may also have let a reset through.

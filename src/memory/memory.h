@@ -65,6 +65,8 @@ class Memory {
 
   // The first address of a block that was damaged twice since the last call.
   std::optional<base::Address> TakeDamage() { return std::exchange(damaged_, std::nullopt); }
+  // What is there cannot be relied on, which the next TakeDamage says.
+  void Doubt(base::Address address) { damaged_ = damaged_.value_or(address); }
   // How often the line has altered, lost or added a byte so far, as far as echoes tell.
   long damage() const { return monitor_.damage(); }
 
