@@ -21,7 +21,7 @@ namespace {
 
 namespace commands = workspace::commands;
 
-constexpr int kUsualColumns = 66;
+constexpr int kSpareColumns = 3;  // for the scroll bar
 constexpr int kUsualLines = 16;
 
 struct MarkOfBytes {
@@ -47,7 +47,9 @@ DataWindow::DataWindow(Session& session, FrameLinks links, const QFont& font,
 }
 
 QSize DataWindow::sizeHint() const {
-  return {kUsualColumns * cell().width, kUsualLines * cell().height};
+  const views::DataSettings& settings = view_.settings();
+  const int columns = settings.CharacterColumn(settings.bytes_per_line) + kSpareColumns;
+  return {columns * cell().width, kUsualLines * cell().height};
 }
 
 workspace::WindowAttributes DataWindow::Attributes() const {

@@ -162,7 +162,7 @@ StackLine StackView::MakeLine(const StackEntry& entry) {
     changed.push_back(shown_.Show(entry.address + static_cast<Address>(changed.size()), byte));
     bytes += base::Format("%02x ", byte);
   }
-  bytes.resize(static_cast<std::size_t>(kMostBytes * kByteWidth), ' ');
+  bytes.resize(std::size_t{kMostBytes} * kByteWidth, ' ');
   return {base::Format("%06lx %+4d  %s %s", entry.address, static_cast<int>(offset), bytes,
                        Described(entry)),
           entry, std::move(changed)};

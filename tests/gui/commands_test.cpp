@@ -270,6 +270,7 @@ TEST_F(Commands, ADataWindowIsEditedAndDisplaysAsItsPopupSays) {
 TEST_F(Commands, TheStackWindowLeadsToTheCallsOfAnSdccProgram) {
   UseToolChain(symbols::ToolChain::Sdcc);
   Start();
+  session().program_views.SetRange(views::ProgramScrollRange("FFFF"));
   const std::string image = std::string(BREVANT_TEST_DATA) + "/programs/recursion.s19";
   for (const images::Block& block : images::ReadImageFile(image).ToImage().Blocks()) {
     session().simulated()->board().Load(block.address, block.bytes);

@@ -119,7 +119,7 @@ TEST(LoadImage, TellsWhatItTookAllTheSame) {
   EXPECT_NE(texts[0].find("wrong checksum, the first in line 2"), std::string::npos);
   EXPECT_NE(texts[1].find("Line 4"), std::string::npos);
   EXPECT_EQ(bench.memory.AskByte(0x0102), 0x33);
-  bench.Load("b.hex", ":020000040001F9 :0101000011ED");
+  bench.Load("b.hex", ":020000040001F9 :0101000011ED :00000001FF");
   EXPECT_EQ(bench.user.TakeTexts().size(), 1u) << "beyond 64 K";
 }
 
