@@ -17,6 +17,9 @@
 namespace brevant::cli {
 namespace {
 
+constexpr const char* kFlashNotReadable =
+    "flash cannot be read: the security code was not accepted";
+
 Result NotRead(const std::string& path, const std::string& why) {
   return Failure(ExitStatus::File, fmt::format("cannot read {}: {}", path, why));
 }
@@ -53,7 +56,7 @@ Result NotThere(Session& session, const std::string& path, const load::LoadResul
   const bool readable = session.debugger().security.passed();
   result.status = readable ? ExitStatus::VerifyDiffers : ExitStatus::Security;
   result.error = fmt::format("the target does not hold what {} has for it", path);
-  if (!readable) result.error = "flash cannot be read: the security code was not accepted";
+  if (!readable) result.error = kFlashNotReadable;
   return result;
 }
 
@@ -101,8 +104,7 @@ Result Verify(Session& session, const ParsedArguments& arguments) {
     return !devices::FlashWithin(memory.device(), block.address, last).empty();
   };
   if (!session.debugger().security.passed() && std::ranges::any_of(image.Blocks(), in_flash)) {
-    return Failure(ExitStatus::Security,
-                   "flash cannot be read: the security code was not accepted");
+    return Failure(ExitStatus::Security, kFlashNotReadable);
   }
   ShownProgress progress(session.ui(), "Verifying");
   const load::VerifyResult verified =
@@ -162,6 +164,12 @@ Result Check(Session& session, const ParsedArguments& arguments) {
 
 Result Save(Session& session, const ParsedArguments& arguments) {
   const std::string& path = arguments.Text(2);
+  if (!session.debugger().security.passed() &&
+      !devices::FlashWithin(session.debugger().memory.device(), arguments.Number(0),
+                            arguments.Number(1))
+           .empty()) {
+    return Failure(ExitStatus::Security, kFlashNotReadable);
+  }
   ShownProgress progress(session.ui(), "Reading");
   const load::ReadOutResult saved =
       load::ReadOut(session.debugger().memory, session.debugger().crc, arguments.Number(0),

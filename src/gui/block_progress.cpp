@@ -72,10 +72,10 @@ void BlockProgress::Follow() {
 void BlockProgress::Tell() {
   const views::BlockOperation& operation = *session_.debugger.block.operation();
   const base::Message message = views::BlockMessage(operation, session_.debugger.memory);
-  if (message.severity == base::Severity::Error) {
-    session_.ui.ShowMessage(message);
+  if (operation.outcome() == views::BlockOutcome::Done) {
+    window_.status().ShowNotice(message.text);
   } else {
-    window_.status().ShowNotice(Bytes(Text(message.text).simplified()));
+    session_.ui.ShowMessage(message);
   }
 }
 

@@ -5,6 +5,7 @@
 #include <QPushButton>
 #include <QTreeWidget>
 #include <QVBoxLayout>
+#include <utility>
 
 #include "base/text_format.h"
 #include "gui/qt_user_interface.h"
@@ -48,9 +49,10 @@ CompareDialog::CompareDialog(QWidget* parent, const QFont& font, const QString& 
   list->setHeaderLabels({"Address", "File", "Target"});
   for (const load::Difference& byte : differences) list->addTopLevelItem(LineOf(byte));
   list->setCurrentItem(list->topLevelItem(0));
-  connect(list, &QTreeWidget::itemActivated, this, [go_to](QTreeWidgetItem* line) {
-    go_to(line->data(kAddressColumn, Qt::UserRole).toUInt());
-  });
+  connect(list, &QTreeWidget::itemActivated, this,
+          [go_to = std::move(go_to)](QTreeWidgetItem* line) {
+            go_to(line->data(kAddressColumn, Qt::UserRole).toUInt());
+          });
   layout->addWidget(list, 1);
 
   auto* const buttons = new QHBoxLayout;

@@ -61,6 +61,7 @@ bool AskForFields(QWidget* parent, const QFont& font, const views::HexDialog& re
   layout->addLayout(buttons);
   QObject::connect(ok, &QPushButton::clicked, &dialog, [&] {
     std::vector<std::string> texts;
+    texts.reserve(fields.size());
     for (const QLineEdit* const field : fields) texts.push_back(Bytes(field->text()));
     const auto refused = accept(texts);
     if (!refused) return dialog.accept();

@@ -94,9 +94,13 @@ TEST_F(Block, AFillIsCancelledInItsMiddleAndSaysHowFarItGot) {
     EXPECT_TRUE(Notice().contains("being written")) << command;
   }
   QTest::keyClick(&data(), Qt::Key_7);
+  OnDialog("message", [](QDialog& message) {
+    EXPECT_EQ(static_cast<QMessageBox&>(message).text(),
+              "Cancelled before its end.\n\n0100 to 015f were written and read back.");
+    message.accept();
+  });
   Push(*Progress(), "cancel");
   EXPECT_FALSE(debugger().Busy());
-  EXPECT_EQ(Notice(), "Cancelled before its end. 0100 to 015f were written and read back.");
   EXPECT_EQ(Peek(0x015E, 4), (ByteList{0xAB, 0xCD, 0x11, 0x11}));
   EXPECT_TRUE(Ends());
   EXPECT_TRUE(data().TextLines().front().startsWith("000100 abcd abcd"));
@@ -129,10 +133,11 @@ TEST_F(Block, ALostLinkOrAResetSaysUpToWhereAndNothingHangs) {
   session().simulated()->SetFaultPlan(
       {{.kind = simulator::FaultKind::CutLine, .at_host_byte = 30}});
   QString text;
-  OnDialog("message", [&text](QDialog& message) {
+  const auto read_message = [&text](QDialog& message) {
     text = static_cast<QMessageBox&>(message).text();
     message.accept();
-  });
+  };
+  OnDialog("message", read_message);
   EXPECT_TRUE(Ends());
   EXPECT_TRUE(text.contains("0100 to 011f were written and read back.")) << qPrintable(text);
   EXPECT_TRUE(text.contains("What 0120 to 013f hold could not be looked at")) << qPrintable(text);
@@ -142,10 +147,10 @@ TEST_F(Block, ALostLinkOrAResetSaysUpToWhereAndNothingHangs) {
   Fill("FILLDLG", {"100", "1ff", "a5a5"});
   Choose(commands::kDataFill);
   window().Tick();
+  OnDialog("message", read_message);
   Choose(commands::kReset);
   EXPECT_TRUE(Ends());
-  EXPECT_TRUE(Notice().contains("0100 to 011f were written and read back."))
-      << qPrintable(Notice());
+  EXPECT_TRUE(text.contains("0100 to 011f were written and read back.")) << qPrintable(text);
 }
 
 TEST_F(Block, ACopyIsEditedAndPastedBack) {
@@ -160,7 +165,7 @@ TEST_F(Block, ACopyIsEditedAndPastedBack) {
   EXPECT_EQ(window().windowTitle(), "No File Loaded");
 
   clipboard.setText(clipboard.text().replace("5678", "FACE") + "0007\r\n");
-  OnDialog("PASTEFROMCLIP", [this](QDialog& paste) {
+  OnDialog("PASTEFROMCLIP", [](QDialog& paste) {
     for (const char* const wrong : {"", "12g", "fffe", "8000"}) {
       Field(paste, "address").setText(wrong);
       Push(paste, "ok");
