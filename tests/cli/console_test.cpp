@@ -223,6 +223,7 @@ TEST_F(Console, ASignalEndsAnyCommandAndStopsTheTarget) {
         Start({"-p", "sim", "--demo", "--pace", row.command[0] == 'g' ? "bus" : "wire", "--timeout",
                "60", "write 100 20 fe 9b 20 fe", "read 100 1", row.command, "read 90 1"});
     while (Slurp(folder_ / "stdout").empty()) usleep(1000);
+    usleep(100'000);  // so that the command has begun
     kill(child, row.signal);
     const Outcome outcome = EndOf(child);
     EXPECT_EQ(outcome.status, row.status) << outcome.err;
