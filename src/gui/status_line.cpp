@@ -79,13 +79,17 @@ QString StatusLine::Shown() const {
 void StatusLine::ShowUnderCursor(const QString& text) {
   if (under_cursor_ == text) return;
   under_cursor_ = text;
+  EndHelp();
   setToolTip(Shown());
   update();
 }
 
 void StatusLine::BeginCommand() {
   EndNotice(NoticeEnds::WithTheNextCommand);
-  // The help of a menu item goes too, and what it was shown over comes back.
+  EndHelp();
+}
+
+void StatusLine::EndHelp() {
   if (currentMessage() != notice_) showMessage(notice_);
 }
 

@@ -38,6 +38,8 @@ class StatusLine final : public QStatusBar {
   // Left of the connection.
   QString Shown() const;
   void EndNotice(NoticeEnds which);
+  // The help of a menu item goes, and what it was shown over comes back.
+  void EndHelp();
 
   QLabel* connection_;
   QLabel* clock_;
