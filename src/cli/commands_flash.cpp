@@ -31,7 +31,9 @@ Result Ended(flash::FlashOutcome outcome) {
     case flash::FlashOutcome::VerifyFailed:
       return Failure(ExitStatus::VerifyDiffers, "");
     case flash::FlashOutcome::NotSeen:
-      return Failure(ExitStatus::Security, "");
+      return Failure(ExitStatus::Security,
+                     "what stands in flash now could not be looked at: the target does not let it "
+                     "be read, or did not answer");
     case flash::FlashOutcome::LinkLost:
       return LinkLost();
     case flash::FlashOutcome::Cancelled:
@@ -50,6 +52,8 @@ Result Ended(flash::FlashOutcome outcome) {
 Result AwaitFlash(Session& session, bool started) {
   const flash::FlashStatus& status = session.debugger().flash.status();
   if (started) session.WaitForFlash([&status] { return status.bytes_programmed; });
+  const bool unseen = status.outcome == flash::FlashOutcome::NotSeen;
+  if (unseen && session.debugger().memory.LinkError()) return LinkLost();
   return Ended(status.outcome);
 }
 
@@ -122,7 +126,7 @@ Result EraseFor(Session& session, const images::ImageFile& file,
   const devices::FlashGeometry& geometry = session.debugger().memory.device().flash;
   for (const devices::MemoryRange& pages : flash::PagesOf(geometry, file)) {
     if (Interrupted()) return Interruption(" before the next page was erased");
-    Result result = AwaitFlash(session, flash::ErasePages(flash, pages));
+    Result result = AwaitFlash(session, flash::ErasePages(flash, pages, file.ToImage()));
     if (!result.ok()) return result;
     const auto& blank = flash.status().to_erase;
     erased.insert(erased.end(), blank.begin(), blank.end());
@@ -157,9 +161,11 @@ Result FlashFile(Session& session, const ParsedArguments& arguments) {
   const images::Image image = file.ToImage();
   debugger::Debugger& debugger = session.debugger();
   if (!flash::FitsFlash(debugger.flash, path, file)) {
-    return Failure(file.report.ok() ? ExitStatus::Failed : ExitStatus::File, "nothing was done");
+    const bool good = file.report.ok() && !file.report.Refusal(path);
+    return Failure(good ? ExitStatus::Failed : ExitStatus::File, "nothing was done");
   }
   if (image.empty()) return Failure(ExitStatus::File, fmt::format("{} holds no image", path));
+  for (const base::Message& remark : file.report.Remarks(path)) session.ui().ShowMessage(remark);
   TellFindings(session, image);
   flash::FlashImage flash(debugger.flash.surroundings(), debugger.crc);
   const flash::FlashImageResult flashed = flash.Run(image);

@@ -56,21 +56,25 @@ bool InFlashPage(const devices::Device& device, base::Address address) {
   return !devices::FlashWithin(device, address & ~mask, address | mask).empty();
 }
 
-// An oscillator trim in pages that are about to go is written back if the user wants it.
-void AskForTrim(const FlashSurroundings& with, FlashPlan& plan) {
+// The oscillator trim that stands in pages that are about to go.
+std::optional<std::uint8_t> TrimAtStake(const FlashSurroundings& with, const FlashPlan& plan) {
   const base::Address at = with.memory.device().flash.trim;
   const bool at_stake = at != 0 && with.security.passed() &&
                         std::ranges::any_of(plan.to_erase, [at](const auto& range) {
                           return at >= range.first && at <= range.last;
                         });
   const std::uint8_t trim = at_stake ? with.memory.AskByte(at) : kBlank;
-  if (trim == kBlank || with.memory.LinkError()) return;
-  const auto answer = with.ui.ShowMessage(ToMessage(messages::kTrimAtStake, at, trim));
-  if (answer == base::Answer::Yes) plan.trim = trim;
+  if (trim == kBlank || with.memory.LinkError()) return std::nullopt;
+  return trim;
 }
 
 bool StartErase(FlashJob& job, FlashPlan plan) {
-  AskForTrim(job.surroundings(), plan);
+  const FlashSurroundings& with = job.surroundings();
+  const base::Address at = with.memory.device().flash.trim;
+  if (const auto trim = TrimAtStake(with, plan)) {
+    const auto answer = with.ui.ShowMessage(ToMessage(messages::kTrimAtStake, at, *trim));
+    if (answer == base::Answer::Yes) plan.trim = trim;
+  }
   return job.Start(std::move(plan));
 }
 
@@ -136,10 +140,20 @@ bool EraseFlashRange(FlashJob& job, base::Address start, base::Address end) {
   return StartErase(job, PlanEraseRange(device, start, end));
 }
 
-bool ErasePages(FlashJob& job, const devices::MemoryRange& pages) {
+bool ErasePages(FlashJob& job, const devices::MemoryRange& pages,
+                const images::Image& programmed_next) {
   DropDebugInfo(job);
-  return StartErase(job,
-                    PlanEraseRange(job.surroundings().memory.device(), pages.first, pages.last));
+  const FlashSurroundings& with = job.surroundings();
+  FlashPlan plan = PlanEraseRange(with.memory.device(), pages.first, pages.last);
+  const base::Address at = with.memory.device().flash.trim;
+  if (const auto trim = TrimAtStake(with, plan)) {
+    if (programmed_next.At(at)) {
+      with.ui.ShowMessage(ToMessage(messages::kTrimReplaced, at, *trim));
+    } else {
+      plan.trim = trim;
+    }
+  }
+  return job.Start(std::move(plan));
 }
 
 bool ProgramIrqVector(FlashJob& job) {

@@ -17,8 +17,10 @@ bool MassEraseCommand(FlashJob& job);
 bool MassEraseFlash(FlashJob& job);
 // Both inclusive; whole pages are erased, see PlanErase. Asks first.
 bool EraseFlashRange(FlashJob& job, base::Address start, base::Address end);
-// Whole pages, as PagesOf names them. Does not ask.
-bool ErasePages(FlashJob& job, const devices::MemoryRange& pages);
+// Whole pages, as PagesOf names them. Does not ask: an oscillator trim in them is written back
+// unless what is programmed next holds its place.
+bool ErasePages(FlashJob& job, const devices::MemoryRange& pages,
+                const images::Image& programmed_next = {});
 // The monitor's stop-on-IRQ routine into the IRQ vector.
 bool ProgramIrqVector(FlashJob& job);
 // Any number of bytes.

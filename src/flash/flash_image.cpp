@@ -146,6 +146,11 @@ FlashImage::End FlashImage::KeepTrim() {
   const std::uint8_t trim = with_.memory.AskByte(at);
   const auto wanted = image_.At(at);
   if (trim == kBlank || wanted == trim) return std::nullopt;
+  if (wanted && *wanted != kBlank) {
+    said_.push_back(ToMessage(messages::kTrimReplaced, at, trim));
+    return std::nullopt;
+  }
+  // An image of a whole part may hold a place that it says nothing of as blank.
   if (wanted &&
       with_.ui.ShowMessage(ToMessage(messages::kTrimAtStake, at, trim)) != base::Answer::Yes) {
     return std::nullopt;
@@ -352,9 +357,11 @@ std::string FlashImage::HowFar() const {
   } else {
     if (!result_.erased.empty()) text = ErasedText(result_.erased) + ".\n";
     text += base::Format(
-        "%ld of the %ld bytes of the image that were not there are programmed and verified; those "
-        "from %04x on are not, or are in doubt.",
-        result_.programmed, different_.size(), reached_);
+        "%ld of the %ld bytes of the image that were not there are programmed and verified",
+        result_.programmed, different_.size());
+    text += result_.programmed < different_.size()
+                ? base::Format("; those from %04x on are not, or are in doubt.", reached_)
+                : ". Only the comparison of the whole and the reset are missing.";
   }
   if (result_.kept < kept_.size()) {
     text += "\nThese bytes, which the image does not hold, stood in the pages and may be lost:";

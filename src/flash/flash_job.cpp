@@ -271,8 +271,9 @@ void FlashJob::LookForBlank() {
 void FlashJob::WriteTrimBack() {
   if (!plan_.trim) return;
   const base::Address at = with_.memory.device().flash.trim;
-  if (runner_.WriteTrim(driver_, *plan_.trim)) return;
-  with_.ui.ShowMessage(ToMessage(messages::kTrimNotWritten, at, *plan_.trim));
+  const bool written = runner_.WriteTrim(driver_, *plan_.trim);
+  with_.ui.ShowMessage(
+      ToMessage(written ? messages::kTrimKept : messages::kTrimNotWritten, at, *plan_.trim));
 }
 
 void FlashJob::Fail(const base::Message& message) {

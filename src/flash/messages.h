@@ -50,6 +50,16 @@ inline constexpr MessageText kTrimAtStake{
     base::captions::kForYourInformation,
     Icon::Question,
     Buttons::YesNo};
+// What the image or the file says of that place wins.
+inline constexpr MessageText kTrimReplaced{
+    "flash.trim-replaced", Severity::Notice,
+    "The trim of the oscillator, which stands at %04x, is replaced by what the image holds there.\n"
+    "It was %02x.",
+    base::captions::kForYourInformation, Icon::Information};
+inline constexpr MessageText kTrimKept{
+    "flash.trim-kept", Severity::Notice,
+    "The trim of the oscillator (%04x: %02x) was written back after the erase, and read back.",
+    base::captions::kForYourInformation, Icon::Information};
 inline constexpr MessageText kNoData{"flash.no-data", Severity::Notice, "No data to program",
                                      base::captions::kInformation, Icon::Information};
 inline constexpr MessageText kBadData{
@@ -174,6 +184,8 @@ inline constexpr const MessageText* kAll[] = {&kConfirmMassErase,
                                               &kNotHexAddress,
                                               &kNotFlash,
                                               &kTrimAtStake,
+                                              &kTrimReplaced,
+                                              &kTrimKept,
                                               &kNotErased,
                                               &kProtectPageNotErased,
                                               &kEraseNotSeen,

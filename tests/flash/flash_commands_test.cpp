@@ -115,6 +115,20 @@ TEST(Erase, WritesTheOscillatorsTrimBackIfAsked) {
     bench.user.agrees = wanted;
     ASSERT_TRUE(bench.EndsWell(MassEraseFlash(bench.flash)));
     EXPECT_EQ(bench.Peek(0xFFC0), wanted ? 0x7B : 0xFF);
+    EXPECT_EQ(bench.user.texts.size(), wanted ? 2u : 1u);  // that it is back is said
+  }
+}
+
+TEST(Erase, TheTrimIsKeptUnlessTheImageHoldsIt) {
+  for (const bool held : {true, false}) {
+    Bench bench(simulator::Ql());
+    bench.mcu().Poke(0xFFC0, 0x7B);
+    ASSERT_TRUE(bench.Connect());
+    bench.user.agrees = false;  // nothing is asked
+    images::Image image;
+    image.Put(held ? 0xFFC0 : 0xFFDE, ByteList{0x55});
+    ASSERT_TRUE(bench.EndsWell(ErasePages(bench.flash, {0xFFC0, 0xFFFF}, image)));
+    EXPECT_EQ(bench.Peek(0xFFC0), held ? 0xFF : 0x7B);
     EXPECT_EQ(bench.user.texts.size(), 1u);
   }
 }
