@@ -76,10 +76,16 @@ Result Session::Connect() {
 Result Session::ConnectFailed(const frontend::Connection& connection) const {
   const bool port = connection.result == link::ConnectResult::PortUnavailable;
   std::string why;
+  // Who cannot be talked to is not told that its RAM can be used.
+  const bool silent = debugger::IsConnected(connection.result) && debugger_.memory.LinkError();
   for (const base::Message& message : connection.said) {
+    if (silent) break;
     why += (why.empty() ? "" : "\n") + OneLine(message.text);
   }
   if (why.empty()) why = "the target does not answer";
+  if (silent && options_.target.no_security) {
+    why += ": its monitor waits for the eight bytes of a code, so leave out --no-security";
+  }
   // The user has named a device, which is behind a logical port for this run alone.
   const std::string& named = options_.target.port;
   if (port && !named.empty() && !link::IsLogicalPort(base::UpperCase(named))) {

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 // Commands that erase and program flash. A job runs to its end within its command, so that nothing
 // else reaches the target meanwhile; only its own Cancel is taken.
+#include <ranges>
+
 #include "base/files.h"
 #include "flash/flash_commands.h"
 #include "flash/flash_image.h"
@@ -142,13 +144,17 @@ void FlashImage(const CommandContext& context, const FileChoice& choice) {
   debugger::Debugger& debugger = context.session.debugger;
   const images::ImageFile file = images::ReadImageFile(choice.path);
   if (!flash::FitsFlash(debugger.flash, choice.path, file)) return;
+  for (const base::Message& remark : file.report.Remarks(choice.path)) {
+    context.session.ui.ShowMessage(remark);
+  }
   flash::FlashImage flash(debugger.flash.surroundings(), debugger.crc);
   const flash::FlashImageResult flashed = flash.Run(file.ToImage());
   if (flashed.outcome != flash::FlashOutcome::Done) return;
   context.session.settings.Store(base::keys::kProgramFile, choice.path);
   LoadImageFile(context, choice.path);
   std::string text;
-  for (const std::string& line : flash::FlashImageText(flashed)) {
+  // What was done last first: the status bar may not have room for all.
+  for (const std::string& line : flash::FlashImageText(flashed) | std::views::reverse) {
     text += (text.empty() ? "" : "; ") + line;
   }
   Note(context, text);

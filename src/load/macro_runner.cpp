@@ -20,6 +20,13 @@ constexpr std::string_view kDefaultMacro = "brevant.mac";
 constexpr std::string_view kDefaultOnDemand = "ferrodex.mac";
 constexpr std::string_view kDefaultResetMacro = "RESET.MAC";
 
+// A file of anything else may hold what a terminal obeys.
+std::string Printable(std::string text) {
+  std::ranges::replace_if(
+      text, [](unsigned char c) { return c < ' ' || c == 0x7F; }, '.');
+  return text;
+}
+
 }  // namespace
 
 std::string QualifyMacroName(std::string_view name, std::string_view start_up_directory) {
@@ -60,7 +67,7 @@ bool MacroRunner::RunMacroFile(std::string& name) {
     } else if (const std::string said = base::NormaliseText(line);
                !said.empty() && problem_.empty()) {
       problem_ = base::Format("%s, line %d was passed over: \"%s\" is no macro command.", name,
-                              number, said);
+                              number, Printable(said));
     }
     text.remove_prefix(std::min(end + 1, text.size()));
     goes_on = ui_.UpdateProgress(name, length - static_cast<long>(text.size()), length);

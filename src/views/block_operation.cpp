@@ -110,6 +110,7 @@ bool BlockOperation::HoldsIt(memory::Memory& memory, Address address, base::Byte
 
 BlockOutcome BlockOperation::DoSlice(memory::Memory& memory, control::TargetCrc& crc) {
   memory.TakeDamage();  // of what came before
+  if (!damage_before_) damage_before_ = memory.damage();
   const memory::Range now = slice();
   const auto bytes = BytesOf(now, memory, crc);
   if (bytes) memory.WriteBytes(now.first, *bytes);
@@ -121,8 +122,21 @@ BlockOutcome BlockOperation::DoSlice(memory::Memory& memory, control::TargetCrc&
     fault_at_ = difference_->address;
     return BlockOutcome::NotTaken;
   }
+  expected_.resize(bytes_of_all());
+  std::ranges::copy(*bytes, expected_.begin() + (now.first - destination_));
   done_ += static_cast<long>(now.count / kWord);
-  return done_ == total_ ? BlockOutcome::Done : BlockOutcome::UnderWay;
+  return done_ == total_ ? LookAtAll(memory) : BlockOutcome::UnderWay;
+}
+
+// An address that the line altered on its way has let a byte go anywhere, also over slices that had
+// been looked at by then.
+BlockOutcome BlockOperation::LookAtAll(memory::Memory& memory) {
+  if (memory.damage() == *damage_before_ || HoldsIt(memory, destination_, expected_)) {
+    return BlockOutcome::Done;
+  }
+  if (memory.LinkError()) return BlockOutcome::LinkLost;
+  fault_at_ = difference_->address;
+  return BlockOutcome::NotTaken;
 }
 
 bool BlockOperation::Step(memory::Memory& memory, control::TargetCrc& crc) {

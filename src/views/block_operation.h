@@ -69,6 +69,7 @@ class BlockOperation {
 
   BlockOperation(Kind kind, base::Address from, base::Address to);
   base::Address bytes_of_all() const { return static_cast<base::Address>(2 * total_); }
+  BlockOutcome LookAtAll(memory::Memory& memory);
   BlockOutcome DoSlice(memory::Memory& memory, control::TargetCrc& crc);
   // What the slice is to hold. Nothing when it could not be read: fault_at says where.
   std::optional<std::vector<std::uint8_t>> BytesOf(const memory::Range& slice,
@@ -80,7 +81,9 @@ class BlockOperation {
   base::Address destination_;
   bool backwards_ = false;
   std::uint16_t value_ = 0;
-  std::vector<std::uint8_t> bytes_;
+  std::vector<std::uint8_t> bytes_;     // to be pasted
+  std::vector<std::uint8_t> expected_;  // in the destination, as far as it was written
+  std::optional<long> damage_before_;   // of the line, when the first slice began
   long done_ = 0;
   long total_;
   BlockOutcome outcome_ = BlockOutcome::UnderWay;

@@ -85,7 +85,7 @@ inline constexpr const char* kBeyondAddressSpace =
     "%s is beyond FFFF, the last address of the target.";
 inline constexpr const char* kExpectSymbol =
     "A symbol of the loaded program or a hexadecimal address.";
-inline constexpr const char* kExpectDigits = "1 to 6 hexadecimal digits.";
+inline constexpr const char* kExpectDigits = "Hexadecimal digits and nothing else, at least one.";
 inline constexpr const char* kDoesNotFit = "The block does not fit: it would end beyond FFFF.";
 inline constexpr const char* kFlashNotReadable =
     "Flash cannot be read: the target did not accept the security code.";

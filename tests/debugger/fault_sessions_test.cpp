@@ -25,7 +25,7 @@ constexpr FaultKind kKinds[] = {
     FaultKind::FlipEcho,     FaultKind::FlipHostByte,  FaultKind::FlipReply,
     FaultKind::LoseReply,    FaultKind::ExtraByte,     FaultKind::DelayByte};
 // About as many bytes as a session sends.
-constexpr int kBytes = 1100;
+constexpr int kBytes = 1500;
 constexpr int kFlashBytes = 1500;
 
 class FaultySession {
@@ -126,6 +126,12 @@ class FaultySession {
     image.Put(0x0190, Pattern(20));
     image.Put(0x01C0, Pattern(20));
     ASSERT_EQ(base::ReplaceFile(path, images::SRecordText(image)), "");
+    const auto fill = views::BlockOperation::Fill(0x01A0, 0x01FF, 0x1234);
+    if (Claims(debugger_.block.Run(fill) == views::BlockOutcome::Done)) {
+      for (base::Address at = 0x01A0; at <= 0x01FE; at += 2) {
+        EXPECT_EQ(base::Word(Peek(at), Peek(at + 1)), 0x1234u) << at;
+      }
+    }
     if (!Claims(debugger_.loader.LoadImage(path).outcome == load::LoadOutcome::Loaded)) return;
     ExpectHeld(0x0190, Pattern(20));
     ExpectHeld(0x01C0, Pattern(20));
