@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Commands that erase and program flash. A job runs to its end within its command, so that nothing
 // else reaches the target meanwhile; only its own Cancel is taken.
-#include <ranges>
-
 #include "base/files.h"
 #include "flash/flash_commands.h"
 #include "flash/flash_image.h"
@@ -152,10 +150,10 @@ void FlashImage(const CommandContext& context, const FileChoice& choice) {
   if (flashed.outcome != flash::FlashOutcome::Done) return;
   context.session.settings.Store(base::keys::kProgramFile, choice.path);
   LoadImageFile(context, choice.path);
-  std::string text;
   // What was done last first: the status bar may not have room for all.
-  for (const std::string& line : flash::FlashImageText(flashed) | std::views::reverse) {
-    text += (text.empty() ? "" : "; ") + line;
+  std::string text;
+  for (const std::string& line : flash::FlashImageText(flashed)) {
+    text = text.empty() ? line : base::Format("%s; %s", line, text);
   }
   Note(context, text);
 }
