@@ -8,6 +8,7 @@
 #include "cli/interrupt.h"
 #include "cli/register_line.h"
 #include "cli/session.h"
+#include "cli/variables.h"
 #include "frontend/address_names.h"
 
 namespace brevant::cli {
@@ -80,10 +81,9 @@ Result GiveUpWaiting(Session& session, std::string why, ExitStatus status) {
   return Failure(status, std::move(why));
 }
 
-Result AwaitStop(Session& session) {
-  switch (session.WaitForStop()) {
-    case frontend::WaitEnd::Stopped:
-      return StopResult(session);
+// A wait has ended without a stop.
+Result NotStopped(Session& session, frontend::WaitEnd end) {
+  switch (end) {
     case frontend::WaitEnd::TimedOut:
       return GiveUpWaiting(session,
                            fmt::format("no stop within {} s", session.options().timeout_seconds),
@@ -91,9 +91,15 @@ Result AwaitStop(Session& session) {
     case frontend::WaitEnd::Interrupted:
       return GiveUpWaiting(session, "interrupted", ExitStatus::Interrupted);
     case frontend::WaitEnd::LinkLost:
+    case frontend::WaitEnd::Stopped:
       break;
   }
   return WithReason(LinkLost(), base::StopReason::LinkLost);
+}
+
+Result AwaitStop(Session& session) {
+  const frontend::WaitEnd end = session.WaitForStop();
+  return end == frontend::WaitEnd::Stopped ? StopResult(session) : NotStopped(session, end);
 }
 
 Result StepTimes(Session& session, const ParsedArguments& arguments, control::Calls calls) {
@@ -180,6 +186,56 @@ Result Trace(Session& session, const ParsedArguments& arguments) {
   return result;
 }
 
+// The registers, and behind them the function and line.
+Result StepLine(Session& session, control::LineStepKind kind) {
+  control::LineStep& line_step = session.debugger().line_step;
+  const std::string problem = line_step.Start(kind);
+  if (!problem.empty()) return Failure(ExitStatus::Failed, problem);
+  const frontend::WaitEnd end = session.WaitForStop([&line_step] { return line_step.moves(); });
+  Result result =
+      end == frontend::WaitEnd::Stopped ? StopResult(session) : NotStopped(session, end);
+  if (!result.ok()) return result;
+  const base::Address pc = session.debugger().frame.PC;
+  const std::string place = PlaceText(session, pc);
+  result.text += place + '\n';
+  result.fields["place"] = place;
+  if (const auto suspended = line_step.suspended()) {
+    session.ui().Notice(fmt::format(
+        "The breakpoint at {:04x} did not count on the way: there is one hardware breakpoint.",
+        *suspended));
+  }
+  return result;
+}
+
+// A breakpoint or anything else that nobody asked for ends the repetition.
+Result RepeatedLines(Session& session, const ParsedArguments& arguments,
+                     control::LineStepKind kind) {
+  const std::uint32_t steps = arguments.Number(0, 1);
+  Result result;
+  for (std::uint32_t step = 0; step < steps && result.ok(); ++step) {
+    if (Interrupted()) {
+      return Interruption(fmt::format(" after {} of {} lines, at {:04x}", step, steps,
+                                      session.debugger().frame.PC));
+    }
+    result = StepLine(session, kind);
+    const auto& stop = session.debugger().run_control.last_stop();
+    if (!stop || stop->reason != base::StopReason::StepDone) break;
+  }
+  return result;
+}
+
+Result LineStep(Session& session, const ParsedArguments& arguments) {
+  return RepeatedLines(session, arguments, control::LineStepKind::Into);
+}
+
+Result LineOver(Session& session, const ParsedArguments& arguments) {
+  return RepeatedLines(session, arguments, control::LineStepKind::Over);
+}
+
+Result Out(Session& session, const ParsedArguments&) {
+  return StepLine(session, control::LineStepKind::Out);
+}
+
 constexpr Command kRows[] = {
     {"step",
      {Optional(Count("N", kMostSteps))},
@@ -191,6 +247,17 @@ constexpr Command kRows[] = {
      kStopped,
      Over,
      "the same, but calls count as one instruction"},
+    {"line-step",
+     {Optional(Count("N", kMostSteps))},
+     kStopped,
+     LineStep,
+     "to the next line of source, into calls that have lines"},
+    {"line-over",
+     {Optional(Count("N", kMostSteps))},
+     kStopped,
+     LineOver,
+     "the same, over all calls"},
+    {"out", {}, kStopped, Out, "run until the function at PC has returned"},
     {"go", {Optional(Address("ADDR"))}, kStopped, Go, "run (from ADDR) and wait for the stop"},
     {"until", {Address("ADDR")}, kStopped, Until, "run to ADDR and wait for the stop"},
     {"run", {Optional(Address("ADDR"))}, kStopped, Run, "run (from ADDR) without waiting"},

@@ -12,6 +12,7 @@
 #include "cli/memory_writes.h"
 #include "cli/register_line.h"
 #include "cli/session.h"
+#include "cli/variables.h"
 #include "devices/device.h"
 #include "frontend/address_names.h"
 #include "load/confirmed_read.h"
@@ -108,8 +109,18 @@ frontend::Parsed<std::uint32_t> RegisterValue(Session& session, const std::strin
   return value;
 }
 
+bool IsRegister(std::string_view name) {
+  return name == "SP" ||
+         std::ranges::find(kRegisters, name, &RegisterRow::name) != std::end(kRegisters);
+}
+
 Result Set(Session& session, const ParsedArguments& arguments) {
-  const std::string name = base::UpperCase(arguments.Text(0));
+  std::string name = base::UpperCase(arguments.Text(0));
+  if (name.starts_with('@')) {
+    name.erase(0, 1);
+  } else if (!IsRegister(name) || IsVariable(session, arguments.Text(0))) {
+    return SetVariable(session, arguments.Text(0), arguments.Text(1));
+  }
   control::RegisterFrame& frame = session.debugger().frame;
   if (name == "SP") {
     const auto value =
@@ -132,7 +143,7 @@ Result Set(Session& session, const ParsedArguments& arguments) {
     row.store(frame, value.value);
     return {};
   }
-  return UsageError(fmt::format("\"{}\" is no register: PC, SP, HX, A or CCR", arguments.Text(0)));
+  return UsageError(fmt::format("\"{}\" is no register: PC, SP, HX, A or CCR", name));
 }
 
 Result Read(Session& session, const ParsedArguments& arguments) {
@@ -207,7 +218,11 @@ Result Reset(Session& session, const ParsedArguments&) {
 constexpr Command kRows[] = {
     {"info", {}, kAlways, Info, "device, port and security"},
     {"regs", {}, kStopped, Regs, "show the registers"},
-    {"set", {Text("REG"), Text("VALUE")}, kStopped, Set, "change PC, SP, HX, A or CCR"},
+    {"set",
+     {Text("REG|VARIABLE"), Rest("VALUE")},
+     kStopped,
+     Set,
+     "change PC, SP, HX, A or CCR (VALUE hex), or a variable (VALUE as in C)"},
     {"read",
      {Address("ADDR"), Optional(Hex("COUNT", kAnyNumber, "count"))},
      kStopped,

@@ -21,9 +21,11 @@ class Operation {
   virtual void LinkLost() {}
   // A stop, a run or a reset has ended it from outside.
   virtual void Abandon() {}
+  // A step or a run of its own has ended so. True: it goes on from there, and nobody is told.
+  virtual bool Keeps(const base::Stop&) { return false; }
 };
 
-enum class Mode { Idle, Running, NStepping, Tracing, Operation };
+enum class Mode { Idle, Running, NStepping, Tracing, LineStepping, Operation };
 
 using isa::Calls;
 
@@ -49,7 +51,9 @@ class Activity {
   // The step under way must not follow a call.
   bool StepOver() const { return calls_ == Calls::StepOver; }
   // The Go button reads "Break".
-  bool RunningShown() const { return running_shown_; }
+  bool RunningShown() const { return running_shown_ || mode_ == Mode::LineStepping; }
+  // What the target shows between two steps is of no interest to anybody.
+  bool Passing() const { return mode_ == Mode::LineStepping; }
   // Something is under way that a later tick, a stop or a reset will end.
   bool Busy() const { return mode_ != Mode::Idle || waiting_ || StepPending(); }
   // File I/O has the target: nothing else may talk to it.
@@ -62,7 +66,7 @@ class Activity {
   // Each begin takes the place of what was under way; an operation that this ends is told.
 
   void BeginRun();
-  // NStepping, Tracing or Operation. The operation is borrowed until it ends.
+  // NStepping, Tracing, LineStepping or Operation. The operation is borrowed until it ends.
   void BeginOperation(Mode mode, Operation& operation);
   // Nobody is told yet: most steps are over at once.
   void BeginStep(Calls calls) { calls_ = calls; }

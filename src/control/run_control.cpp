@@ -43,6 +43,9 @@ RunControl::RunControl(link::MonitorLink& link, memory::Memory& memory, Register
 
 void RunControl::Report(base::Stop stop) {
   if (stop.reason == base::StopReason::BadStack) stop = BadStack();
+  if (Operation* const operation = activity_.CurrentOperation()) {
+    if (operation->Keeps(stop)) return;
+  }
   ++stops_;
   last_stop_ = std::move(stop);
   events_.Stopped(*last_stop_);
@@ -292,6 +295,12 @@ void RunControl::StartRunning() {
 
 base::Stop RunControl::Stop() {
   if (link_.LinkError) return LoseLink();
+  if (activity_.RunMode() == Mode::LineStepping && !activity_.WaitingForBreak()) {
+    // Between two steps nothing runs that a break signal could reach.
+    activity_.End();
+    Report(NoStop(base::StopReason::UserBreak));
+    return *last_stop_;
+  }
   const Address last_known_pc = frame_.PC;
   // For 11 bit times after its echo a break cancels RUN instead of reaching the program.
   link_.WaitMs(kSettleMs);
@@ -345,7 +354,9 @@ base::Stop RunControl::StopBesideTimer() {
   activity_.DropRun();
   const Mode mode = activity_.RunMode();
   // Their step is completed as a single one.
-  if (mode == Mode::NStepping || mode == Mode::Tracing) activity_.AbandonOperation();
+  if (mode == Mode::NStepping || mode == Mode::Tracing || mode == Mode::LineStepping) {
+    activity_.AbandonOperation();
+  }
   const long before = stops_;
   Complete();
   if (link_.LinkError) return LoseLink();

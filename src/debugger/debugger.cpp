@@ -38,6 +38,7 @@ Debugger::Debugger(const Surroundings& surroundings)
       n_step(run_control, activity, frame, breakpoints, debug_info),
       trace(run_control, activity, frame, breakpoints, debug_info, surroundings.ui,
             TraceFilesOfImage()),
+      line_step(run_control, activity, memory, frame, breakpoints, debug_info),
       macros(memory, frame, start_address, settings, surroundings.ui,
              surroundings.start_up_directory),
       loader(memory, frame, breakpoints, debug_info, start_address, macros, settings,

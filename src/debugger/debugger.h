@@ -14,6 +14,7 @@
 #include "base/user_interface.h"
 #include "control/activity.h"
 #include "control/breakpoint_table.h"
+#include "control/line_step.h"
 #include "control/n_step.h"
 #include "control/register_frame.h"
 #include "control/run_control.h"
@@ -76,6 +77,7 @@ class Debugger {
   control::RunControl run_control;
   control::NStep n_step;
   control::Trace trace;
+  control::LineStep line_step;
   load::StartAddress start_address;
   load::MacroRunner macros;
   load::Loader loader;
@@ -105,8 +107,10 @@ class Debugger {
 
   // What views compare with; settings are the front end's to count.
   base::Generations generations() const;
-  // The target is stopped and the link stands: views may read.
-  bool MonitorListens() const { return !activity.WaitingForBreak() && !memory.LinkError(); }
+  // The target is stopped, at a place that is to be shown, and the link stands: views may read.
+  bool MonitorListens() const {
+    return !activity.WaitingForBreak() && !activity.Passing() && !memory.LinkError();
+  }
 
   // To be called every 10 ms while no command is under way.
   void Tick();

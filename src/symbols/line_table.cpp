@@ -90,6 +90,16 @@ std::optional<SourceLine> LineTable::LineForExactAddress(base::Address address) 
   return LineOf(entry);
 }
 
+const LineEntry* LineTable::EntryBelow(base::Address address) const {
+  const std::size_t place = FirstNotBelow(address + 1);
+  return place == 0 ? nullptr : &entries_[ascending_[place - 1]];
+}
+
+const LineEntry* LineTable::EntryAbove(base::Address address) const {
+  const std::size_t place = FirstNotBelow(address + 1);
+  return place == ascending_.size() ? nullptr : &entries_[ascending_[place]];
+}
+
 std::optional<base::Address> LineTable::AddressForLine(std::uint32_t line,
                                                        std::uint32_t file) const {
   const auto found = by_line_.find(LineKey(line, file));

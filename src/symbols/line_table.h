@@ -43,6 +43,9 @@ class LineTable {
   std::optional<SourceLine> LineForAddress(base::Address address) const;
   // The first entry with exactly this address.
   std::optional<SourceLine> LineForExactAddress(base::Address address) const;
+  // The nearest entry at or below the address, and the nearest above it; null when there is none.
+  const LineEntry* EntryBelow(base::Address address) const;
+  const LineEntry* EntryAbove(base::Address address) const;
   // The first entry with this line in this file.
   std::optional<base::Address> AddressForLine(std::uint32_t line, std::uint32_t file) const;
 

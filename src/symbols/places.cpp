@@ -19,17 +19,6 @@ std::string LastPart(std::string_view path) {
   return std::string(separator == std::string_view::npos ? path : path.substr(separator + 1));
 }
 
-// The module that a source file makes, as SDCC spells it.
-std::string ModuleOf(std::string_view file) {
-  std::string module = LastPart(file);
-  const std::string extension = base::ExtensionOf(module);
-  if (!extension.empty()) module.resize(module.size() - extension.size() - 1);
-  for (char& c : module) {
-    if (!IsLetter(c) && !(c >= '0' && c <= '9')) c = '_';
-  }
-  return module;
-}
-
 // Whether given is the file or its last parts: "drv/io.c" of "src/drv/io.c".
 bool EndsAs(std::string_view file, std::string_view given) {
   std::string whole(file);
@@ -226,6 +215,16 @@ Place PlaceWithoutOffset(std::string_view word, const DebugInfo& info) {
 }
 
 }  // namespace
+
+std::string ModuleOf(std::string_view file) {
+  std::string module = LastPart(file);
+  const std::string extension = base::ExtensionOf(module);
+  if (!extension.empty()) module.resize(module.size() - extension.size() - 1);
+  for (char& c : module) {
+    if (!IsLetter(c) && !(c >= '0' && c <= '9')) c = '_';
+  }
+  return module;
+}
 
 Place FindPlace(std::string_view word, const DebugInfo& info) {
   Place whole = PlaceWithoutOffset(word, info);

@@ -39,6 +39,9 @@ Place FindPlace(std::string_view word, const DebugInfo& info);
 // only when there are no others. Valid until the table changes.
 std::vector<const Symbol*> FindNamed(std::string_view word, const DebugInfo& info);
 
+// The module that a source file makes, as SDCC spells it: "my_drv" of "src/my-drv.c".
+std::string ModuleOf(std::string_view file);
+
 // The symbol in whose function or variable the address lies; null where that is not known.
 const Symbol* FindContaining(base::Address address, const DebugInfo& info);
 

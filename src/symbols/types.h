@@ -37,6 +37,8 @@ struct Type {
 class Types {
  public:
   const Type& operator[](TypeId id) const { return types_[id < types_.size() ? id : kUnknownType]; }
+  // Ids are below this.
+  TypeId size() const { return static_cast<TypeId>(types_.size()); }
   TypeId Add(Type type);
   // For a structure that its own members name: added first, completed then.
   Type& Complete(TypeId id) { return types_[id]; }

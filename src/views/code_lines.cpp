@@ -47,7 +47,7 @@ CodeLine LineAt(base::Address& address, std::span<const std::uint8_t> bytes,
 std::vector<CodeLine> ReadCodeLines(memory::Memory& memory, const isa::SymbolNames& symbols,
                                     base::Address address, int count) {
   std::vector<CodeLine> lines;
-  CodeBytes bytes(memory);
+  memory::CodeBytes bytes(memory);
   for (int to_come = count - 1; to_come >= 0 && address <= base::kLastAddress; --to_come) {
     const int run = kLongestInstruction + Ahead(to_come);
     const auto read = bytes.From(address, kLongestInstruction, run);
@@ -59,11 +59,12 @@ std::vector<CodeLine> ReadCodeLines(memory::Memory& memory, const isa::SymbolNam
 
 CodeLine ReadCodeLine(memory::Memory& memory, const isa::SymbolNames& symbols,
                       base::Address& address) {
-  CodeBytes bytes(memory);
+  memory::CodeBytes bytes(memory);
   return LineAt(address, bytes.From(address, kLongestInstruction, kLongestInstruction), symbols);
 }
 
-CodeLine CodeLines::FillLineForward(CodeBytes& bytes, base::Address& address, int lines_to_come) {
+CodeLine CodeLines::FillLineForward(memory::CodeBytes& bytes, base::Address& address,
+                                    int lines_to_come) {
   if (reads_target_) {
     const int run = kLongestInstruction + Ahead(lines_to_come);
     const auto read = bytes.From(address, kLongestInstruction, run);
@@ -96,7 +97,7 @@ bool CodeLines::KnownStart(base::Address address) const {
   return debug_info_.LineTable.HasLineAt(address) || symbols_.FindSymbolName(address);
 }
 
-CodeLine CodeLines::FillLineBackward(CodeBytes& target_bytes, const CodeLine& below,
+CodeLine CodeLines::FillLineBackward(memory::CodeBytes& target_bytes, const CodeLine& below,
                                      int lines_to_come) {
   if (auto known = KnownLineBefore(below.address)) return *known;
   const int size = static_cast<int>(std::min<base::Address>(kBackwardBytes, below.address));
@@ -137,7 +138,7 @@ void CodeLines::Resize(int count) {
     bottom_ = lines_[wanted].address;
     lines_.resize(wanted);
   }
-  for (CodeBytes bytes(memory_); lines_.size() < wanted;) {
+  for (memory::CodeBytes bytes(memory_); lines_.size() < wanted;) {
     const auto to_come = static_cast<int>(wanted - lines_.size()) - 1;
     lines_.push_back(FillLineForward(bytes, bottom_, to_come));
   }
@@ -169,7 +170,7 @@ void CodeLines::RecomputeLines(ScrollCode code, int position, const ScrollRange&
 
 void CodeLines::LineUp() {
   if (top() == 0) return;
-  CodeBytes bytes(memory_);
+  memory::CodeBytes bytes(memory_);
   CodeLine line = FillLineBackward(bytes, lines_.front(), 0);
   bottom_ = lines_.back().address;
   std::rotate(lines_.begin(), lines_.end() - 1, lines_.end());
@@ -178,7 +179,7 @@ void CodeLines::LineUp() {
 
 void CodeLines::LineDown(const ScrollRange& range) {
   if (top() >= range.LastTop()) return;
-  CodeBytes bytes(memory_);
+  memory::CodeBytes bytes(memory_);
   CodeLine line = FillLineForward(bytes, bottom_, 0);
   std::rotate(lines_.begin(), lines_.begin() + 1, lines_.end());
   lines_.back() = std::move(line);
@@ -186,7 +187,7 @@ void CodeLines::LineDown(const ScrollRange& range) {
 
 void CodeLines::PageUp() {
   if (top() == 0) return;
-  CodeBytes bytes(memory_);
+  memory::CodeBytes bytes(memory_);
   std::vector<CodeLine> upwards{lines_.front()};
   while (upwards.back().address != 0 && upwards.size() <= lines_.size()) {
     const auto to_come = static_cast<int>(lines_.size() - upwards.size());

@@ -17,9 +17,9 @@
 #include "base/address.h"
 #include "isa/disassembler.h"
 #include "isa/symbol_names.h"
+#include "memory/code_bytes.h"
 #include "memory/memory.h"
 #include "symbols/debug_info.h"
-#include "views/code_bytes.h"
 #include "views/scroll_code.h"
 #include "views/scroll_range.h"
 
@@ -61,9 +61,9 @@ class CodeLines {
   // An instruction or a variable begins here, as the loaded program's symbols and lines say.
   bool KnownStart(base::Address address) const;
   // One of so many lines that are filled with the same bytes.
-  CodeLine FillLineForward(CodeBytes& bytes, base::Address& address, int lines_to_come);
+  CodeLine FillLineForward(memory::CodeBytes& bytes, base::Address& address, int lines_to_come);
   // The instruction before below; below.address must not be 0.
-  CodeLine FillLineBackward(CodeBytes& bytes, const CodeLine& below, int lines_to_come);
+  CodeLine FillLineBackward(memory::CodeBytes& bytes, const CodeLine& below, int lines_to_come);
   // The one that was met before going forwards.
   std::optional<CodeLine> KnownLineBefore(base::Address address);
   void LineUp();

@@ -5,6 +5,8 @@
 #include <utility>
 
 #include "base/text_format.h"
+#include "frames/call_stack.h"
+#include "isa/flow.h"
 #include "symbols/places.h"
 #include "views/messages.h"
 
@@ -12,7 +14,7 @@ namespace brevant::views {
 namespace {
 
 using base::Address;
-using Kind = StackEntry::Kind;
+using Kind = frames::StackEntry::Kind;
 
 // "000111   +1  80 24           return to ..."
 constexpr int kFirstByteColumn = 13;
@@ -30,7 +32,7 @@ std::string PlaceText(Address address, const symbols::DebugInfo& info) {
 
 std::string CallText(const isa::Instruction& call, const symbols::DebugInfo& info) {
   const std::string mnemonic(isa::MnemonicName(call.entry().mnemonic()));
-  const auto target = CallTarget(call);
+  const auto target = isa::FlowOf(call).target;
   return target ? mnemonic + " " + info.SymbolTable.SymbolName(*target) : "an indexed " + mnemonic;
 }
 
@@ -42,29 +44,6 @@ int StackByteColumn(int n) {
 
 int StackTextColumn() {
   return StackByteColumn(kMostBytes) + 1;
-}
-
-memory::Range StackView::Stack() const {
-  const Address first = base::Low16(sources_.frame.ProgramSP() + 1);
-  const auto known = [this](Address address) {
-    return symbols::FindContaining(address, sources_.debug_info) != nullptr;
-  };
-  for (const memory::Range& ram : sources_.memory.Ram()) {
-    if (first - ram.first >= ram.count) continue;
-    const Address end = ram.first + ram.count;
-    // A stack that has grown into the variables is shown all the more.
-    if (known(first) && !InFunction(first)) return {first, end - first};
-    Address last = first;
-    while (last < end && !known(last)) ++last;
-    return {first, last - first};
-  }
-  return {first, 0};
-}
-
-bool StackView::InFunction(Address address) const {
-  return std::ranges::any_of(sources_.debug_info.functions, [address](const auto& function) {
-    return function.first <= address && address <= function.last;
-  });
 }
 
 std::string StackView::Problem() const {
@@ -129,12 +108,12 @@ void StackView::Pull(const base::Generations& before, const base::Generations& n
 }
 
 void StackView::ReadLines() {
-  stack_ = Stack();
   const Address sp = sources_.frame.ProgramSP();
+  stack_ = frames::StackAbove(sp, sources_.memory, sources_.debug_info);
   memory::Memory& memory = sources_.memory;
   const long asked = memory.asked();
-  StackWalk walk(memory, sources_.debug_info, sources_.frame.PC, stack_, kMostCode);
-  std::vector<StackEntry> entries;
+  frames::StackWalk walk(memory, sources_.debug_info, sources_.frame.PC, stack_, kMostCode);
+  std::vector<frames::StackEntry> entries;
   while (static_cast<int>(entries.size()) < state_.top + state_.lineCount) {
     auto entry = walk.Next();
     if (!entry) break;
@@ -154,7 +133,7 @@ void StackView::ReadLines() {
   code_asked_ = walk.code_asked();
 }
 
-StackLine StackView::MakeLine(const StackEntry& entry) {
+StackLine StackView::MakeLine(const frames::StackEntry& entry) {
   const Address offset = entry.address - sources_.frame.ProgramSP();
   std::string bytes;
   std::vector<bool> changed;
@@ -168,7 +147,7 @@ StackLine StackView::MakeLine(const StackEntry& entry) {
           entry, std::move(changed)};
 }
 
-std::string StackView::Described(const StackEntry& entry) const {
+std::string StackView::Described(const frames::StackEntry& entry) const {
   const symbols::DebugInfo& info = sources_.debug_info;
   switch (entry.kind) {
     case Kind::ReturnAddress:
@@ -189,7 +168,7 @@ std::string StackView::Described(const StackEntry& entry) const {
 std::optional<Address> StackView::CodeUnderCursor() const {
   const auto line = static_cast<std::size_t>(state_.cursorLine);
   if (line >= lines_.size() || lines_[line].entry.kind == Kind::Byte) return std::nullopt;
-  const StackEntry& entry = lines_[line].entry;
+  const frames::StackEntry& entry = lines_[line].entry;
   return entry.kind == Kind::ReturnAddress ? entry.call.address : entry.code;
 }
 

@@ -15,18 +15,18 @@
 
 #include "control/activity.h"
 #include "control/register_frame.h"
+#include "frames/stack_walk.h"
 #include "memory/memory.h"
 #include "symbols/debug_info.h"
 #include "views/open_views.h"
 #include "views/scroll_code.h"
 #include "views/shown_bytes.h"
-#include "views/stack_walk.h"
 
 namespace brevant::views {
 
 struct StackLine {
   std::string text;
-  StackEntry entry = {};
+  frames::StackEntry entry = {};
   std::vector<bool> changed = {};  // each byte, since the stop before
 };
 // Where byte n of a line is shown, in characters.
@@ -78,14 +78,11 @@ class StackView final : public View {
   void Pull(const base::Generations& before, const base::Generations& now) override;
 
  private:
-  // From the byte that was pushed last to where something else is known to lie.
-  memory::Range Stack() const;
-  bool InFunction(base::Address address) const;
-  // Why that is empty.
+  // Why the stack is empty.
   std::string Problem() const;
   void ReadLines();
-  StackLine MakeLine(const StackEntry& entry);
-  std::string Described(const StackEntry& entry) const;
+  StackLine MakeLine(const frames::StackEntry& entry);
+  std::string Described(const frames::StackEntry& entry) const;
 
   StackSources sources_;
   StackViewState state_;

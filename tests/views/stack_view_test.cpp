@@ -91,7 +91,7 @@ TEST_F(StackViewTest, NamesWhatAnInterruptHasStackedWithItsVector) {
     memory.WriteByte(static_cast<base::Address>(at), static_cast<std::uint32_t>(byte));
     SetPC(static_cast<base::Address>(pc));
     Follow();
-    EXPECT_EQ(view.lines().at(1).entry.kind, StackEntry::Kind::Byte) << pc << ' ' << at;
+    EXPECT_EQ(view.lines().at(1).entry.kind, frames::StackEntry::Kind::Byte) << pc << ' ' << at;
   }
 }
 

@@ -1,15 +1,15 @@
 // SPDX-License-Identifier: MIT
-#include "views/stack_walk.h"
+#include "frames/stack_walk.h"
 
 #include <algorithm>
 #include <array>
 #include <utility>
 
 #include "devices/hc08.h"
-#include "isa/operand_address.h"
+#include "isa/flow.h"
 #include "symbols/places.h"
 
-namespace brevant::views {
+namespace brevant::frames {
 namespace {
 
 using base::Address;
@@ -23,30 +23,12 @@ constexpr Address kHandlerReach = 0x100;
 // Decoding from a known start costs its bytes.
 constexpr Address kMostDecoded = 32;
 
-constexpr bool IsCall(const isa::Instruction& instruction) {
-  constexpr int kJsr = *isa::MnemonicIndex("JSR"), kBsr = *isa::MnemonicIndex("BSR");
-  const int mnemonic = instruction.entry().mnemonic();
-  return mnemonic == kJsr || mnemonic == kBsr;
-}
-
 // Bits 6 and 5 always read 1; with the interrupt mask set there is no interrupt.
 constexpr bool CanHaveBeenInterrupted(std::uint8_t ccr) {
   return (ccr & 0x68) == 0x60;
 }
 
 }  // namespace
-
-std::optional<Address> CallTarget(const isa::Instruction& call) {
-  switch (call.entry().mode()) {
-    case isa::Mode::Relative:
-      return base::Low16(call.BranchTarget());
-    case isa::Mode::Direct:
-    case isa::Mode::Extended:
-      return isa::OperandAddress(call, {});
-    default:
-      return std::nullopt;
-  }
-}
 
 StackWalk::StackWalk(memory::Memory& memory, const symbols::DebugInfo& debug_info, Address pc,
                      memory::Range stack, long most_code)
@@ -131,8 +113,8 @@ std::optional<isa::Instruction> StackWalk::CallBefore(Address address) {
   std::optional<isa::Instruction> found;
   for (Address length = kLongestCall; length > 0; --length) {
     const auto call = isa::InstructionAt(address - length, base::Bytes(code).last(length));
-    if (!IsCall(call) || call.end() != address) continue;
-    const auto target = CallTarget(call);
+    const auto [kind, target] = isa::FlowOf(call);
+    if (kind != isa::FlowKind::Call || call.end() != address) continue;
     if (target && !MayHoldCode(*target)) continue;
     if (target && RunsIn(*target)) return call;
     if (!found) found = call;
@@ -161,7 +143,7 @@ std::optional<StackEntry> StackWalk::ReturnAddressAt(Address address) {
   const Address code = WordAt(address);
   const auto call = CallBefore(code);
   if (!call) return std::nullopt;
-  const auto target = CallTarget(*call);
+  const auto target = isa::FlowOf(*call).target;
   return StackEntry{.kind = StackEntry::Kind::ReturnAddress,
                     .address = address,
                     .bytes = BytesAt(address, 2),
@@ -206,4 +188,4 @@ std::optional<StackEntry> StackWalk::Next() {
   return Take({.address = next_, .bytes = BytesAt(next_, 1)});
 }
 
-}  // namespace brevant::views
+}  // namespace brevant::frames

@@ -13,11 +13,11 @@
 #include "base/address.h"
 #include "memory/memory.h"
 
-namespace brevant::views {
+namespace brevant::memory {
 
 class CodeBytes {
  public:
-  explicit CodeBytes(memory::Memory& memory) : memory_(memory) {}
+  explicit CodeBytes(Memory& memory) : memory_(memory) {}
 
   // count bytes from the address on. When some of them have to be read, the run goes on to `ahead`
   // bytes from the address, as far as the address space reaches. The result holds until the next
@@ -33,9 +33,9 @@ class CodeBytes {
   std::vector<std::uint8_t> Read(base::Address from, base::Address to);
   base::Address end() const { return start_ + static_cast<base::Address>(bytes_.size()); }
 
-  memory::Memory& memory_;
+  Memory& memory_;
   base::Address start_ = 0;
   std::vector<std::uint8_t> bytes_;  // from start_ on
 };
 
-}  // namespace brevant::views
+}  // namespace brevant::memory

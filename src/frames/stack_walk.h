@@ -18,11 +18,11 @@
 
 #include "base/address.h"
 #include "isa/instruction.h"
+#include "memory/code_bytes.h"
 #include "memory/memory.h"
 #include "symbols/debug_info.h"
-#include "views/code_bytes.h"
 
-namespace brevant::views {
+namespace brevant::frames {
 
 struct StackEntry {
   enum class Kind { Byte, ReturnAddress, Interrupt };
@@ -35,9 +35,6 @@ struct StackEntry {
   std::string vectors = {};    // that lead to the handler which has interrupted it
   bool looked_at = true;       // false: no more code was to be read
 };
-
-// Where a call goes; nothing when that depends on registers.
-std::optional<base::Address> CallTarget(const isa::Instruction& call);
 
 class StackWalk {
  public:
@@ -74,7 +71,7 @@ class StackWalk {
 
   memory::Memory& memory_;
   const symbols::DebugInfo& debug_info_;
-  CodeBytes stack_;
+  memory::CodeBytes stack_;
   base::Address next_, end_;
   long most_code_, code_asked_ = 0;
   bool refused_ = false;  // to read code for the entry at hand
@@ -82,4 +79,4 @@ class StackWalk {
   std::vector<base::Address> below_;
 };
 
-}  // namespace brevant::views
+}  // namespace brevant::frames

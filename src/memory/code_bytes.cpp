@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
-#include "views/code_bytes.h"
+#include "memory/code_bytes.h"
 
 #include <algorithm>
 
-namespace brevant::views {
+namespace brevant::memory {
 namespace {
 
 using base::Address;
@@ -51,4 +51,4 @@ std::vector<std::uint8_t> CodeBytes::Read(Address from, Address to) {
   return read;
 }
 
-}  // namespace brevant::views
+}  // namespace brevant::memory

@@ -1,0 +1,67 @@
+// SPDX-License-Identifier: MIT
+#include "eval/context.h"
+
+#include "frames/function_at.h"
+#include "frames/source_line.h"
+#include "frames/stack_depth.h"
+#include "symbols/places.h"
+
+namespace brevant::eval {
+
+using base::Address;
+
+Context::Context(memory::Memory& memory, const symbols::DebugInfo& info, const Registers& registers,
+                 Reading reading)
+    : memory_(memory),
+      info_(info),
+      registers_(registers),
+      reading_(reading),
+      pc_(registers.pc),
+      sp_(registers.sp),
+      function_(frames::FunctionAt(registers.pc, info)) {}
+
+Context::Context(memory::Memory& memory, const symbols::DebugInfo& info, const Registers& registers,
+                 Reading reading, const frames::Frame& frame)
+    : memory_(memory),
+      info_(info),
+      registers_(registers),
+      reading_(reading),
+      pc_(frame.pc),
+      sp_(frame.sp),
+      function_(frame.function),
+      entry_known_(true),
+      entry_sp_(frame.entry_sp) {}
+
+std::string Context::module() const {
+  if (function_ != nullptr && !function_->module.empty()) return function_->module;
+  // A global function is not told to be of a module, but its lines are of a file.
+  const auto line = frames::LineAt(pc_, info_);
+  const std::vector<std::string>& files = info_.LineTable.files();
+  return line && line->file < files.size() ? symbols::ModuleOf(files[line->file]) : std::string();
+}
+
+std::optional<Address> Context::EntrySp() const {
+  if (!entry_known_ && function_ != nullptr) {
+    if (const auto depth = frames::StackDepth(memory_, *function_, pc_)) {
+      entry_sp_ = base::Low16(sp_ + static_cast<Address>(*depth));
+    }
+  }
+  entry_known_ = true;
+  return entry_sp_;
+}
+
+std::optional<std::vector<std::uint8_t>> Context::Read(Address address, int count) const {
+  std::vector<std::uint8_t> bytes(static_cast<std::size_t>(count));
+  if (reading_ == Reading::Sparing) {
+    for (int i = 0; i < count; ++i) {
+      if (memory_.ChangesOnReading(base::Low16(address + static_cast<Address>(i)))) {
+        return std::nullopt;
+      }
+    }
+  }
+  memory_.ReadBytes(bytes, address);
+  if (memory_.LinkError()) return std::nullopt;
+  return bytes;
+}
+
+}  // namespace brevant::eval

@@ -1,0 +1,28 @@
+// SPDX-License-Identifier: MIT
+// The words of an expression. Rests on nothing.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace brevant::eval {
+
+struct Token {
+  enum class Kind { End, Number, Name, Register, Sign };
+  Kind kind = Kind::End;
+  std::string text = {};   // of a name or a sign: "->", "<=", "("
+  std::string scope = {};  // of a name: the file before its ':'
+  std::int64_t number = 0;
+  bool is_unsigned = false;
+};
+
+struct Tokens {
+  std::vector<Token> list;  // ends with End
+  std::string problem;      // empty when all is well
+};
+
+Tokens Split(std::string_view text);
+
+}  // namespace brevant::eval

@@ -1,0 +1,274 @@
+// SPDX-License-Identifier: MIT
+#include "eval/names.h"
+
+#include <algorithm>
+#include <array>
+#include <vector>
+
+#include "base/file_names.h"
+#include "base/text_format.h"
+#include "base/text_number.h"
+#include "symbols/places.h"
+
+namespace brevant::eval {
+namespace {
+
+using base::Address;
+using symbols::Function;
+using symbols::Storage;
+using symbols::Type;
+using symbols::Variable;
+
+struct RegisterRow {
+  std::string_view name;
+  int size;
+  std::uint32_t (*value)(const Registers& registers);
+};
+constexpr std::array<RegisterRow, 7> kRegisters{{
+    {"PC", 2, [](const Registers& r) { return static_cast<std::uint32_t>(r.pc); }},
+    {"SP", 2, [](const Registers& r) { return static_cast<std::uint32_t>(r.sp); }},
+    {"HX", 2, [](const Registers& r) { return r.hx; }},
+    {"H", 1, [](const Registers& r) { return r.hx >> 8; }},
+    {"X", 1, [](const Registers& r) { return r.hx & 0xFF; }},
+    {"A", 1, [](const Registers& r) { return r.a; }},
+    {"CCR", 1, [](const Registers& r) { return r.ccr; }},
+}};
+
+// Names of the C program as compiler and assembler know it.
+std::string_view Plain(std::string_view name) {
+  if (name.starts_with('_')) name.remove_prefix(1);
+  return name;
+}
+
+enum class Spelling { Exact, AnyCase };
+
+bool Matches(std::string_view known, std::string_view wanted, Spelling spelling) {
+  return spelling == Spelling::Exact ? known == wanted : base::EqualIgnoringCase(known, wanted);
+}
+
+// Which of the variables come before the others.
+enum class Level { Function, Module, Program, OtherModules };
+
+struct Candidates {
+  std::vector<const Variable*> list;
+
+  void Add(const Variable& variable) { list.push_back(&variable); }
+};
+
+// file is as a user may write it.
+bool IsOfModule(std::string_view module, std::string_view file) {
+  return !module.empty() && (base::EqualIgnoringCase(module, file) ||
+                             base::EqualIgnoringCase(module, symbols::ModuleOf(file)));
+}
+
+std::vector<const Variable*> Find(std::string_view name, std::string_view module, Level level,
+                                  Spelling spelling, const Context& context) {
+  std::vector<const Variable*> found;
+  const auto add = [&](const std::vector<Variable>& variables, auto fits) {
+    for (const Variable& variable : variables) {
+      if (Matches(variable.name, name, spelling) && fits(variable)) found.push_back(&variable);
+    }
+  };
+  const std::vector<Variable>& all = context.info().variables;
+  switch (level) {
+    case Level::Function:
+      if (context.function() != nullptr) {
+        add(context.function()->locals, [](const Variable&) { return true; });
+      }
+      break;
+    case Level::Module:
+      add(all, [&](const Variable& v) { return IsOfModule(v.module, module); });
+      break;
+    case Level::Program:
+      add(all, [](const Variable& v) { return v.module.empty(); });
+      break;
+    case Level::OtherModules:
+      add(all, [](const Variable& v) { return !v.module.empty(); });
+      break;
+  }
+  return found;
+}
+
+std::vector<const Function*> FunctionsNamed(std::string_view name, std::string_view module,
+                                            const Context& context) {
+  std::vector<const Function*> found;
+  for (const Spelling spelling : {Spelling::Exact, Spelling::AnyCase}) {
+    for (const Function& function : context.info().functions) {
+      const bool named =
+          Matches(function.name, name, spelling) || Matches(Plain(function.name), name, spelling);
+      if (named && (module.empty() || IsOfModule(function.module, module))) {
+        found.push_back(&function);
+      }
+    }
+    if (!found.empty()) break;
+  }
+  return found;
+}
+
+Value Unavailable(const Variable& variable, std::string why, const Context& context) {
+  return {.type = context.info().types[variable.type],
+          .id = variable.type,
+          .unavailable = std::move(why)};
+}
+
+std::string RegistersText(const Variable& variable) {
+  std::string text;
+  // The least significant byte is named first.
+  for (auto name = variable.registers.rbegin(); name != variable.registers.rend(); ++name) {
+    text += (text.empty() ? "" : ":") + base::UpperCase(*name);
+  }
+  return text;
+}
+
+// What the registers hold now may be the variable or something else: both is said.
+std::string RegistersReason(const Variable& variable, const Context& context) {
+  std::string reason =
+      "kept in register " + RegistersText(variable) + " for a part of the function";
+  if (!context.innermost()) return reason;
+  std::uint64_t number = 0;
+  for (auto name = variable.registers.rbegin(); name != variable.registers.rend(); ++name) {
+    const auto value = FindRegister(*name, context);
+    if (!value) return reason;
+    number = number << 8 | static_cast<std::uint64_t>(value->number);
+  }
+  const Type& type = context.info().types[variable.type];
+  const std::int64_t shown = Wrapped(static_cast<std::int64_t>(number), type);
+  return reason + base::Format(", which holds %lld now", static_cast<long long>(shown));
+}
+
+Value FunctionValue(const Function& function) {
+  return {.type = {.kind = Type::Kind::Function, .name = function.name, .target = function.result},
+          .place = Place{function.first},
+          .number = function.first};
+}
+
+// A symbol that has no type is a byte, unless its size is that of another number.
+Value SymbolValue(const symbols::Symbol& symbol) {
+  const bool is_number = symbol.size == 2 || symbol.size == 4;
+  return {.type = IntegerType(is_number ? symbol.size : 1, false), .place = Place{symbol.address}};
+}
+
+Named FromVariables(std::string_view name, const std::vector<const Variable*>& found,
+                    const Context& context) {
+  if (found.size() == 1) return {ValueOf(*found.front(), context), {}};
+  const bool locals = std::ranges::all_of(found, [&](const Variable* variable) {
+    return context.function() != nullptr && !context.function()->locals.empty() &&
+           variable >= &context.function()->locals.front() &&
+           variable <= &context.function()->locals.back();
+  });
+  if (locals) {
+    return {Unavailable(*found.front(), "several blocks of the function have one", context), {}};
+  }
+  std::string modules;
+  for (const Variable* variable : found) {
+    modules += (modules.empty() ? "" : ", ") + variable->module;
+  }
+  return {{},
+          base::Format("%s is there in %s: put the file and : before the name", std::string(name),
+                       modules)};
+}
+
+}  // namespace
+
+Value ValueOf(const Variable& variable, const Context& context) {
+  Value value{.type = context.info().types[variable.type], .id = variable.type};
+  // What the type does not tell is a number of that size.
+  const bool is_number = variable.size == 1 || variable.size == 2 || variable.size == 4;
+  if (value.type.kind == Type::Kind::Unknown && is_number) {
+    value.type = IntegerType(variable.size, false);
+  }
+  switch (variable.storage) {
+    case Storage::Memory:
+      value.place = Place{variable.address};
+      break;
+    case Storage::Stack: {
+      const auto entry = context.EntrySp();
+      if (!entry) {
+        value.unavailable = "how much the function has on the stack is not known";
+        break;
+      }
+      const Address address = base::Low16(*entry + 1 + static_cast<Address>(variable.offset));
+      if (address <= context.sp()) {
+        value.unavailable = "it has no place on the stack yet, or no longer";
+        break;
+      }
+      value.place = Place{address};
+      break;
+    }
+    case Storage::Registers:
+      value.unavailable = RegistersReason(variable, context);
+      break;
+    case Storage::Nowhere:
+      value.unavailable = "the compiler does not say where it keeps it";
+      break;
+  }
+  return value;
+}
+
+bool IsFunction(std::string_view name, const Context& context) {
+  return !FunctionsNamed(name, {}, context).empty();
+}
+
+std::optional<Value> FindRegister(std::string_view name, const Context& context) {
+  const auto* const row = std::ranges::find_if(kRegisters, [name](const RegisterRow& known) {
+    return base::EqualIgnoringCase(known.name, name);
+  });
+  if (row == kRegisters.end()) return std::nullopt;
+  return Value{.type = IntegerType(row->size, false),
+               .number = row->value(context.registers()),
+               .register_name = std::string(row->name)};
+}
+
+Named FindName(std::string_view name, std::string_view scope, const Context& context) {
+  const auto functions =
+      scope.empty() ? std::vector<const Function*>() : FunctionsNamed(scope, {}, context);
+  const std::string module = scope.empty() ? context.module() : std::string(scope);
+  for (const Spelling spelling : {Spelling::Exact, Spelling::AnyCase}) {
+    for (const std::string_view spelt : {name, Plain(name)}) {
+      for (const Function* const function : functions) {
+        for (const Variable& local : function->locals) {
+          if (!Matches(local.name, spelt, spelling)) continue;
+          // Of another function only what lies still can be told.
+          const bool here = function == context.function() || local.storage == Storage::Memory;
+          return {here ? ValueOf(local, context)
+                       : Unavailable(local, "the program is not in that function", context),
+                  {}};
+        }
+      }
+      const auto levels = scope.empty() ? std::vector{Level::Function, Level::Module,
+                                                      Level::Program, Level::OtherModules}
+                                        : std::vector{Level::Module};
+      for (const Level level : levels) {
+        const auto found = Find(spelt, module, level, spelling, context);
+        if (!found.empty()) return FromVariables(name, found, context);
+      }
+      // The linker knows one program: what is global in a file is named without it.
+      if (!scope.empty()) {
+        for (const Variable* const variable : Find(spelt, {}, Level::Program, spelling, context)) {
+          const auto named =
+              symbols::FindNamed(std::string(scope) + ":" + std::string(spelt), context.info());
+          if (!named.empty()) return {ValueOf(*variable, context), {}};
+        }
+      }
+    }
+  }
+  if (const auto named = FunctionsNamed(name, scope, context); !named.empty()) {
+    return {FunctionValue(*named.front()), {}};
+  }
+  if (scope.empty()) {
+    const bool exact_symbol = context.info().SymbolTable.FindSymbol(name) != nullptr;
+    if (!exact_symbol) {
+      if (auto value = FindRegister(name, context)) return {std::move(value), {}};
+    }
+  }
+  const std::string whole = (scope.empty() ? "" : std::string(scope) + ":") + std::string(name);
+  const auto symbols = symbols::FindNamed(whole, context.info());
+  if (symbols.size() > 1) {
+    const symbols::Place place = symbols::FindPlace(whole, context.info());
+    if (!place.address) return {{}, place.problem};
+  }
+  if (!symbols.empty()) return {SymbolValue(*symbols.front()), {}};
+  return {{}, base::Format("there is no %s", whole)};
+}
+
+}  // namespace brevant::eval
