@@ -21,6 +21,11 @@ std::string DirectoryOf(std::string_view path) {
   return std::string(path.substr(0, separator));
 }
 
+std::string_view LastPart(std::string_view path) {
+  const std::size_t separator = path.find_last_of(kSeparators);
+  return separator == std::string_view::npos ? path : path.substr(separator + 1);
+}
+
 std::string ExtensionOf(std::string_view path) {
   const std::size_t dot = path.rfind('.');
   if (dot == std::string_view::npos || dot == 0) return {};

@@ -11,6 +11,8 @@ namespace brevant::base {
 // Everything before the last separator, without it; empty when there is no separator after the
 // first character.
 std::string DirectoryOf(std::string_view path);
+// "io.c" of "src/drv/io.c".
+std::string_view LastPart(std::string_view path);
 // The text after the last '.'; empty when the only '.' is the first character or there is none.
 std::string ExtensionOf(std::string_view path);
 // The path up to and including its first '.', then extension. A '.' in a folder name counts; to a

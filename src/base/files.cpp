@@ -194,4 +194,11 @@ std::optional<long long> ModificationTime(const std::filesystem::path& path) {
   return status.st_mtime;
 }
 
+std::optional<FileStamp> StampOf(const std::filesystem::path& path) {
+  struct stat status {};
+  if (::stat(path.c_str(), &status) != 0) return std::nullopt;
+  return FileStamp{static_cast<long long>(status.st_dev), static_cast<long long>(status.st_ino),
+                   status.st_size, status.st_mtim.tv_sec, status.st_mtim.tv_nsec};
+}
+
 }  // namespace brevant::base

@@ -30,4 +30,12 @@ std::string WorkingDirectory();
 // Modification time in seconds since 1970; nothing when there is no such file.
 std::optional<long long> ModificationTime(const std::filesystem::path& path);
 
+// What tells a version of a file from another.
+struct FileStamp {
+  long long device = 0, inode = 0, size = 0, seconds = 0, nanoseconds = 0;
+  bool operator==(const FileStamp&) const = default;
+};
+// Nothing when there is no such file.
+std::optional<FileStamp> StampOf(const std::filesystem::path& path);
+
 }  // namespace brevant::base

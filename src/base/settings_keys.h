@@ -91,6 +91,8 @@ inline constexpr SettingsKey kFont{"config", "Font", SettingKind::Integer, "0", 
 inline constexpr SettingsKey kTheme{"config", "Theme", SettingKind::String, "", 20};
 // Points that are added to the size of the view font.
 inline constexpr SettingsKey kZoom{"config", "Zoom", SettingKind::String, "0", 10};
+// 8 shows source lines between the instructions of the program windows.
+inline constexpr SettingsKey kShowSource{"config", "ShowSource", SettingKind::Flag, "0", 0};
 inline constexpr SettingsKey kTabSize{"config", "TabSize", SettingKind::Integer, "8", 0};
 inline constexpr SettingsKey kMatchCase{"config", "MatchCase", SettingKind::Integer, "0", 0};
 // Highest address of the program windows; empty or invalid means 7FFF.
@@ -127,6 +129,9 @@ inline constexpr SettingsKey kRecentFile{"path", "loadfile%d", SettingKind::Stri
 // Breakpoints of the images that were worked on last: "0100 0123 /home/me/count.s19".
 inline constexpr SettingsKey kImageBreakpoints{
     "path", "breakpoints%d", SettingKind::String, "", 700, 5};
+// A folder with sources, a tab, and the folder of the images whose sources lie there.
+inline constexpr SettingsKey kSourceFolder{"path", "sourcefolder%d", SettingKind::String, "", 1000,
+                                           20};
 // Last macro file run on demand. The default is ferrodex.mac in the start-up folder, which only the
 // reader knows.
 inline constexpr SettingsKey kMacroFile{"path", "macrofile", SettingKind::String, "", 200};

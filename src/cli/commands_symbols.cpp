@@ -187,8 +187,7 @@ Result Line(Session& session, const ParsedArguments& arguments) {
   }
   const std::string place = symbols::LineName(*line, debugger.debug_info.LineTable);
   const std::string text =
-      symbols::SourceText(debugger.debug_info, *line, debugger.loader.image_directory())
-          .value_or("");
+      symbols::SourceText(debugger.debug_info, *line, debugger.SourceFolders()).value_or("");
   Result result;
   result.text = fmt::format("{:04x} {}{}{}\n", address, place, text.empty() ? "" : ": ", text);
   result.fields = {{"address", fmt::format("{:04x}", address)}, {"line", place}, {"text", text}};

@@ -131,6 +131,10 @@ std::string Debugger::ImageDirectory() const {
   return loaded.empty() ? base::DirectoryOf(settings.String(base::keys::kRecentFile, 0)) : loaded;
 }
 
+symbols::SourceFolders Debugger::SourceFolders() const {
+  return symbols::ReadSourceFolders(settings, ImageDirectory());
+}
+
 bool Debugger::RunMacro(const std::string& path) {
   if (!macros.RunOnDemand(path)) return false;
   frame.ReadRegisters();
@@ -194,7 +198,7 @@ control::TraceFiles Debugger::TraceFilesOfImage() {
   return {.image_directory = [this] { return ImageDirectory(); },
           .source_text =
               [this](const symbols::SourceLine& line) {
-                return symbols::SourceText(debug_info, line, ImageDirectory());
+                return symbols::SourceText(debug_info, line, SourceFolders());
               }};
 }
 

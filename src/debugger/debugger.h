@@ -30,6 +30,7 @@
 #include "load/start_address.h"
 #include "memory/memory.h"
 #include "symbols/debug_info.h"
+#include "symbols/source_folders.h"
 #include "views/block_job.h"
 
 namespace brevant::debugger {
@@ -104,6 +105,8 @@ class Debugger {
   bool RunMacro(const std::string& path);
   // The folder of the image loaded last, in this run or the one before; may be empty.
   std::string ImageDirectory() const;
+  // Where its sources may lie, as the settings say now.
+  symbols::SourceFolders SourceFolders() const;
 
   // What views compare with; settings are the front end's to count.
   base::Generations generations() const;

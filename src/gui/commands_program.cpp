@@ -61,7 +61,7 @@ void PopupGoToBreakpoint(const CommandContext& context) {
   if (view == nullptr) return;
   Session& session = context.session;
   views::BreakpointList list(session.debugger.memory, session.debugger.breakpoints,
-                             session.debugger.debug_info, session.debugger.ImageDirectory(),
+                             session.debugger.debug_info, session.debugger.SourceFolders(),
                              session.ui);
   const auto address = ShowBreakpointList(&context.window, context.window.view_font(), list);
   if (address) view->GoToAddress(*address);

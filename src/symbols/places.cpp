@@ -14,11 +14,6 @@ namespace {
 
 constexpr std::size_t kAddressDigits = 4;
 
-std::string LastPart(std::string_view path) {
-  const std::size_t separator = path.find_last_of("/\\");
-  return std::string(separator == std::string_view::npos ? path : path.substr(separator + 1));
-}
-
 // Whether given is the file or its last parts: "drv/io.c" of "src/drv/io.c".
 bool EndsAs(std::string_view file, std::string_view given) {
   std::string whole(file);
@@ -217,7 +212,7 @@ Place PlaceWithoutOffset(std::string_view word, const DebugInfo& info) {
 }  // namespace
 
 std::string ModuleOf(std::string_view file) {
-  std::string module = LastPart(file);
+  std::string module(base::LastPart(file));
   const std::string extension = base::ExtensionOf(module);
   if (!extension.empty()) module.resize(module.size() - extension.size() - 1);
   for (char& c : module) {

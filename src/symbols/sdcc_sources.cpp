@@ -24,11 +24,6 @@ std::string Spelt(std::string_view name) {
   return spelt;
 }
 
-std::string LastPart(std::string_view path) {
-  const std::size_t slash = path.find_last_of("/\\");
-  return std::string(slash == std::string_view::npos ? path : path.substr(slash + 1));
-}
-
 }  // namespace
 
 SdccSources::SdccSources(const std::string& image_directory) : directory_(image_directory) {
@@ -75,8 +70,8 @@ std::string SdccSources::AtOrAbove(const fs::path& path) const {
 std::string SdccSources::ListedSource(const std::string& path) const {
   std::string found = AtOrAbove(path);
   if (!found.empty()) return found;
-  const auto beside = by_name_.find(Spelt(LastPart(path)));
-  return beside != by_name_.end() ? beside->second : LastPart(path);
+  const auto beside = by_name_.find(Spelt(base::LastPart(path)));
+  return beside != by_name_.end() ? beside->second : std::string(base::LastPart(path));
 }
 
 std::string SdccSources::CSource(std::string_view name, std::string_view module, bool ambiguous) {
@@ -84,7 +79,7 @@ std::string SdccSources::CSource(std::string_view name, std::string_view module,
   if (beside != by_name_.end() && !ambiguous) return beside->second;
   if (const SdccListing* listing = Listing(module)) {
     for (const std::string& path : listing->paths) {
-      if (Spelt(LastPart(path)) == name) return ListedSource(path);
+      if (Spelt(base::LastPart(path)) == name) return ListedSource(path);
     }
   }
   return beside != by_name_.end() ? beside->second : std::string(name);

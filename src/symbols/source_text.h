@@ -6,15 +6,12 @@
 #include <string>
 
 #include "symbols/debug_info.h"
+#include "symbols/source_folders.h"
 
 namespace brevant::symbols {
 
-// The path of a source file: from the folder of the debug information, else in the image's, else as
-// the tool chain names it. Nothing when there is no such file.
-std::optional<std::string> SourcePath(const DebugInfo& info, std::uint32_t file,
-                                      const std::string& image_directory);
 // The line's text without its line end; nothing when the file cannot be read or is shorter.
 std::optional<std::string> SourceText(const DebugInfo& info, const SourceLine& line,
-                                      const std::string& image_directory);
+                                      const SourceFolders& folders);
 
 }  // namespace brevant::symbols

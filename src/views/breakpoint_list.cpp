@@ -14,11 +14,11 @@ constexpr std::size_t kMaxSourceCharacters = 199;
 
 std::optional<std::string> SourceLineText(const symbols::DebugInfo& debug_info,
                                           base::Address address,
-                                          const std::string& image_directory) {
+                                          const symbols::SourceFolders& sources) {
   if (!debug_info.DebugInfoLoaded) return std::nullopt;
   const auto line = debug_info.LineTable.LineForExactAddress(address);
   if (!line) return std::nullopt;
-  auto text = symbols::SourceText(debug_info, *line, image_directory);
+  auto text = symbols::SourceText(debug_info, *line, sources);
   if (!text) return std::nullopt;
   text->resize(std::min(text->size(), kMaxSourceCharacters));
   text->erase(0, std::min(text->find_first_not_of(" \t"), text->size()));
@@ -29,11 +29,11 @@ std::optional<std::string> SourceLineText(const symbols::DebugInfo& debug_info,
 
 BreakpointList::BreakpointList(memory::Memory& memory, control::BreakpointTable& breakpoints,
                                const symbols::DebugInfo& debug_info,
-                               const std::string& image_directory, base::UserInterface& ui)
+                               const symbols::SourceFolders& sources, base::UserInterface& ui)
     : breakpoints_(breakpoints), ui_(ui) {
   for (const control::Breakpoint& entry : breakpoints.entries()) {
     if (!entry.in_use) continue;
-    if (auto source = SourceLineText(debug_info, entry.address, image_directory)) {
+    if (auto source = SourceLineText(debug_info, entry.address, sources)) {
       lines_.push_back(std::move(*source));
       continue;
     }

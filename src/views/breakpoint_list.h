@@ -12,6 +12,7 @@
 #include "control/breakpoint_table.h"
 #include "memory/memory.h"
 #include "symbols/debug_info.h"
+#include "symbols/source_folders.h"
 
 namespace brevant::views {
 
@@ -26,10 +27,9 @@ class BreakpointList {
     GoTo = 2,     // show the breakpoint gone to
   };
 
-  // Reads 4 bytes for each line that shows an instruction. Source files are looked for in the
-  // image's folder first.
+  // Reads 4 bytes for each line that shows an instruction.
   BreakpointList(memory::Memory& memory, control::BreakpointTable& breakpoints,
-                 const symbols::DebugInfo& debug_info, const std::string& image_directory,
+                 const symbols::DebugInfo& debug_info, const symbols::SourceFolders& sources,
                  base::UserInterface& ui);
 
   const std::vector<std::string>& lines() const { return lines_; }

@@ -31,6 +31,25 @@ inline constexpr base::MessageText kNoSoftwareBreakpoint{
     "Flash and ROM need the hardware breakpoint.",
     base::captions::kError, base::Icon::Information};
 
+inline constexpr base::MessageText kSourceTextNotFound{
+    "source.text-not-found", base::Severity::Notice, "String \"%s\" not found",
+    base::captions::kInformation, base::Icon::Information};
+
+// In place of the source, or in the status bar beside it.
+inline constexpr const char* kSourceNotFound = "%s was not found. It was looked for in";
+inline constexpr const char* kSourceFindIt =
+    "Press Enter or double-click here to show where it is.";
+inline constexpr const char* kSourceNotRead = "%s cannot be read: %s.";
+inline constexpr const char* kSourceNewer =
+    "%s is newer than %s: its lines may not be those that were compiled";
+inline constexpr const char* kNoSourceLines =
+    "No source lines are known: load a program with its debug information.";
+inline constexpr const char* kNoCodeInLine = "%s made no code";
+inline constexpr const char* kNoLineAtPc = "No source line is known for PC %04x.";
+inline constexpr const char* kNoLineThere = "No source line begins at %04x.";
+inline constexpr const char* kOtherFound = "%s comes before it: that has more of the name %s.";
+inline constexpr const char* kOtherName = "%s is not called %s: choose the file of that name.";
+
 // In place of the stack.
 inline constexpr const char* kStackNotRam =
     "SP is %04x, which is not in RAM: there is no stack to show.";
@@ -74,8 +93,9 @@ inline constexpr base::MessageText kBlockEnded{
 
 inline constexpr const base::MessageText* kAll[] = {
     &kStackPointerNotSet, &kInstructionNotTaken, &kLocationNotTaken, &kNoSoftwareBreakpoint,
-    &kBlockRefused,       &kBlockStackMoved,     &kBlockDone,        &kBlockNotTaken,
-    &kBlockLineDamaged,   &kBlockLinkLost,       &kBlockCancelled,   &kBlockEnded};
+    &kSourceTextNotFound, &kBlockRefused,        &kBlockStackMoved,  &kBlockDone,
+    &kBlockNotTaken,      &kBlockLineDamaged,    &kBlockLinkLost,    &kBlockCancelled,
+    &kBlockEnded};
 
 // Shown below a field whose text was refused.
 inline constexpr const char* kExpectInstruction =

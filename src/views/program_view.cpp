@@ -2,10 +2,7 @@
 #include "views/program_view.h"
 
 #include <algorithm>
-#include <span>
 
-#include "control/messages.h"
-#include "views/messages.h"
 #include "views/program_views.h"
 
 namespace brevant::views {
@@ -183,51 +180,8 @@ void ProgramView::Click(int x, int y, CellSize cell) {
 }
 
 Toggled ProgramView::ToggleBreakpoint(base::Address address) {
-  if (!sources_.breakpoints.HardwareBreakMode() && Running()) {
-    // The table says where code bytes are to be restored when the program stops.
-    sources_.ui.Beep();
-    return Toggled::Refused;
-  }
-  if (!sources_.breakpoints.Has(address)) return AddBreakpoint(address);
-  sources_.breakpoints.RemoveBreakpoint(address);
-  return Toggled::Removed;
-}
-
-Toggled ProgramView::AddBreakpoint(base::Address address) {
-  control::BreakpointTable& table = sources_.breakpoints;
-  if (const auto refusal = control::BreakpointLimit(table)) return OfferRoomFor(address, *refusal);
-  if (!table.HardwareBreakMode() && !table.TakesSwi(address)) {
-    sources_.ui.ShowMessage(base::ToMessage(messages::kNoSoftwareBreakpoint, address));
-    return Toggled::Refused;
-  }
-  table.AddBreakpoint(address);
-  return Toggled::Added;
-}
-
-bool ProgramView::InRam(base::Address address) const {
-  return sources_.memory.KindOf(address) == devices::MemoryKind::Ram;
-}
-
-Toggled ProgramView::OfferRoomFor(base::Address address, const base::Message& refusal) {
-  control::BreakpointTable& table = sources_.breakpoints;
-  if (!table.HardwareBreakMode()) {
-    sources_.ui.ShowMessage(refusal);
-    return Toggled::Refused;
-  }
-  constexpr std::size_t kMove = 0;
-  constexpr const char* kOffers[] = {"Move it here", "Switch to software mode"};
-  const base::Address other =
-      table.entries()[static_cast<std::size_t>(table.NthBreakpoint(0))].address;
-  const bool software_works = InRam(address) && InRam(other) && !Running();
-  const auto chosen = sources_.ui.Offer(refusal, std::span(kOffers).first(software_works ? 2 : 1));
-  if (!chosen) return Toggled::Refused;
-  if (*chosen == kMove) {
-    table.RemoveBreakpoint(other);
-  } else {
-    table.SetBreakMode(control::BreakMode::Software);
-    sources_.settings.Store(base::keys::kHardwareBreak, 0L);
-  }
-  return AddBreakpoint(address);
+  return views::ToggleBreakpoint(address, {sources_.memory, sources_.breakpoints, sources_.activity,
+                                           sources_.settings, sources_.ui});
 }
 
 }  // namespace brevant::views

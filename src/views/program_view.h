@@ -19,6 +19,7 @@
 #include "control/register_frame.h"
 #include "memory/memory.h"
 #include "symbols/debug_info.h"
+#include "views/breakpoint_toggle.h"
 #include "views/cell_size.h"
 #include "views/code_lines.h"
 #include "views/open_views.h"
@@ -74,8 +75,6 @@ struct ClickMeaning {
   bool operator==(const ClickMeaning&) const = default;
 };
 
-enum class Toggled { Added, Removed, Refused };
-
 class ProgramView final : public View {
  public:
   // siblings are all program views, which it enters and leaves by itself.
@@ -108,9 +107,6 @@ class ProgramView final : public View {
   ClickMeaning HitTest(int x, int y, CellSize cell) const;
   // Acts on it.
   void Click(int x, int y, CellSize cell);
-  // Refused with a message where memory cannot hold one and when there are as many as there can be,
-  // unless the user takes what is offered instead; with a beep while a program runs whose code
-  // holds the breakpoints.
   Toggled ToggleBreakpoint(base::Address address);
 
   // A program runs: the monitor does not listen.
@@ -122,10 +118,6 @@ class ProgramView final : public View {
 
  private:
   bool FileIoActive() const { return sources_.activity.FileIoActive(); }
-  Toggled AddBreakpoint(base::Address address);
-  // The one that hardware can have stands elsewhere.
-  Toggled OfferRoomFor(base::Address address, const base::Message& refusal);
-  bool InRam(base::Address address) const;
   void Redraw();
   bool Shows(base::Address address) const;
   // The host has changed bytes that are shown, or how they are named.

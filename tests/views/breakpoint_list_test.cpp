@@ -11,7 +11,9 @@ using ::testing::ElementsAre;
 
 class BreakpointListTest : public ViewBench {
  protected:
-  BreakpointList Open() { return {memory, breakpoints, debug_info, folder.path().string(), user}; }
+  BreakpointList Open() {
+    return {memory, breakpoints, debug_info, {folder.path().string(), {}, {}}, user};
+  }
 };
 
 TEST_F(BreakpointListTest, ShowsTheSourceLineOrElseTheInstruction) {
