@@ -13,8 +13,8 @@ const CommandAction* FindAction(int id) {
   if (row == nullptr) return nullptr;
   const int own = row->same_as != 0 ? row->same_as : id;
   for (const auto group :
-       {FileActions(), RunActions(), ProgramActions(), DataActions(), BlockActions(),
-        ClipboardActions(), MemoryFileActions(), FlashActions(), WindowActions()}) {
+       {FileActions(), RunActions(), ProgramActions(), DataActions(), SourceActions(),
+        BlockActions(), ClipboardActions(), MemoryFileActions(), FlashActions(), WindowActions()}) {
     const auto found = std::ranges::find(group, own, &CommandAction::id);
     if (found != group.end()) return &*found;
   }

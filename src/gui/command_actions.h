@@ -26,6 +26,7 @@ std::span<const CommandAction> FileActions();
 std::span<const CommandAction> RunActions();
 std::span<const CommandAction> ProgramActions();
 std::span<const CommandAction> DataActions();
+std::span<const CommandAction> SourceActions();
 std::span<const CommandAction> BlockActions();
 std::span<const CommandAction> ClipboardActions();
 std::span<const CommandAction> MemoryFileActions();
@@ -37,6 +38,8 @@ const CommandAction* FindAction(int id);
 // This version carries the command out: it has an action or opens a kind of window.
 bool IsBuilt(int id);
 
+// To the line under the cursor of the source window, when that was active last; false when not.
+bool RunToSourceCursor(const CommandContext& context);
 // A path as if it had been chosen for loading.
 void LoadImageFile(const CommandContext& context, const std::string& path);
 

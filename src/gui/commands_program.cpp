@@ -23,6 +23,7 @@ views::ProgramView* Allowed(const CommandContext& context) {
 }
 
 void RunToCursor(const CommandContext& context) {
+  if (RunToSourceCursor(context)) return;
   const views::ProgramView* const view = context.session.program_views.main();
   if (view == nullptr) return;
   if (const auto line = view->CursorLine()) {

@@ -60,7 +60,7 @@ std::optional<std::string> ChooseFile(QWidget* parent, base::UserInterface& ui,
     const QStringList chosen = dialog.selectedFiles();
     if (chosen.isEmpty()) break;
     std::string path = Bytes(chosen.first());
-    if (workspace::FileChooser::Accepts(path)) return path;
+    if (chooser.any_length || workspace::FileChooser::Accepts(path)) return path;
     ui.ShowMessage(
         base::ToMessage(messages::kPathTooLong, workspace::FileChooser::kMaxPathLength, path));
   }

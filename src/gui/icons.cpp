@@ -77,6 +77,15 @@ void DrawPile(QPainter& painter) {
   }
 }
 
+void DrawText(QPainter& painter) {
+  DrawSheet(painter);
+  constexpr double kIndents[] = {0, 2, 2, 0};
+  for (int row = 0; row < kRows; ++row) {
+    painter.setBrush(row == 1 ? kChangedColour : kInkColour);
+    painter.drawRect(QRectF(3 + kIndents[row], 3 + 2.7 * row, row == 3 ? 3 : 7, 1.5));
+  }
+}
+
 QIcon Draw(Drawing draw) {
   QIcon icon;
   for (const int size : {16, 32, 48, 128}) {
@@ -111,6 +120,10 @@ QIcon DataIcon() {
 
 QIcon StackIcon() {
   return Draw(DrawPile);
+}
+
+QIcon SourceIcon() {
+  return Draw(DrawText);
 }
 
 }  // namespace brevant::gui

@@ -11,5 +11,6 @@ QIcon RegsIcon();     // cells
 QIcon ProgIcon();     // lines of code, one of them marked
 QIcon DataIcon();     // a grid of bytes
 QIcon StackIcon();    // a pile, its top marked
+QIcon SourceIcon();   // indented lines of text, one of them marked
 
 }  // namespace brevant::gui

@@ -77,6 +77,7 @@ MainWindow::MainWindow(Session& session)
     if (active == windows_.end()) return;
     active->view->Activated();
     menus_.GiveKeysTo(active->kind->popup);
+    session_.debugger.run_control.SetSourceViewCurrent(active->kind == &kSourceKind);
   });
   for (const WindowKind& kind : WindowKinds()) {
     if (kind.Permanent()) Open(kind);

@@ -8,14 +8,16 @@
 #include "gui/qt_user_interface.h"
 #include "gui/session.h"
 #include "views/aligned_line.h"
+#include "views/source_characters.h"
 #include "workspace/command_rows.h"
 
 namespace brevant::gui {
 namespace {
 
-const QString kPcMarker = QStringLiteral("\u25BA");
-constexpr int kGutterColumns = 3;  // a dot, an arrow and a gap
-constexpr int kArrowColumn = 2;
+LineMarks MarksOf(const views::ProgramLine& line) {
+  return {line.is_pc, line.is_cursor, line.has_breakpoint};
+}
+
 constexpr int kUsualColumns = 64;
 constexpr int kUsualLines = 20;
 
@@ -23,7 +25,7 @@ constexpr int kUsualLines = 20;
 
 ProgramWindow::ProgramWindow(Session& session, FrameLinks links, const QFont& font,
                              const workspace::WindowAttributes&)
-    : ScrollingView(session.gate, std::move(links), font),
+    : CodeWindow(session.gate, std::move(links), font),
       views_(session.program_views),
       view_(views_.Open()) {
   setObjectName("MDI_Prog");
@@ -56,48 +58,26 @@ QString ProgramWindow::LineText(const views::ProgramLine& line) const {
 QStringList ProgramWindow::TextLines() const {
   QStringList lines;
   for (const views::ProgramLine& line : view_->Lines()) {
-    lines << LineText(line) + (line.is_pc ? ", PC" : "") +
-                 (line.has_breakpoint ? ", breakpoint" : "");
+    lines << LineText(line) + SpokenMarks(MarksOf(line));
   }
   return lines;
 }
 
-int ProgramWindow::GutterColumns() const {
-  return theme().gutter ? kGutterColumns : 0;
-}
-
 void ProgramWindow::PaintLine(QPainter& painter, int row, const views::ProgramLine& line) const {
   const QString text = LineText(line).leftJustified(views::kDrawnCharacters, ' ', true);
-  TextColours highlighted = Colours(ColourRole::Text);
-  if (line.is_pc) highlighted = Colours(ColourRole::PcText, ColourRole::PcLine);
-  if (line.is_cursor) {
-    highlighted = Colours(line.is_pc ? ColourRole::PcTextOnCursorLine : ColourRole::CursorText,
-                          ColourRole::CursorLine);
-  }
   const int first = GutterColumns();
   DrawText(painter, first, row, text.left(views::kHighlightColumn), Colours(ColourRole::Text));
   DrawText(painter, first + views::kHighlightColumn, row, text.mid(views::kHighlightColumn),
-           highlighted);
-  PaintMarks(painter, row, line);
+           LineColours(MarksOf(line)));
+  PaintMarks(painter, row, MarksOf(line), views::kPcMarkerColumn, views::kAddressColumns);
 }
 
-void ProgramWindow::PaintMarks(QPainter& painter, int row, const views::ProgramLine& line) const {
-  if (line.is_pc) {
-    DrawText(painter, theme().gutter ? kArrowColumn : views::kPcMarkerColumn, row, kPcMarker,
-             Colours(ColourRole::PcMark));
-  }
-  if (!line.has_breakpoint) return;
-  if (!theme().gutter) {
-    InvertCells(painter, cell(), 0, row, views::kAddressColumns);
-    return;
-  }
-  const int size = cell().width;
-  painter.save();
-  painter.setRenderHint(QPainter::Antialiasing);
-  painter.setPen(Qt::NoPen);
-  painter.setBrush(Colours(ColourRole::BreakpointMark).text);
-  painter.drawEllipse(QRect(1, row * cell().height + (cell().height - size) / 2, size, size));
-  painter.restore();
+std::string ProgramWindow::WordAt(QPoint at) const {
+  const auto lines = view_->Lines();
+  const int row = at.y() / cell().height;
+  if (at.y() < 0 || row >= static_cast<int>(lines.size())) return {};
+  return views::WordAround(Bytes(LineText(lines[static_cast<std::size_t>(row)])),
+                           at.x() / cell().width - GutterColumns());
 }
 
 void ProgramWindow::mousePressEvent(QMouseEvent* event) {

@@ -5,12 +5,12 @@
 
 #include <memory>
 
-#include "gui/scrolling_view.h"
+#include "gui/code_window.h"
 #include "views/program_views.h"
 
 namespace brevant::gui {
 
-class ProgramWindow final : public ScrollingView {
+class ProgramWindow final : public CodeWindow {
  public:
   ProgramWindow(Session& session, FrameLinks links, const QFont& font,
                 const workspace::WindowAttributes& starting);
@@ -22,6 +22,7 @@ class ProgramWindow final : public ScrollingView {
   QStringList TextLines() const override;
   int TextCursorLine() const override { return view_->state().cursorLine; }
   QSize sizeHint() const override;
+  std::string WordAt(QPoint at) const override;
 
  protected:
   const views::View& shown() const override { return *view_; }
@@ -38,11 +39,7 @@ class ProgramWindow final : public ScrollingView {
  private:
   void MoveCursor(int by);
   QString LineText(const views::ProgramLine& line) const;
-  // Of the marks left of the addresses.
-  int GutterColumns() const;
   void PaintLine(QPainter& painter, int row, const views::ProgramLine& line) const;
-  // Over the address, or in the gutter.
-  void PaintMarks(QPainter& painter, int row, const views::ProgramLine& line) const;
 
   views::ProgramViews& views_;
   std::unique_ptr<views::ProgramView> view_;

@@ -38,6 +38,7 @@ Session::Session(const Options& given)
                 .events = *this,
                 .start_up_directory = base::WorkingDirectory(),
                 .log = [this](const std::string& line) { diagnostics_ << line << std::flush; }}),
+      source_files(debugger.debug_info, [this] { return debugger.SourceFolders(); }),
       program_views(views, {debugger.memory, debugger.debug_info, debugger.frame,
                             debugger.breakpoints, debugger.activity, settings, ui}),
       registers(views, debugger.frame, ui) {

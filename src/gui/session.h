@@ -22,6 +22,7 @@
 #include "views/program_views.h"
 #include "views/prompts.h"
 #include "views/register_cells.h"
+#include "views/source_files.h"
 #include "workspace/recent_files.h"
 
 namespace brevant::gui {
@@ -90,6 +91,7 @@ class Session final : private base::Events {
  public:
   debugger::Debugger debugger;
   views::OpenViews views;
+  views::SourceFiles source_files;
   views::ProgramViews program_views;
   views::RegisterCells registers;
   views::AddressHistory addresses;

@@ -55,6 +55,9 @@ constexpr QRgb kRedOnCyan = 0xFFB40000;
 // On white and on dark grey a contrast of more than 5:1.
 constexpr QRgb kDeepBlue = 0xFF0050A0, kPaleBlue = 0xFF80B8F0;
 constexpr QRgb kDeepRed = 0xFFB00020, kPaleRed = 0xFFFF8080;
+constexpr QRgb kDeepGreen = 0xFF2A6A2A, kPaleGreen = 0xFF90C890;
+constexpr QRgb kDeepViolet = 0xFF7A2A9A, kPaleViolet = 0xFFD8A8F0;
+constexpr QRgb kDeepBrown = 0xFF8A4A00, kPaleBrown = 0xFFE8B878;
 
 struct ColourRow {
   ColourRole role;
@@ -77,6 +80,12 @@ constexpr std::array kColours{
               Face::Italic},
     ColourRow{ColourRole::PcMark, Always<kRed>, OfDesktop<QPalette::Highlight>},
     ColourRow{ColourRole::BreakpointMark, Always<kBlack>, Readable<kDeepRed, kPaleRed>},
+    ColourRow{ColourRole::CodeMark, Always<kBlack>, OfDesktop<QPalette::Text>},
+    ColourRow{ColourRole::SourceLine, Always<kDeepBlue>, Readable<kDeepBlue, kPaleBlue>},
+    ColourRow{ColourRole::Keyword, Always<kBlack>, Readable<kDeepBlue, kPaleBlue>},
+    ColourRow{ColourRole::Comment, Always<kBlack>, Readable<kDeepGreen, kPaleGreen>},
+    ColourRow{ColourRole::Number, Always<kBlack>, Readable<kDeepViolet, kPaleViolet>},
+    ColourRow{ColourRole::String, Always<kBlack>, Readable<kDeepBrown, kPaleBrown>},
 };
 
 template <QColor (*ColourRow::*kColumn)(const QPalette&)>

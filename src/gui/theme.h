@@ -22,6 +22,12 @@ enum class ColourRole {
   OnRequest,  // read only when the user asks for it
   PcMark,
   BreakpointMark,
+  CodeMark,    // of a source line that made code
+  SourceLine,  // between instructions
+  Keyword,
+  Comment,
+  Number,
+  String,
 };
 
 // So that nothing is told by its colour alone.

@@ -8,6 +8,7 @@
 #include "gui/icons.h"
 #include "gui/program_window.h"
 #include "gui/registers_window.h"
+#include "gui/source_window.h"
 #include "gui/stack_window.h"
 
 namespace brevant::gui {
@@ -60,6 +61,14 @@ constexpr std::array kKinds{
                {HowMany::Many, &keys::kProgramWindowCount, &keys::kProgramGeometry},
                {},
                Make<ProgramWindow>},
+    WindowKind{"Source",
+               "Source",
+               SourceIcon,
+               commands::kOpenSource,
+               Menu::SourcePopup,
+               {HowMany::AtMostOne, &keys::kSourceOpen, &keys::kSourceGeometry},
+               {},
+               Make<SourceWindow>},
 };
 
 }  // namespace
@@ -68,6 +77,7 @@ constinit const WindowKind& kRegistersKind = kKinds[0];
 constinit const WindowKind& kDataKind = kKinds[1];
 constinit const WindowKind& kStackKind = kKinds[2];
 constinit const WindowKind& kProgramKind = kKinds[3];
+constinit const WindowKind& kSourceKind = kKinds[4];
 
 std::span<const WindowKind> WindowKinds() {
   return kKinds;

@@ -49,6 +49,7 @@ extern const WindowKind& kRegistersKind;
 extern const WindowKind& kDataKind;
 extern const WindowKind& kStackKind;
 extern const WindowKind& kProgramKind;
+extern const WindowKind& kSourceKind;
 
 // nullptr for a command that opens no window.
 const WindowKind* KindOpenedBy(int command);

@@ -111,6 +111,8 @@ inline constexpr const char* kFlashNotReadable =
     "Flash cannot be read: the target did not accept the security code.";
 inline constexpr const char* kFileDoesNotFit =
     "The file of %ld bytes does not fit: it would end beyond FFFF.";
+inline constexpr const char* kExpectTabSize = "A digit: 1 to 8.";
+inline constexpr const char* kExpectLine = "A line of the file: 1 to %d.";
 inline constexpr const char* kExpectHex = "Hexadecimal digits only.";
 inline constexpr const char* kExpectBinary = "Only 0 and 1.";
 

@@ -96,6 +96,22 @@ int CharacterCount(std::string_view utf8) {
   return static_cast<int>(std::count_if(utf8.begin(), utf8.end(), BeginsCharacter));
 }
 
+bool IsWordCharacter(char c) {
+  return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_';
+}
+
+std::string WordAround(std::string_view utf8, int column) {
+  std::size_t at = 0;
+  for (int before = column; at < utf8.size(); ++at) {
+    if (BeginsCharacter(utf8[at]) && before-- == 0) break;
+  }
+  if (column < 0 || at >= utf8.size() || !IsWordCharacter(utf8[at])) return {};
+  std::size_t first = at, end = at;
+  while (first > 0 && IsWordCharacter(utf8[first - 1])) --first;
+  while (end < utf8.size() && IsWordCharacter(utf8[end])) ++end;
+  return std::string(utf8.substr(first, end - first));
+}
+
 std::string ExpandSourceTabs(std::string_view utf8, int tab_size, int columns) {
   std::string expanded;
   int column = 0;

@@ -21,6 +21,11 @@ constexpr bool BeginsCharacter(char c) {
 }
 int CharacterCount(std::string_view utf8);
 
+// Of names and numbers of C.
+bool IsWordCharacter(char c);
+// The word that covers the column; empty when none does.
+std::string WordAround(std::string_view utf8, int column);
+
 // The text up to so many columns. A tab goes on to the next multiple of tab_size; any other control
 // character takes a column and shows nothing.
 std::string ExpandSourceTabs(std::string_view utf8, int tab_size, int columns);

@@ -21,15 +21,15 @@ constexpr std::array kLanguages{
 };
 
 // Of C, and what SDCC and the compilers of its time add.
-constexpr std::array<std::string_view, 53> kKeywords{
-    "__asm",    "__at",      "__bit",       "__code",   "__critical", "__data",      "__endasm",
-    "__far",    "__idata",   "__interrupt", "__naked",  "__near",     "__reentrant", "__sbit",
-    "__using",  "__xdata",   "_Bool",       "asm",      "auto",       "break",       "case",
-    "char",     "const",     "continue",    "default",  "do",         "double",      "else",
-    "enum",     "extern",    "float",       "for",      "goto",       "if",          "inline",
-    "int",      "interrupt", "long",        "register", "restrict",   "return",      "short",
-    "signed",   "sizeof",    "static",      "struct",   "switch",     "typedef",     "union",
-    "unsigned", "void",      "volatile",    "while"};
+constexpr std::array<std::string_view, 54> kKeywords{
+    "__asm",    "__asm__",  "__at",      "__bit",       "__code",   "__critical", "__data",
+    "__endasm", "__far",    "__idata",   "__interrupt", "__naked",  "__near",     "__reentrant",
+    "__sbit",   "__using",  "__xdata",   "_Bool",       "asm",      "auto",       "break",
+    "case",     "char",     "const",     "continue",    "default",  "do",         "double",
+    "else",     "enum",     "extern",    "float",       "for",      "goto",       "if",
+    "inline",   "int",      "interrupt", "long",        "register", "restrict",   "return",
+    "short",    "signed",   "sizeof",    "static",      "struct",   "switch",     "typedef",
+    "union",    "unsigned", "void",      "volatile",    "while"};
 
 using State = SyntaxState;
 
@@ -45,10 +45,6 @@ State AfterCode(char c, SourceLanguage language) {
   if (language == SourceLanguage::Assembler) return c == ';' ? State::LineComment : State::Code;
   if (c == '/') return State::Slash;
   return c == '\'' ? State::Character : State::Code;
-}
-
-bool IsWordCharacter(char c) {
-  return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_';
 }
 
 TextKind KindOfWord(std::string_view word, SourceLanguage language) {

@@ -23,10 +23,6 @@ int TabSizeOf(int stored) {
   return stored >= 1 && stored <= SourceView::kMostTabSize ? stored : SourceView::kMostTabSize;
 }
 
-bool IsWordCharacter(char c) {
-  return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_';
-}
-
 }  // namespace
 
 SourceView::SourceView(OpenViews& open, const SourceSources& sources)
@@ -68,18 +64,33 @@ void SourceView::Pull(const base::Generations& before, const base::Generations& 
   }
   pc_ = pc;
   ReadRows();
+  pc_line_ = PcLine();
 }
 
 std::optional<symbols::SourceLine> SourceView::PcLine() const {
   const base::Address pc = sources_.frame.PC;
-  if (info().LineTable.HasLineAt(pc)) return info().LineTable.LineForAddress(pc);
+  const symbols::LineTable& table = info().LineTable;
   // The line before PC is that of another function where PC is in none that is known.
   const auto contains = [pc](const symbols::Function& function) {
     return function.first <= pc && pc <= function.last;
   };
   const auto& functions = info().functions;
-  if (!functions.empty() && std::ranges::none_of(functions, contains)) return std::nullopt;
-  return info().LineTable.LineForAddress(pc);
+  const bool outside = !functions.empty() && std::ranges::none_of(functions, contains);
+  if (outside && !table.HasLineAt(pc)) return std::nullopt;
+  const auto line = table.LineForAddress(pc);
+  // A compiler's start-up code comes from an assembler source that it does not leave.
+  const bool left_out = line && line->file < table.files().size() &&
+                        LanguageOf(table.files()[line->file]) == SourceLanguage::Assembler &&
+                        !sources_.files.Get(line->file).place.found;
+  return left_out ? std::nullopt : line;
+}
+
+std::uint32_t SourceView::FirstFile() const {
+  const auto count = static_cast<std::uint32_t>(info().LineTable.files().size());
+  for (std::uint32_t file = 0; file < count; ++file) {
+    if (sources_.files.Get(file).place.found) return file;
+  }
+  return 0;
 }
 
 void SourceView::Load(std::uint32_t file) {
@@ -116,7 +127,7 @@ std::string SourceView::NewerThanImage() const {
 }
 
 void SourceView::ReadRows() {
-  // What is read is of the file as it is now; one that has changed has other lines.
+  // One that has changed meanwhile has other lines.
   const SourceFiles::File& file = sources_.files.Get(state_.currentFile);
   if (of_file_ != sources_.files.generation()) Load(state_.currentFile);
   const auto lines = file.index.Read(state_.top, state_.rows, state_.left + state_.columns);
@@ -137,7 +148,7 @@ void SourceView::Synchronise() {
     Load(line->file);
     ShowTop(static_cast<int>(line->line) - 1);
   } else {
-    Load(0);
+    Load(FirstFile());
     ShowTop(0);
   }
 }
@@ -198,7 +209,8 @@ void SourceView::MoveCursor(int row) {
 }
 
 void SourceView::CheckFile() {
-  if (!info().DebugInfoLoaded) return;
+  if (info().DebugInfoLoaded != synchronised_) return Request();
+  if (!synchronised_) return;
   if (!state_.loaded) sources_.files.Forget();
   sources_.files.Get(state_.currentFile);
   if (of_file_ != sources_.files.generation()) Request();
@@ -231,7 +243,6 @@ bool SourceView::HasBreakpoint(int number) const {
 
 std::vector<SourceRow> SourceView::Rows() const {
   std::vector<SourceRow> rows;
-  const auto pc = PcLine();
   const int characters = state_.left + state_.columns;
   for (const SourceIndex::Line& line : lines_) {
     const auto row = static_cast<int>(rows.size());
@@ -241,8 +252,8 @@ std::vector<SourceRow> SourceView::Rows() const {
     rows.push_back({.number = number,
                     .text = std::move(text),
                     .spans = std::move(spans),
-                    .is_pc = pc && pc->file == state_.currentFile &&
-                             pc->line == static_cast<std::uint32_t>(number),
+                    .is_pc = pc_line_ && pc_line_->file == state_.currentFile &&
+                             pc_line_->line == static_cast<std::uint32_t>(number),
                     .is_cursor = row == state_.cursor,
                     .has_code = AddressOfLine(number).has_value(),
                     .has_breakpoint = HasBreakpoint(number)});
@@ -369,15 +380,7 @@ std::string SourceView::WordAt(int x, int y, CellSize cell) const {
   if (y < 0 || x < TextColumn() * cell.width || row >= static_cast<int>(lines_.size())) return {};
   const std::string text = ExpandSourceTabs(lines_[static_cast<std::size_t>(row)].text,
                                             state_.tabSize, state_.left + state_.columns);
-  std::size_t at = 0;
-  for (int before = column; at < text.size(); ++at) {
-    if (BeginsCharacter(text[at]) && before-- == 0) break;
-  }
-  if (at >= text.size() || !IsWordCharacter(text[at])) return {};
-  std::size_t first = at, last = at;
-  while (first > 0 && IsWordCharacter(text[first - 1])) --first;
-  while (last < text.size() && IsWordCharacter(text[last])) ++last;
-  return text.substr(first, last - first);
+  return WordAround(text, column);
 }
 
 }  // namespace brevant::views

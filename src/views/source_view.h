@@ -137,6 +137,8 @@ class SourceView final : public View {
   // Where a breakpoint stands on the line, else where its code begins.
   std::optional<base::Address> AddressOfLine(int number) const;
   bool HasBreakpoint(int number) const;
+  // The first that is there.
+  std::uint32_t FirstFile() const;
   // At PC's line, else at the beginning of the first file.
   void Synchronise();
   void Load(std::uint32_t file);
@@ -155,6 +157,7 @@ class SourceView final : public View {
   long of_file_ = -1;  // generation of the files
   bool synchronised_ = false;
   base::Address pc_ = 0;
+  std::optional<symbols::SourceLine> pc_line_;
 };
 
 }  // namespace brevant::views

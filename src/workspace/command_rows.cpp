@@ -148,8 +148,27 @@ constexpr CommandRow kRows[] = {
      kPopup},
     {kStackRefresh, Menu::StackPopup, "Refresh", "Read what the window shows from the target again",
      kPopup, "", "", kRefresh},
-    // Shortcut of the source window
-    {kFindNext, Menu::None, "", "Find the next string in source window", kNoFlags, "F3"},
+    // Popup menu of the source view
+    {kSourceRunToCursor, Menu::SourcePopup, "RunToCur",
+     "Run to current cursor location in source window", kPopup},
+    {kSourceGoToPc, Menu::SourcePopup, "Go to PC", "", kNotDuringFileIo},
+    {kSourceGoToBreakpoint, Menu::SourcePopup, "Go to Break Point",
+     "Go to a breakpoint in breakpoint list in source window", kPopup},
+    {kSourceOpenFile, Menu::SourcePopup, "Open Soruce file", "Open a source file",
+     kNotDuringFileIo},
+    {kSourceFind, Menu::SourcePopup, "Find", "Find a text string in source window",
+     kNotDuringFileIo, "", "Ctrl+F"},
+    {kFindNext, Menu::SourcePopup, "Find next", "Find the next string in source window",
+     kNotDuringFileIo, "F3"},
+    {kSourceTabSize, Menu::SourcePopup, "Tab size", "Set up the TAB size", kNotDuringFileIo},
+    {kSourceGoToLine, Menu::SourcePopup, "Go to line", "Go to a line by its number",
+     kNotDuringFileIo, "", "Ctrl+G"},
+    {kSourceToggleBreakpoint, Menu::SourcePopup, "Toggle breakpoint",
+     "Set or clear a breakpoint where the line's code begins", kNotDuringFileIo, "", "F9"},
+    {kSourceFindFile, Menu::SourcePopup, "Find the source file...",
+     "Show where the source file is that cannot be found", kNotDuringFileIo},
+    {kSourceRefresh, Menu::SourcePopup, "Refresh", "Look for the source file and read it again",
+     kNotDuringFileIo},
     // Toolbar
     {kToolbarStep, Menu::None, "", "Run MCU one step", kUsesTarget | kNotWhileRunning, "", "",
      kStep},
@@ -182,7 +201,8 @@ constexpr std::string_view kGoIsRunning = "MCU is running, click this button to 
 }  // namespace
 
 bool IsPopup(Menu menu) {
-  return menu == Menu::ProgramPopup || menu == Menu::DataPopup || menu == Menu::StackPopup;
+  return menu == Menu::ProgramPopup || menu == Menu::DataPopup || menu == Menu::StackPopup ||
+         menu == Menu::SourcePopup;
 }
 std::span<const MenuTitle> MenuBar() {
   return kMenuBar;

@@ -22,6 +22,7 @@ enum class Menu {
   ProgramPopup,  // of a program view
   DataPopup,     // of a data view
   StackPopup,    // of the stack view
+  SourcePopup,   // of the source view
 };
 // Pops up over a view; its items act on that.
 bool IsPopup(Menu menu);
@@ -76,7 +77,9 @@ inline constexpr int kPopupGoToPc = 266, kPopupSetPc = 267, kPopupClearBreakpoin
 inline constexpr int kDataEdit = 280, kDataGoToAddress = 281, kDataGoToSymbol = 282;
 inline constexpr int kDataFill = 284, kDataMove = 285;
 inline constexpr int kDataGoToPc = 283, kDataPerLine = 286, kDataAscii = 287, kDataUnit = 40013;
-inline constexpr int kFindNext = 324;
+inline constexpr int kSourceRunToCursor = 320, kSourceGoToPc = 40012, kSourceGoToBreakpoint = 321;
+inline constexpr int kSourceOpenFile = 322, kSourceFind = 323, kFindNext = 324;
+inline constexpr int kSourceTabSize = 325;
 inline constexpr int kReset = 340, kToolbarStep = 341, kToolbarNStep = 342;
 inline constexpr int kToolbarStepOver = 343, kToolbarGo = 344, kToolbarTrace = 345;
 inline constexpr int kRunMacro = 346, kToolbarRunToCursor = 347, kReStart = 348;
@@ -87,6 +90,9 @@ inline constexpr int kOpenStack = 41040, kStackGoToCode = 41041, kStackRefresh =
 inline constexpr int kClassicColours = 41010, kQuietColours = 41011;
 inline constexpr int kLargerText = 41012, kSmallerText = 41013;
 inline constexpr int kFlashImage = 41030;
+inline constexpr int kSourceToggleBreakpoint = 41061, kSourceRefresh = 41062;
+inline constexpr int kSourceFindFile = 41063, kSourceGoToLine = 41064;
+inline constexpr int kShowSource = 41090;
 }  // namespace commands
 
 // In menu order.

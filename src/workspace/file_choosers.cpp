@@ -32,6 +32,9 @@ constexpr std::array kSaveMemory{kS19, kSx, kHex, kBinary};
 constexpr std::array kCompareFile{
     FileFilter{"Image (*.S19,*.HEX,*.SX,*.BIN)", "*.S19;*.hex;*.sx;*.bin"}, kAll};
 
+constexpr std::array kSourceFile{
+    FileFilter{"Source file (*.C,*.H,*.ASM,*.S,*.SRC)", "*.C;*.H;*.ASM;*.S;*.SRC"}, kAll};
+
 struct ChooserRow {
   Chooser chooser;
   ChooserKind kind;
@@ -40,7 +43,7 @@ struct ChooserRow {
   const char* title = nullptr;  // null: as for all
 };
 
-constexpr std::array<ChooserRow, 10> kRows{{
+constexpr std::array<ChooserRow, 11> kRows{{
     {Chooser::Image, ChooserKind::Open, kAnyImage, "txt"},
     {Chooser::FlashFile, ChooserKind::Open, kFlashFile, "txt"},
     {Chooser::SymbolFile, ChooserKind::Open, kSymbolFile, "txt"},
@@ -51,6 +54,7 @@ constexpr std::array<ChooserRow, 10> kRows{{
     {Chooser::OutputText, ChooserKind::SaveExisting, kTextFile, "txt"},
     {Chooser::SaveMemory, ChooserKind::SaveConfirming, kSaveMemory, "s19", "Save memory as"},
     {Chooser::CompareFile, ChooserKind::Open, kCompareFile, "s19", "Compare with file"},
+    {Chooser::SourceFile, ChooserKind::Open, kSourceFile, "", "Find the source file"},
 }};
 
 std::span<const FileFilter> ImageFilters(symbols::ToolChain tool_chain) {
@@ -79,6 +83,7 @@ FileChooser PrepareChooser(Chooser chooser, std::string_view start, symbols::Too
   FileChooser prepared;
   if (row.title != nullptr) prepared.title = row.title;
   prepared.kind = row.kind;
+  prepared.any_length = chooser == Chooser::SourceFile;
   prepared.filters = chooser == Chooser::Image ? ImageFilters(tool_chain) : row.filters;
   if (start.empty()) {
     prepared.start_directory = current_directory;

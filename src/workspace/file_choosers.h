@@ -23,6 +23,7 @@ enum class Chooser {
   OutputText,
   SaveMemory,
   CompareFile,
+  SourceFile,
 };
 
 struct FileFilter {
@@ -45,6 +46,8 @@ struct FileChooser {
   std::span<const FileFilter> filters;  // the first is selected
   std::string start_directory;
   std::string default_extension;  // for a name typed without one
+
+  bool any_length = false;  // of the path
 
   bool must_exist() const { return kind != ChooserKind::SaveConfirming; }
   // A longer path is refused like a name that is not there.

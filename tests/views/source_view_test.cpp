@@ -100,8 +100,15 @@ TEST_F(SourceViewTest, FollowsPcFromStopToStopAndFromFileToFile) {
   SetPC(0x0110);
   Follow();
   EXPECT_EQ(Marked(&SourceRow::is_pc), 0);
-  debug_info.DebugInfoLoaded = false;
+  // Start-up code, whose source the compiler has not left, hides nothing that is there.
+  debug_info.LineTable.Assign({{0x0100, 3, 0}, {0x0110, 7, 1}}, {"crt.asm", "main.c"});
+  debug_info.SymbolTable.Assign({});
   SetPC(0x0100);
+  EXPECT_EQ(Texts().front(), "line 1");
+  EXPECT_EQ(view.state().currentFile, 1u);
+  EXPECT_FALSE(view.ShowPcLine());
+  debug_info.DebugInfoLoaded = false;
+  SetPC(0x0104);
   EXPECT_THAT(Texts(), ElementsAre());
   EXPECT_EQ(view.Explain(),
             "No source lines are known: load a program with its debug information.");

@@ -1,0 +1,82 @@
+// SPDX-License-Identifier: MIT
+#include "gui/source_dialogs.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDialog>
+#include <QFormLayout>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+#include "gui/qt_user_interface.h"
+
+namespace brevant::gui {
+namespace {
+
+constexpr int kFieldWidth = 280;
+
+// "Ok", which is returned, and "Cancel" below what the layout holds.
+QPushButton* AddButtons(QDialog& dialog, QVBoxLayout& layout) {
+  auto* const buttons = new QHBoxLayout;
+  buttons->addStretch(1);
+  auto* const ok = new QPushButton("Ok");
+  ok->setObjectName("ok");
+  ok->setDefault(true);
+  auto* const cancel = new QPushButton("Cancel");
+  cancel->setObjectName("cancel");
+  buttons->addWidget(ok);
+  buttons->addWidget(cancel);
+  layout.addLayout(buttons);
+  QObject::connect(ok, &QPushButton::clicked, &dialog, &QDialog::accept);
+  QObject::connect(cancel, &QPushButton::clicked, &dialog, &QDialog::reject);
+  return ok;
+}
+
+}  // namespace
+
+std::optional<FindRequest> AskForFind(QWidget* parent, const FindRequest& initial, int max_length) {
+  QDialog dialog(parent);
+  dialog.setObjectName("FindDlg");
+  dialog.setWindowTitle("Find");
+  auto* const layout = new QVBoxLayout(&dialog);
+  auto* const rows = new QFormLayout;
+  auto* const field = new QLineEdit(Text(initial.text));
+  field->setObjectName("text");
+  field->setMaxLength(max_length);
+  field->setMinimumWidth(kFieldWidth);
+  field->selectAll();
+  rows->addRow("Fi&nd what", field);
+  auto* const match_case = new QCheckBox("Match &case");
+  match_case->setObjectName("matchCase");
+  match_case->setChecked(initial.match_case);
+  layout->addLayout(rows);
+  layout->addWidget(match_case);
+  QPushButton* const ok = AddButtons(dialog, *layout);
+  const auto update = [=] { ok->setEnabled(!field->text().isEmpty()); };
+  QObject::connect(field, &QLineEdit::textChanged, ok, update);
+  update();
+  if (dialog.exec() != QDialog::Accepted) return std::nullopt;
+  return FindRequest{Bytes(field->text()), match_case->isChecked()};
+}
+
+std::optional<int> ChooseName(QWidget* parent, const QFont& font, const QString& title,
+                              const std::vector<std::string>& names, int current) {
+  QDialog dialog(parent);
+  dialog.setObjectName("CBDlgList");
+  dialog.setWindowTitle(title);
+  auto* const layout = new QVBoxLayout(&dialog);
+  auto* const list = new QComboBox;
+  list->setObjectName("names");
+  list->setFont(font);
+  list->setMinimumWidth(kFieldWidth);
+  for (const std::string& name : names) list->addItem(Text(name));
+  list->setCurrentIndex(current);
+  layout->addWidget(list);
+  QPushButton* const ok = AddButtons(dialog, *layout);
+  ok->setEnabled(!names.empty());
+  if (dialog.exec() != QDialog::Accepted || list->currentIndex() < 0) return std::nullopt;
+  return list->currentIndex();
+}
+
+}  // namespace brevant::gui
