@@ -155,6 +155,29 @@ std::string WithValue(std::string_view text, std::string_view section, std::stri
   return Join(lines);
 }
 
+std::string WithSection(std::string_view text, std::string_view section,
+                        const std::vector<std::string>& held) {
+  const std::vector<Line> lines = SplitLines(text);
+  const std::string style = !lines.empty() && lines.front().end == "\r\n" ? "\r\n" : "\n";
+  std::string body;
+  for (const std::string& line : held) body += line + style;
+  std::string result;
+  bool inside = false, done = false;
+  for (const Line& line : lines) {
+    const auto name = SectionName(line.text);
+    if (name) inside = !done && EqualIgnoringCase(*name, section);
+    if (inside && !name) continue;
+    result.append(line.text).append(line.end);
+    if (!inside) continue;
+    if (line.end.empty()) result += style;
+    result += body;
+    done = true;
+  }
+  if (done) return result;
+  if (!lines.empty() && lines.back().end.empty()) result += style;
+  return result + '[' + std::string(section) + ']' + style + body;
+}
+
 std::string OverrideName(std::string_view section, std::string_view key) {
   return UpperCase(section) + ']' + UpperCase(key);
 }
@@ -211,6 +234,14 @@ bool SettingsFile::Apply(const Change& change) {
     if (!RepeatsOverride(entry)) overrides_.erase(OverrideName(entry.section, entry.key));
   }
   return true;
+}
+
+bool SettingsFile::ReplaceSection(std::string_view section, const std::vector<std::string>& lines) {
+  const FileText file = ReadFile(path_);
+  std::error_code error;
+  if (!file.ok() && std::filesystem::exists(path_, error)) return false;
+  const std::string text = WithSection(file.text, section, lines);
+  return text == file.text || ReplaceFile(path_, text).empty();
 }
 
 bool SettingsFile::Holds(const Change& change) const {

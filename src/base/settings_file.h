@@ -50,6 +50,9 @@ class SettingsFile {
   int ReadInteger(std::string_view section, std::string_view key, int default_value) const;
   std::string ReadString(std::string_view section, std::string_view key,
                          std::string_view default_text, int buffer_size) const;
+  // The section holds these lines from now on and no others; what stands outside of it stays. One
+  // replacement of the file, or nothing.
+  bool ReplaceSection(std::string_view section, const std::vector<std::string>& lines);
   // A change of one key.
   bool WriteString(std::string_view section, std::string_view key, std::string_view text);
   bool WriteInteger(std::string_view section, std::string_view key, long value);

@@ -14,7 +14,8 @@ const CommandAction* FindAction(int id) {
   const int own = row->same_as != 0 ? row->same_as : id;
   for (const auto group :
        {FileActions(), RunActions(), ProgramActions(), DataActions(), SourceActions(),
-        BlockActions(), ClipboardActions(), MemoryFileActions(), FlashActions(), WindowActions()}) {
+        WatchActions(), BlockActions(), ClipboardActions(), MemoryFileActions(), FlashActions(),
+        WindowActions()}) {
     const auto found = std::ranges::find(group, own, &CommandAction::id);
     if (found != group.end()) return &*found;
   }

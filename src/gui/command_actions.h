@@ -31,6 +31,7 @@ std::span<const CommandAction> BlockActions();
 std::span<const CommandAction> ClipboardActions();
 std::span<const CommandAction> MemoryFileActions();
 std::span<const CommandAction> FlashActions();
+std::span<const CommandAction> WatchActions();
 std::span<const CommandAction> WindowActions();
 
 // The one of the command, or of the command whose action it shares. nullptr when there is none.
@@ -42,5 +43,7 @@ bool IsBuilt(int id);
 bool RunToSourceCursor(const CommandContext& context);
 // A path as if it had been chosen for loading.
 void LoadImageFile(const CommandContext& context, const std::string& path);
+// The list of watched variables that is kept beside the image.
+void LoadWatchList(const CommandContext& context, const std::string& image_path);
 
 }  // namespace brevant::gui

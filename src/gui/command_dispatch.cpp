@@ -4,6 +4,7 @@
 #include "control/messages.h"
 #include "gui/main_window.h"
 #include "gui/session.h"
+#include "gui/window_layout.h"
 
 namespace brevant::gui {
 namespace {
@@ -68,7 +69,10 @@ void CommandDispatch::Carry(int id) {
   const workspace::CommandRow* const command = workspace::FindCommand(id);
   if (command == nullptr || !IsBuilt(id) || !Allowed(context_, *command)) return;
   if (const WindowKind* const kind = KindOpenedBy(id)) {
-    context_.window.Open(*kind).setWindowTitle(kind->title_by_command);
+    const bool anew = context_.window.Children(*kind).empty();
+    ChildWindow& child = context_.window.Open(*kind);
+    child.setWindowTitle(kind->title_by_command);
+    if (anew && kind->returns) ReturnToPlace(child, *kind, context_.session.settings);
   } else {
     const long before = context_.session.debugger.run_control.stops();
     FindAction(id)->run(context_);

@@ -52,6 +52,7 @@ load::LoadOutcome Load(const CommandContext& context, const std::string& path) {
   const bool came =
       result.outcome == load::LoadOutcome::Loaded || result.outcome == load::LoadOutcome::Differs;
   context.window.status().ShowNotice(came ? result.debug_info_detail : "");
+  if (BecameCurrent(result.outcome)) LoadWatchList(context, path);
   if (came) {
     session.SetLoadedImage(path);
     OfferBreakpoints(context, path);

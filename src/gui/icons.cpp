@@ -86,6 +86,17 @@ void DrawText(QPainter& painter) {
   }
 }
 
+void DrawValues(QPainter& painter) {
+  DrawSheet(painter);
+  for (int row = 0; row < kRows; ++row) {
+    const double top = 3 + 2.7 * row;
+    painter.setBrush(kInkColour);
+    painter.drawRect(QRectF(3, top, 4, 1.5));
+    painter.setBrush(row == 1 ? kChangedColour : kInkColour);
+    painter.drawRect(QRectF(9, top, row % 2 == 0 ? 3 : 4, 1.5));
+  }
+}
+
 QIcon Draw(Drawing draw) {
   QIcon icon;
   for (const int size : {16, 32, 48, 128}) {
@@ -124,6 +135,10 @@ QIcon StackIcon() {
 
 QIcon SourceIcon() {
   return Draw(DrawText);
+}
+
+QIcon WatchIcon() {
+  return Draw(DrawValues);
 }
 
 }  // namespace brevant::gui

@@ -12,5 +12,6 @@ QIcon ProgIcon();     // lines of code, one of them marked
 QIcon DataIcon();     // a grid of bytes
 QIcon StackIcon();    // a pile, its top marked
 QIcon SourceIcon();   // indented lines of text, one of them marked
+QIcon WatchIcon();    // names and values, one of them changed
 
 }  // namespace brevant::gui

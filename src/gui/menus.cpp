@@ -20,7 +20,8 @@ struct PopupName {
 constexpr PopupName kPopups[] = {{workspace::Menu::ProgramPopup, "ProgMenu"},
                                  {workspace::Menu::DataPopup, "DataMenu"},
                                  {workspace::Menu::StackPopup, "StackMenu"},
-                                 {workspace::Menu::SourcePopup, "CSrcMenu"}};
+                                 {workspace::Menu::SourcePopup, "CSrcMenu"},
+                                 {workspace::Menu::WatchPopup, "WatchMenu"}};
 
 // Behind a tab stand all its shortcuts; by itself an action would show only the first.
 QString ItemText(const workspace::CommandRow& row, bool running) {

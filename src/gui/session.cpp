@@ -120,7 +120,7 @@ void Session::RefreshScreen() {
 
 void Session::FollowEngine() {
   base::Generations now = debugger.generations();
-  now.settings += program_views.generation() + data_settings_generation_;
+  now.settings += program_views.generation() + data_settings_generation_ + watch.generation();
   views.Follow(now, debugger.MonitorListens());
 }
 

@@ -23,6 +23,7 @@
 #include "views/prompts.h"
 #include "views/register_cells.h"
 #include "views/source_files.h"
+#include "views/watch_table.h"
 #include "workspace/recent_files.h"
 
 namespace brevant::gui {
@@ -94,6 +95,7 @@ class Session final : private base::Events {
   views::SourceFiles source_files;
   views::ProgramViews program_views;
   views::RegisterCells registers;
+  views::WatchTable watch;
   views::AddressHistory addresses;
   workspace::RecentFiles recent_files;
 

@@ -76,6 +76,8 @@ constexpr std::array kColours{
     ColourRow{ColourRole::PcLine, Always<kWhite>, OfHighlight<35>},
     ColourRow{ColourRole::PcTextOnCursorLine, Always<kRedOnCyan>, OfDesktop<QPalette::Text>},
     ColourRow{ColourRole::Changed, Always<kRed>, Readable<kDeepRed, kPaleRed>, Face::Bold},
+    ColourRow{ColourRole::ChangedOnCursorLine, Always<kRedOnCyan>, Readable<kDeepRed, kPaleRed>,
+              Face::Bold},
     ColourRow{ColourRole::OnRequest, Always<kDeepBlue>, Readable<kDeepBlue, kPaleBlue>,
               Face::Italic},
     ColourRow{ColourRole::PcMark, Always<kRed>, OfDesktop<QPalette::Highlight>},

@@ -19,6 +19,7 @@ enum class ColourRole {
   PcLine,
   PcTextOnCursorLine,
   Changed,    // since the last stop
+  ChangedOnCursorLine,
   OnRequest,  // read only when the user asks for it
   PcMark,
   BreakpointMark,

@@ -10,6 +10,7 @@
 #include "gui/registers_window.h"
 #include "gui/source_window.h"
 #include "gui/stack_window.h"
+#include "gui/watch_window.h"
 
 namespace brevant::gui {
 namespace {
@@ -26,6 +27,15 @@ TextView* Make(Session& session, const FrameLinks& links, const QFont& font,
 }
 
 constexpr std::array kKinds{
+    WindowKind{"Watch",
+               "Watch",
+               WatchIcon,
+               commands::kOpenWatch,
+               Menu::WatchPopup,
+               {HowMany::AtMostOne, &keys::kWatchOpen, &keys::kWatchGeometry},
+               {},
+               Make<WatchWindow>,
+               true},
     WindowKind{"Regs",
                "Regs",
                RegsIcon,
@@ -73,11 +83,12 @@ constexpr std::array kKinds{
 
 }  // namespace
 
-constinit const WindowKind& kRegistersKind = kKinds[0];
-constinit const WindowKind& kDataKind = kKinds[1];
-constinit const WindowKind& kStackKind = kKinds[2];
-constinit const WindowKind& kProgramKind = kKinds[3];
-constinit const WindowKind& kSourceKind = kKinds[4];
+constinit const WindowKind& kWatchKind = kKinds[0];
+constinit const WindowKind& kRegistersKind = kKinds[1];
+constinit const WindowKind& kDataKind = kKinds[2];
+constinit const WindowKind& kStackKind = kKinds[3];
+constinit const WindowKind& kProgramKind = kKinds[4];
+constinit const WindowKind& kSourceKind = kKinds[5];
 
 std::span<const WindowKind> WindowKinds() {
   return kKinds;

@@ -38,6 +38,9 @@ struct WindowKind {
   TextView* (*make)(Session& session, const FrameLinks& links, const QFont& font,
                     const workspace::WindowAttributes& starting);
 
+  // Its command brings it to where the settings say that it was last.
+  bool returns = false;
+
   bool OneAtMost() const { return stored.how_many != workspace::WindowKeys::HowMany::Many; }
   bool Permanent() const { return stored.how_many == workspace::WindowKeys::HowMany::One; }
 };
@@ -50,6 +53,7 @@ extern const WindowKind& kDataKind;
 extern const WindowKind& kStackKind;
 extern const WindowKind& kProgramKind;
 extern const WindowKind& kSourceKind;
+extern const WindowKind& kWatchKind;
 
 // nullptr for a command that opens no window.
 const WindowKind* KindOpenedBy(int command);

@@ -102,6 +102,11 @@ void RestoreLayout(MainWindow& window, const base::SettingsFile& settings) {
   }
 }
 
+void ReturnToPlace(QMdiSubWindow& child, const WindowKind& kind,
+                   const base::SettingsFile& settings) {
+  PlaceChildAt(child, workspace::ParseWindowPlace(settings.String(*kind.stored.place)));
+}
+
 bool StoreLayout(const MainWindow& window, base::SettingsFile& settings) {
   return workspace::SaveLayout(settings, StoredKinds(), CurrentLayout(window));
 }

@@ -57,6 +57,32 @@ inline constexpr const char* kStackBelowCode = "SP is %04x: %s begins above it, 
 inline constexpr const char* kStackAtEnd =
     "SP is %04x, the last byte of RAM: nothing is stacked above it.";
 
+// In place of a value, or of its place in the status bar.
+inline constexpr const char* kNotAnswering = "the target does not answer";
+inline constexpr const char* kNotReadYet = "not read yet";
+inline constexpr const char* kEndsBeyondMemory = "it ends beyond FFFF";
+inline constexpr const char* kReadOnRequestOnly =
+    "%s not read yet: reading it %s, so only Refresh (Ctrl+F5) does";
+inline constexpr const char* kLineDamagesReading = "the line damages what is read there";
+inline constexpr const char* kNoBytesShown = "no byte of it is shown";
+
+// Watched variables.
+inline constexpr base::MessageText kWatchFull{"watch.full", base::Severity::Error,
+                                              "Can not add any more", base::captions::kError,
+                                              base::Icon::Error};
+inline constexpr base::MessageText kWatchNotEdited{"watch.not-edited", base::Severity::Error,
+                                                   "%s cannot be edited: %s.",
+                                                   base::captions::kError, base::Icon::Error};
+inline constexpr base::MessageText kWatchNotLookedAt{
+    "watch.not-looked-at", base::Severity::Error,
+    "What %s holds now could not be looked at: %s.\n\nCheck the cable and the power.",
+    base::captions::kError, base::Icon::Error};
+inline constexpr base::MessageText kWatchNotSaved{"watch.not-saved", base::Severity::Error,
+                                                  "%s\ncannot be written: the list was not saved.",
+                                                  base::captions::kError, base::Icon::Error};
+inline constexpr base::MessageText kWatchNotLoaded{"watch.not-loaded", base::Severity::Error, "%s",
+                                                   base::captions::kError, base::Icon::Error};
+
 // Blocks. The conversion that ends them, or begins kBlockLinkLost, says how far it got.
 inline constexpr base::MessageText kBlockRefused{"block.refused", base::Severity::Error,
                                                  "Nothing was written: %s.", base::captions::kError,
@@ -95,7 +121,9 @@ inline constexpr const base::MessageText* kAll[] = {
     &kStackPointerNotSet, &kInstructionNotTaken, &kLocationNotTaken, &kNoSoftwareBreakpoint,
     &kSourceTextNotFound, &kBlockRefused,        &kBlockStackMoved,  &kBlockDone,
     &kBlockNotTaken,      &kBlockLineDamaged,    &kBlockLinkLost,    &kBlockCancelled,
-    &kBlockEnded};
+    &kBlockEnded,
+    &kWatchFull,          &kWatchNotEdited,      &kWatchNotLookedAt, &kWatchNotSaved,
+    &kWatchNotLoaded};
 
 // Shown below a field whose text was refused.
 inline constexpr const char* kExpectInstruction =
@@ -113,7 +141,13 @@ inline constexpr const char* kFileDoesNotFit =
     "The file of %ld bytes does not fit: it would end beyond FFFF.";
 inline constexpr const char* kExpectTabSize = "A digit: 1 to 8.";
 inline constexpr const char* kExpectLine = "A line of the file: 1 to %d.";
+inline constexpr const char* kExpectLength = "How many bytes are shown: hexadecimal digits.";
+inline constexpr const char* kNoAtInNames =
+    "\"@\" cannot stand in a name: the configuration file ends the name with it.";
+inline constexpr const char* kNameTooLong = "This is longer than the %d characters that can be kept.";
 inline constexpr const char* kExpectHex = "Hexadecimal digits only.";
+inline constexpr const char* kOneByteEach =
+    "Each character is written as one byte: this text has others.";
 inline constexpr const char* kExpectBinary = "Only 0 and 1.";
 
 }  // namespace brevant::views::messages

@@ -17,6 +17,7 @@ constexpr MenuTitle kMenuBar[] = {
 
 constexpr unsigned kUsesTarget = kNotDuringFileIo | kNeedsMonitor;
 constexpr unsigned kPopup = kUsesTarget | kNotWhileRunning;
+constexpr unsigned kWatchList = kNotDuringFileIo | kKeysOfItsView;
 
 constexpr CommandRow kRows[] = {
     // File
@@ -122,6 +123,8 @@ constexpr CommandRow kRows[] = {
     {kPopupClearBreakpoints, Menu::ProgramPopup, "Clear All BKPT", "Clear all breakpoints", kPopup},
     {kToggleBreakpoint, Menu::ProgramPopup, "Toggle breakpoint",
      "Set or clear a breakpoint at the cursor position", kNotDuringFileIo, "", "F9"},
+    {kAddToWatch, Menu::ProgramPopup, "Add to watch",
+     "Watch what lies at the cursor position", kNotDuringFileIo},
     {kPopupRefresh, Menu::ProgramPopup, "Refresh",
      "Read what the window shows from the target again", kPopup, "", "", kRefresh},
     // Popup menu of the data views
@@ -140,6 +143,8 @@ constexpr CommandRow kRows[] = {
      "Toggle between 8 or 16 bytes per line", kNotDuringFileIo | kSeparatorBefore},
     {kDataUnit, Menu::DataPopup, "Display as BYTE", "", kNotDuringFileIo},
     {kDataAscii, Menu::DataPopup, "Display ASCII data", "", kNotDuringFileIo | kCheckable},
+    {kDataAddToWatch, Menu::DataPopup, "Add to watch", "Watch what lies at the cursor position",
+     kNotDuringFileIo, "", "", kAddToWatch},
     {kDataRefresh, Menu::DataPopup, "Refresh", "Read what the window shows from the target again",
      kPopup, "", "", kRefresh},
     // Popup menu of the stack view
@@ -169,6 +174,24 @@ constexpr CommandRow kRows[] = {
      "Show where the source file is that cannot be found", kNotDuringFileIo},
     {kSourceRefresh, Menu::SourcePopup, "Refresh", "Look for the source file and read it again",
      kNotDuringFileIo},
+    // Popup menu of the watch view
+    {kWatchEdit, Menu::WatchPopup, "Edit", "Edit the contents of a watch variable",
+     kNeedsMonitor | kNotWhileRunning | kKeysOfItsView, "", "Return"},
+    {kWatchAdd, Menu::WatchPopup, "Add Variable", "Add a new watch variable", kWatchList, "",
+     "Ins"},
+    {kWatchModify, Menu::WatchPopup, "Modify Setting", "Modify the setting for a watch variable",
+     kWatchList},
+    {kWatchMoveUp, Menu::WatchPopup, "Move up", "Move a watch variable up one position",
+     kWatchList, "", "Alt+Up"},
+    {kWatchMoveDown, Menu::WatchPopup, "Move down", "Move a watch variable down on position",
+     kWatchList, "", "Alt+Down"},
+    {kWatchDelete, Menu::WatchPopup, "Delete", "Delete a watch variable", kWatchList, "", "Del"},
+    {kWatchOpen, Menu::WatchPopup, "Open config", "Open a watch window configuration file",
+     kWatchList},
+    {kWatchSave, Menu::WatchPopup, "Save config as", "Save the watch configuration to a file",
+     kWatchList},
+    {kWatchRefresh, Menu::WatchPopup, "Refresh", "Read what the window shows from the target again",
+     kPopup, "", "", kRefresh},
     // Toolbar
     {kToolbarStep, Menu::None, "", "Run MCU one step", kUsesTarget | kNotWhileRunning, "", "",
      kStep},
@@ -202,7 +225,8 @@ constexpr std::string_view kGoIsRunning = "MCU is running, click this button to 
 
 bool IsPopup(Menu menu) {
   return menu == Menu::ProgramPopup || menu == Menu::DataPopup || menu == Menu::StackPopup ||
-         menu == Menu::SourcePopup;
+         menu == Menu::SourcePopup ||
+         menu == Menu::WatchPopup;
 }
 std::span<const MenuTitle> MenuBar() {
   return kMenuBar;
@@ -221,6 +245,7 @@ const CommandRow* FindCommand(int id) {
 
 bool OwnsKeys(const CommandRow& row, Menu active) {
   if (row.second_shortcut.empty()) return true;
+  if (row.Has(kKeysOfItsView)) return row.menu == active;
   const CommandRow* owner = nullptr;
   for (const CommandRow& other : kRows) {
     if (other.second_shortcut != row.second_shortcut) continue;

@@ -23,6 +23,7 @@ enum class Menu {
   DataPopup,     // of a data view
   StackPopup,    // of the stack view
   SourcePopup,   // of the source view
+  WatchPopup,    // of the watch view
 };
 // Pops up over a view; its items act on that.
 bool IsPopup(Menu menu);
@@ -42,6 +43,7 @@ enum CommandFlags : unsigned {
   kSeparatorBefore = 8,
   kNeedsMonitor = 16,  // a running target does not answer; menus and keys then say so
   kRunsTarget = 32,    // not while a block is written or flash is worked on
+  kKeysOfItsView = 64,  // the shortcuts of a popup item belong to its views alone
 };
 
 struct CommandRow {
@@ -80,6 +82,8 @@ inline constexpr int kDataGoToPc = 283, kDataPerLine = 286, kDataAscii = 287, kD
 inline constexpr int kSourceRunToCursor = 320, kSourceGoToPc = 40012, kSourceGoToBreakpoint = 321;
 inline constexpr int kSourceOpenFile = 322, kSourceFind = 323, kFindNext = 324;
 inline constexpr int kSourceTabSize = 325;
+inline constexpr int kWatchEdit = 300, kWatchAdd = 301, kWatchModify = 302, kWatchMoveUp = 303;
+inline constexpr int kWatchMoveDown = 304, kWatchDelete = 305, kWatchOpen = 306, kWatchSave = 308;
 inline constexpr int kReset = 340, kToolbarStep = 341, kToolbarNStep = 342;
 inline constexpr int kToolbarStepOver = 343, kToolbarGo = 344, kToolbarTrace = 345;
 inline constexpr int kRunMacro = 346, kToolbarRunToCursor = 347, kReStart = 348;
@@ -93,6 +97,7 @@ inline constexpr int kFlashImage = 41030;
 inline constexpr int kSourceToggleBreakpoint = 41061, kSourceRefresh = 41062;
 inline constexpr int kSourceFindFile = 41063, kSourceGoToLine = 41064;
 inline constexpr int kShowSource = 41090;
+inline constexpr int kAddToWatch = 41070, kDataAddToWatch = 41072, kWatchRefresh = 41073;
 }  // namespace commands
 
 // In menu order.
@@ -100,7 +105,8 @@ std::span<const CommandRow> CommandRows();
 // nullptr for an id that is no command.
 const CommandRow* FindCommand(int id);
 // Popup menus may share a second shortcut: it is the row's when the window with the active menu has
-// no such row, and the row is the first, or when it is of that menu.
+// no such row, and the row is the first, or when it is of that menu. Those of kKeysOfItsView are
+// given to no other window.
 bool OwnsKeys(const CommandRow& row, Menu active);
 // "F5, F11": the shortcuts of the command, or of the one whose action it shares.
 std::string ShortcutText(const CommandRow& row);

@@ -40,18 +40,18 @@ TEST(CommandRows, HoldEveryIdOnce) {
   Ids ids;
   for (const CommandRow& row : CommandRows()) EXPECT_TRUE(ids.insert(row.id).second) << row.id;
   EXPECT_EQ(ids, Ranges("140-148 160-161 170-175 180-183 190-194 196-197 220-226 240-243 260-268 "
-                        "280-287 320-325 340-348 40011-40016 41000-41003 "
-                        "41010-41013 41020-41021 41030 41040-41042 41061-41064"));
+                        "280-287 300-306 308 320-325 340-348 40011-40016 41000-41003 "
+                        "41010-41013 41020-41021 41030 41040-41042 41061-41064 41070 41072-41073"));
 }
 
 TEST(CommandRows, AreRefusedWhereFileIoOrAMissingMonitorForbidsThem) {
   EXPECT_EQ(Judged(Verdict::Ignore, {.fileIoActive = true}),
             Ranges("140-142 144-148 160-161 171 173 175 190-192 196-197 220-226 260-268 280-287 "
-                   "320-325 341 343 345-346 40011-40016 41000-41003 41020-41021 41030 41040-41042 "
-                   "41061-41064"));
+                   "301-306 308 320-325 341 343 345-346 40011-40016 41000-41003 41020-41021 41030 "
+                   "41040-41042 41061-41064 41070 41072-41073"));
   EXPECT_EQ(Judged(Verdict::StopFirst, {.monitor_away = true}),
-            Ranges("140-142 144-148 160-161 190-191 194 196-197 260-268 280-285 320-321 341 343 "
-                   "346-347 40014-40016 41001-41003 41020-41021 41030 41041-41042"));
+            Ranges("140-142 144-148 160-161 190-191 194 196-197 260-268 280-285 300 320-321 341 343 "
+                   "346-347 40014-40016 41001-41003 41020-41021 41030 41041-41042 41073"));
   const CommandConditions written{.monitor_away = true, .operation = true};
   Ids wait = Judged(Verdict::StopFirst, {.monitor_away = true});
   wait.merge(Ranges("193 344"));
@@ -86,7 +86,9 @@ TEST(CommandRows, ShortcutsAreUniqueAndTheGivenOnesComeFirst) {
   };
   EXPECT_EQ(shortcuts_in(Menu::ProgramPopup)["Ctrl+G"], commands::kPopupGoToAddress);
   EXPECT_EQ(shortcuts_in(Menu::DataPopup)["Ctrl+G"], commands::kDataGoToAddress);
+  EXPECT_EQ(shortcuts_in(Menu::WatchPopup)["Return"], commands::kWatchEdit);
   auto shortcuts = shortcuts_in(Menu::None);
+  EXPECT_FALSE(shortcuts.contains("Return")) << "other windows have it as a key";
   const std::map<std::string, int> given{{"F3", 324},    {"Shift+F4", 224}, {"Shift+F5", 225},
                                          {"Alt+P", 220}, {"Alt+D", 221},    {"F5", 190},
                                          {"F6", 191},    {"F7", 193},       {"F8", 194}};

@@ -1,0 +1,158 @@
+// SPDX-License-Identifier: MIT
+#include "gui/watch_window.h"
+
+#include <QFileInfo>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QPainter>
+
+#include "gui/qt_user_interface.h"
+#include "gui/session.h"
+#include "views/watch_file.h"
+#include "workspace/command_rows.h"
+
+namespace brevant::gui {
+namespace {
+
+namespace commands = workspace::commands;
+
+constexpr int kUsualColumns = 46;
+constexpr int kUsualLines = 8;
+constexpr const char* kNothingWatched = "Nothing is watched: Insert adds a variable.";
+constexpr const char* kFileHolds = "%1 holds %2: Open config, or loading the program, reads them.";
+
+// What a list that was kept beside the program can be had back by.
+QString HintFor(const Session& session) {
+  const std::string path = views::WatchFilePath(session.recent_files.current());
+  const auto kept = views::LoadWatchFile(path, session.debugger.debug_info).items.size();
+  if (kept == 0) return kNothingWatched;
+  return QString(kFileHolds).arg(QFileInfo(Text(path)).fileName()).arg(kept);
+}
+
+// Every byte of a string is a character of its own; a zero byte is a small dot.
+QString CellsOf(const std::string& value) {
+  return QString::fromLatin1(value.data(), static_cast<qsizetype>(value.size()))
+      .replace(QChar(views::kShownZero), QChar(0xB7));
+}
+
+}  // namespace
+
+WatchWindow::WatchWindow(Session& session, FrameLinks links, const QFont& font,
+                         const workspace::WindowAttributes&)
+    : ScrollingView(session.gate, std::move(links), font),
+      table_(session.watch),
+      view_(session.views, session.watch, session.debugger.memory, session.debugger.activity),
+      hint_(HintFor(session)) {
+  setObjectName("MDI_Watch");
+  setAccessibleName("Watch");
+}
+
+QSize WatchWindow::sizeHint() const {
+  return {kUsualColumns * cell().width, kUsualLines * cell().height};
+}
+
+bool WatchWindow::IsEnabled(int command) const {
+  switch (command) {
+    case commands::kWatchMoveUp:
+      return table_.CanMoveUp();
+    case commands::kWatchMoveDown:
+      return table_.CanMoveDown();
+    case commands::kWatchEdit:
+    case commands::kWatchModify:
+    case commands::kWatchDelete:
+      return table_.count() > 0;
+    default:
+      return true;
+  }
+}
+
+std::optional<PopupItem> WatchWindow::ItemOf(int command) const {
+  if (IsEnabled(command)) return std::nullopt;
+  return PopupItem{.text = Text(workspace::MenuText(*workspace::FindCommand(command), false)),
+                   .enabled = false};
+}
+
+QStringList WatchWindow::TextLines() const {
+  QStringList lines;
+  for (const views::WatchItem& item : table_.items()) {
+    lines << Text(item.Label()) + CellsOf(item.ValueText()) + (item.changed ? ", changed" : "");
+  }
+  if (lines.isEmpty()) lines << hint_;
+  return lines;
+}
+
+QString WatchWindow::CursorText() const {
+  return Text(view_.Explain());
+}
+
+QPoint WatchWindow::PopupPlace() const {
+  return {cell().width * views::kWatchLabelWidth, cell().height * (table_.cursor() + 1)};
+}
+
+void WatchWindow::CellsChanged() {
+  view_.Resize(viewport()->height(), cell().height);
+}
+
+WatchWindow::ScrollBarState WatchWindow::BarState() const {
+  return {table_.last_position(), table_.rows(), table_.top()};
+}
+
+void WatchWindow::paintEvent(QPaintEvent*) {
+  QPainter painter(viewport());
+  if (table_.count() == 0) DrawText(painter, 0, 0, hint_, Colours(ColourRole::Stale));
+  const int rows_in_sight = viewport()->height() / cell().height + 1;
+  const int last = std::min(table_.LineCount(), table_.top() + rows_in_sight);
+  for (int line = table_.top(); line < last; ++line) {
+    const views::WatchTable::Place place = table_.PlaceOf(line);
+    PaintEntry(painter, line - table_.top(),
+               table_.items()[static_cast<std::size_t>(place.entry)]);
+  }
+}
+
+void WatchWindow::PaintEntry(QPainter& painter, int row, const views::WatchItem& item) const {
+  const bool at_cursor = row == table_.cursor();
+  TextColours colours = Colours(ColourRole::Text);
+  TextColours of_value = Colours(item.changed ? ColourRole::Changed : ColourRole::Text);
+  if (at_cursor) {
+    colours = Colours(ColourRole::CursorText, ColourRole::CursorLine);
+    of_value = Colours(item.changed ? ColourRole::ChangedOnCursorLine : ColourRole::CursorText,
+                       ColourRole::CursorLine);
+    if (colours.background.isValid()) {
+      painter.fillRect(0, row * cell().height, viewport()->width(), cell().height,
+                       colours.background);
+    }
+  }
+  DrawText(painter, 0, row, Text(item.Label()), colours);
+  DrawText(painter, views::kWatchLabelWidth, row, CellsOf(item.ValueText()), of_value);
+}
+
+void WatchWindow::mousePressEvent(QMouseEvent* event) {
+  if (event->button() != Qt::LeftButton) return;
+  setFocus();
+  view_.PlaceCursor(event->position().toPoint().y() / cell().height);
+}
+
+void WatchWindow::mouseDoubleClickEvent(QMouseEvent* event) {
+  if (event->button() == Qt::LeftButton) links_.send_command(commands::kWatchEdit);
+}
+
+void WatchWindow::keyPressEvent(QKeyEvent* event) {
+  switch (event->key()) {
+    case Qt::Key_Up:
+      return view_.MoveCursor(-1);
+    case Qt::Key_Down:
+      return view_.MoveCursor(1);
+    case Qt::Key_Home:
+      return view_.MoveCursor(-table_.LineCount());
+    case Qt::Key_End:
+      return view_.MoveCursor(table_.LineCount());
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+      return links_.send_command(commands::kWatchEdit);
+    default:
+      break;
+  }
+  if (!ScrollByKey(event->key())) event->ignore();
+}
+
+}  // namespace brevant::gui
