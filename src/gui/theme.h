@@ -18,7 +18,7 @@ enum class ColourRole {
   PcText,
   PcLine,
   PcTextOnCursorLine,
-  Changed,    // since the last stop
+  Changed,  // since the last stop
   ChangedOnCursorLine,
   OnRequest,  // read only when the user asks for it
   PcMark,

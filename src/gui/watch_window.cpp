@@ -104,8 +104,7 @@ void WatchWindow::paintEvent(QPaintEvent*) {
   const int last = std::min(table_.LineCount(), table_.top() + rows_in_sight);
   for (int line = table_.top(); line < last; ++line) {
     const views::WatchTable::Place place = table_.PlaceOf(line);
-    PaintEntry(painter, line - table_.top(),
-               table_.items()[static_cast<std::size_t>(place.entry)]);
+    PaintEntry(painter, line - table_.top(), table_.items()[static_cast<std::size_t>(place.entry)]);
   }
 }
 

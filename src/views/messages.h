@@ -144,7 +144,8 @@ inline constexpr const char* kExpectLine = "A line of the file: 1 to %d.";
 inline constexpr const char* kExpectLength = "How many bytes are shown: hexadecimal digits.";
 inline constexpr const char* kNoAtInNames =
     "\"@\" cannot stand in a name: the configuration file ends the name with it.";
-inline constexpr const char* kNameTooLong = "This is longer than the %d characters that can be kept.";
+inline constexpr const char* kNameTooLong =
+    "This is longer than the %d characters that can be kept.";
 inline constexpr const char* kExpectHex = "Hexadecimal digits only.";
 inline constexpr const char* kOneByteEach =
     "Each character is written as one byte: this text has others.";

@@ -65,12 +65,12 @@ WatchItem ParseEntry(std::string_view text) {
 }
 
 std::string EntryText(const WatchItem& item) {
-  const bool no_length = item.lengthOrValue < 0 ||
-                         (item.IsString() && item.lengthOrValue > WatchItem::kMostString);
+  const bool no_length =
+      item.lengthOrValue < 0 || (item.IsString() && item.lengthOrValue > WatchItem::kMostString);
   const auto length =
       static_cast<unsigned>(no_length ? WatchItem::kMostString : item.lengthOrValue);
-  return base::Format(kEntryText, item.name, item.display, item.width, item.sign,
-                      length & kLowByte, item.reserved, static_cast<unsigned long>(item.address));
+  return base::Format(kEntryText, item.name, item.display, item.width, item.sign, length & kLowByte,
+                      item.reserved, static_cast<unsigned long>(item.address));
 }
 
 }  // namespace

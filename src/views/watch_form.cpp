@@ -32,7 +32,8 @@ std::optional<WatchForm::Refusal> Refused(const WatchForm& form) {
   if (form.display == watch_codes::kString && !IsHexNumber(form.length)) {
     return WatchForm::Refusal{Field::Length, messages::kExpectLength};
   }
-  if (!IsHexNumber(form.address)) return WatchForm::Refusal{Field::Address, messages::kExpectAddress};
+  if (!IsHexNumber(form.address))
+    return WatchForm::Refusal{Field::Address, messages::kExpectAddress};
   if (IsBeyondMemory(form.address)) {
     return WatchForm::Refusal{Field::Address,
                               base::Format(messages::kBeyondAddressSpace, form.address)};
@@ -90,8 +91,8 @@ WatchItem WatchForm::Item(const symbols::DebugInfo& info) const {
                  .sign = sign};
   if (item.IsString()) {
     const std::uint32_t wanted = base::ParseHex(length);
-    item.lengthOrValue = static_cast<std::int32_t>(
-        std::min<std::uint32_t>(wanted, WatchItem::kMostString));
+    item.lengthOrValue =
+        static_cast<std::int32_t>(std::min<std::uint32_t>(wanted, WatchItem::kMostString));
   }
   if (item.name.empty()) item.name = base::Format("%lX", item.address);
   const auto known = FindWatched(item.name, info);

@@ -32,8 +32,8 @@ struct WatchItem {
   base::Address address = 0;
   // How many bytes of a string are shown; else the value that was read last.
   std::int32_t lengthOrValue = 0;
-  bool changed = false;    // by the last refresh
-  std::string name = {};   // the address in hexadecimal where none was given
+  bool changed = false;         // by the last refresh
+  std::string name = {};        // the address in hexadecimal where none was given
   std::string lastString = {};  // the bytes of a string that were read last
   char display = watch_codes::kHex;
   char width = watch_codes::kWord;
@@ -42,7 +42,7 @@ struct WatchItem {
   bool resolved = false;      // address is that of the symbol called name
   Held held = Held::Nothing;
   std::string problem = {};  // why there is no value
-  int rows_below = 0;  // lines that are unfolded under it
+  int rows_below = 0;        // lines that are unfolded under it
 
   bool IsString() const { return display == watch_codes::kString; }
   // How many bytes of the target it stands for.

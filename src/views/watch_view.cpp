@@ -71,8 +71,8 @@ void WatchView::Pull(const base::Generations& before, const base::Generations& n
   const bool outdated = missed_stop_ || on_request_ || read_memory_ != now.memory ||
                         read_table_ != table_.generation();
   if (!outdated) return;
-  const Compare compare = std::exchange(missed_stop_, false) ? Compare::WithTheTimeBefore
-                                                             : Compare::WithWhatIsShown;
+  const Compare compare =
+      std::exchange(missed_stop_, false) ? Compare::WithTheTimeBefore : Compare::WithWhatIsShown;
   for (WatchItem& item : table_.values()) Read(item, compare);
   on_request_ = false;
   // Reading moves neither.

@@ -41,8 +41,8 @@ enum CommandFlags : unsigned {
   kNotWhileRunning = 2,  // as a button or popup item disabled while the target runs
   kCheckable = 4,
   kSeparatorBefore = 8,
-  kNeedsMonitor = 16,  // a running target does not answer; menus and keys then say so
-  kRunsTarget = 32,    // not while a block is written or flash is worked on
+  kNeedsMonitor = 16,   // a running target does not answer; menus and keys then say so
+  kRunsTarget = 32,     // not while a block is written or flash is worked on
   kKeysOfItsView = 64,  // the shortcuts of a popup item belong to its views alone
 };
 

@@ -192,13 +192,13 @@ TEST_F(Watch, TheListStaysWithItsProgram) {
   std::filesystem::copy(Example("demo.s19"), folder_ / "demo.s19");
   std::filesystem::copy(Example("demo.map"), folder_ / "demo.map");
   std::filesystem::copy(Example("demo.cdb"), folder_ / "demo.cdb");
-  std::ofstream(folder_ / "demo.cfg") << "[watch]\nnwatch=1\nws0=_main@HWU0000@000001\n";
+  std::ofstream(folder_ / "demo.cfg") << "[watch]\nnwatch=1\nws0=_start@HWU0000@000001\n";
   Open();
   Add("", "180", {"byte"});
-  EXPECT_NE(base::ReadFile(folder_ / "demo.cfg").text.find("_main"), std::string::npos)
+  EXPECT_NE(base::ReadFile(folder_ / "demo.cfg").text.find("_start"), std::string::npos)
       << "no program is loaded: the list is kept in memory";
   window().LoadFile((folder_ / "demo.s19").string());
-  EXPECT_TRUE(Lines().startsWith("    _main(H) ")) << qPrintable(Lines());
+  EXPECT_TRUE(Lines().startsWith("   _start(H) ")) << qPrintable(Lines());
   EXPECT_TRUE(session().watch.items()[0].resolved);
   Add("", "180", {"byte"});
   EXPECT_NE(FileText("demo.cfg").find("ws1=180@HBS"), std::string::npos);

@@ -36,7 +36,8 @@ class WatchFileTest : public testing::Test {
 };
 
 TEST_F(WatchFileTest, KeepsTheListInItsSectionAlone) {
-  Write("[other]\nkey=1\n[WATCH]\nnwatch=3\nws0=old@HWS0000@000000\n\nws2=stale\n\n[last]\nws0=2\n");
+  Write(
+      "[other]\nkey=1\n[WATCH]\nnwatch=3\nws0=old@HWS0000@000000\n\nws2=stale\n\n[last]\nws0=2\n");
   const std::vector<WatchItem> items{
       {.address = 0x80, .lengthOrValue = 0x1FE, .name = "count", .reserved = 0xAB},
       {.address = 0xFFFF, .lengthOrValue = -5, .name = "80", .display = 'D', .width = 'L'},
@@ -66,7 +67,8 @@ TEST_F(WatchFileTest, KeepsTheListInItsSectionAlone) {
 }
 
 TEST_F(WatchFileTest, BrokenFilesGiveSensibleEntries) {
-  EXPECT_EQ(Loaded("[watch]\nnwatch=2\nws0=_COUNT@dbu00ff@\n"), "_COUNT DBU 0 255 4660\n HWS 0 0 0*\n");
+  EXPECT_EQ(Loaded("[watch]\nnwatch=2\nws0=_COUNT@dbu00ff@\n"),
+            "_COUNT DBU 0 255 4660\n HWS 0 0 0*\n");
   EXPECT_EQ(Loaded("[watch]\nnwatch=4\nws0=name only\nws1=@\nws2=a@?x\nws3=b@S@@ff12@80@80\n"),
             "name only HWS 0 0 0*\n HWS 0 0 0*\na HWS 0 0 0*\nb SWS 16 18 128*\n");
   EXPECT_EQ(Loaded("[watch]\nnwatch=1\nws0=" + std::string(60, 'n') + "@HBS0000@000080\n"),

@@ -91,7 +91,8 @@ TEST_F(WatchViewTest, MarksWhatDiffersFromTheTimeBefore) {
 TEST_F(WatchViewTest, WhatCannotBeReadIsNoNumber) {
   Watch(0xFFFF, "HWS");
   EXPECT_EQ(Values(), "-- ");
-  EXPECT_EQ(view.Explain(), "ffff ffff: signed word; its name is no symbol of the program; it ends beyond FFFF");
+  EXPECT_EQ(view.Explain(),
+            "ffff ffff: signed word; its name is no symbol of the program; it ends beyond FFFF");
   table.Delete();
   Watch(0xFE01, "HBS");
   EXPECT_EQ(Values(), "-- ");
