@@ -31,19 +31,19 @@ struct wide_flags wide_flags;
 char text[12];     // "hello"
 const char* name;  // "world"
 char* tail;        // "llo", in text
-s16 table[4];      // 100, 200, 300, 400
+s16 table[4];      // 100, 201, 305, 400
 s16* entry;        // into table
 u8 grid[2][3];     // 1 to 6
 s16 (*operation)(s16);
 s16 operated;  // 14, then 56
-u8 path;       // which way weekday took
+u8 path;       // 12: which ways weekday took
 u8 finished;
 
 static u8 calls;  // of twice
 
 static u8 next_number(void) {
   static u8 number = 10;
-  static u16 times;
+  static u16 times = 100;
   number += 3;
   times++;
   return number;
@@ -83,7 +83,7 @@ static u8 weekday(u8 day) {
       break;
     case 1:
     case 2:
-      kind = 2;
+      path += 10;
       // on to the next case
     case 3:
       path++;
@@ -159,6 +159,7 @@ static void values(void) {
     table[i] = (i + 1) * 100;
   }
   entry = &table[1];
+  *entry += 1;
   entry++;
   *entry += 5;
 }

@@ -23,7 +23,7 @@ static void link_items(void) {
   for (i = 0; i < 3; i++) {
     struct item* item = &items[i];
     item->id = i + 1;
-    item->weight = (i + 1) * 10;
+    item->weight = (u8)(i + 1) * (u8)10;
     item->at.x = i;
     item->at.y = -(s16)i;
     item->next = i < 2 ? &items[i + 1] : 0;

@@ -5,7 +5,7 @@
 volatile u8 overflows;  // 3, then 2 more
 u16 weighted;           // 1 + 2 + 3 + 4 + 5
 
-static u8 count;  // ticks still to wait for; src/main.c has a count of its own
+static volatile u8 count;  // ticks still to wait for; src/main.c has a count of its own
 
 // Called by the handler alone: the tick is added as often as ticks came before it.
 static void weigh(void) {
