@@ -114,9 +114,11 @@ inline constexpr SettingsKey kWatchGeometry{"window", "watch", SettingKind::Geom
 inline constexpr SettingsKey kRegistersGeometry{"window", "regs", SettingKind::Geometry, "", 99};
 inline constexpr SettingsKey kSourceGeometry{"window", "csrc", SettingKind::Geometry, "", 99};
 inline constexpr SettingsKey kStackGeometry{"window", "stack", SettingKind::Geometry, "", 99};
+inline constexpr SettingsKey kCallsGeometry{"window", "calls", SettingKind::Geometry, "", 99};
 inline constexpr SettingsKey kWatchOpen{"window", "nwatch", SettingKind::Integer, "0", 0};
 inline constexpr SettingsKey kSourceOpen{"window", "ncsrc", SettingKind::Integer, "0", 0};
 inline constexpr SettingsKey kStackOpen{"window", "nstack", SettingKind::Integer, "0", 0};
+inline constexpr SettingsKey kCallsOpen{"window", "ncalls", SettingKind::Integer, "0", 0};
 inline constexpr SettingsKey kProgramWindowCount{"window", "nprog", SettingKind::Integer, "0", 0};
 inline constexpr SettingsKey kDataWindowCount{"window", "ndata", SettingKind::Integer, "0", 0};
 inline constexpr SettingsKey kProgramGeometry{"window", "prog%d", SettingKind::Geometry, "", 99, 0};

@@ -76,18 +76,6 @@ Result Locals(Session& session, const ParsedArguments&) {
   return result;
 }
 
-// "#1 main at main.c:20"
-std::string FrameText(std::size_t number, const frames::Frame& frame,
-                      const symbols::DebugInfo& info) {
-  std::string text = fmt::format("#{} {}", number, frames::FunctionName(frame, info));
-  const auto line = frames::LineAt(frame.call, info);
-  text += line ? " at " + symbols::LineName(*line, info.LineTable)
-               : fmt::format(" at {:04x}", frame.call);
-  if (frame.interrupted) text += " (interrupted there)";
-  if (frame.found == frames::Found::Perhaps) text += " (perhaps)";
-  return text;
-}
-
 Result Where(Session& session, const ParsedArguments&) {
   debugger::Debugger& debugger = session.debugger();
   const symbols::DebugInfo& info = debugger.debug_info;
@@ -98,7 +86,7 @@ Result Where(Session& session, const ParsedArguments&) {
   result.fields["frames"] = nlohmann::ordered_json::array();
   for (std::size_t n = 0; n < stack.frames.size(); ++n) {
     const frames::Frame& frame = stack.frames[n];
-    result.text += FrameText(n, frame, info) + '\n';
+    result.text += frames::FrameText(n, frame, info) + '\n';
     nlohmann::ordered_json row = {{"function", frames::FunctionName(frame, info)},
                                   {"pc", fmt::format("{:04x}", frame.call)},
                                   {"certain", frame.found != frames::Found::Perhaps}};

@@ -142,7 +142,7 @@ class Writer {
       const auto end = std::ranges::find(text, 0);
       if (!std::all_of(text.begin(), end, IsReadable)) return {};
       if (end == text.end()) continue;
-      return end == text.begin() ? std::string() : " " + QuotedText({text.begin(), end});
+      return " " + QuotedText({text.begin(), end});
     }
     return " " + QuotedText(text) + kMore;
   }

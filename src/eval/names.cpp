@@ -47,18 +47,17 @@ bool Matches(std::string_view known, std::string_view wanted, Spelling spelling)
 }
 
 // Which of the variables come before the others.
-enum class Level { Function, Module, Program, OtherModules };
-
-struct Candidates {
-  std::vector<const Variable*> list;
-
-  void Add(const Variable& variable) { list.push_back(&variable); }
-};
+enum class Level { Function, Module, File, Program, OtherModules };
 
 // file is as a user may write it.
 bool IsOfModule(std::string_view module, std::string_view file) {
   return !module.empty() && (base::EqualIgnoringCase(module, file) ||
                              base::EqualIgnoringCase(module, symbols::ModuleOf(file)));
+}
+
+// The assembler's name of a module may have the folders of its file before it: "drivers_clock".
+bool IsOwnModule(std::string_view module, std::string_view own) {
+  return !module.empty() && (module == own || own.ends_with("_" + std::string(module)));
 }
 
 std::vector<const Variable*> Find(std::string_view name, std::string_view module, Level level,
@@ -77,6 +76,9 @@ std::vector<const Variable*> Find(std::string_view name, std::string_view module
       }
       break;
     case Level::Module:
+      add(all, [&](const Variable& v) { return IsOwnModule(v.module, module); });
+      break;
+    case Level::File:
       add(all, [&](const Variable& v) { return IsOfModule(v.module, module); });
       break;
     case Level::Program:
@@ -109,6 +111,17 @@ Value Unavailable(const Variable& variable, std::string why, const Context& cont
   return {.type = context.info().types[variable.type],
           .id = variable.type,
           .unavailable = std::move(why)};
+}
+
+// Another local whose place lies in this one's: where the compiler keeps only a part of a variable
+// on the stack it still writes its whole size, and of two in one place only one can be there.
+const Variable* InsideOf(const Variable& variable, const Function& function) {
+  const auto other = std::ranges::find_if(function.locals, [&](const Variable& local) {
+    return &local != &variable && local.storage == Storage::Stack &&
+           local.offset >= variable.offset &&
+           local.offset + local.size <= variable.offset + variable.size;
+  });
+  return other == function.locals.end() ? nullptr : &*other;
 }
 
 std::string RegistersText(const Variable& variable) {
@@ -188,6 +201,10 @@ Value ValueOf(const Variable& variable, const Context& context) {
         break;
       }
       const Address address = base::Low16(*entry + 1 + static_cast<Address>(variable.offset));
+      if (const Variable* const other = InsideOf(variable, *context.function())) {
+        value.unavailable = "the debug file gives it a place that it shares with " + other->name;
+        break;
+      }
       if (address <= context.sp()) {
         value.unavailable = "it has no place on the stack yet, or no longer";
         break;
@@ -237,7 +254,7 @@ Named FindName(std::string_view name, std::string_view scope, const Context& con
       }
       const auto levels = scope.empty() ? std::vector{Level::Function, Level::Module,
                                                       Level::Program, Level::OtherModules}
-                                        : std::vector{Level::Module};
+                                        : std::vector{Level::File};
       for (const Level level : levels) {
         const auto found = Find(spelt, module, level, spelling, context);
         if (!found.empty()) return FromVariables(name, found, context);

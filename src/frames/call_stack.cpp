@@ -6,6 +6,7 @@
 
 #include "base/text_format.h"
 #include "frames/function_at.h"
+#include "frames/source_line.h"
 #include "frames/stack_depth.h"
 #include "frames/stack_walk.h"
 #include "isa/flow.h"
@@ -158,6 +159,17 @@ CallStack FindCallStack(memory::Memory& memory, const symbols::DebugInfo& info, 
     }
     stack.frames.push_back(*caller);
   }
+}
+
+std::string FrameText(std::size_t number, const Frame& frame, const symbols::DebugInfo& info) {
+  const auto line = LineAt(frame.call, info);
+  const std::string place =
+      line ? symbols::LineName(*line, info.LineTable) : base::Format("%04x", frame.call);
+  std::string text =
+      "#" + std::to_string(number) + " " + FunctionName(frame, info) + " at " + place;
+  if (frame.interrupted) text += " (interrupted there)";
+  if (frame.found == Found::Perhaps) text += " (perhaps)";
+  return text;
 }
 
 std::string FunctionName(const Frame& frame, const symbols::DebugInfo& info) {

@@ -74,6 +74,9 @@ CallStack FindCallStack(memory::Memory& memory, const symbols::DebugInfo& info, 
 memory::Range StackAbove(base::Address sp, const memory::Memory& memory,
                          const symbols::DebugInfo& info);
 
+// "#1 main at main.c:20", with what is not certain of it.
+std::string FrameText(std::size_t number, const Frame& frame, const symbols::DebugInfo& info);
+
 // "main", as C spells it; the symbol in which the address lies where no function is known; else
 // "?".
 std::string FunctionName(const Frame& frame, const symbols::DebugInfo& info);

@@ -7,6 +7,8 @@
 #include <span>
 #include <string>
 
+#include "base/address.h"
+
 namespace brevant::gui {
 
 class MainWindow;
@@ -39,6 +41,8 @@ const CommandAction* FindAction(int id);
 // This version carries the command out: it has an action or opens a kind of window.
 bool IsBuilt(int id);
 
+// Shows the code, as a source line where the source window is open and has it.
+void ShowCode(const CommandContext& context, base::Address address);
 // To the line under the cursor of the source window, when that was active last; false when not.
 bool RunToSourceCursor(const CommandContext& context);
 // A path as if it had been chosen for loading.

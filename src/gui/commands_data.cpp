@@ -2,6 +2,7 @@
 // Commands of the popup menus of data windows and of the stack window. They act on the active one;
 // how bytes are displayed holds for all data windows.
 #include "gui/address_prompts.h"
+#include "gui/call_stack_window.h"
 #include "gui/command_actions.h"
 #include "gui/data_window.h"
 #include "gui/main_window.h"
@@ -78,6 +79,12 @@ void StackGoToCode(const CommandContext& context) {
   programs.main()->GoToAddress(*address);
 }
 
+void CallGoTo(const CommandContext& context) {
+  auto* const window = dynamic_cast<CallStackWindow*>(context.window.active_view());
+  const frames::Frame* const frame = window != nullptr ? window->view().UnderCursor() : nullptr;
+  if (frame != nullptr) ShowCode(context, frame->call);
+}
+
 constexpr CommandAction kActions[] = {
     {commands::kDataEdit, Edit},
     {commands::kDataGoToAddress, GoToAddress},
@@ -87,6 +94,7 @@ constexpr CommandAction kActions[] = {
     {commands::kDataUnit, ToggleUnit},
     {commands::kDataAscii, ToggleCharacters},
     {commands::kStackGoToCode, StackGoToCode},
+    {commands::kCallGoTo, CallGoTo},
 };
 
 }  // namespace

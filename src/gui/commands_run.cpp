@@ -13,12 +13,51 @@ namespace {
 
 namespace commands = workspace::commands;
 
+constexpr const char* kStepsByLines =
+    "Nothing was run. Here steps go by lines: Step line (F11), Step over line (F10), Step out "
+    "(Shift+F11).";
+
+void StepLines(const CommandContext& context, control::LineStepKind kind) {
+  Session& session = context.session;
+  const std::string problem = session.debugger.line_step.Start(kind);
+  if (problem.empty()) return;
+  session.ui.Beep();
+  context.window.status().ShowNotice(problem);
+}
+
+void StepLine(const CommandContext& context) {
+  StepLines(context, control::LineStepKind::Into);
+}
+
+void StepOverLine(const CommandContext& context) {
+  StepLines(context, control::LineStepKind::Over);
+}
+
+void StepOut(const CommandContext& context) {
+  StepLines(context, control::LineStepKind::Out);
+}
+
+// In the source window of a C program a step is one of lines, where the tool chain's are known well
+// enough for that.
+void StepAs(const CommandContext& context, control::Calls calls, control::LineStepKind lines) {
+  debugger::Debugger& debugger = context.session.debugger;
+  const bool in_source =
+      debugger.debug_info.DebugInfoLoaded && debugger.run_control.source_view_current();
+  if (in_source && debugger.debug_info.tool_chain == symbols::ToolChain::Sdcc) {
+    return StepLines(context, lines);
+  }
+  debugger.run_control.StepCommand(calls);
+  if (in_source && debugger.debug_info.tool_chain == symbols::ToolChain::Imagecraft) {
+    context.window.status().ShowNotice(kStepsByLines);
+  }
+}
+
 void Step(const CommandContext& context) {
-  context.session.debugger.run_control.StepCommand(control::Calls::Follow);
+  StepAs(context, control::Calls::Follow, control::LineStepKind::Into);
 }
 
 void StepOver(const CommandContext& context) {
-  context.session.debugger.run_control.StepCommand(control::Calls::StepOver);
+  StepAs(context, control::Calls::StepOver, control::LineStepKind::Over);
 }
 
 void GoOrBreak(const CommandContext& context) {
@@ -56,8 +95,10 @@ void ReStart(const CommandContext& context) {
 }
 
 constexpr CommandAction kActions[] = {
-    {commands::kStep, Step},   {commands::kStepOver, StepOver}, {commands::kGo, GoOrBreak},
-    {commands::kReset, Reset}, {commands::kReStart, ReStart},
+    {commands::kStep, Step},         {commands::kStepOver, StepOver},
+    {commands::kStepLine, StepLine}, {commands::kStepOverLine, StepOverLine},
+    {commands::kStepOut, StepOut},   {commands::kGo, GoOrBreak},
+    {commands::kReset, Reset},       {commands::kReStart, ReStart},
 };
 
 }  // namespace

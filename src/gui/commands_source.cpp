@@ -2,6 +2,7 @@
 // Commands of the source window and of its popup menu. There is one at most.
 #include "base/files.h"
 #include "base/text_number.h"
+#include "frames/source_line.h"
 #include "gui/command_actions.h"
 #include "gui/edit_dialogs.h"
 #include "gui/file_dialogs.h"
@@ -28,6 +29,16 @@ views::SourceView* OpenView(const CommandContext& context) {
   const auto windows = context.window.Children(kSourceKind);
   if (windows.empty()) return nullptr;
   return &static_cast<SourceWindow*>(windows.front()->widget())->view();
+}
+
+// Its line is known and made current.
+bool ShowLineOf(const CommandContext& context, base::Address address) {
+  views::SourceView* const view = OpenView(context);
+  const auto line = frames::LineAt(address, context.session.debugger.debug_info);
+  if (view == nullptr || !line) return false;
+  if (view->state().currentFile != line->file) view->OpenFile(line->file);
+  view->GoToLine(static_cast<int>(line->line));
+  return true;
 }
 
 void Refuse(const CommandContext& context, const std::string& why) {
@@ -175,6 +186,13 @@ constexpr CommandAction kActions[] = {
 };
 
 }  // namespace
+
+void ShowCode(const CommandContext& context, base::Address address) {
+  if (ShowLineOf(context, address)) return;
+  views::ProgramViews& programs = context.session.program_views;
+  if (programs.main() == nullptr) context.window.Open(kProgramKind);
+  programs.main()->GoToAddress(address);
+}
 
 bool RunToSourceCursor(const CommandContext& context) {
   const debugger::Debugger& debugger = context.session.debugger;

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <array>
 
+#include "gui/call_stack_window.h"
 #include "gui/data_window.h"
 #include "gui/icons.h"
 #include "gui/program_window.h"
@@ -63,6 +64,14 @@ constexpr std::array kKinds{
                {HowMany::AtMostOne, &keys::kStackOpen, &keys::kStackGeometry},
                {},
                Make<StackWindow>},
+    WindowKind{"Call stack",
+               "Call stack",
+               StackIcon,
+               commands::kOpenCalls,
+               Menu::CallsPopup,
+               {HowMany::AtMostOne, &keys::kCallsOpen, &keys::kCallsGeometry},
+               {},
+               Make<CallStackWindow>},
     WindowKind{"Program",
                "Program",
                ProgIcon,
@@ -87,8 +96,9 @@ constinit const WindowKind& kWatchKind = kKinds[0];
 constinit const WindowKind& kRegistersKind = kKinds[1];
 constinit const WindowKind& kDataKind = kKinds[2];
 constinit const WindowKind& kStackKind = kKinds[3];
-constinit const WindowKind& kProgramKind = kKinds[4];
-constinit const WindowKind& kSourceKind = kKinds[5];
+constinit const WindowKind& kCallsKind = kKinds[4];
+constinit const WindowKind& kProgramKind = kKinds[5];
+constinit const WindowKind& kSourceKind = kKinds[6];
 
 std::span<const WindowKind> WindowKinds() {
   return kKinds;

@@ -51,6 +51,7 @@ std::span<const WindowKind> WindowKinds();
 extern const WindowKind& kRegistersKind;
 extern const WindowKind& kDataKind;
 extern const WindowKind& kStackKind;
+extern const WindowKind& kCallsKind;
 extern const WindowKind& kProgramKind;
 extern const WindowKind& kSourceKind;
 extern const WindowKind& kWatchKind;

@@ -130,8 +130,32 @@ std::optional<std::uint32_t> NextLine(std::uint32_t line, std::uint32_t file,
   return next;
 }
 
+// Code of a header stands in each module that uses it: where else the line has some, in functions
+// other than that of the address.
+std::string CopiesOf(std::uint32_t line, std::uint32_t file, base::Address address,
+                     const DebugInfo& info) {
+  const auto function_at = [&info](base::Address at) {
+    return std::ranges::find_if(info.functions, [at](const Function& function) {
+      return function.first <= at && at <= function.last;
+    });
+  };
+  std::vector<std::string> copies;
+  std::vector<base::Address> functions{
+      function_at(address) == info.functions.end() ? address : function_at(address)->first};
+  for (const LineEntry& entry : info.LineTable.entries()) {
+    if (entry.line != line || entry.file != file) continue;
+    const auto function = function_at(entry.address);
+    if (function == info.functions.end()) continue;
+    if (std::ranges::find(functions, function->first) != functions.end()) continue;
+    functions.push_back(function->first);
+    copies.push_back(base::Format("%04x", base::Low16(entry.address)));
+  }
+  return Joined(copies);
+}
+
 Place PlaceOfLine(std::string_view word, std::string_view file, std::uint32_t line,
-                  const LineTable& table) {
+                  const DebugInfo& info) {
+  const LineTable& table = info.LineTable;
   const std::string shown(word);
   const std::vector<std::uint32_t> files = FilesNamed(file, table);
   if (files.empty()) {
@@ -139,10 +163,12 @@ Place PlaceOfLine(std::string_view word, std::string_view file, std::uint32_t li
   }
   std::vector<std::string> told;
   std::optional<base::Address> found;
+  std::string copies;
   for (const std::uint32_t n : files) {
     const auto address = table.AddressForLine(line, n);
     if (!address) continue;
     found = address;
+    copies = CopiesOf(line, n, *address, info);
     told.push_back(base::Format("%s %04x", LineName({line, n}, table), base::Low16(*address)));
   }
   if (told.size() > 1) {
@@ -151,6 +177,10 @@ Place PlaceOfLine(std::string_view word, std::string_view file, std::uint32_t li
   if (found) {
     Place place = At(*found);
     if (files.size() > 1) place.note = base::Format("%s is %s.", shown, told.front());
+    if (!copies.empty()) {
+      place.note = base::Format("%s is taken at %04x; the line also has code at %s.", shown,
+                                base::Low16(*found), copies);
+    }
     return place;
   }
   std::string problem = base::Format("no code is known for %s", shown);
@@ -173,7 +203,7 @@ Place PlaceInFile(std::string_view word, std::size_t colon, const DebugInfo& inf
   const auto line = LeadingDecimal(rest);
   const bool is_line =
       rest.find_first_not_of("0123456789") == std::string_view::npos && line && *line > 0;
-  if (is_line) return PlaceOfLine(word, file, *line, info.LineTable);
+  if (is_line) return PlaceOfLine(word, file, *line, info);
   return Malformed(
       base::Format("\"%s\" is no line number: decimal digits, from 1 on", std::string(rest)));
 }

@@ -121,9 +121,8 @@ inline constexpr const base::MessageText* kAll[] = {
     &kStackPointerNotSet, &kInstructionNotTaken, &kLocationNotTaken, &kNoSoftwareBreakpoint,
     &kSourceTextNotFound, &kBlockRefused,        &kBlockStackMoved,  &kBlockDone,
     &kBlockNotTaken,      &kBlockLineDamaged,    &kBlockLinkLost,    &kBlockCancelled,
-    &kBlockEnded,
-    &kWatchFull,          &kWatchNotEdited,      &kWatchNotLookedAt, &kWatchNotSaved,
-    &kWatchNotLoaded};
+    &kBlockEnded,         &kWatchFull,           &kWatchNotEdited,   &kWatchNotLookedAt,
+    &kWatchNotSaved,      &kWatchNotLoaded};
 
 // Shown below a field whose text was refused.
 inline constexpr const char* kExpectInstruction =

@@ -67,9 +67,15 @@ constexpr CommandRow kRows[] = {
      kSeparatorBefore},
     {kFileIoOut, Menu::FileIo, "&OutFile", "Set up an output file name for file I/O"},
     // Debug
-    {kStep, Menu::Debug, "&Step", "Run one step", kUsesTarget, "F5", "F11"},
+    {kStep, Menu::Debug, "&Step", "Run one step", kUsesTarget, "F5"},
     {kStepOver, Menu::Debug, "Step&Over", "Run one step, but do not go into subroutine",
-     kUsesTarget, "F6", "F10"},
+     kUsesTarget, "F6"},
+    {kStepLine, Menu::Debug, "Step li&ne", "Run to the next line of source, into what is called",
+     kUsesTarget, "", "F11"},
+    {kStepOverLine, Menu::Debug, "Step o&ver line",
+     "Run to the next line of source, over what is called", kUsesTarget, "", "F10"},
+    {kStepOut, Menu::Debug, "Step o&ut", "Run until the present function has returned", kUsesTarget,
+     "", "Shift+F11"},
     {kNStep, Menu::Debug, "N Step", "Run N steps", kNotDuringFileIo | kCheckable},
     {kGo, Menu::Debug, "&Go", "Run or stop running MCU", kRunsTarget, "F7"},
     {kRunToCursor, Menu::Debug, "Run to Cursor", "Run to current cursor position", kNeedsMonitor,
@@ -92,6 +98,8 @@ constexpr CommandRow kRows[] = {
     {kOpenData, Menu::Window, "&Data", "Open a new data window", kNotDuringFileIo, "Alt+D"},
     {kOpenStack, Menu::Window, "Stac&k", "Open the window onto the program's stack",
      kNotDuringFileIo, "", "Alt+K"},
+    {kOpenCalls, Menu::Window, "Call st&ack", "Open the window of the functions the program is in",
+     kNotDuringFileIo, "", "Alt+A"},
     {kOpenWatch, Menu::Window, "&Watch", "Open a watch window", kNotDuringFileIo},
     {kOpenSource, Menu::Window, "&Source", "Open a surce window", kNotDuringFileIo},
     {kTile, Menu::Window, "&Tile", "Tile windows", kNotDuringFileIo | kSeparatorBefore, "Shift+F4"},
@@ -152,6 +160,10 @@ constexpr CommandRow kRows[] = {
      "Show the call behind a return address, or where an interrupt came, in the program window",
      kPopup},
     {kStackRefresh, Menu::StackPopup, "Refresh", "Read what the window shows from the target again",
+     kPopup, "", "", kRefresh},
+    // Popup menu of the call stack view
+    {kCallGoTo, Menu::CallsPopup, "Go to", "Show where the function is", kNotDuringFileIo},
+    {kCallsRefresh, Menu::CallsPopup, "Refresh", "Read what the window shows from the target again",
      kPopup, "", "", kRefresh},
     // Popup menu of the source view
     {kSourceRunToCursor, Menu::SourcePopup, "RunToCur",
@@ -225,8 +237,7 @@ constexpr std::string_view kGoIsRunning = "MCU is running, click this button to 
 
 bool IsPopup(Menu menu) {
   return menu == Menu::ProgramPopup || menu == Menu::DataPopup || menu == Menu::StackPopup ||
-         menu == Menu::SourcePopup ||
-         menu == Menu::WatchPopup;
+         menu == Menu::CallsPopup || menu == Menu::SourcePopup || menu == Menu::WatchPopup;
 }
 std::span<const MenuTitle> MenuBar() {
   return kMenuBar;

@@ -22,6 +22,7 @@ enum class Menu {
   ProgramPopup,  // of a program view
   DataPopup,     // of a data view
   StackPopup,    // of the stack view
+  CallsPopup,    // of the call stack view
   SourcePopup,   // of the source view
   WatchPopup,    // of the watch view
 };
@@ -93,6 +94,8 @@ inline constexpr int kSaveMemory = 41020, kCompareFile = 41021;
 inline constexpr int kOpenStack = 41040, kStackGoToCode = 41041, kStackRefresh = 41042;
 inline constexpr int kClassicColours = 41010, kQuietColours = 41011;
 inline constexpr int kLargerText = 41012, kSmallerText = 41013;
+inline constexpr int kStepLine = 41050, kStepOverLine = 41051, kStepOut = 41052;
+inline constexpr int kOpenCalls = 41100, kCallGoTo = 41101, kCallsRefresh = 41102;
 inline constexpr int kFlashImage = 41030;
 inline constexpr int kSourceToggleBreakpoint = 41061, kSourceRefresh = 41062;
 inline constexpr int kSourceFindFile = 41063, kSourceGoToLine = 41064;

@@ -41,17 +41,20 @@ TEST(CommandRows, HoldEveryIdOnce) {
   for (const CommandRow& row : CommandRows()) EXPECT_TRUE(ids.insert(row.id).second) << row.id;
   EXPECT_EQ(ids, Ranges("140-148 160-161 170-175 180-183 190-194 196-197 220-226 240-243 260-268 "
                         "280-287 300-306 308 320-325 340-348 40011-40016 41000-41003 "
-                        "41010-41013 41020-41021 41030 41040-41042 41061-41064 41070 41072-41073"));
+                        "41010-41013 41020-41021 41030 41040-41042 41050-41052 41061-41064 41070 "
+                        "41072-41073 41100-41102"));
 }
 
 TEST(CommandRows, AreRefusedWhereFileIoOrAMissingMonitorForbidsThem) {
   EXPECT_EQ(Judged(Verdict::Ignore, {.fileIoActive = true}),
             Ranges("140-142 144-148 160-161 171 173 175 190-192 196-197 220-226 260-268 280-287 "
                    "301-306 308 320-325 341 343 345-346 40011-40016 41000-41003 41020-41021 41030 "
-                   "41040-41042 41061-41064 41070 41072-41073"));
-  EXPECT_EQ(Judged(Verdict::StopFirst, {.monitor_away = true}),
-            Ranges("140-142 144-148 160-161 190-191 194 196-197 260-268 280-285 300 320-321 341 343 "
-                   "346-347 40014-40016 41001-41003 41020-41021 41030 41041-41042 41073"));
+                   "41040-41042 41050-41052 41061-41064 41070 41072-41073 41100-41102"));
+  EXPECT_EQ(
+      Judged(Verdict::StopFirst, {.monitor_away = true}),
+      Ranges(
+          "140-142 144-148 160-161 190-191 194 196-197 260-268 280-285 300 320-321 341 343 "
+          "346-347 40014-40016 41001-41003 41020-41021 41030 41041-41042 41050-41052 41073 41102"));
   const CommandConditions written{.monitor_away = true, .operation = true};
   Ids wait = Judged(Verdict::StopFirst, {.monitor_away = true});
   wait.merge(Ranges("193 344"));
@@ -109,7 +112,7 @@ TEST(CommandRows, ReadAsTheyAreShown) {
   EXPECT_EQ(MenuText(go, false), "&Go\tF7");
   EXPECT_EQ(MenuText(go, true), "&Break\tF7");
   EXPECT_EQ(MenuText(*FindCommand(commands::kExit), false), "E&xit");
-  EXPECT_EQ(MenuText(*FindCommand(commands::kStep), false), "&Step\tF5, F11");
+  EXPECT_EQ(MenuText(*FindCommand(commands::kStep), false), "&Step\tF5");
   EXPECT_EQ(FindCommand(175)->help, "Save setting when the progrm exits");
   EXPECT_EQ(FindCommand(40015)->help, "");
   EXPECT_EQ(FindCommand(149), nullptr);
