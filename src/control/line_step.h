@@ -41,7 +41,7 @@ class LineStep final : public Operation {
   // The user's breakpoint that could not count for a part of the last line step: the break module
   // has one place.
   std::optional<base::Address> suspended() const { return suspended_; }
-  // Steps and runs so far.
+  // Steps and runs of the last line step.
   long moves() const { return moves_; }
 
   void Advance() override;

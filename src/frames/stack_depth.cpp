@@ -31,7 +31,7 @@ class DepthSearch {
     while (!to_do_.empty() && !conflict_ && !memory_.LinkError()) {
       const Address next = *to_do_.begin();
       // Nothing that lies before pc is left.
-      if (next > pc && depths_.contains(pc)) break;
+      if (next >= pc && depths_.contains(pc)) break;
       to_do_.erase(to_do_.begin());
       Follow(InstructionAt(next), depths_.at(next));
     }

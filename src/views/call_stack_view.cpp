@@ -55,8 +55,7 @@ void CallStackView::MoveCursor(int line) {
 void CallStackView::Refresh() {
   for (const frames::Frame& frame : stack_.frames) {
     if (frame.function == nullptr) continue;
-    sources_.memory.Drop(
-        {frame.function->first, frame.function->last + 1 - frame.function->first});
+    sources_.memory.Drop({frame.function->first, frame.function->last + 1 - frame.function->first});
   }
   for (const memory::Range& ram : sources_.memory.Ram()) sources_.memory.Drop(ram);
   Request();
