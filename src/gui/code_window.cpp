@@ -1,7 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "gui/code_window.h"
 
+#include <QHelpEvent>
 #include <QPainter>
+#include <QToolTip>
+
+#include "gui/qt_user_interface.h"
 
 namespace brevant::gui {
 namespace {
@@ -11,6 +15,15 @@ constexpr int kGutterColumns = 3;  // a dot, an arrow and a gap
 constexpr int kArrowColumn = 2;
 
 }  // namespace
+
+bool CodeWindow::viewportEvent(QEvent* event) {
+  if (event->type() != QEvent::ToolTip) return ScrollingView::viewportEvent(event);
+  const auto* const help = static_cast<QHelpEvent*>(event);
+  const std::string word = WordAt(help->pos());
+  QToolTip::showText(help->globalPos(), word.empty() ? QString() : Text(links_.describe(word)),
+                     this);
+  return true;
+}
 
 int CodeWindow::GutterColumns() const {
   return theme().gutter ? kGutterColumns : 0;

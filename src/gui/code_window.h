@@ -23,6 +23,7 @@ class CodeWindow : public ScrollingView {
   virtual std::string WordAt(QPoint at) const = 0;
 
  protected:
+  bool viewportEvent(QEvent* event) override;
   // Of the marks left of the text.
   int GutterColumns() const;
   TextColours LineColours(const LineMarks& marks) const;

@@ -108,7 +108,8 @@ ChildWindow& MainWindow::Open(const WindowKind& kind, const workspace::WindowAtt
       .send_command = [this](int id) { Send(id); },
       .show_popup = [this](TextView& view, QPoint global) { ShowPopup(view, global); },
       .follow_engine = [this] { UpdateViews(); },
-      .carry_out = [this](const std::function<void()>& work) { dispatch_.CarryOut(work); }};
+      .carry_out = [this](const std::function<void()>& work) { dispatch_.CarryOut(work); },
+      .describe = [this](const std::string& name) { return session_.Describe(name); }};
   TextView* const view = kind.make(session_, links, font_, starting);
   auto* const child = new ChildWindow(view, kind.title, kind.Permanent());
   child->setWindowIcon(kind.icon());

@@ -4,8 +4,10 @@
 #include <filesystem>
 
 #include "base/files.h"
+#include "control/program_context.h"
 #include "devices/device.h"
 #include "frontend/first_settings.h"
+#include "views/name_value.h"
 #include "workspace/image_breakpoints.h"
 
 namespace brevant::gui {
@@ -122,6 +124,16 @@ void Session::FollowEngine() {
   base::Generations now = debugger.generations();
   now.settings += program_views.generation() + data_settings_generation_ + watch.generation();
   views.Follow(now, debugger.MonitorListens());
+}
+
+std::string Session::Describe(const std::string& name) {
+  std::string text;
+  gate.Run([&] {
+    if (!debugger.MonitorListens() || debugger.Busy()) return;
+    text = views::NameValueText(name, control::ContextOf(debugger.memory, debugger.debug_info,
+                                                         debugger.frame, eval::Reading::Sparing));
+  });
+  return text;
 }
 
 void Session::SetDataSettings(const views::DataSettings& wanted) {

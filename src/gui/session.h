@@ -63,6 +63,8 @@ class Session final : private base::Events {
   void RememberBreakpoints();
   // Lets the open views follow the engine. The gate is held.
   void FollowEngine();
+  // What a name of the program means at PC, in one line; empty while the target is not to be asked.
+  std::string Describe(const std::string& name);
   // Shared by all data windows.
   const views::DataSettings& data_settings() const { return data_settings_; }
   void SetDataSettings(const views::DataSettings& wanted);

@@ -24,6 +24,8 @@ struct FrameLinks {
   std::function<void()> follow_engine;
   // Does the work as a command is done: alone, and the views follow it.
   std::function<void(const std::function<void()>& work)> carry_out;
+  // What a name of the program means at PC; empty while the target is not to be asked.
+  std::function<std::string(const std::string& name)> describe;
 };
 
 struct WindowKind {

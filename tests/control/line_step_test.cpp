@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Steps by lines in code made by hand; where they lead in C programs is looked at with the projects.
+// Steps by lines in code made by hand; where they lead in C programs is looked at with the
+// projects.
 #include "control/line_step.h"
 
 #include "control/bench.h"
@@ -9,8 +10,8 @@ namespace {
 
 using enum base::StopReason;
 
-// In RAM from $0150: line 1 at $0150, 2 at $0158, 3 at $0160; f at $0170 has lines 10 and 11, library
-// code at $0190 has none.
+// In RAM from $0150: line 1 at $0150, 2 at $0158, 3 at $0160; f at $0170 has lines 10 and 11,
+// library code at $0190 has none.
 class LineStepTest : public Bench {
  protected:
   LineStepTest() {

@@ -53,31 +53,31 @@ class EvalTest : public control::Bench {
     Put("handler", to_function, 2, 0x00C8, ByteList{0x01, 0x50});
     Put("hits", u8_, 1, 0x00CA, ByteList{1}).module = "io";
     Put("hits", u8_, 1, 0x00CB, ByteList{2}).module = "main";
-    debug_info.functions.push_back({.name = "_run",
-                                    .module = "main",
-                                    .first = 0x0150,
-                                    .last = 0x0157,
-                                    .locals = {{.name = "i", .type = s16_, .size = 2,
-                                                .storage = Storage::Stack, .offset = -2},
-                                               {.name = "word", .type = u8_, .size = 1,
-                                                .storage = Storage::Stack, .offset = 2},
-                                               {.name = "fast", .type = u8_, .size = 1,
-                                                .storage = Storage::Registers,
-                                                .registers = {"a"}},
-                                               {.name = "gone", .type = u8_, .size = 1}}});
+    debug_info.functions.push_back(
+        {.name = "_run",
+         .module = "main",
+         .first = 0x0150,
+         .last = 0x0157,
+         .locals = {
+             {.name = "i", .type = s16_, .size = 2, .storage = Storage::Stack, .offset = -2},
+             {.name = "word", .type = u8_, .size = 1, .storage = Storage::Stack, .offset = 2},
+             {.name = "fast",
+              .type = u8_,
+              .size = 1,
+              .storage = Storage::Registers,
+              .registers = {"a"}},
+             {.name = "gone", .type = u8_, .size = 1}}});
     debug_info.DebugInfoLoaded = true;
-    Load(0x0150, ByteList{0xA7, 0xFE, 0x9D, 0x9D, 0x9D, 0xA7, 0x02, 0x81});  // AIS #-2 ... AIS #2; RTS
+    Load(0x0150,
+         ByteList{0xA7, 0xFE, 0x9D, 0x9D, 0x9D, 0xA7, 0x02, 0x81});  // AIS #-2 ... AIS #2; RTS
     SetPC(0x0120);
   }
 
   symbols::Variable& Put(const char* name, TypeId type, int size, base::Address address,
                          const ByteList& bytes) {
     Load(address, bytes);
-    debug_info.variables.push_back({.name = name,
-                                    .type = type,
-                                    .size = size,
-                                    .storage = Storage::Memory,
-                                    .address = address});
+    debug_info.variables.push_back(
+        {.name = name, .type = type, .size = size, .storage = Storage::Memory, .address = address});
     return debug_info.variables.back();
   }
   // Behind AIS, with what stands above SP.
@@ -112,41 +112,100 @@ struct Row {
 TEST_F(EvalTest, ComputesAsCDoes) {
   constexpr Row kRows[] = {
       // numbers, and how far they reach
-      {"12", "12"}, {"0x1F + $1f", "62"}, {"'a'", "97"}, {"'\\n'", "10"},
-      {"30000 + 30000", "-5536"}, {"30000L + 1", "30001"}, {"40000 + 30000", "70000"},
-      {"0xFFFF + 1", "0"}, {"-1 < 0xFFFFu", "0"}, {"-1 < 1", "1"}, {"0x10000 - 1", "65535"},
+      {"12", "12"},
+      {"0x1F + $1f", "62"},
+      {"'a'", "97"},
+      {"'\\n'", "10"},
+      {"30000 + 30000", "-5536"},
+      {"30000L + 1", "30001"},
+      {"40000 + 30000", "70000"},
+      {"0xFFFF + 1", "0"},
+      {"-1 < 0xFFFFu", "0"},
+      {"-1 < 1", "1"},
+      {"0x10000 - 1", "65535"},
       // strength and side
-      {"2 + 3 * 4", "14"}, {"(2 + 3) * 4", "20"}, {"10 - 4 - 3", "3"}, {"-7 / 2", "-3"},
-      {"-7 % 2", "-1"}, {"1 << 3 | 1", "9"}, {"6 & 3 == 3", "0"}, {"!0 + ~0", "0"},
-      {"1 || 1 / 0", "1"}, {"0 && 1 / 0", "0"}, {"7 >> 1 ^ 1", "2"}, {"- -3", "3"},
+      {"2 + 3 * 4", "14"},
+      {"(2 + 3) * 4", "20"},
+      {"10 - 4 - 3", "3"},
+      {"-7 / 2", "-3"},
+      {"-7 % 2", "-1"},
+      {"1 << 3 | 1", "9"},
+      {"6 & 3 == 3", "0"},
+      {"!0 + ~0", "0"},
+      {"1 || 1 / 0", "1"},
+      {"0 && 1 / 0", "0"},
+      {"7 >> 1 ^ 1", "2"},
+      {"- -3", "3"},
       // variables and their signs
-      {"small", "-2"}, {"byte", "200"}, {"byte + 100", "300"}, {"word", "-200"}, {"big", "70000"},
-      {"big * 2", "140000"}, {"(unsigned char)word", "56"}, {"(long)byte << 10", "204800"},
-      {"(signed char)byte", "-56"}, {"small == -2 && byte > small", "1"}, {"ratio * 2", "-3"},
-      {"(int)ratio", "-1"}, {"sizeof(int)", "2"}, {"sizeof here", "7"}, {"BYTE", "200"},
+      {"small", "-2"},
+      {"byte", "200"},
+      {"byte + 100", "300"},
+      {"word", "-200"},
+      {"big", "70000"},
+      {"big * 2", "140000"},
+      {"(unsigned char)word", "56"},
+      {"(long)byte << 10", "204800"},
+      {"(signed char)byte", "-56"},
+      {"small == -2 && byte > small", "1"},
+      {"ratio * 2", "-3"},
+      {"(int)ratio", "-1"},
+      {"sizeof(int)", "2"},
+      {"sizeof here", "7"},
+      {"BYTE", "200"},
       // parts
-      {"table[2]", "300"}, {"table[byte - 199]", "-2"}, {"*(table + 1)", "-2"}, {"*table", "1"},
-      {"here.x", "5"}, {"there->x", "5"}, {"there->next->x", "-1"}, {"(*there).tag", "65"},
-      {"here.low", "5"}, {"here.wide", "-33"}, {"&here.tag", "0x00b6"}, {"&table[1]", "0x00a2"},
-      {"there + 1", "0x00b7"}, {"&table[2] - &table[0]", "2"}, {"there == &here", "1"},
-      {"*(int *)0xA2", "-2"}, {"((struct point *)0xB0)->x", "5"}, {"*(unsigned char *)&big", "0"},
+      {"table[2]", "300"},
+      {"table[byte - 199]", "-2"},
+      {"*(table + 1)", "-2"},
+      {"*table", "1"},
+      {"here.x", "5"},
+      {"there->x", "5"},
+      {"there->next->x", "-1"},
+      {"(*there).tag", "65"},
+      {"here.low", "5"},
+      {"here.wide", "-33"},
+      {"&here.tag", "0x00b6"},
+      {"&table[1]", "0x00a2"},
+      {"there + 1", "0x00b7"},
+      {"&table[2] - &table[0]", "2"},
+      {"there == &here", "1"},
+      {"*(int *)0xA2", "-2"},
+      {"((struct point *)0xB0)->x", "5"},
+      {"*(unsigned char *)&big", "0"},
       // whole things
-      {"table", "{1, -2, 300}"}, {"name", "\"hi\\\"\""}, {"words", "0x0098 \"hi\\\"\""},
-      {"words[1]", "105"}, {"here", "{x = 5, next = 0x00c0, low = 5, wide = -33, tag = 65}"},
-      {"handler", "0x0150 <run>"}, {"run", "0x0150 <run>"}, {"handler == run", "1"},
+      {"table", "{1, -2, 300}"},
+      {"name", "\"hi\\\"\""},
+      {"words", "0x0098 \"hi\\\"\""},
+      {"words[1]", "105"},
+      {"here", "{x = 5, next = 0x00c0, low = 5, wide = -33, tag = 65}"},
+      {"handler", "0x0150 <run>"},
+      {"run", "0x0150 <run>"},
+      {"handler == run", "1"},
       // names of one file
-      {"io.c:hits", "1"}, {"main:hits + 1", "3"}, {"@SP", "255"}, {"PC", "288"},
+      {"io.c:hits", "1"},
+      {"main:hits + 1", "3"},
+      {"@SP", "255"},
+      {"PC", "288"},
       // what is wrong
-      {"1 +", "a name or a number is missing at the end"}, {"1 2", "unexpected \"2\""},
-      {"nobody", "there is no nobody"}, {"here.y", "here has no member y"},
-      {"byte.x", "byte is no structure"}, {"byte[0]", "byte is neither array nor pointer"},
-      {"*byte", "byte is no pointer"}, {"1 / 0", "division by 0"}, {"here + 1", "here is no number: name one of its parts"},
-      {"(1", ") is missing before the end"}, {"run()", "a function cannot be called"},
-      {"byte = 1", "an expression changes nothing: use set"}, {"1 << 16", "a shift by this many bits has no result in C"},
+      {"1 +", "a name or a number is missing at the end"},
+      {"1 2", "unexpected \"2\""},
+      {"nobody", "there is no nobody"},
+      {"here.y", "here has no member y"},
+      {"byte.x", "byte is no structure"},
+      {"byte[0]", "byte is neither array nor pointer"},
+      {"*byte", "byte is no pointer"},
+      {"1 / 0", "division by 0"},
+      {"here + 1", "here is no number: name one of its parts"},
+      {"(1", ") is missing before the end"},
+      {"run()", "a function cannot be called"},
+      {"byte = 1", "an expression changes nothing: use set"},
+      {"1 << 16", "a shift by this many bits has no result in C"},
       {"hits", "hits is there in io, main: put the file and : before the name"},
-      {"12ab", "a hexadecimal number begins with 0x or $"}, {"", "a name or a number is missing at the end"},
-      {"(struct nobody *)0", "there is no type struct nobody"}, {"&1", "1 has no address"},
-      {"@Q", "there is no register Q"}, {"0x", "a hexadecimal digit is missing"},
+      {"12ab", "a hexadecimal number begins with 0x or $"},
+      {"", "a name or a number is missing at the end"},
+      {"(struct nobody *)0", "there is no type struct nobody"},
+      {"&1", "1 has no address"},
+      {"@Q", "there is no register Q"},
+      {"0x", "a hexadecimal digit is missing"},
   };
   for (const Row& row : kRows) EXPECT_EQ(Text(row.expression), row.text) << row.expression;
   EXPECT_EQ(Text("word", Notation::Hexadecimal), "0xff38");
@@ -163,8 +222,9 @@ TEST_F(EvalTest, TellsLocalsByWhereTheyAre) {
   EXPECT_EQ(Text("i"), "258");
   EXPECT_EQ(Text("word"), "99") << "a local comes before what is global";
   EXPECT_EQ(Text("run.i + 1"), "259");
-  EXPECT_EQ(Text("fast"), "not available here (kept in register A for a part of the function, which "
-                          "holds 42 now)");
+  EXPECT_EQ(Text("fast"),
+            "not available here (kept in register A for a part of the function, which "
+            "holds 42 now)");
   EXPECT_EQ(Text("fast + 1"), Text("fast"));
   EXPECT_EQ(Text("gone"), "not available here (the compiler does not say where it keeps it)");
   EXPECT_EQ(Text("hits"), "2") << "of the function's own module";
@@ -200,8 +260,7 @@ TEST_F(EvalTest, WritesAndLooks) {
 TEST_F(EvalTest, SparesRegistersThatChangeOnBeingReadAndSaysWhenTheLinkIsLost) {
   // SRSR
   const Value status{.type = IntegerType(1, false), .place = Place{0xFE01}};
-  EXPECT_EQ(Loaded(status, Here(Reading::Sparing)).unavailable,
-            "reading the register changes it");
+  EXPECT_EQ(Loaded(status, Here(Reading::Sparing)).unavailable, "reading the register changes it");
   EXPECT_EQ(Loaded(status, Here()).unavailable, "");
   link.LinkError = true;
   memory.DropAll();

@@ -61,8 +61,7 @@ TEST_F(CallStackTest, FollowsTheCodeFromWhereverItStands) {
 TEST_F(CallStackTest, SaysWhereItDoesNotKnowTheWay) {
   // No call stands before what should be the return address.
   Load(0x0100, ByteList{0x80, 0x02});
-  EXPECT_EQ(Stack(0x8010),
-            "#0 f at t.c:12\nthe return address 8002 at 0100 has no call before it");
+  EXPECT_EQ(Stack(0x8010), "#0 f at t.c:12\nthe return address 8002 at 0100 has no call before it");
   // SP is set from a register: the stack is searched instead.
   Load(0x8010, ByteList{0x94});
   debug_info.SymbolTable.Assign({{"_main", 0x8000, 0, {}}, {"_f", 0x8010, 0, {}}});
@@ -76,10 +75,11 @@ TEST_F(CallStackTest, SaysWhereItDoesNotKnowTheWay) {
   EXPECT_EQ(StackDepth(memory, debug_info.functions[1], 0x8012), 0);
 }
 
-// As SDCC calls through a pointer: a call of the next lines, which push the target and return to it.
+// As SDCC calls through a pointer: a call of the next lines, which push the target and return to
+// it.
 TEST_F(CallStackTest, FollowsCallsThroughPointers) {
-  Load(0x8000, ByteList{0xAD, 0x02, 0x20, 0xFE,        // BSR 8004; BRA *
-                        0x87, 0x87, 0x81});            // PSHA; PSHA; RTS
+  Load(0x8000, ByteList{0xAD, 0x02, 0x20, 0xFE,  // BSR 8004; BRA *
+                        0x87, 0x87, 0x81});      // PSHA; PSHA; RTS
   debug_info.functions[0].last = 0x8006;
   Load(0x0100, ByteList{0x80, 0x02});
   EXPECT_EQ(Stack(0x8010), "#0 f at t.c:12\n#1 main at t.c:7\n");
