@@ -5,6 +5,7 @@
 #include "gui/command_actions.h"
 #include "gui/edit_dialogs.h"
 #include "gui/main_window.h"
+#include "gui/messages.h"
 #include "gui/session.h"
 #include "views/breakpoint_list.h"
 #include "views/instruction_editor.h"
@@ -14,6 +15,8 @@ namespace brevant::gui {
 namespace {
 
 namespace commands = workspace::commands;
+
+constexpr long kChecked = 8;  // as the settings keep it
 
 // The view to act on; nullptr when none is open or the popup commands are refused.
 views::ProgramView* Allowed(const CommandContext& context) {
@@ -107,6 +110,16 @@ void ToggleBreakpoint(const CommandContext& context) {
   view->ToggleBreakpoint(line->address);
 }
 
+void ToggleSource(const CommandContext& context) {
+  Session& session = context.session;
+  const bool shown = !session.program_views.shows_source();
+  session.program_views.ShowSource(shown);
+  if (!session.settings.Store(base::keys::kShowSource, shown ? kChecked : 0L)) {
+    session.ui.ShowMessage(
+        base::ToMessage(messages::kSettingsNotStored, session.settings.path().string()));
+  }
+}
+
 constexpr CommandAction kActions[] = {
     {commands::kRunToCursor, RunToCursor},
     {commands::kPopupRunToCursor, PopupRunToCursor},
@@ -119,6 +132,7 @@ constexpr CommandAction kActions[] = {
     {commands::kPopupSetPc, PopupSetPc},
     {commands::kPopupClearBreakpoints, PopupClearBreakpoints},
     {commands::kToggleBreakpoint, ToggleBreakpoint},
+    {commands::kShowSource, ToggleSource},
 };
 
 }  // namespace

@@ -47,7 +47,13 @@ ProgramWindow::ScrollBarState ProgramWindow::BarState() const {
 void ProgramWindow::paintEvent(QPaintEvent*) {
   QPainter painter(viewport());
   int row = 0;
-  for (const views::ProgramLine& line : view_->Lines()) PaintLine(painter, row++, line);
+  for (const views::ProgramLine& line : view_->Lines()) {
+    for (const std::string& source : line.source) {
+      DrawText(painter, GutterColumns() + views::kHighlightColumn, row++, Text(source),
+               Colours(ColourRole::SourceLine));
+    }
+    PaintLine(painter, row++, line);
+  }
 }
 
 QString ProgramWindow::LineText(const views::ProgramLine& line) const {
@@ -58,6 +64,9 @@ QString ProgramWindow::LineText(const views::ProgramLine& line) const {
 QStringList ProgramWindow::TextLines() const {
   QStringList lines;
   for (const views::ProgramLine& line : view_->Lines()) {
+    for (const std::string& source : line.source) {
+      lines << QString(views::kHighlightColumn, ' ') + Text(source);
+    }
     lines << LineText(line) + SpokenMarks(MarksOf(line));
   }
   return lines;
@@ -73,11 +82,15 @@ void ProgramWindow::PaintLine(QPainter& painter, int row, const views::ProgramLi
 }
 
 std::string ProgramWindow::WordAt(QPoint at) const {
-  const auto lines = view_->Lines();
-  const int row = at.y() / cell().height;
-  if (at.y() < 0 || row >= static_cast<int>(lines.size())) return {};
-  return views::WordAround(Bytes(LineText(lines[static_cast<std::size_t>(row)])),
+  if (at.y() < 0) return {};
+  return views::WordAround(Bytes(TextLines().value(at.y() / cell().height)),
                            at.x() / cell().width - GutterColumns());
+}
+
+std::optional<PopupItem> ProgramWindow::ItemOf(int command) const {
+  if (command != workspace::commands::kShowSource) return std::nullopt;
+  return PopupItem{.text = Text(workspace::FindCommand(command)->text),
+                   .checked = views_.shows_source()};
 }
 
 void ProgramWindow::mousePressEvent(QMouseEvent* event) {
@@ -90,12 +103,16 @@ void ProgramWindow::mousePressEvent(QMouseEvent* event) {
 }
 
 void ProgramWindow::mouseDoubleClickEvent(QMouseEvent* event) {
-  if (event->button() == Qt::LeftButton) links_.send_command(workspace::commands::kPopupEdit);
+  // A source line cannot be edited.
+  const int row = event->position().toPoint().y() / cell().height;
+  const bool between = row < TextLines().size() && !view_->LineAtRow(row);
+  if (event->button() != Qt::LeftButton || between) return;
+  links_.send_command(workspace::commands::kPopupEdit);
 }
 
 QPoint ProgramWindow::PopupPlace() const {
   return {cell().width * (GutterColumns() + views::kHighlightColumn),
-          cell().height * (view_->state().cursorLine + 1)};
+          cell().height * (TextCursorLine() + 1)};
 }
 
 void ProgramWindow::keyPressEvent(QKeyEvent* event) {

@@ -20,7 +20,8 @@ class ProgramWindow final : public CodeWindow {
   void RefreshFromTarget() override { view_->Refresh(); }
 
   QStringList TextLines() const override;
-  int TextCursorLine() const override { return view_->state().cursorLine; }
+  int TextCursorLine() const override { return view_->RowOfLine(view_->state().cursorLine); }
+  std::optional<PopupItem> ItemOf(int command) const override;
   QSize sizeHint() const override;
   std::string WordAt(QPoint at) const override;
 

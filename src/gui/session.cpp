@@ -42,11 +42,12 @@ Session::Session(const Options& given)
                 .log = [this](const std::string& line) { diagnostics_ << line << std::flush; }}),
       source_files(debugger.debug_info, [this] { return debugger.SourceFolders(); }),
       program_views(views, {debugger.memory, debugger.debug_info, debugger.frame,
-                            debugger.breakpoints, debugger.activity, settings, ui}),
+                            debugger.breakpoints, debugger.activity, settings, ui, &source_files}),
       registers(views, debugger.frame, ui) {
   frontend::UseForThisRun({.port = options.port}, settings);
   if (!std::filesystem::exists(settings.path())) BeginSettings(settings);
   program_views.ReadRange(settings);
+  program_views.ShowSource(settings.Integer(keys::kShowSource) != 0);
   SetDataSettings(views::ReadDataSettings(settings));
   recent_files.Read(settings);
 }

@@ -100,6 +100,16 @@ const LineEntry* LineTable::EntryAbove(base::Address address) const {
   return place == ascending_.size() ? nullptr : &entries_[ascending_[place]];
 }
 
+std::vector<SourceLine> LineTable::LinesAt(base::Address address) const {
+  std::vector<SourceLine> lines;
+  for (std::size_t i = FirstNotBelow(address); i < ascending_.size(); ++i) {
+    const LineEntry& entry = entries_[ascending_[i]];
+    if (entry.address != address) break;
+    if (std::ranges::find(lines, LineOf(entry)) == lines.end()) lines.push_back(LineOf(entry));
+  }
+  return lines;
+}
+
 std::optional<base::Address> LineTable::AddressForLine(std::uint32_t line,
                                                        std::uint32_t file) const {
   const auto found = by_line_.find(LineKey(line, file));

@@ -23,6 +23,7 @@ struct LineEntry {
 struct SourceLine {
   std::uint32_t line = 0;
   std::uint32_t file = 0;
+  bool operator==(const SourceLine&) const = default;
 };
 
 class LineTable {
@@ -46,6 +47,8 @@ class LineTable {
   // The nearest entry at or below the address, and the nearest above it; null when there is none.
   const LineEntry* EntryBelow(base::Address address) const;
   const LineEntry* EntryAbove(base::Address address) const;
+  // Of all entries with exactly this address, in file order, each once.
+  std::vector<SourceLine> LinesAt(base::Address address) const;
   // The first entry with this line in this file.
   std::optional<base::Address> AddressForLine(std::uint32_t line, std::uint32_t file) const;
 

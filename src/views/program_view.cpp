@@ -3,9 +3,18 @@
 
 #include <algorithm>
 
+#include "symbols/places.h"
 #include "views/program_views.h"
+#include "views/source_characters.h"
 
 namespace brevant::views {
+
+namespace {
+
+// Of one instruction; more would hide the code.
+constexpr int kMostSourceRows = 4;
+
+}  // namespace
 
 std::string ExpandTabs(std::string_view text) {
   std::string expanded;
@@ -105,15 +114,17 @@ void ProgramView::Pull(const base::Generations& before, const base::Generations&
   }
   if (redraw_ || lines_.lines().empty()) {
     Redraw();
-  } else {
+  } else if (!ShowsSource()) {
     lines_.Resize(state_.lineCount);
   }
   lines_.RecomputeLines(scroll_, thumb_, siblings_.range());
+  FitSource(scroll_);
   if (!lines_.lines().empty()) {
     // What has been read may have moved PC out of sight.
     if (stopped && !Shows(pc)) {
       state_.top = pc;
       Redraw();
+      FitSource(ScrollCode::RedrawFromTop);
     }
     state_.top = lines_.top();
     redraw_ = false;
@@ -121,6 +132,66 @@ void ProgramView::Pull(const base::Generations& before, const base::Generations&
     drawn_from_ = sources_.memory.generation();
   }
   MoveCursor(state_.cursorLine);
+}
+
+bool ProgramView::ShowsSource() const {
+  return siblings_.shows_source() && sources_.source_files != nullptr &&
+         sources_.debug_info.DebugInfoLoaded && !FileIoActive();
+}
+
+std::vector<std::string> ProgramView::SourceAbove(base::Address address) const {
+  std::vector<std::string> above;
+  for (const symbols::SourceLine& line : sources_.debug_info.LineTable.LinesAt(address)) {
+    if (static_cast<int>(above.size()) >= std::min(kMostSourceRows, state_.lineCount - 1)) break;
+    std::string text = symbols::LineName(line, sources_.debug_info.LineTable);
+    const auto source = sources_.source_files->Text(line).value_or(std::string());
+    const std::size_t first = source.find_first_not_of(" \t");
+    if (first != std::string::npos) {
+      text += "  " + ExpandSourceTabs(std::string_view(source).substr(first), 1, kDrawnCharacters);
+    }
+    above.push_back(std::move(text));
+  }
+  return above;
+}
+
+void ProgramView::FitSource(ScrollCode scrolled) {
+  source_.clear();
+  if (!ShowsSource()) return;
+  const auto rows_of = [this](const CodeLine& line) {
+    return static_cast<int>(SourceAbove(line.address).size()) + 1;
+  };
+  if (scrolled == ScrollCode::PageUp && lines_.top() != 0) {
+    int room = state_.lineCount;
+    std::size_t first = lines_.lines().size();
+    while (first > 0 && (room -= rows_of(lines_.lines()[first - 1])) >= 0) --first;
+    if (first > 0 && first < lines_.lines().size()) {
+      lines_.FillFrom(lines_.lines()[first].address, state_.lineCount);
+    }
+  }
+  lines_.Resize(state_.lineCount);
+  int rows = 0;
+  for (const CodeLine& line : lines_.lines()) {
+    std::vector<std::string> above = SourceAbove(line.address);
+    rows += static_cast<int>(above.size()) + 1;
+    if (rows > state_.lineCount && !source_.empty()) break;
+    source_.push_back(std::move(above));
+  }
+  lines_.Resize(static_cast<int>(source_.size()));
+}
+
+int ProgramView::RowOfLine(int line) const {
+  int row = line;
+  for (std::size_t above = 0; above < source_.size() && static_cast<int>(above) <= line; ++above) {
+    row += static_cast<int>(source_[above].size());
+  }
+  return row;
+}
+
+std::optional<int> ProgramView::LineAtRow(int row) const {
+  for (int line = 0; line < DrawableCount(); ++line) {
+    if (RowOfLine(line) == row) return line;
+  }
+  return std::nullopt;
 }
 
 int ProgramView::DrawableCount() const {
@@ -138,6 +209,7 @@ std::vector<ProgramLine> ProgramView::Lines() const {
     const CodeLine& line = lines_.lines()[static_cast<std::size_t>(i)];
     drawable.push_back({line.text, line.address, line.length, line.address == sources_.frame.PC,
                         i == state_.cursorLine, sources_.breakpoints.Has(line.address)});
+    if (!source_.empty()) drawable.back().source = source_[static_cast<std::size_t>(i)];
   }
   return drawable;
 }
@@ -153,8 +225,9 @@ std::optional<CodeLine> ProgramView::CursorLine() const {
 }
 
 ClickMeaning ProgramView::HitTest(int x, int y, CellSize cell) const {
-  if (y < 0 || y >= DrawableCount() * cell.height) return {};
-  const int line = y / cell.height;
+  const auto hit = y >= 0 ? LineAtRow(y / cell.height) : std::nullopt;
+  if (!hit) return {};
+  const int line = *hit;
   const base::Address address = lines_.lines()[static_cast<std::size_t>(line)].address;
   if (x < kAddressColumns * cell.width) {
     return {ClickMeaning::Kind::ToggleBreakpoint, line, address};

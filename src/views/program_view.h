@@ -24,6 +24,7 @@
 #include "views/code_lines.h"
 #include "views/open_views.h"
 #include "views/scroll_range.h"
+#include "views/source_files.h"
 
 namespace brevant::views {
 
@@ -36,6 +37,8 @@ struct ProgramSources {
   const control::Activity& activity;
   base::SettingsFile& settings;
   base::UserInterface& ui;
+  // Of the source lines between the instructions; none without it.
+  SourceFiles* source_files = nullptr;
 };
 
 class ProgramViews;
@@ -53,6 +56,8 @@ struct ProgramLine {
   bool is_pc = false;
   bool is_cursor = false;
   bool has_breakpoint = false;
+  // The source lines that made it, each a row above it: "count.c:30  sum++;".
+  std::vector<std::string> source = {};
 };
 
 // How a line is painted, in character cells: the address, the PC marker in the column behind it,
@@ -97,6 +102,10 @@ class ProgramView final : public View {
   // The lines within the program range, as of the last Follow.
   std::vector<ProgramLine> Lines() const;
   int DrawableCount() const;
+  // Rows of the window: of the instruction of a line, which has its source lines above it; and the
+  // line whose instruction stands in a row, nothing for a source line and below the last.
+  int RowOfLine(int line) const;
+  std::optional<int> LineAtRow(int row) const;
   int ScrollPosition() const;
 
   void MoveCursor(int line);
@@ -119,6 +128,11 @@ class ProgramView final : public View {
  private:
   bool FileIoActive() const { return sources_.activity.FileIoActive(); }
   void Redraw();
+  bool ShowsSource() const;
+  std::vector<std::string> SourceAbove(base::Address address) const;
+  // Keeps as many instructions as have room with the source lines above them. Going a page up the
+  // last ones are those that stay.
+  void FitSource(ScrollCode scrolled);
   bool Shows(base::Address address) const;
   // The host has changed bytes that are shown, or how they are named.
   bool Outdated(const base::Generations& before, const base::Generations& now) const;
@@ -127,6 +141,7 @@ class ProgramView final : public View {
   ProgramViews& siblings_;
   ProgramViewState state_;
   CodeLines lines_;
+  std::vector<std::vector<std::string>> source_;  // above each of the lines; empty without
   bool redraw_ = true;
   ScrollCode scroll_ = ScrollCode::RepaintOnly;
   int thumb_ = 0;

@@ -22,6 +22,11 @@ void ProgramViews::SetRange(const ScrollRange& range) {
   ++generation_;
 }
 
+void ProgramViews::ShowSource(bool shown) {
+  shows_source_ = shown;
+  ++generation_;
+}
+
 void ProgramViews::ReadRange(const base::SettingsFile& settings) {
   SetRange(ProgramScrollRange(settings.String(base::keys::kProgramRange)));
 }

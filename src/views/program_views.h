@@ -31,7 +31,10 @@ class ProgramViews {
   // At start-up and when the setting has changed.
   void SetRange(const ScrollRange& range);
   void ReadRange(const base::SettingsFile& settings);
-  // Moves with the range.
+  // Source lines between the instructions of all of them.
+  bool shows_source() const { return shows_source_; }
+  void ShowSource(bool shown);
+  // Moves with the range and the source lines.
   long generation() const { return generation_; }
 
  private:
@@ -42,6 +45,7 @@ class ProgramViews {
   OpenViews& open_;
   ProgramSources sources_;
   ScrollRange range_;
+  bool shows_source_ = false;
   std::vector<ProgramView*> views_;
   ProgramView* main_ = nullptr;
   long generation_ = 0;

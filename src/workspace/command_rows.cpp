@@ -133,6 +133,8 @@ constexpr CommandRow kRows[] = {
      "Set or clear a breakpoint at the cursor position", kNotDuringFileIo, "", "F9"},
     {kAddToWatch, Menu::ProgramPopup, "Add to watch", "Watch what lies at the cursor position",
      kNotDuringFileIo},
+    {kShowSource, Menu::ProgramPopup, "Show source lines",
+     "Show each source line above the instructions that it made", kNotDuringFileIo | kCheckable},
     {kPopupRefresh, Menu::ProgramPopup, "Refresh",
      "Read what the window shows from the target again", kPopup, "", "", kRefresh},
     // Popup menu of the data views

@@ -118,6 +118,11 @@ TEST_F(SourceTest, ABreakpointIsClickedAndReachedAndTheCursorRunTo) {
   EXPECT_EQ(PcLine(), 31);
   EXPECT_TRUE(window().status().toolTip().contains("counters.c:34 made no code"))
       << qPrintable(window().status().toolTip());
+  // The program window has source lines where that is chosen.
+  Choose(commands::kShowSource);
+  EXPECT_TRUE(program().TextLines().join('\n').contains("counters.c:31  "))
+      << qPrintable(program().TextLines().join('\n'));
+  EXPECT_EQ(session().settings.Integer(base::keys::kShowSource), 8);
   // Elsewhere the program window's cursor is.
   window().area().setActiveSubWindow(window().Children(kProgramKind).front());
   EXPECT_FALSE(debugger().run_control.SourceViewCurrent());

@@ -372,8 +372,8 @@ TEST_F(Desktop, OffersEveryCommandThatIsBuiltAndNoOther) {
     EXPECT_EQ(offered, IsBuilt(row.id)) << row.id;
   }
   std::set<int> acted;
-  for (const auto group :
-       {FileActions(), RunActions(), ProgramActions(), DataActions(), WindowActions()}) {
+  for (const auto group : {FileActions(), RunActions(), ProgramActions(), DataActions(),
+                           SourceActions(), WindowActions()}) {
     for (const CommandAction& action : group) {
       EXPECT_NE(workspace::FindCommand(action.id), nullptr) << action.id;
       EXPECT_TRUE(acted.insert(action.id).second) << action.id;

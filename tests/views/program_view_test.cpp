@@ -54,7 +54,11 @@ class ProgramViewTest : public ViewBench {
     return BytesSent();
   }
 
-  const ProgramSources sources{memory, debug_info, frame, breakpoints, activity, settings, user};
+  SourceFiles files{debug_info, [this] {
+                      return symbols::SourceFolders{folder.path().string(), {}, {}};
+                    }};
+  const ProgramSources sources{memory,   debug_info, frame, breakpoints,
+                               activity, settings,   user,  &files};
   ProgramViews views{open, sources};
   std::vector<std::unique_ptr<ProgramView>> opened;
 
@@ -261,6 +265,48 @@ TEST_F(ProgramViewTest, ClicksMeanWhatTheyHit) {
        }) {
     EXPECT_EQ(view.HitTest(c.x, c.y, kCell), c.meaning) << c.x << ',' << c.y;
   }
+}
+
+TEST_F(ProgramViewTest, SourceLinesStandAboveTheirInstructionsAndDisturbNothing) {
+  std::ofstream(folder.path() / "t.c") << "a;\n\t b;\nc;\n";
+  debug_info.LineTable.Assign(
+      {{kStarts[0], 1, 0}, {kStarts[2], 2, 0}, {kStarts[2], 3, 0}, {kStarts[4], 9, 0}}, {"t.c"});
+  debug_info.DebugInfoLoaded = true;
+  ProgramView& view = Open(kStarts[0], 6);
+  EXPECT_EQ(Of(view), Starts(0, 6));
+  views.ShowSource(true);
+  Follow();
+  // Six rows: a source line, two instructions, two source lines, an instruction.
+  EXPECT_EQ(Of(view), Starts(0, 3));
+  EXPECT_EQ(view.Lines()[0].source, std::vector<std::string>{"t.c:1  a;"});
+  EXPECT_EQ(view.Lines()[2].source, (std::vector<std::string>{"t.c:2  b;", "t.c:3  c;"}));
+  EXPECT_EQ(view.RowOfLine(2), 5);
+  EXPECT_EQ(view.LineAtRow(4), std::nullopt);
+
+  // A click on a source line is none, and others mean the instruction that they hit.
+  view.Click(10 * kCell.width, 2 * kLineHeight, kCell);
+  EXPECT_EQ(view.CursorLine()->address, kStarts[1]);
+  view.Click(10 * kCell.width, 3 * kLineHeight, kCell);
+  EXPECT_EQ(view.CursorLine()->address, kStarts[1]);
+  view.Click(0, 4 * kLineHeight, kCell);
+  EXPECT_EQ(breakpoints.count(), 0);
+  view.Click(0, 5 * kLineHeight, kCell);
+  EXPECT_TRUE(breakpoints.Has(kStarts[2]));
+
+  // A page down goes on behind what was shown, and a page up ends before it.
+  const auto scroll = [&](ScrollCode code) {
+    view.Scroll(code);
+    Follow();
+    return Of(view);
+  };
+  EXPECT_EQ(scroll(ScrollCode::PageDown), Starts(3, 5)) << "a file that ends before line 9";
+  EXPECT_EQ(view.Lines()[1].source, std::vector<std::string>{"t.c:9"});
+  EXPECT_EQ(scroll(ScrollCode::PageUp).back(), kStarts[2]);
+  EXPECT_EQ(scroll(ScrollCode::LineDown).front(), kStarts[1]);
+  EXPECT_EQ(scroll(ScrollCode::LineUp).front(), kStarts[0]);
+  views.ShowSource(false);
+  Follow();
+  EXPECT_EQ(Of(view), Starts(0, 6));
 }
 
 TEST_F(ProgramViewTest, TogglesBreakpointsUpToTheLimit) {
