@@ -97,7 +97,7 @@ void Find(const CommandContext& context) {
   if (view == nullptr || !view->state().loaded) return;
   const auto wanted =
       AskForFind(&context.window, {view->state().searchText, view->state().matchCase},
-                 static_cast<int>(views::SourceView::kMostSearchText));
+                 views::SourceView::kMostSearchText);
   if (!wanted) return;
   view->SetSearch(wanted->text, wanted->match_case);
   view->Search();

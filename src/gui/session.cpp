@@ -123,7 +123,8 @@ void Session::RefreshScreen() {
 
 void Session::FollowEngine() {
   base::Generations now = debugger.generations();
-  now.settings += program_views.generation() + data_settings_generation_ + watch.generation();
+  now.settings += program_views.generation() + data_settings_generation_ + watch.generation() +
+                  source_files.generation();
   views.Follow(now, debugger.MonitorListens());
 }
 

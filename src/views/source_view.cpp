@@ -211,8 +211,10 @@ void SourceView::MoveCursor(int row) {
 void SourceView::CheckFile() {
   if (info().DebugInfoLoaded != synchronised_) return Request();
   if (!synchronised_) return;
-  if (!state_.loaded) sources_.files.Forget();
-  sources_.files.Get(state_.currentFile);
+  const bool found = sources_.files.Get(state_.currentFile).place.found;
+  if (!found && symbols::FindSource(info(), state_.currentFile, sources_.files.folders()).found) {
+    return Refresh();
+  }
   if (of_file_ != sources_.files.generation()) Request();
 }
 
@@ -333,7 +335,7 @@ FileUse SourceView::UseFile(const std::string& chosen) {
 }
 
 void SourceView::SetSearch(std::string_view text, bool match_case) {
-  state_.searchText = text.substr(0, kMostSearchText);
+  state_.searchText = text;
   state_.matchCase = match_case;
   state_.searchLine = state_.top + state_.cursor;
   sources_.places.settings.Store(keys::kMatchCase, long{match_case});

@@ -68,7 +68,7 @@ enum class FileUse {
 
 class SourceView final : public View {
  public:
-  static constexpr std::size_t kMostSearchText = 99;
+  static constexpr int kMostSearchText = 99;  // characters
   static constexpr int kMostTabSize = 8;
 
   SourceView(OpenViews& open, const SourceSources& sources);

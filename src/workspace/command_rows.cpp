@@ -101,7 +101,7 @@ constexpr CommandRow kRows[] = {
     {kOpenCalls, Menu::Window, "Call st&ack", "Open the window of the functions the program is in",
      kNotDuringFileIo, "", "Alt+A"},
     {kOpenWatch, Menu::Window, "&Watch", "Open a watch window", kNotDuringFileIo},
-    {kOpenSource, Menu::Window, "&Source", "Open a surce window", kNotDuringFileIo},
+    {kOpenSource, Menu::Window, "&Source", "Open a surce window", kNotDuringFileIo, "", "Alt+S"},
     {kTile, Menu::Window, "&Tile", "Tile windows", kNotDuringFileIo | kSeparatorBefore, "Shift+F4"},
     {kCascade, Menu::Window, "&Cascade", "Cascade windows", kNotDuringFileIo, "Shift+F5"},
     {kArrangeIcons, Menu::Window, "Arrange &Icons", "Arrange window icons", kNotDuringFileIo},
