@@ -94,6 +94,7 @@ std::uint32_t SourceView::FirstFile() const {
 }
 
 void SourceView::Load(std::uint32_t file) {
+  if (file != state_.currentFile) lines_.clear();
   state_.currentFile = file;
   const SourceFiles::File& found = sources_.files.Get(file);
   of_file_ = sources_.files.generation();
@@ -132,6 +133,7 @@ void SourceView::ReadRows() {
   if (of_file_ != sources_.files.generation()) Load(state_.currentFile);
   const auto lines = file.index.Read(state_.top, state_.rows, state_.left + state_.columns);
   lines_.clear();
+  lines_from_ = state_.top;
   if (lines) {
     lines_ = *lines;
   } else if (state_.loaded) {
@@ -248,7 +250,7 @@ std::vector<SourceRow> SourceView::Rows() const {
   const int characters = state_.left + state_.columns;
   for (const SourceIndex::Line& line : lines_) {
     const auto row = static_cast<int>(rows.size());
-    const int number = state_.top + row + 1;
+    const int number = lines_from_ + row + 1;
     std::string text = ExpandSourceTabs(line.text, state_.tabSize, characters);
     std::vector<TextSpan> spans = ColourSpans(text, language_, line.begins_in_comment);
     rows.push_back({.number = number,

@@ -150,7 +150,8 @@ class SourceView final : public View {
 
   SourceSources sources_;
   SourceViewState state_;
-  std::vector<SourceIndex::Line> lines_;  // from the top on
+  std::vector<SourceIndex::Line> lines_;
+  int lines_from_ = 0;  // the top when they were read
   std::vector<std::string> problem_;
   std::string newer_;  // than the image
   SourceLanguage language_ = SourceLanguage::Plain;
