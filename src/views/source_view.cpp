@@ -7,6 +7,7 @@
 #include "base/file_names.h"
 #include "base/files.h"
 #include "base/text_format.h"
+#include "frames/source_line.h"
 #include "symbols/places.h"
 #include "views/messages.h"
 #include "views/source_characters.h"
@@ -68,16 +69,8 @@ void SourceView::Pull(const base::Generations& before, const base::Generations& 
 }
 
 std::optional<symbols::SourceLine> SourceView::PcLine() const {
-  const base::Address pc = sources_.frame.PC;
   const symbols::LineTable& table = info().LineTable;
-  // The line before PC is that of another function where PC is in none that is known.
-  const auto contains = [pc](const symbols::Function& function) {
-    return function.first <= pc && pc <= function.last;
-  };
-  const auto& functions = info().functions;
-  const bool outside = !functions.empty() && std::ranges::none_of(functions, contains);
-  if (outside && !table.HasLineAt(pc)) return std::nullopt;
-  const auto line = table.LineForAddress(pc);
+  const auto line = frames::LineAt(sources_.frame.PC, info());
   // A compiler's start-up code comes from an assembler source that it does not leave.
   const bool left_out = line && line->file < table.files().size() &&
                         LanguageOf(table.files()[line->file]) == SourceLanguage::Assembler &&
