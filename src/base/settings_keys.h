@@ -104,6 +104,8 @@ inline constexpr SettingsKey kDataPerLine{"config", "DataPerLine", SettingKind::
 // 3 bytes, 5 words.
 inline constexpr SettingsKey kDataUnit{"config", "WordByte", SettingKind::Integer, "5", 0};
 inline constexpr SettingsKey kDataAscii{"config", "DisPlayAscii", SettingKind::Integer, "1", 0};
+// 1 shows watched values whose types are known as C writes them.
+inline constexpr SettingsKey kWatchAsC{"config", "WatchAsC", SettingKind::Integer, "0", 0};
 inline constexpr SettingsKey kFileIoIn{"config", "FileIoIn", SettingKind::String, "", 100};
 inline constexpr SettingsKey kFileIoOut{"config", "FileIoOut", SettingKind::String, "", 100};
 inline constexpr SettingsKey kSaveOnExit{"config", "saveonexit", SettingKind::Flag, "0", 0};
@@ -115,6 +117,8 @@ inline constexpr SettingsKey kRegistersGeometry{"window", "regs", SettingKind::G
 inline constexpr SettingsKey kSourceGeometry{"window", "csrc", SettingKind::Geometry, "", 99};
 inline constexpr SettingsKey kStackGeometry{"window", "stack", SettingKind::Geometry, "", 99};
 inline constexpr SettingsKey kCallsGeometry{"window", "calls", SettingKind::Geometry, "", 99};
+inline constexpr SettingsKey kVariablesGeometry{"window", "vars", SettingKind::Geometry, "", 99};
+inline constexpr SettingsKey kVariablesOpen{"window", "nvars", SettingKind::Integer, "0", 0};
 inline constexpr SettingsKey kWatchOpen{"window", "nwatch", SettingKind::Integer, "0", 0};
 inline constexpr SettingsKey kSourceOpen{"window", "ncsrc", SettingKind::Integer, "0", 0};
 inline constexpr SettingsKey kStackOpen{"window", "nstack", SettingKind::Integer, "0", 0};

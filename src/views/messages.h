@@ -64,6 +64,7 @@ inline constexpr const char* kEndsBeyondMemory = "it ends beyond FFFF";
 inline constexpr const char* kReadOnRequestOnly =
     "%s not read yet: reading it %s, so only Refresh (Ctrl+F5) does";
 inline constexpr const char* kLineDamagesReading = "the line damages what is read there";
+inline constexpr const char* kNoBytesOfItsOwn = "it has no bytes of its own in memory";
 inline constexpr const char* kNoBytesShown = "no byte of it is shown";
 
 // Watched variables.

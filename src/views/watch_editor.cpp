@@ -20,6 +20,8 @@ bool WatchEditor::Open() {
     ui_.ShowMessage(base::ToMessage(messages::kWatchNotEdited, item_.name, why));
     return false;
   };
+  if (item_.computed) return refuse(messages::kNoBytesOfItsOwn);
+  if (item_.held != Held::Current && !item_.problem.empty()) return refuse(item_.problem);
   const auto count = static_cast<base::Address>(item_.bytes());
   if (count == 0) return refuse(messages::kNoBytesShown);
   if (const auto refused = WhyNotWritable(memory_, {item_.address, count})) {

@@ -11,7 +11,7 @@
 #include "base/text_format.h"
 #include "base/text_number.h"
 #include "symbols/importers.h"
-#include "symbols/places.h"
+#include "views/watched_name.h"
 
 namespace brevant::views {
 namespace {
@@ -107,13 +107,6 @@ WatchFile LoadWatchFile(const std::string& path, const symbols::DebugInfo& info)
     loaded.items.push_back(std::move(item));
   }
   return loaded;
-}
-
-std::optional<base::Address> FindWatched(std::string_view name, const symbols::DebugInfo& info) {
-  if (name.empty()) return std::nullopt;
-  if (const auto known = info.SymbolTable.FindSymbolAddress(name)) return known;
-  const auto named = symbols::FindNamed(name, info);
-  return named.size() == 1 ? std::optional(named.front()->address) : std::nullopt;
 }
 
 }  // namespace brevant::views

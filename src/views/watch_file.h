@@ -7,7 +7,6 @@
 // Rests on the settings file's form. Whatever a file holds, reading it gives a list.
 #pragma once
 
-#include <optional>
 #include <span>
 #include <string>
 #include <vector>
@@ -31,8 +30,5 @@ struct WatchFile {
 };
 // Names get the addresses of the loaded program, where that has names of its own.
 WatchFile LoadWatchFile(const std::string& path, const symbols::DebugInfo& info);
-
-// The symbol of that name, ignoring case, or spelt as in C, without the compiler's "_".
-std::optional<base::Address> FindWatched(std::string_view name, const symbols::DebugInfo& info);
 
 }  // namespace brevant::views

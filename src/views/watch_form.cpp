@@ -2,15 +2,20 @@
 #include "views/watch_form.h"
 
 #include <algorithm>
+#include <cctype>
+#include <utility>
 
 #include "base/file_names.h"
 #include "base/text_format.h"
 #include "base/text_number.h"
 #include "views/messages.h"
-#include "views/watch_file.h"
+#include "views/watched_name.h"
 
 namespace brevant::views {
 namespace {
+
+constexpr std::pair<int, char> kWidthCodes[] = {
+    {1, watch_codes::kByte}, {2, watch_codes::kWord}, {4, watch_codes::kLong}};
 
 bool IsHexNumber(std::string_view text) {
   return !text.empty() && base::IsHexField(text);
@@ -27,13 +32,20 @@ bool IsBeyondMemory(std::string_view hex) {
   return hex.size() > 4;
 }
 
-std::optional<WatchForm::Refusal> Refused(const WatchForm& form) {
+std::optional<WatchForm::Refusal> Refused(const WatchForm& form, const symbols::DebugInfo& info) {
   using Field = WatchForm::Field;
   if (form.display == watch_codes::kString && !IsHexNumber(form.length)) {
     return WatchForm::Refusal{Field::Length, messages::kExpectLength};
   }
-  if (!IsHexNumber(form.address))
+  // Of an expression the address is only known at a stop.
+  const bool is_expression = IsExpression(Trimmed(form.symbol), info);
+  if (!IsHexNumber(form.address) && !(is_expression && form.address.empty())) {
     return WatchForm::Refusal{Field::Address, messages::kExpectAddress};
+  }
+  if (is_expression && Trimmed(form.symbol).size() > WatchItem::kMostName) {
+    return WatchForm::Refusal{Field::Symbol,
+                              base::Format(messages::kNameTooLong, WatchItem::kMostName)};
+  }
   if (IsBeyondMemory(form.address)) {
     return WatchForm::Refusal{Field::Address,
                               base::Format(messages::kBeyondAddressSpace, form.address)};
@@ -52,6 +64,7 @@ WatchForm WatchForm::ToAdd() {
 
 WatchForm WatchForm::ToModify(const WatchItem& item) {
   WatchForm form{.title = "Modify Setting",
+                 .adds = false,
                  .symbol = item.name,
                  .address = base::Format("%x", item.address),
                  .display = item.display,
@@ -67,28 +80,54 @@ std::vector<std::string> WatchForm::Choices(const symbols::DebugInfo& info) {
   return names;
 }
 
-void WatchForm::ChooseSymbol(std::string_view name, const symbols::DebugInfo& info) {
+void WatchForm::ChooseSymbol(std::string_view name, const WatchNames& names) {
   symbol = name;
-  if (name.size() < 2) return;
-  if (const auto known = FindWatched(name, info)) address = base::Format("%05lx", *known);
+  if (name.size() < 2 && !IsExpression(name, names.info)) return;
+  if (const auto known = FindWatched(name, names.info)) address = base::Format("%05lx", *known);
+  if (names.context == nullptr) return;
+  const auto result = EvaluateWatched(name, *names.context);
+  if (!result || !result->ok()) return;
+  if (result->value.place) address = base::Format("%05lx", result->value.place->address);
+  if (adds) TakeType(result->value.type, names.info.types);
 }
 
-void WatchForm::TypeSymbol(std::string_view text, const symbols::DebugInfo& info) {
-  ChooseSymbol(base::UpperCase(text), info);
+void WatchForm::TypeSymbol(std::string_view text, const WatchNames& names) {
+  // In an expression capitals would name other members.
+  const bool is_name = std::ranges::all_of(
+      text, [](unsigned char c) { return c == '_' || c == ' ' || std::isalnum(c) != 0; });
+  ChooseSymbol(is_name ? base::UpperCase(text) : std::string(text), names);
 }
 
-std::optional<WatchForm::Refusal> WatchForm::Check(base::UserInterface& ui) const {
-  auto refused = Refused(*this);
+void WatchForm::TakeType(const symbols::Type& type, const symbols::Types& types) {
+  const symbols::Type& element = types[type.target];
+  if (type.kind == symbols::Type::Kind::Array && element.size == 1 && eval::IsInteger(element)) {
+    display = watch_codes::kString;
+    length = base::Format("%x", std::min(type.count, WatchItem::kMostString));
+    return;
+  }
+  if (display == watch_codes::kString) display = watch_codes::kHex;
+  if (!eval::IsScalar(type)) return;
+  for (const auto& [size, code] : kWidthCodes) {
+    if (type.size == size) width = code;
+  }
+  sign = type.is_signed ? watch_codes::kSigned : watch_codes::kUnsigned;
+}
+
+std::optional<WatchForm::Refusal> WatchForm::Check(const WatchNames& names,
+                                                   base::UserInterface& ui) const {
+  auto refused = Refused(*this, names.info);
   if (refused) ui.Beep();
   return refused;
 }
 
 WatchItem WatchForm::Item(const symbols::DebugInfo& info) const {
   WatchItem item{.address = base::ParseHex(address),
-                 .name = Trimmed(symbol).substr(0, kMostName),
+                 .name = Trimmed(symbol),
                  .display = display,
                  .width = width,
                  .sign = sign};
+  if (!IsExpression(item.name, info))
+    item.name.resize(std::min<std::size_t>(item.name.size(), kMostName));
   if (item.IsString()) {
     const std::uint32_t wanted = base::ParseHex(length);
     item.lengthOrValue =

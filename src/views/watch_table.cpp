@@ -15,6 +15,7 @@ using namespace watch_codes;
 // A name that does not fit gives way to the end of the text, its display code.
 constexpr std::size_t kNameShown = 9;
 constexpr std::size_t kEndShown = 4;
+constexpr char kAsC = 'C';  // in place of a display code
 
 }  // namespace
 
@@ -30,14 +31,19 @@ int WatchItem::bytes() const {
   return width == kWord ? 2 : 4;
 }
 
+int WatchItem::RowsBelow() const {
+  return std::max(static_cast<int>(values.rows().size()) - 1, 0);
+}
+
 std::string WatchItem::Label() const {
-  std::string text = base::Format("%s(%c) ", name, display);
+  std::string text = base::Format("%s(%c) ", name, as_c.empty() ? display : kAsC);
   constexpr auto kWidth = static_cast<std::size_t>(kWatchLabelWidth);
   if (text.size() >= kWidth) {
     text = name.substr(0, kNameShown) + text.substr(text.size() - kEndShown);
   } else {
     text.insert(0, kWidth - text.size(), ' ');
   }
+  if (has_parts) text.back() = RowsBelow() > 0 ? '-' : '+';
   if (!resolved) text.back() = '*';
   return text;
 }
@@ -51,6 +57,7 @@ std::string WatchItem::DecimalText() const {
 }
 
 std::string WatchItem::ValueText() const {
+  if (!as_c.empty()) return as_c;
   if (held != Held::Current) return kNotKnown;
   if (IsString()) return ShownString(lastString);
   const auto value = static_cast<std::uint32_t>(lengthOrValue);
@@ -70,15 +77,15 @@ int WatchTable::LineCount() const {
 
 int WatchTable::LineOf(int entry) const {
   int line = 0;
-  for (int n = 0; n < entry; ++n) line += 1 + items_[static_cast<std::size_t>(n)].rows_below;
+  for (int n = 0; n < entry; ++n) line += 1 + items_[static_cast<std::size_t>(n)].RowsBelow();
   return line;
 }
 
 WatchTable::Place WatchTable::PlaceOf(int line) const {
   int entry = 0;
   for (const WatchItem& item : items_) {
-    if (line <= item.rows_below) break;
-    line -= 1 + item.rows_below;
+    if (line <= item.RowsBelow()) break;
+    line -= 1 + item.RowsBelow();
     ++entry;
   }
   return {entry, line};
@@ -103,7 +110,6 @@ void WatchTable::Highlight(int line) {
   if (rows_ >= LineCount() || line < top_) top_ = rows_ >= LineCount() ? 0 : line;
   if (line >= top_ + rows_ && rows_ > 0) top_ = line - rows_ + 1;
   cursor_ = line - top_;
-  Changed();
 }
 
 void WatchTable::Assign(std::vector<WatchItem> items) {
@@ -125,6 +131,7 @@ void WatchTable::Replace(WatchItem item) {
   const auto place = HighlightedPlace();
   if (!place) return;
   items_[static_cast<std::size_t>(place->entry)] = std::move(item);
+  Changed();
   Highlight(LineOf(place->entry));
 }
 
@@ -132,9 +139,10 @@ void WatchTable::Delete() {
   const auto place = HighlightedPlace();
   if (!place) {
     cursor_ = 0;
-    return Changed();
+    return;
   }
   items_.erase(items_.begin() + place->entry);
+  Changed();
   Highlight(LineOf(std::min(place->entry, std::max(count() - 1, 0))));
 }
 
@@ -162,6 +170,7 @@ void WatchTable::Swap(int upper, int highlighted) {
   std::swap(first, second);
   std::swap(first.reserved, second.reserved);  // belongs to the place in the file
   Highlight(LineOf(highlighted));
+  Changed();
 }
 
 void WatchTable::SetRows(int rows) {
@@ -175,7 +184,6 @@ void WatchTable::Scroll(ScrollCode code, int position) {
   const auto to = [&](int top) {
     top_ = rows_ >= LineCount() ? 0 : std::clamp(top, 0, last);
     cursor_ = std::clamp(cursor_, 0, last - top_);
-    Changed();
   };
   switch (code) {
     case ScrollCode::LineUp:
@@ -198,20 +206,20 @@ void WatchTable::PlaceCursor(int row) {
   if (items_.empty()) row = 0;
   if (row < 0 || top_ + row >= std::max(LineCount(), 1)) return;
   cursor_ = row;
-  Changed();
 }
 
 void WatchTable::MoveCursor(int lines) {
   Highlight(top_ + cursor_ + lines);
 }
 
-void WatchTable::SetRowsBelow(int entry, int rows) {
+void WatchTable::SetValues(int entry, ValueRows values) {
   WatchItem& item = items_[static_cast<std::size_t>(entry)];
-  if (item.rows_below == rows) return;
+  const int rows_before = item.RowsBelow();
   // The same entry stays highlighted, and what is unfolded under it as far as it is still there.
   const WatchTable::Place place = *HighlightedPlace();
-  item.rows_below = rows;
-  const int below = place.entry == entry ? std::min(place.below, rows) : place.below;
+  item.values = std::move(values);
+  if (item.RowsBelow() == rows_before) return;
+  const int below = place.entry == entry ? std::min(place.below, item.RowsBelow()) : place.below;
   Highlight(LineOf(place.entry) + below);
 }
 

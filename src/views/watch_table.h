@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The list of watched variables, with the highlighted line and what of it is in sight: the rules of
 // the list alone. Whoever reads the target stores the values here. It outlives the window onto it.
-// Rests on nothing but how numbers become text.
+// Rests on how values become rows.
 #pragma once
 
 #include <cstdint>
@@ -12,6 +12,7 @@
 
 #include "base/address.h"
 #include "views/scroll_code.h"
+#include "views/value_rows.h"
 
 namespace brevant::views {
 
@@ -42,12 +43,19 @@ struct WatchItem {
   bool resolved = false;      // address is that of the symbol called name
   Held held = Held::Nothing;
   std::string problem = {};  // why there is no value
-  int rows_below = 0;        // lines that are unfolded under it
+  // Of a name that C knows.
+  bool has_parts = false;  // that can be unfolded
+  bool computed = false;   // the value is no bytes of memory
+  std::string as_c = {};   // the value as C writes it, where that is to be shown
+  ValueRows values = {};   // itself and what is unfolded below it; empty while folded
 
   bool IsString() const { return display == watch_codes::kString; }
   // How many bytes of the target it stands for.
   int bytes() const;
-  // "      count(H) ": 13 characters, the last one '*' for a name that is no symbol.
+  // Lines that are unfolded under it.
+  int RowsBelow() const;
+  // "      count(H) ": 13 characters, the last one '*' for a name that is no symbol, '+' or '-' for
+  // a value with parts.
   std::string Label() const;
   // What was read last, as it is to be shown; kNotKnown when it could not be read. A zero byte of a
   // string is character 1.
@@ -84,7 +92,7 @@ class WatchTable {
   // Nothing for an empty list.
   std::optional<Place> HighlightedPlace() const;
   const WatchItem* Highlighted() const;
-  // Moves when the list changes, or what of it is shown; not for values.
+  // Moves when the list changes; not for values and what of it is in sight.
   long generation() const { return generation_; }
 
   void Clear() { Assign({}); }
@@ -108,9 +116,9 @@ class WatchTable {
   // By so many lines; what is highlighted then is in sight.
   void MoveCursor(int lines);
 
-  // The values of an entry, or how many lines are unfolded below it.
+  // The values of an entry, but for what is unfolded below it.
   std::span<WatchItem> values() { return items_; }
-  void SetRowsBelow(int entry, int rows);
+  void SetValues(int entry, ValueRows values);
 
  private:
   void Swap(int upper, int highlighted);

@@ -10,17 +10,27 @@
 #include <string>
 
 #include "control/activity.h"
+#include "control/register_frame.h"
+#include "eval/evaluate.h"
 #include "memory/memory.h"
+#include "symbols/debug_info.h"
 #include "views/open_views.h"
 #include "views/watch_table.h"
 
 namespace brevant::views {
 
+// What is watched; borrowed.
+struct WatchSources {
+  memory::Memory& memory;
+  const symbols::DebugInfo& debug_info;
+  const control::RegisterFrame& frame;
+  const control::Activity& activity;
+};
+
 class WatchView final : public View {
  public:
   // All is borrowed. The list starts anew.
-  WatchView(OpenViews& open, WatchTable& table, memory::Memory& memory,
-            const control::Activity& activity);
+  WatchView(OpenViews& open, WatchTable& table, const WatchSources& sources, bool as_c = false);
 
   const WatchTable& table() const { return table_; }
   // Whole lines alone count.
@@ -29,6 +39,13 @@ class WatchView final : public View {
   void Scroll(ScrollCode code, int position = 0);
   void MoveCursor(int lines);
   void PlaceCursor(int row);
+  // Values whose names C knows are shown as C writes them.
+  bool as_c() const { return as_c_; }
+  void ShowAsC(bool wanted);
+  // The highlighted value's parts appear below it, or go.
+  void Unfold(bool unfolded);
+  // The same of the row in sight at the column, where its mark stands; false elsewhere.
+  bool ToggleAt(int row, int column);
   // Asks the target for everything that is watched, whatever is kept of it.
   void Refresh();
   // Of the highlighted entry: where it lies, what it is taken for, and why it shows no value.
@@ -42,15 +59,21 @@ class WatchView final : public View {
  private:
   enum class Compare { WithTheTimeBefore, WithWhatIsShown };
 
-  void Read(WatchItem& item, Compare compare) const;
+  void ReadEntry(int entry, Compare compare, const eval::Context& context);
+  // Where an expression lies now, or its number, or why there is neither.
+  static void Locate(WatchItem& item, const eval::Result& meant, const eval::Context& context);
+  void ReadBytes(WatchItem& item) const;
+  void UnfoldAt(int line, bool unfolded);
+  const ValueRow* RowAt(const WatchTable::Place& place) const;
 
   WatchTable& table_;
-  memory::Memory& memory_;
-  const control::Activity& activity_;
+  WatchSources sources_;
+  bool as_c_;
   bool on_request_ = false;
   bool missed_stop_ = false;  // a stop or an edit has not been followed yet
   long read_memory_ = -1;     // generations that were read
   long read_table_ = -1;
+  long read_symbols_ = -1;
   long written_ = 0;
 };
 

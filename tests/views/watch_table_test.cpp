@@ -101,7 +101,12 @@ TEST_F(WatchTableTest, ScrollsAsItsBarDoes) {
 }
 
 TEST_F(WatchTableTest, LinesUnfoldedBelowAnEntryBelongToIt) {
-  table.SetRowsBelow(1, 3);
+  const auto rows = [](int below) {
+    ValueRows values;
+    for (int i = 0; i <= below; ++i) values.AddHeading("row");
+    return values;
+  };
+  table.SetValues(1, rows(3));
   table.MoveCursor(4);
   EXPECT_EQ(table.LineCount(), 13);
   EXPECT_EQ(Shown(), "b13");
@@ -113,7 +118,7 @@ TEST_F(WatchTableTest, LinesUnfoldedBelowAnEntryBelongToIt) {
   EXPECT_EQ(table.PlaceOf(5).entry, 2);
   EXPECT_EQ(table.PlaceOf(6).entry, 3);
   table.PlaceCursor(0);
-  table.SetRowsBelow(2, 1);
+  table.SetValues(2, rows(1));
   EXPECT_EQ(table.HighlightedPlace()->below, 1) << "as far as it is still there";
 }
 
@@ -157,7 +162,7 @@ class WatchFormTest : public testing::Test {
  protected:
   WatchFormTest() { info.SymbolTable.Assign({{"_count", 0x80, 0, ""}, {"x", 0x90, 0, ""}}); }
   std::string Refusal(const WatchForm& form) {
-    const auto refused = form.Check(user);
+    const auto refused = form.Check({info}, user);
     return refused ? refused->why : "";
   }
   base::TestUser user;
@@ -166,17 +171,17 @@ class WatchFormTest : public testing::Test {
 
 TEST_F(WatchFormTest, ANameBringsItsAddress) {
   WatchForm form = WatchForm::ToAdd();
-  form.TypeSymbol("x", info);
+  form.TypeSymbol("x", {info});
   EXPECT_EQ(form.address, "") << "one letter may become any name";
-  form.TypeSymbol("_coun", info);
+  form.TypeSymbol("_coun", {info});
   EXPECT_EQ(form.address, "");
-  form.TypeSymbol("_count", info);
+  form.TypeSymbol("_count", {info});
   EXPECT_EQ(form.symbol + form.address, "_COUNT00080");
   EXPECT_EQ(form.Item(info).address, 0x80u);
   EXPECT_TRUE(form.Item(info).resolved);
   form.address = "123";
   EXPECT_EQ(form.Item(info).address, 0x80u) << "the symbol's address counts";
-  form.ChooseSymbol("no_symbol", info);
+  form.ChooseSymbol("no_symbol", {info});
   const WatchItem item = form.Item(info);
   EXPECT_EQ(item.address, 0x123u);
   EXPECT_FALSE(item.resolved);
@@ -190,20 +195,20 @@ TEST_F(WatchFormTest, RefusesWhatIsNoAddressOrLength) {
   WatchForm form = WatchForm::ToAdd();
   EXPECT_NE(Refusal(form), "");
   form.address = "12G";
-  EXPECT_EQ(form.Check(user)->field, WatchForm::Field::Address);
+  EXPECT_EQ(form.Check({info}, user)->field, WatchForm::Field::Address);
   form.address = "100000080";
   EXPECT_EQ(Refusal(form), "100000080 is beyond FFFF, the last address of the target.");
   form.address = "00000000080";
   EXPECT_EQ(Refusal(form), "");
   form.display = watch_codes::kString;
-  EXPECT_EQ(form.Check(user)->field, WatchForm::Field::Length);
+  EXPECT_EQ(form.Check({info}, user)->field, WatchForm::Field::Length);
   form.length = "a";
   EXPECT_EQ(Refusal(form), "");
   EXPECT_EQ(form.Item(info).lengthOrValue, 10);
   form.length = "fff";
   EXPECT_EQ(form.Item(info).lengthOrValue, 16);
   form.symbol = "a@b";
-  EXPECT_EQ(form.Check(user)->field, WatchForm::Field::Symbol);
+  EXPECT_EQ(form.Check({info}, user)->field, WatchForm::Field::Symbol);
   EXPECT_EQ(user.beeps, 5);
 }
 

@@ -44,7 +44,7 @@ class WatchViewTest : public ViewBench {
   std::string LastText() { return user.texts.empty() ? "" : user.texts.back(); }
 
   WatchTable table;
-  WatchView view{open, table, memory, activity};
+  WatchView view{open, table, {memory, debug_info, frame, activity}};
 };
 
 TEST_F(WatchViewTest, ReadsEachWidthWithAsFewBytesAsItTakes) {

@@ -1,0 +1,169 @@
+// SPDX-License-Identifier: MIT
+#include "views/variables_view.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "base/text_format.h"
+#include "control/program_context.h"
+#include "eval/evaluate.h"
+#include "eval/format.h"
+#include "eval/names.h"
+#include "frames/call_stack.h"
+
+namespace brevant::views {
+namespace {
+
+using symbols::Variable;
+
+constexpr const char* kNoFunction = "%04x: no function whose variables are known";
+constexpr const char* kLocals = "%s: parameters and locals";
+constexpr const char* kStatics = "%s: statics of the module";
+constexpr const char* kGlobals = "globals";
+constexpr const char* kNone = "%s: none";
+
+std::string Heading(const std::string& text, bool any) {
+  return any ? text : base::Format(kNone, text);
+}
+
+}  // namespace
+
+int VariablesView::last_position() const {
+  return std::max(static_cast<int>(rows().size()) - lines_, 0);
+}
+
+void VariablesView::Resize(int client_height, int line_height) {
+  if (line_height <= 0) return;
+  lines_ = client_height / line_height;
+  Show(cursor_);
+}
+
+void VariablesView::Show(int row) {
+  cursor_ = std::clamp(row, 0, std::max(static_cast<int>(rows().size()) - 1, 0));
+  if (cursor_ >= top_ + lines_) top_ = cursor_ - lines_ + 1;
+  top_ = std::clamp(std::min(top_, cursor_), 0, last_position());
+  Repaint();
+}
+
+void VariablesView::MoveCursor(int row) {
+  Show(row);
+}
+
+void VariablesView::Scroll(ScrollCode code, int position) {
+  const auto to = [this](int top) {
+    top_ = std::clamp(top, 0, last_position());
+    Repaint();
+  };
+  switch (code) {
+    case ScrollCode::LineUp:
+      return to(top_ - 1);
+    case ScrollCode::LineDown:
+      return to(top_ + 1);
+    case ScrollCode::PageUp:
+      return Show(cursor_ - std::max(lines_, 1));
+    case ScrollCode::PageDown:
+      return Show(cursor_ + std::max(lines_, 1));
+    case ScrollCode::ThumbTrack:
+      return to(position);
+    case ScrollCode::RedrawFromTop:
+    case ScrollCode::RepaintOnly:
+      return;
+  }
+}
+
+void VariablesView::Unfold(bool unfolded) {
+  const auto row = static_cast<std::size_t>(cursor_);
+  if (row < rows().size() && rows()[row].has_parts && values_.Unfold(rows()[row].path, unfolded)) {
+    Request();
+  }
+}
+
+bool VariablesView::ToggleAt(int row, int column) {
+  const auto n = static_cast<std::size_t>(top_ + row);
+  if (row < 0 || n >= rows().size()) return false;
+  if (!rows()[n].has_parts || rows()[n].MarkColumn() != column) return false;
+  Show(static_cast<int>(n));
+  Unfold(!rows()[n].unfolded);
+  return true;
+}
+
+void VariablesView::Refresh() {
+  for (const ValueRow& row : rows()) {
+    if (!row.value.place) continue;
+    sources_.memory.Drop(
+        {row.value.place->address, static_cast<base::Address>(std::max(row.value.type.size, 1))});
+  }
+  on_request_ = true;
+  Request();
+}
+
+void VariablesView::Pull(const base::Generations& before, const base::Generations& now) {
+  if (sources_.activity.FileIoActive()) return;
+  if (before.stops != now.stops) values_.BeginStop();
+  MakeRows(control::ContextOf(
+      sources_.memory, sources_.debug_info, sources_.frame,
+      std::exchange(on_request_, false) ? eval::Reading::Everything : eval::Reading::Sparing));
+  Show(cursor_);
+}
+
+void VariablesView::MakeRows(const eval::Context& context) {
+  values_.Begin();
+  const symbols::Function* const function = context.function();
+  const auto add = [&](const Variable& variable, const std::string& scope) {
+    values_.Add(scope, variable.name, eval::ValueOf(variable, context), context);
+  };
+  const std::vector<Variable>& all = sources_.debug_info.variables;
+  const auto any = [&](std::string_view module) {
+    return std::ranges::find(all, module, &Variable::module) != all.end();
+  };
+  if (function == nullptr) {
+    values_.AddHeading(base::Format(kNoFunction, sources_.frame.PC));
+  } else {
+    const frames::Frame here{.pc = sources_.frame.PC, .function = function};
+    const std::string name = frames::FunctionName(here, sources_.debug_info);
+    values_.AddHeading(Heading(base::Format(kLocals, name), !function->locals.empty()));
+    for (const Variable& local : function->locals) add(local, name);
+  }
+  const std::string module = context.module();
+  if (!module.empty() && any(module)) {
+    values_.AddHeading(base::Format(kStatics, module));
+    for (const Variable& variable : all) {
+      if (variable.module == module) add(variable, module);
+    }
+  }
+  values_.AddHeading(Heading(kGlobals, any("")));
+  for (const Variable& variable : all) {
+    if (variable.module.empty()) add(variable, "");
+  }
+}
+
+std::string VariablesView::Explain() const {
+  const auto n = static_cast<std::size_t>(cursor_);
+  if (n >= rows().size() || rows()[n].is_heading) return {};
+  const ValueRow& row = rows()[n];
+  const eval::Context context = control::ContextOf(sources_.memory, sources_.debug_info,
+                                                   sources_.frame, eval::Reading::Sparing);
+  std::string text = eval::TypeText(row.value, context) + ' ' + row.name;
+  if (row.value.place) text = base::Format("%04x ", row.value.place->address) + text;
+  return text + " = " + row.text;
+}
+
+const ValueRow* VariablesView::Editable() const {
+  const auto n = static_cast<std::size_t>(cursor_);
+  if (n >= rows().size()) return nullptr;
+  const ValueRow& row = rows()[n];
+  const bool can_change =
+      row.value.unavailable.empty() && row.value.place && eval::IsScalar(row.value.type);
+  return can_change ? &row : nullptr;
+}
+
+std::string VariablesView::Assign(std::string_view text) {
+  const ValueRow* const row = Editable();
+  if (row == nullptr) return "it cannot be changed";
+  const eval::Context context = control::ContextOf(sources_.memory, sources_.debug_info,
+                                                   sources_.frame, eval::Reading::Everything);
+  const eval::Result what = eval::Evaluate(text, context);
+  return what.ok() ? eval::Assign(row->value, what.value, context) : what.problem;
+}
+
+}  // namespace brevant::views
