@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-// Commands of the watch window's popup menu, and the configuration file that follows the program.
-#include <QLatin1String>
-
+// Commands of the popup menus of the watch window and of the variables window, and the
+// configuration file that follows the program.
 #include "base/files.h"
+#include "control/program_context.h"
 #include "gui/command_actions.h"
 #include "gui/data_window.h"
 #include "gui/edit_dialogs.h"
@@ -11,6 +11,7 @@
 #include "gui/messages.h"
 #include "gui/program_window.h"
 #include "gui/session.h"
+#include "gui/variables_window.h"
 #include "gui/watch_dialog.h"
 #include "gui/watch_window.h"
 #include "views/messages.h"
@@ -24,9 +25,10 @@ namespace {
 
 namespace commands = workspace::commands;
 
-constexpr const char* kInMemoryOnly =
-    "No program has been loaded yet: the list is kept in memory only, until Save config as.";
+constexpr const char* kInMemoryOnly = "No program loaded yet: the list is kept in memory only.";
 constexpr const char* kNotWritten = "%s cannot be written: the list is kept in memory only.";
+constexpr const char* kPartsAreShownOnly =
+    "Parts are only shown here: watch one by its name to edit it.";
 constexpr const char* kNoList = "%s holds no watched variables.";
 constexpr const char* kWatched = "%s is watched.";
 
@@ -49,8 +51,12 @@ std::optional<views::WatchItem> Ask(const CommandContext& context, const views::
   Session& session = context.session;
   std::optional<views::WatchItem> item;
   session.gate.OpenDuring([&] {
+    debugger::Debugger& debugger = session.debugger;
+    const eval::Context program = control::ContextOf(debugger.memory, debugger.debug_info,
+                                                     debugger.frame, eval::Reading::Sparing);
+    const bool can_ask = debugger.MonitorListens() && !debugger.activity.FileIoActive();
     item = AskForWatch(&context.window, context.window.view_font(), form,
-                       session.debugger.debug_info, session.ui);
+                       {debugger.debug_info, can_ask ? &program : nullptr}, session.ui);
   });
   return item;
 }
@@ -59,6 +65,10 @@ void Edit(const CommandContext& context) {
   Session& session = context.session;
   const views::WatchItem* const item = session.watch.Highlighted();
   if (!IsActive(context) || item == nullptr) return;
+  if (session.watch.HighlightedPlace()->below > 0) {
+    context.window.status().ShowNotice(kPartsAreShownOnly);
+    return;
+  }
   const bool is_string = item->IsString();
   views::WatchEditor editor(*item, session.debugger.memory, session.ui);
   if (!editor.Open()) return;
@@ -174,6 +184,22 @@ void AddToWatch(const CommandContext& context) {
   Keep(context);
 }
 
+void ToggleAsC(const CommandContext& context) {
+  auto* const window = dynamic_cast<WatchWindow*>(context.window.active_view());
+  if (window == nullptr) return;
+  Session& session = context.session;
+  const bool wanted = !window->view().as_c();
+  window->view().ShowAsC(wanted);
+  if (session.settings.Store(base::keys::kWatchAsC, wanted ? 1L : 0L)) return;
+  session.ui.ShowMessage(
+      base::ToMessage(messages::kSettingsNotStored, session.settings.path().string()));
+}
+
+void EditVariable(const CommandContext& context) {
+  auto* const window = dynamic_cast<VariablesWindow*>(context.window.active_view());
+  if (window != nullptr) window->EditValue();
+}
+
 constexpr CommandAction kActions[] = {
     {commands::kWatchEdit, Edit},
     {commands::kWatchAdd, Add},
@@ -184,6 +210,8 @@ constexpr CommandAction kActions[] = {
     {commands::kWatchOpen, OpenConfig},
     {commands::kWatchSave, SaveConfig},
     {commands::kAddToWatch, AddToWatch},
+    {commands::kWatchAsC, ToggleAsC},
+    {commands::kVariablesEdit, EditVariable},
 };
 
 }  // namespace

@@ -97,6 +97,14 @@ void DrawValues(QPainter& painter) {
   }
 }
 
+void DrawTree(QPainter& painter) {
+  DrawSheet(painter);
+  painter.setBrush(kBodyColour);
+  painter.drawRect(QRectF(3, 3, 8, 1.5));
+  painter.setBrush(kInkColour);
+  for (int row = 1; row < kRows; ++row) painter.drawRect(QRectF(6, 3 + 2.7 * row, 7, 1.5));
+}
+
 QIcon Draw(Drawing draw) {
   QIcon icon;
   for (const int size : {16, 32, 48, 128}) {
@@ -135,6 +143,10 @@ QIcon StackIcon() {
 
 QIcon SourceIcon() {
   return Draw(DrawText);
+}
+
+QIcon VariablesIcon() {
+  return Draw(DrawTree);
 }
 
 QIcon WatchIcon() {

@@ -89,6 +89,20 @@ TextColours TextView::Colours(ColourRole text, ColourRole background) const {
   return {theme_->Colour(text, palette()), theme_->Colour(background, palette()), FaceOf(text)};
 }
 
+TextView::ValueColours TextView::ColoursOf(bool changed, bool at_cursor) const {
+  if (at_cursor) {
+    return {Colours(ColourRole::CursorText, ColourRole::CursorLine),
+            Colours(changed ? ColourRole::ChangedOnCursorLine : ColourRole::CursorText,
+                    ColourRole::CursorLine)};
+  }
+  return {Colours(ColourRole::Text), Colours(changed ? ColourRole::Changed : ColourRole::Text)};
+}
+
+void TextView::FillRow(QPainter& painter, int row, const TextColours& colours) const {
+  if (!colours.background.isValid()) return;
+  painter.fillRect(0, row * cell_.height, viewport()->width(), cell_.height, colours.background);
+}
+
 void TextView::DrawText(QPainter& painter, int column, int row, const QString& text,
                         const TextColours& colours) const {
   const int x = column * cell_.width;

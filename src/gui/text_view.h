@@ -73,6 +73,13 @@ class TextView : public QAbstractScrollArea {
   TextColours Colours(ColourRole text) const;
   TextColours Colours(ColourRole text, ColourRole background) const;
 
+  // Of a name and its value; the line under the cursor has a background, to be filled first.
+  struct ValueColours {
+    TextColours text, value;
+  };
+  ValueColours ColoursOf(bool changed, bool at_cursor) const;
+  void FillRow(QPainter& painter, int row, const TextColours& colours) const;
+
   // Called when the size or the font has changed.
   virtual void CellsChanged() {}
 

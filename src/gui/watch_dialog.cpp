@@ -10,6 +10,7 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QRegularExpression>
 #include <QVBoxLayout>
 #include <algorithm>
 #include <span>
@@ -59,7 +60,7 @@ class CodeBox final : public QGroupBox {
 
 class WatchDialog final : public QDialog {
  public:
-  WatchDialog(QWidget* parent, const QFont& font, WatchForm form, const symbols::DebugInfo& info,
+  WatchDialog(QWidget* parent, const QFont& font, WatchForm form, const views::WatchNames& names,
               base::UserInterface& ui);
 
   // As the dialog was left.
@@ -72,7 +73,7 @@ class WatchDialog final : public QDialog {
   void Accept();
 
   WatchForm form_;
-  const symbols::DebugInfo& info_;
+  const views::WatchNames names_;
   base::UserInterface& ui_;
   QComboBox* symbol_ = new QComboBox;
   QLineEdit* address_ = new QLineEdit;
@@ -84,15 +85,15 @@ class WatchDialog final : public QDialog {
 };
 
 WatchDialog::WatchDialog(QWidget* parent, const QFont& font, WatchForm form,
-                         const symbols::DebugInfo& info, base::UserInterface& ui)
-    : QDialog(parent), form_(std::move(form)), info_(info), ui_(ui) {
+                         const views::WatchNames& names, base::UserInterface& ui)
+    : QDialog(parent), form_(std::move(form)), names_(names), ui_(ui) {
   setObjectName(WatchForm::kTemplate);
   setWindowTitle(Text(form_.title));
   symbol_->setObjectName("symbol");
   symbol_->setEditable(true);
   symbol_->setInsertPolicy(QComboBox::NoInsert);
   symbol_->setCompleter(nullptr);
-  for (const std::string& name : WatchForm::Choices(info_)) symbol_->addItem(Text(name));
+  for (const std::string& name : WatchForm::Choices(names_.info)) symbol_->addItem(Text(name));
   address_->setObjectName("address");
   address_->setMaxLength(WatchForm::kMostAddress);
   length_->setObjectName("length");
@@ -106,12 +107,12 @@ WatchDialog::WatchDialog(QWidget* parent, const QFont& font, WatchForm form,
   Show();
   connect(symbol_, &QComboBox::activated, this, [this](int index) {
     form_ = Form();
-    form_.ChooseSymbol(Bytes(symbol_->itemText(index)), info_);
+    form_.ChooseSymbol(Bytes(symbol_->itemText(index)), names_);
     Show();
   });
   connect(symbol_->lineEdit(), &QLineEdit::textEdited, this, [this](const QString& text) {
     form_ = Form();
-    form_.TypeSymbol(Bytes(text), info_);
+    form_.TypeSymbol(Bytes(text), names_);
     const int cursor = symbol_->lineEdit()->cursorPosition();
     Show();
     symbol_->lineEdit()->setCursorPosition(cursor);
@@ -169,16 +170,18 @@ void WatchDialog::Show() {
   sign_->Choose(form_.sign);
 }
 
-// Only typing is limited; a name that was chosen is shown whole.
+// Only typing is limited; a name that was chosen is shown whole, and an expression may be longer.
 void WatchDialog::ShowSymbol(const QString& text) {
   QLineEdit& field = *symbol_->lineEdit();
-  field.setMaxLength(std::max(WatchForm::kMostTyped, static_cast<int>(text.size())));
+  const bool is_expression = text.contains(QRegularExpression("[^A-Za-z0-9_]"));
+  const int most = is_expression ? int{views::WatchItem::kMostName} : WatchForm::kMostTyped;
+  field.setMaxLength(std::max(most, static_cast<int>(text.size())));
   field.setText(text);
 }
 
 void WatchDialog::Accept() {
   form_ = Form();
-  const auto refused = form_.Check(ui_);
+  const auto refused = form_.Check(names_, ui_);
   if (!refused) return accept();
   refusal_->setText(Text(refused->why));
   refusal_->show();
@@ -189,11 +192,11 @@ void WatchDialog::Accept() {
 }  // namespace
 
 std::optional<views::WatchItem> AskForWatch(QWidget* parent, const QFont& font, WatchForm form,
-                                            const symbols::DebugInfo& info,
+                                            const views::WatchNames& names,
                                             base::UserInterface& ui) {
-  WatchDialog dialog(parent, font, std::move(form), info, ui);
+  WatchDialog dialog(parent, font, std::move(form), names, ui);
   if (dialog.exec() != QDialog::Accepted) return std::nullopt;
-  return dialog.Form().Item(info);
+  return dialog.Form().Item(names.info);
 }
 
 }  // namespace brevant::gui

@@ -14,7 +14,7 @@ namespace brevant::gui {
 
 // What it comes to; nothing when it was cancelled.
 std::optional<views::WatchItem> AskForWatch(QWidget* parent, const QFont& font,
-                                            views::WatchForm form, const symbols::DebugInfo& info,
+                                            views::WatchForm form, const views::WatchNames& names,
                                             base::UserInterface& ui);
 
 }  // namespace brevant::gui

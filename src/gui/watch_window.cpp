@@ -35,13 +35,25 @@ QString CellsOf(const std::string& value) {
       .replace(QChar(views::kShownZero), QChar(0xB7));
 }
 
+// Where there is none, an expression says why.
+QString ValueOf(const views::WatchItem& item) {
+  if (!item.as_c.empty()) return Text(item.as_c);
+  const QString value = CellsOf(item.ValueText());
+  return item.held == views::Held::Current || item.problem.empty()
+             ? value
+             : value + "  (" + Text(item.problem) + ')';
+}
+
 }  // namespace
 
 WatchWindow::WatchWindow(Session& session, FrameLinks links, const QFont& font,
                          const workspace::WindowAttributes&)
     : ScrollingView(session.gate, std::move(links), font),
       table_(session.watch),
-      view_(session.views, session.watch, session.debugger.memory, session.debugger.activity),
+      view_(session.views, session.watch,
+            {session.debugger.memory, session.debugger.debug_info, session.debugger.frame,
+             session.debugger.activity},
+            session.settings.Integer(base::keys::kWatchAsC) != 0),
       hint_(HintFor(session)) {
   setObjectName("MDI_Watch");
   setAccessibleName("Watch");
@@ -67,6 +79,10 @@ bool WatchWindow::IsEnabled(int command) const {
 }
 
 std::optional<PopupItem> WatchWindow::ItemOf(int command) const {
+  if (command == commands::kWatchAsC) {
+    return PopupItem{.text = Text(workspace::MenuText(*workspace::FindCommand(command), false)),
+                     .checked = view_.as_c()};
+  }
   if (IsEnabled(command)) return std::nullopt;
   return PopupItem{.text = Text(workspace::MenuText(*workspace::FindCommand(command), false)),
                    .enabled = false};
@@ -75,7 +91,11 @@ std::optional<PopupItem> WatchWindow::ItemOf(int command) const {
 QStringList WatchWindow::TextLines() const {
   QStringList lines;
   for (const views::WatchItem& item : table_.items()) {
-    lines << Text(item.Label()) + CellsOf(item.ValueText()) + (item.changed ? ", changed" : "");
+    lines << Text(item.Label()) + ValueOf(item) + (item.changed ? ", changed" : "");
+    for (int below = 1; below <= item.RowsBelow(); ++below) {
+      const views::ValueRow& part = item.values.rows()[static_cast<std::size_t>(below)];
+      lines << Text(part.Left() + part.text) + (part.changed ? ", changed" : "");
+    }
   }
   if (lines.isEmpty()) lines << hint_;
   return lines;
@@ -103,32 +123,37 @@ void WatchWindow::paintEvent(QPaintEvent*) {
   const int rows_in_sight = viewport()->height() / cell().height + 1;
   const int last = std::min(table_.LineCount(), table_.top() + rows_in_sight);
   for (int line = table_.top(); line < last; ++line) {
-    const views::WatchTable::Place place = table_.PlaceOf(line);
-    PaintEntry(painter, line - table_.top(), table_.items()[static_cast<std::size_t>(place.entry)]);
+    PaintLine(painter, line - table_.top(), table_.PlaceOf(line));
   }
 }
 
-void WatchWindow::PaintEntry(QPainter& painter, int row, const views::WatchItem& item) const {
+void WatchWindow::PaintLine(QPainter& painter, int row,
+                            const views::WatchTable::Place& place) const {
+  const views::WatchItem& item = table_.items()[static_cast<std::size_t>(place.entry)];
   const bool at_cursor = row == table_.cursor();
-  TextColours colours = Colours(ColourRole::Text);
-  TextColours of_value = Colours(item.changed ? ColourRole::Changed : ColourRole::Text);
-  if (at_cursor) {
-    colours = Colours(ColourRole::CursorText, ColourRole::CursorLine);
-    of_value = Colours(item.changed ? ColourRole::ChangedOnCursorLine : ColourRole::CursorText,
-                       ColourRole::CursorLine);
-    if (colours.background.isValid()) {
-      painter.fillRect(0, row * cell().height, viewport()->width(), cell().height,
-                       colours.background);
-    }
+  if (place.below > 0) {
+    const views::ValueRow& part = item.values.rows()[static_cast<std::size_t>(place.below)];
+    const ValueColours colours = ColoursOf(part.changed, at_cursor);
+    if (at_cursor) FillRow(painter, row, colours.text);
+    const QString left = Text(part.Left());
+    constexpr int kFirst = views::kWatchLabelWidth - 1;  // below the mark of the entry
+    DrawText(painter, kFirst, row, left, colours.text);
+    DrawText(painter, kFirst + static_cast<int>(left.size()), row, Text(part.text), colours.value);
+    return;
   }
-  DrawText(painter, 0, row, Text(item.Label()), colours);
-  DrawText(painter, views::kWatchLabelWidth, row, CellsOf(item.ValueText()), of_value);
+  const ValueColours colours = ColoursOf(item.changed, at_cursor);
+  if (at_cursor) FillRow(painter, row, colours.text);
+  DrawText(painter, 0, row, Text(item.Label()), colours.text);
+  DrawText(painter, views::kWatchLabelWidth, row, ValueOf(item), colours.value);
 }
 
 void WatchWindow::mousePressEvent(QMouseEvent* event) {
   if (event->button() != Qt::LeftButton) return;
   setFocus();
-  view_.PlaceCursor(event->position().toPoint().y() / cell().height);
+  const QPoint at = event->position().toPoint();
+  const int row = at.y() / cell().height;
+  view_.PlaceCursor(row);
+  view_.ToggleAt(row, at.x() / cell().width);
 }
 
 void WatchWindow::mouseDoubleClickEvent(QMouseEvent* event) {
@@ -145,6 +170,9 @@ void WatchWindow::keyPressEvent(QKeyEvent* event) {
       return view_.MoveCursor(-table_.LineCount());
     case Qt::Key_End:
       return view_.MoveCursor(table_.LineCount());
+    case Qt::Key_Left:
+    case Qt::Key_Right:
+      return view_.Unfold(event->key() == Qt::Key_Right);
     case Qt::Key_Return:
     case Qt::Key_Enter:
       return links_.send_command(commands::kWatchEdit);

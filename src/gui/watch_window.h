@@ -12,7 +12,7 @@ class WatchWindow final : public ScrollingView {
   WatchWindow(Session& session, FrameLinks links, const QFont& font,
               const workspace::WindowAttributes& starting);
 
-  const views::WatchView& view() const { return view_; }
+  views::WatchView& view() { return view_; }
   void RefreshFromTarget() override { view_.Refresh(); }
   bool OfTheMoment() const override { return true; }
   QStringList TextLines() const override;
@@ -34,7 +34,7 @@ class WatchWindow final : public ScrollingView {
   void keyPressEvent(QKeyEvent* event) override;
 
  private:
-  void PaintEntry(QPainter& painter, int row, const views::WatchItem& item) const;
+  void PaintLine(QPainter& painter, int row, const views::WatchTable::Place& place) const;
   bool IsEnabled(int command) const;
 
   const views::WatchTable& table_;

@@ -11,6 +11,7 @@
 #include "gui/registers_window.h"
 #include "gui/source_window.h"
 #include "gui/stack_window.h"
+#include "gui/variables_window.h"
 #include "gui/watch_window.h"
 
 namespace brevant::gui {
@@ -72,6 +73,14 @@ constexpr std::array kKinds{
                {HowMany::AtMostOne, &keys::kCallsOpen, &keys::kCallsGeometry},
                {},
                Make<CallStackWindow>},
+    WindowKind{"Variables",
+               "Variables",
+               VariablesIcon,
+               commands::kOpenVariables,
+               Menu::VariablesPopup,
+               {HowMany::AtMostOne, &keys::kVariablesOpen, &keys::kVariablesGeometry},
+               {},
+               Make<VariablesWindow>},
     WindowKind{"Program",
                "Program",
                ProgIcon,
@@ -97,8 +106,9 @@ constinit const WindowKind& kRegistersKind = kKinds[1];
 constinit const WindowKind& kDataKind = kKinds[2];
 constinit const WindowKind& kStackKind = kKinds[3];
 constinit const WindowKind& kCallsKind = kKinds[4];
-constinit const WindowKind& kProgramKind = kKinds[5];
-constinit const WindowKind& kSourceKind = kKinds[6];
+constinit const WindowKind& kVariablesKind = kKinds[5];
+constinit const WindowKind& kProgramKind = kKinds[6];
+constinit const WindowKind& kSourceKind = kKinds[7];
 
 std::span<const WindowKind> WindowKinds() {
   return kKinds;

@@ -57,6 +57,7 @@ extern const WindowKind& kCallsKind;
 extern const WindowKind& kProgramKind;
 extern const WindowKind& kSourceKind;
 extern const WindowKind& kWatchKind;
+extern const WindowKind& kVariablesKind;
 
 // nullptr for a command that opens no window.
 const WindowKind* KindOpenedBy(int command);

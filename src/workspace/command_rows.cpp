@@ -102,6 +102,8 @@ constexpr CommandRow kRows[] = {
      kNotDuringFileIo, "", "Alt+A"},
     {kOpenWatch, Menu::Window, "&Watch", "Open a watch window", kNotDuringFileIo},
     {kOpenSource, Menu::Window, "&Source", "Open a surce window", kNotDuringFileIo, "", "Alt+S"},
+    {kOpenVariables, Menu::Window, "&Variables",
+     "Open the window onto the variables of the program", kNotDuringFileIo, "", "Alt+V"},
     {kTile, Menu::Window, "&Tile", "Tile windows", kNotDuringFileIo | kSeparatorBefore, "Shift+F4"},
     {kCascade, Menu::Window, "&Cascade", "Cascade windows", kNotDuringFileIo, "Shift+F5"},
     {kArrangeIcons, Menu::Window, "Arrange &Icons", "Arrange window icons", kNotDuringFileIo},
@@ -204,8 +206,15 @@ constexpr CommandRow kRows[] = {
      kWatchList},
     {kWatchSave, Menu::WatchPopup, "Save config as", "Save the watch configuration to a file",
      kWatchList},
+    {kWatchAsC, Menu::WatchPopup, "Show as C", "Show values whose types are known as C writes them",
+     kNotDuringFileIo | kCheckable | kSeparatorBefore},
     {kWatchRefresh, Menu::WatchPopup, "Refresh", "Read what the window shows from the target again",
      kPopup, "", "", kRefresh},
+    // Popup menu of the variables view
+    {kVariablesEdit, Menu::VariablesPopup, "Edit", "Change the value of the variable",
+     kPopup | kKeysOfItsView, "", "Return"},
+    {kVariablesRefresh, Menu::VariablesPopup, "Refresh",
+     "Read what the window shows from the target again", kPopup, "", "", kRefresh},
     // Toolbar
     {kToolbarStep, Menu::None, "", "Run MCU one step", kUsesTarget | kNotWhileRunning, "", "",
      kStep},
@@ -239,7 +248,8 @@ constexpr std::string_view kGoIsRunning = "MCU is running, click this button to 
 
 bool IsPopup(Menu menu) {
   return menu == Menu::ProgramPopup || menu == Menu::DataPopup || menu == Menu::StackPopup ||
-         menu == Menu::CallsPopup || menu == Menu::SourcePopup || menu == Menu::WatchPopup;
+         menu == Menu::CallsPopup || menu == Menu::SourcePopup || menu == Menu::WatchPopup ||
+         menu == Menu::VariablesPopup;
 }
 std::span<const MenuTitle> MenuBar() {
   return kMenuBar;

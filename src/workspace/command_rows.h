@@ -19,12 +19,13 @@ enum class Menu {
   Debug,
   Window,
   Help,
-  ProgramPopup,  // of a program view
-  DataPopup,     // of a data view
-  StackPopup,    // of the stack view
-  CallsPopup,    // of the call stack view
-  SourcePopup,   // of the source view
-  WatchPopup,    // of the watch view
+  ProgramPopup,    // of a program view
+  DataPopup,       // of a data view
+  StackPopup,      // of the stack view
+  CallsPopup,      // of the call stack view
+  SourcePopup,     // of the source view
+  WatchPopup,      // of the watch view
+  VariablesPopup,  // of the variables view
 };
 // Pops up over a view; its items act on that.
 bool IsPopup(Menu menu);
@@ -100,6 +101,8 @@ inline constexpr int kFlashImage = 41030;
 inline constexpr int kSourceToggleBreakpoint = 41061, kSourceRefresh = 41062;
 inline constexpr int kSourceFindFile = 41063, kSourceGoToLine = 41064;
 inline constexpr int kShowSource = 41090;
+inline constexpr int kWatchAsC = 41071;
+inline constexpr int kOpenVariables = 41080, kVariablesRefresh = 41081, kVariablesEdit = 41082;
 inline constexpr int kAddToWatch = 41070, kDataAddToWatch = 41072, kWatchRefresh = 41073;
 }  // namespace commands
 

@@ -4,6 +4,7 @@
 #include <QApplication>
 #include <QComboBox>
 #include <QContextMenuEvent>
+#include <QLabel>
 #include <QMdiSubWindow>
 #include <QMenu>
 #include <QMessageBox>
@@ -13,7 +14,10 @@
 #include "base/files.h"
 #include "gui/data_window.h"
 #include "gui/desktop.h"
+#include "gui/variables_window.h"
 #include "gui/watch_window.h"
+#include "images/image_file.h"
+#include "symbols/places.h"
 
 namespace brevant::gui {
 namespace {
@@ -243,6 +247,103 @@ TEST_F(Watch, ComesBackToItsPlace) {
   Start();
   ASSERT_EQ(window().Children(kWatchKind).size(), 1u);
   EXPECT_EQ(window().Children(kWatchKind).front()->windowTitle(), "Watch");
+}
+
+// A program of SDCC's in flash, stopped at a function of it.
+class WatchC : public Watch {
+ protected:
+  void RunTo(const char* function) {
+    UseToolChain(symbols::ToolChain::Sdcc);
+    Start();
+    const std::string image = std::string(BREVANT_TEST_DATA) + "/programs/structs.s19";
+    for (const images::Block& block : images::ReadImageFile(image).ToImage().Blocks()) {
+      session().simulated()->board().Load(block.address, block.bytes);
+    }
+    window().LoadFile(image);
+    ASSERT_TRUE(debugger().debug_info.DebugInfoLoaded);
+    Choose(commands::kReset);
+    const auto found = symbols::FindPlace(function, debugger().debug_info);
+    debugger().run_control.RunToAddress(*found.address);
+    Settle();
+    ASSERT_EQ(debugger().frame.PC, *found.address);
+    // Lists beside the test's programs are not to be written.
+    session().recent_files = {};
+  }
+  static QPoint CellAt(TextView& view, int column, int row) {
+    const views::CellSize cell = view.cell();
+    return {column * cell.width + cell.width / 2, row * cell.height + cell.height / 2};
+  }
+};
+
+TEST_F(WatchC, StructuresAreAddedByNameAndUnfold) {
+  RunTo("done");
+  Choose(commands::kOpenWatch);
+  OnDialog("WATCHDLGADD", [](QDialog& dialog) {
+    auto& symbol = *dialog.findChild<QComboBox*>("symbol");
+    EXPECT_GE(symbol.findText("_sum_y"), 0);
+    QTest::keyClicks(symbol.lineEdit(), "_sum_y");
+    EXPECT_EQ(symbol.currentText(), "_SUM_Y");
+    EXPECT_TRUE(dialog.findChild<QRadioButton*>("word")->isChecked());
+    symbol.lineEdit()->clear();
+    QTest::keyClicks(symbol.lineEdit(), "points[1].x");
+    EXPECT_EQ(symbol.currentText(), "POINTS[1].x");
+    EXPECT_TRUE(dialog.findChild<QRadioButton*>("byte")->isChecked());
+    EXPECT_TRUE(dialog.findChild<QRadioButton*>("unsigned")->isChecked());
+    Push(dialog, "ok");
+  });
+  Press(Qt::Key_Insert);
+  EXPECT_EQ(Lines(), "POINTS[1](H) 04");
+  Edit("04", "7f");
+  EXPECT_EQ(Lines(), "POINTS[1](H) 7f, changed");
+  Add("segment", "", {});
+  EXPECT_EQ(watch().TextLines()[1].left(13), "  SEGMENT(H)+");
+  QTest::mouseClick(watch().viewport(), Qt::LeftButton, {}, CellAt(watch(), 12, 1));
+  QTest::qWait(30);
+  EXPECT_EQ(watch().TextLines().mid(2).join('\n'),
+            "  + from = {x = 1, y = -1}\n  + to = {x = 16, y = -4}");
+  Press(Qt::Key_Down);
+  Press(Qt::Key_Right);
+  QTest::qWait(30);
+  EXPECT_EQ(watch().TextLines()[3], "      x = 1");
+  Choose(commands::kWatchAsC);
+  EXPECT_EQ(watch().TextLines()[0].left(16), "POINTS[1](C) 127");
+  EXPECT_EQ(session().settings.Integer(base::keys::kWatchAsC), 1);
+}
+
+TEST_F(WatchC, VariablesAreShownUnfoldedAndChanged) {
+  RunTo("done");
+  Press(Qt::Key_V, Qt::AltModifier);
+  auto& variables =
+      *static_cast<VariablesWindow*>(window().Children(kVariablesKind).front()->widget());
+  QTest::qWait(30);
+  EXPECT_EQ(variables.TextLines()[0], "done: parameters and locals: none");
+  const auto row_of = [&](const char* start) {
+    const QStringList lines = variables.TextLines();
+    for (int row = 0; row < lines.size(); ++row) {
+      if (lines[row].startsWith(start)) return row;
+    }
+    ADD_FAILURE() << start << " is not in\n" << qPrintable(lines.join('\n'));
+    return 0;
+  };
+  const int row = row_of("  sum_y = -10");
+  for (int i = 0; i < row; ++i) Press(Qt::Key_Down);
+  Edit("-10", "1 + 2");
+  EXPECT_EQ(variables.TextLines()[row], "  sum_y = 3, changed");
+  EXPECT_TRUE(variables.CursorText().endsWith("int sum_y = 3"))
+      << qPrintable(variables.CursorText());
+  OnDialog("DlgEdit", [](QDialog& dialog) {
+    Field(dialog, "text").setText("nothing");
+    Push(dialog, "ok");
+    EXPECT_TRUE(dialog.isVisible());
+    EXPECT_EQ(dialog.findChild<QLabel*>("refusal")->text(), "there is no nothing");
+    Push(dialog, "cancel");
+  });
+  Press(Qt::Key_Return);
+  const int points = row_of("+ points");
+  QTest::mouseClick(variables.viewport(), Qt::LeftButton, {},
+                    CellAt(variables, 0, points - variables.view().top()));
+  QTest::qWait(30);
+  EXPECT_EQ(variables.TextLines()[points + 4], "  + [3] = {x = 16, y = -4}");
 }
 
 }  // namespace
