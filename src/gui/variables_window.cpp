@@ -4,6 +4,7 @@
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
+#include <algorithm>
 
 #include "gui/edit_dialogs.h"
 #include "gui/qt_user_interface.h"
@@ -77,10 +78,13 @@ VariablesWindow::ScrollBarState VariablesWindow::BarState() const {
 void VariablesWindow::paintEvent(QPaintEvent*) {
   QPainter painter(viewport());
   const auto& rows = view_.rows();
+  const int first = view_.top();
   const int most = viewport()->height() / cell().height + 1;
-  for (int row = 0; row < most && view_.top() + row < static_cast<int>(rows.size()); ++row) {
-    const views::ValueRow& shown = rows[static_cast<std::size_t>(view_.top() + row)];
-    const bool at_cursor = view_.top() + row == view_.cursor();
+  const int end = std::min(first + most, static_cast<int>(rows.size()));
+  for (int n = first; n < end; ++n) {
+    const views::ValueRow& shown = rows[static_cast<std::size_t>(n)];
+    const int row = n - first;
+    const bool at_cursor = n == view_.cursor();
     const ValueColours colours = ColoursOf(shown.changed, at_cursor);
     if (at_cursor) FillRow(painter, row, colours.text);
     const QString left = Text(shown.Left());

@@ -18,7 +18,7 @@ void ValueRows::BeginStop() {
   before_ = std::exchange(now_, {});
 }
 
-void ValueRows::AddHeading(std::string text) {
+void ValueRows::AddHeading(const std::string& text) {
   rows_.push_back({.path = text, .name = text, .is_heading = true});
 }
 

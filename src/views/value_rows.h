@@ -39,7 +39,7 @@ class ValueRows {
   void BeginStop();
   // The rows are made anew: first this, then a call for each.
   void Begin() { rows_.clear(); }
-  void AddHeading(std::string text);
+  void AddHeading(const std::string& text);
   // The value and what is unfolded below it. scope tells it from others of the same name.
   void Add(const std::string& scope, const std::string& name, const eval::Value& value,
            const eval::Context& context);

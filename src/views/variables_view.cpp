@@ -79,11 +79,12 @@ void VariablesView::Unfold(bool unfolded) {
 }
 
 bool VariablesView::ToggleAt(int row, int column) {
-  const auto n = static_cast<std::size_t>(top_ + row);
-  if (row < 0 || n >= rows().size()) return false;
-  if (!rows()[n].has_parts || rows()[n].MarkColumn() != column) return false;
-  Show(static_cast<int>(n));
-  Unfold(!rows()[n].unfolded);
+  const int n = top_ + row;
+  if (row < 0 || n >= static_cast<int>(rows().size())) return false;
+  const ValueRow& shown = rows()[static_cast<std::size_t>(n)];
+  if (!shown.has_parts || shown.MarkColumn() != column) return false;
+  Show(n);
+  Unfold(!shown.unfolded);
   return true;
 }
 
@@ -103,7 +104,9 @@ void VariablesView::Pull(const base::Generations& before, const base::Generation
   MakeRows(control::ContextOf(
       sources_.memory, sources_.debug_info, sources_.frame,
       std::exchange(on_request_, false) ? eval::Reading::Everything : eval::Reading::Sparing));
-  Show(cursor_);
+  // What is in sight stays, as far as it is there.
+  cursor_ = std::clamp(cursor_, 0, std::max(static_cast<int>(rows().size()) - 1, 0));
+  top_ = std::clamp(top_, 0, last_position());
 }
 
 void VariablesView::MakeRows(const eval::Context& context) {

@@ -166,8 +166,7 @@ TEST_F(CValues, LocalsAreNeverShownWhereTheyAreNot) {
     if (row.is_heading && row.name == "globals") break;
     shown += Text(row).substr(0, 32) + '\n';
   }
-  EXPECT_EQ(shown,
-            "gcd: parameters and locals\n  a = not available here (kept i\n  b = 462\n");
+  EXPECT_EQ(shown, "gcd: parameters and locals\n  a = not available here (kept i\n  b = 462\n");
 }
 
 }  // namespace
