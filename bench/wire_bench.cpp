@@ -26,10 +26,12 @@
 #include "views/program_views.h"
 #include "views/register_cells.h"
 #include "views/stack_view.h"
+#include "views/watch_view.h"
 
 namespace brevant {
 namespace {
 
+constexpr base::Address kWatches = 10;
 constexpr int kLines = 20, kLineHeight = 10;
 
 class Quiet final : public base::UserInterface, public base::Events {
@@ -146,6 +148,31 @@ class Bench {
     });
   }
 
+  // What a step costs that is followed by a data window and ten watches, five of them bytes, two of
+  // them longs, somewhere else than what the window shows.
+  void Watch() {
+    engine_.Start(debugger::OtherCodes::Try);
+    views::DataView data(open_, engine_.memory, engine_.activity, data_settings_, 0x10);
+    data.Resize(kLines * kLineHeight, kLineHeight);
+    views::WatchTable table;
+    views::WatchView watch(open_, table,
+                           {engine_.memory, engine_.debug_info, engine_.frame, engine_.activity});
+    for (base::Address n = 0; n < kWatches; ++n) {
+      using namespace views::watch_codes;
+      table.Insert({.address = 0x00C0 + 8 * n,
+                    .name = "value",
+                    .width = n < 5 ? kByte : (n < 8 ? kWord : kLong)});
+    }
+    Follow();
+    Print("10 watches, data window");
+    Do("step with 10 watches, data",
+       [&] { engine_.run_control.StepCommand(control::Calls::Follow); });
+    Do("the same with nothing kept", [&] {
+      engine_.run_control.StepCommand(control::Calls::Follow);
+      engine_.memory.DropAll();
+    });
+  }
+
  private:
   void Follow() {
     base::Generations now = engine_.generations();
@@ -206,5 +233,6 @@ class Bench {
 int main() {
   brevant::Bench bench;
   bench.Run();
+  brevant::Bench().Watch();
   brevant::Bench().Flash();
 }

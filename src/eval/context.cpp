@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "eval/context.h"
 
+#include <utility>
+
 #include "frames/function_at.h"
 #include "frames/source_line.h"
 #include "frames/stack_depth.h"
@@ -50,18 +52,23 @@ std::optional<Address> Context::EntrySp() const {
   return entry_sp_;
 }
 
-std::optional<std::vector<std::uint8_t>> Context::Read(Address address, int count) const {
-  std::vector<std::uint8_t> bytes(static_cast<std::size_t>(count));
+Context::ReadResult Context::Read(Address address, int count) const {
   if (reading_ == Reading::Sparing) {
     for (int i = 0; i < count; ++i) {
       if (memory_.ChangesOnReading(base::Low16(address + static_cast<Address>(i)))) {
-        return std::nullopt;
+        return {.problem = "reading the register changes it"};
       }
     }
   }
+  const auto before = memory_.TakeDamage();
+  std::vector<std::uint8_t> bytes(static_cast<std::size_t>(count));
   memory_.ReadBytes(bytes, address);
-  if (memory_.LinkError()) return std::nullopt;
-  return bytes;
+  const auto damaged = memory_.TakeDamage();
+  // Whoever asks the door next is to know it too.
+  if (before || damaged) memory_.Doubt(before ? *before : *damaged);
+  if (memory_.LinkError()) return {.problem = "the link is lost"};
+  if (damaged) return {.problem = "the line has damaged it each time"};
+  return {.bytes = std::move(bytes)};
 }
 
 }  // namespace brevant::eval

@@ -46,8 +46,14 @@ class Context {
   // SP at the function's first instruction. Its code is read when this is asked for first.
   std::optional<base::Address> EntrySp() const;
 
-  // Nothing when the link is lost, or a register among them changes on being read and is spared.
-  std::optional<std::vector<std::uint8_t>> Read(base::Address address, int count) const;
+  struct ReadResult {
+    std::vector<std::uint8_t> bytes = {};
+    // Why there are none, for people: the link is lost, the line has damaged them twice, a register
+    // among them changes on being read and is spared.
+    std::string problem = {};
+    bool ok() const { return problem.empty(); }
+  };
+  ReadResult Read(base::Address address, int count) const;
 
  private:
   memory::Memory& memory_;

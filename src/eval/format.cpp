@@ -137,8 +137,8 @@ class Writer {
     std::vector<std::uint8_t> text;
     for (int i = 0; i < kMostPointedCharacters; i += kPiece) {
       const auto piece = context_.Read(address + static_cast<Address>(i), kPiece);
-      if (!piece) return {};
-      text.insert(text.end(), piece->begin(), piece->end());
+      if (!piece.ok()) return {};
+      text.insert(text.end(), piece.bytes.begin(), piece.bytes.end());
       const auto end = std::ranges::find(text, 0);
       if (!std::all_of(text.begin(), end, IsReadable)) return {};
       if (end == text.end()) continue;
@@ -159,14 +159,15 @@ class Writer {
   // text is shown as numbers.
   std::string CharactersText(const Value& value, int depth) const {
     const int count = std::min(value.type.count, kMostCharacters);
-    const auto bytes = context_.Read(value.place->address, count);
-    if (!bytes) return ElementsText(value, depth);
-    const auto end = std::ranges::find(*bytes, 0);
-    const bool readable = std::all_of(bytes->begin(), end, IsReadable);
-    const bool all_zero = std::ranges::all_of(*bytes, [](std::uint8_t byte) { return byte == 0; });
-    if (!readable || (end == bytes->begin() && !all_zero)) return ElementsText(value, depth);
-    return QuotedText({bytes->begin(), end}) +
-           (end == bytes->end() && count < value.type.count ? kMore : "");
+    const auto read = context_.Read(value.place->address, count);
+    if (!read.ok()) return ElementsText(value, depth);
+    const std::vector<std::uint8_t>& bytes = read.bytes;
+    const auto end = std::ranges::find(bytes, 0);
+    const bool readable = std::all_of(bytes.begin(), end, IsReadable);
+    const bool all_zero = std::ranges::all_of(bytes, [](std::uint8_t byte) { return byte == 0; });
+    if (!readable || (end == bytes.begin() && !all_zero)) return ElementsText(value, depth);
+    return QuotedText({bytes.begin(), end}) +
+           (end == bytes.end() && count < value.type.count ? kMore : "");
   }
 
   std::string ElementsText(const Value& value, int depth) const {

@@ -110,13 +110,12 @@ std::vector<std::uint8_t> ToBytes(const Value& to, const Value& what, base::Byte
 Value Loaded(Value value, const Context& context) {
   if (!value.unavailable.empty() || !value.place || value.type.kind == Kind::Function) return value;
   if (!IsScalar(value.type)) return value;
-  const auto bytes = context.Read(value.place->address, StoredBytes(value));
-  if (!bytes) {
-    value.unavailable =
-        context.memory().LinkError() ? "the link is lost" : "reading the register changes it";
+  const auto read = context.Read(value.place->address, StoredBytes(value));
+  if (!read.ok()) {
+    value.unavailable = read.problem;
     return value;
   }
-  return FromBytes(std::move(value), *bytes);
+  return FromBytes(std::move(value), read.bytes);
 }
 
 std::string Assign(const Value& to, const Value& what, const Context& context) {
@@ -137,12 +136,14 @@ std::string Assign(const Value& to, const Value& what, const Context& context) {
     if (memory.Writable(at)) continue;
     return base::Format("%04x is no RAM: it cannot be set like this", at);
   }
-  const auto before = to.place->bits > 0
-                          ? context.Read(address, count)
-                          : std::vector<std::uint8_t>(static_cast<std::size_t>(count));
-  if (!before) return "the link to the target is lost";
-  const auto different = memory.WriteAndLook(address, ToBytes(to, value, *before));
-  if (memory.LinkError()) return "the link to the target is lost";
+  std::vector<std::uint8_t> before(static_cast<std::size_t>(count));
+  if (to.place->bits > 0) {
+    const auto read = context.Read(address, count);
+    if (!read.ok()) return read.problem;
+    before = read.bytes;
+  }
+  const auto different = memory.WriteAndLook(address, ToBytes(to, value, before));
+  if (memory.LinkError()) return "the link is lost";
   if (!different) return {};
   return base::Format("%04x holds %02x after %02x was written", different->address,
                       different->found, different->expected);

@@ -265,7 +265,7 @@ TEST_F(EvalTest, SparesRegistersThatChangeOnBeingReadAndSaysWhenTheLinkIsLost) {
   link.LinkError = true;
   memory.DropAll();
   EXPECT_EQ(Text("big"), "not available here (the link is lost)");
-  EXPECT_EQ(Set("big", "1"), "the link to the target is lost");
+  EXPECT_EQ(Set("big", "1"), "the link is lost");
 }
 
 TEST_F(EvalTest, HasPartsThatAreReadOnlyWhenTheyAreLookedAt) {
