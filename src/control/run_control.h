@@ -43,7 +43,6 @@ class RunControl {
 
   // True while the source window has the focus and shows the program; the front end says so.
   void SetSourceViewCurrent(bool current) { source_view_current_ = current; }
-  bool source_view_current() const { return source_view_current_; }
   bool SourceViewCurrent() const { return source_view_current_; }
 
   // One step. Does nothing when the user steps in the source view of an Imagecraft program, which

@@ -42,7 +42,7 @@ void StepOut(const CommandContext& context) {
 void StepAs(const CommandContext& context, control::Calls calls, control::LineStepKind lines) {
   debugger::Debugger& debugger = context.session.debugger;
   const bool in_source =
-      debugger.debug_info.DebugInfoLoaded && debugger.run_control.source_view_current();
+      debugger.debug_info.DebugInfoLoaded && debugger.run_control.SourceViewCurrent();
   if (in_source && debugger.debug_info.tool_chain == symbols::ToolChain::Sdcc) {
     return StepLines(context, lines);
   }

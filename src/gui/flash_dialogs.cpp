@@ -163,6 +163,7 @@ std::optional<FileChoice> AskForFlashFile(const FlashDialogLinks& links, FileCho
     const QString text = Text(path);
     name->setMaxLength(std::max(static_cast<int>(Form::kMaxNameLength), int(text.size())));
     name->setText(text);
+    name->selectAll();
   };
   show(given.empty() ? Form::Open(links.settings).file_name : given);
   auto* const choose = new QPushButton("B&rowse");
