@@ -119,10 +119,12 @@ inline constexpr SettingsKey kStackGeometry{"window", "stack", SettingKind::Geom
 inline constexpr SettingsKey kCallsGeometry{"window", "calls", SettingKind::Geometry, "", 99};
 inline constexpr SettingsKey kVariablesGeometry{"window", "vars", SettingKind::Geometry, "", 99};
 inline constexpr SettingsKey kVariablesOpen{"window", "nvars", SettingKind::Integer, "0", 0};
+inline constexpr SettingsKey kTraceGeometry{"window", "trace", SettingKind::Geometry, "", 99};
 inline constexpr SettingsKey kWatchOpen{"window", "nwatch", SettingKind::Integer, "0", 0};
 inline constexpr SettingsKey kSourceOpen{"window", "ncsrc", SettingKind::Integer, "0", 0};
 inline constexpr SettingsKey kStackOpen{"window", "nstack", SettingKind::Integer, "0", 0};
 inline constexpr SettingsKey kCallsOpen{"window", "ncalls", SettingKind::Integer, "0", 0};
+inline constexpr SettingsKey kTraceOpen{"window", "ntrace", SettingKind::Integer, "0", 0};
 inline constexpr SettingsKey kProgramWindowCount{"window", "nprog", SettingKind::Integer, "0", 0};
 inline constexpr SettingsKey kDataWindowCount{"window", "ndata", SettingKind::Integer, "0", 0};
 inline constexpr SettingsKey kProgramGeometry{"window", "prog%d", SettingKind::Geometry, "", 99, 0};

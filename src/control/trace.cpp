@@ -135,6 +135,7 @@ void Trace::WriteTraceLog() {
     ui_.ShowMessage(ToMessage(messages::kTraceLogNotWritten, path, error));
     return;
   }
+  ++logs_;
   written_log_ = {path, ring_.size() * kTraceLinesPerRecord};
 }
 

@@ -54,6 +54,8 @@ class Trace final : public Operation {
   void Stop();
   // Nothing until one has been written.
   const std::optional<WrittenLog>& written_log() const { return written_log_; }
+  // How many have been written.
+  long logs() const { return logs_; }
   // One tick.
   void Advance() override;
   void Abandon() override;
@@ -74,6 +76,7 @@ class Trace final : public Operation {
   TraceFiles files_;
   std::optional<WrittenLog> written_log_;
   TraceRing ring_;
+  long logs_ = 0;
   long steps_ = 0;
   long limit_ = 0;
   // The step under way; waits for the timer when its break byte is late.

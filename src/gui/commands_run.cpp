@@ -4,6 +4,7 @@
 #include "gui/command_actions.h"
 #include "gui/connect_dialog.h"
 #include "gui/main_window.h"
+#include "gui/n_step_dialog.h"
 #include "gui/session.h"
 #include "link/native/serial_devices.h"
 #include "workspace/command_rows.h"
@@ -13,6 +14,10 @@ namespace {
 
 namespace commands = workspace::commands;
 
+constexpr const char* kNStepGoesOn = "N-stepping: NStepping in the toolbar, or N Step, ends it.";
+constexpr const char* kTraceGoesOn = "Tracing: the Tracing button ends it and shows the log.";
+constexpr const char* kNStepNotStored =
+    "The settings could not be written: what was chosen holds for this run.";
 constexpr const char* kStepsByLines =
     "Nothing was run. Here steps go by lines: Step line (F11), Step over line (F10), Step out "
     "(Shift+F11).";
@@ -60,6 +65,16 @@ void StepOver(const CommandContext& context) {
   StepAs(context, control::Calls::StepOver, control::LineStepKind::Over);
 }
 
+// Of what repeats steps until somebody ends it.
+void TellTheWayOut(const CommandContext& context) {
+  const control::Mode mode = context.session.debugger.activity.RunMode();
+  if (mode == control::Mode::NStepping) {
+    context.window.status().ShowNotice(kNStepGoesOn, NoticeEnds::WithTheState);
+  } else if (mode == control::Mode::Tracing) {
+    context.window.status().ShowNotice(kTraceGoesOn, NoticeEnds::WithTheState);
+  }
+}
+
 void GoOrBreak(const CommandContext& context) {
   const auto stopped = context.session.debugger.run_control.GoCommand();
   if (!stopped || stopped->reason != base::StopReason::Refused) return;
@@ -67,6 +82,51 @@ void GoOrBreak(const CommandContext& context) {
   if (const auto message = control::StopMessage(*stopped)) {
     context.session.ui.ShowMessage(*message);
   }
+}
+
+void NStep(const CommandContext& context) {
+  Session& session = context.session;
+  control::NStep& n_step = session.debugger.n_step;
+  if (!n_step.MenuCommand()) return;
+  NStepEnd end = NStepEnd::Cancelled;
+  session.gate.OpenDuring([&] {
+    end =
+        AskForNStep(&context.window, context.window.view_font(),
+                    control::OpenNStepForm(session.settings), [&](const control::NStepForm& form) {
+                      if (control::CommitNStepForm(form, session.settings, n_step.settings)) return;
+                      context.window.status().ShowNotice(kNStepNotStored);
+                    });
+  });
+  // What was under way meanwhile may have begun something else.
+  if (end == NStepEnd::Start && session.debugger.activity.RunMode() == control::Mode::Idle)
+    n_step.Start();
+  TellTheWayOut(context);
+}
+
+void NStepByButton(const CommandContext& context) {
+  context.session.debugger.n_step.ToolbarCommand();
+  TellTheWayOut(context);
+}
+
+// The button ends whatever is under way.
+void Trace(const CommandContext& context) {
+  debugger::Debugger& debugger = context.session.debugger;
+  switch (debugger.activity.RunMode()) {
+    case control::Mode::Idle:
+    case control::Mode::Tracing:
+      debugger.trace.Command();
+      break;
+    case control::Mode::NStepping:
+      debugger.n_step.Stop();
+      break;
+    case control::Mode::Running:
+    case control::Mode::LineStepping:
+      GoOrBreak(context);
+      break;
+    case control::Mode::Operation:
+      break;
+  }
+  TellTheWayOut(context);
 }
 
 void NoteLostImage(const CommandContext& context) {
@@ -95,10 +155,12 @@ void ReStart(const CommandContext& context) {
 }
 
 constexpr CommandAction kActions[] = {
-    {commands::kStep, Step},         {commands::kStepOver, StepOver},
-    {commands::kStepLine, StepLine}, {commands::kStepOverLine, StepOverLine},
-    {commands::kStepOut, StepOut},   {commands::kGo, GoOrBreak},
-    {commands::kReset, Reset},       {commands::kReStart, ReStart},
+    {commands::kStep, Step},          {commands::kStepOver, StepOver},
+    {commands::kStepLine, StepLine},  {commands::kStepOverLine, StepOverLine},
+    {commands::kNStep, NStep},        {commands::kToolbarNStep, NStepByButton},
+    {commands::kToolbarTrace, Trace}, {commands::kStepOut, StepOut},
+    {commands::kGo, GoOrBreak},       {commands::kReset, Reset},
+    {commands::kReStart, ReStart},
 };
 
 }  // namespace

@@ -51,6 +51,12 @@ QFont FontOfSettings(const base::SettingsFile& settings) {
   return MakeViewFont(chosen.face, std::max(points, kLeastPoints));
 }
 
+workspace::Repeating RepeatingOf(control::Mode mode) {
+  if (mode == control::Mode::NStepping) return workspace::Repeating::NSteps;
+  if (mode == control::Mode::Tracing) return workspace::Repeating::Trace;
+  return workspace::Repeating::Nothing;
+}
+
 }  // namespace
 
 MainWindow::MainWindow(Session& session)
@@ -157,6 +163,11 @@ void MainWindow::Tick() {
 
 void MainWindow::UpdateViews() {
   session_.FollowEngine();
+  // Whatever has ended the trace, its log is shown.
+  if (const long logs = session_.debugger.trace.logs(); std::exchange(shown_logs_, logs) != logs) {
+    Open(kTraceKind);
+    session_.FollowEngine();
+  }
   for (const OpenWindow& window : windows_) window.view->ShowChanges();
   const TextView* const active = active_view();
   status_->ShowUnderCursor(active != nullptr ? active->CursorText() : QString());
@@ -175,12 +186,14 @@ workspace::CommandConditions MainWindow::Conditions() const {
   return {.running = session_.debugger.activity.RunningShown(),
           .fileIoActive = session_.debugger.activity.FileIoActive(),
           .monitor_away = session_.debugger.Busy(),
-          .operation = session_.debugger.activity.RunMode() == control::Mode::Operation};
+          .operation = session_.debugger.activity.RunMode() == control::Mode::Operation,
+          .repeating = RepeatingOf(session_.debugger.activity.RunMode())};
 }
 
 void MainWindow::Refresh() {
   const workspace::CommandConditions conditions = Conditions();
   menus_.Update(conditions);
+  menus_.SetChecked(commands::kNStep, conditions.repeating == workspace::Repeating::NSteps);
   tool_bar_->Update(conditions);
   status_->ShowConnection(session_.Connection());
   for (const OpenWindow& window : windows_) window.view->viewport()->update();

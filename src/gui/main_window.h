@@ -95,6 +95,7 @@ class MainWindow final : public QMainWindow, private Screen {
   ToolBar* tool_bar_;
   std::vector<OpenWindow> windows_;
   int ticks_ = 0;
+  long shown_logs_ = 0;        // of the trace
   bool close_wanted_ = false;  // while something was under way
   // The version of the image that was reloaded last, so that one which cannot be loaded is not
   // tried again at every activation.

@@ -29,7 +29,7 @@ void ToolBar::Update(const workspace::CommandConditions& conditions) {
     const workspace::CommandRow& row = *workspace::FindCommand(button.id);
     QAction* const action = actions_.at(button.id);
     action->setEnabled(workspace::IsEnabled(row, conditions, workspace::Place::Toolbar));
-    action->setText(Text(workspace::ToolbarText(button, conditions.running)));
+    action->setText(Text(workspace::ToolbarText(button, conditions.running, conditions.repeating)));
     const QString tip = Text(workspace::Tooltip(button, conditions.running));
     action->setToolTip(tip);
     // Without this one that has none would show its own text again.

@@ -11,6 +11,7 @@
 #include "gui/registers_window.h"
 #include "gui/source_window.h"
 #include "gui/stack_window.h"
+#include "gui/trace_window.h"
 #include "gui/variables_window.h"
 #include "gui/watch_window.h"
 
@@ -97,6 +98,14 @@ constexpr std::array kKinds{
                {HowMany::AtMostOne, &keys::kSourceOpen, &keys::kSourceGeometry},
                {},
                Make<SourceWindow>},
+    WindowKind{"Trace",
+               "Trace",
+               StackIcon,
+               0,
+               Menu::None,
+               {HowMany::AtMostOne, &keys::kTraceOpen, &keys::kTraceGeometry},
+               {},
+               Make<TraceWindow>},
 };
 
 }  // namespace
@@ -109,6 +118,7 @@ constinit const WindowKind& kCallsKind = kKinds[4];
 constinit const WindowKind& kVariablesKind = kKinds[5];
 constinit const WindowKind& kProgramKind = kKinds[6];
 constinit const WindowKind& kSourceKind = kKinds[7];
+constinit const WindowKind& kTraceKind = kKinds[8];
 
 std::span<const WindowKind> WindowKinds() {
   return kKinds;

@@ -54,6 +54,7 @@ extern const WindowKind& kRegistersKind;
 extern const WindowKind& kDataKind;
 extern const WindowKind& kStackKind;
 extern const WindowKind& kCallsKind;
+extern const WindowKind& kTraceKind;
 extern const WindowKind& kProgramKind;
 extern const WindowKind& kSourceKind;
 extern const WindowKind& kWatchKind;

@@ -242,6 +242,11 @@ constexpr ToolbarButton kToolbar[] = {
     {kProgramFlash, "ProgFlash", ""},
 };
 
+constexpr bool RepeatedBy(int id, Repeating repeating) {
+  return (id == kToolbarNStep && repeating == Repeating::NSteps) ||
+         (id == kToolbarTrace && repeating == Repeating::Trace);
+}
+
 constexpr std::string_view kGoIsRunning = "MCU is running, click this button to stop";
 
 }  // namespace
@@ -290,8 +295,11 @@ std::string MenuText(const CommandRow& row, bool running) {
   return keys.empty() ? text : text + '\t' + keys;
 }
 
-std::string ToolbarText(const ToolbarButton& button, bool running) {
-  return std::string(button.id == kToolbarGo && running ? "Break  F7" : button.text);
+std::string ToolbarText(const ToolbarButton& button, bool running, Repeating repeating) {
+  if (button.id == kToolbarGo && running) return "Break  F7";
+  return std::string(RepeatedBy(button.id, repeating)
+                         ? button.id == kToolbarNStep ? "NStepping" : "Tracing"
+                         : button.text);
 }
 
 std::string Tooltip(const ToolbarButton& button, bool running) {
@@ -303,8 +311,12 @@ std::string Tooltip(const ToolbarButton& button, bool running) {
 }
 
 bool IsEnabled(const CommandRow& row, const CommandConditions& conditions, Place place) {
+  // The button that has begun it ends it.
+  if (RepeatedBy(row.id, conditions.repeating)) return true;
+  const bool repeats = conditions.repeating != Repeating::Nothing && place == Place::Toolbar;
+  if (repeats && row.id == kToolbarGo) return false;
   const bool runs_in_the_way =
-      place != Place::MenuBar && conditions.running && row.Has(kNotWhileRunning);
+      place != Place::MenuBar && row.Has(kNotWhileRunning) && (conditions.running || repeats);
   return Judge(row, conditions) != Verdict::Ignore && !runs_in_the_way;
 }
 

@@ -119,6 +119,9 @@ std::string ShortcutText(const CommandRow& row);
 // The menu item's text and, behind a tab, its shortcuts. "Go" reads "Break" while running.
 std::string MenuText(const CommandRow& row, bool running);
 
+// What repeats steps by itself until it is stopped.
+enum class Repeating { Nothing, NSteps, Trace };
+
 struct ToolbarButton {
   int id;
   std::string_view text;
@@ -126,7 +129,7 @@ struct ToolbarButton {
 };
 // In their order.
 std::span<const ToolbarButton> Toolbar();
-std::string ToolbarText(const ToolbarButton& button, bool running);
+std::string ToolbarText(const ToolbarButton& button, bool running, Repeating repeating);
 // With the shortcuts behind it.
 std::string Tooltip(const ToolbarButton& button, bool running);
 
@@ -136,6 +139,7 @@ struct CommandConditions {
   bool fileIoActive = false;
   bool monitor_away = false;  // a program or a routine has the target
   bool operation = false;     // a block is written, or flash is worked on
+  Repeating repeating = Repeating::Nothing;
 };
 // Items of the menu bar stay enabled while the target runs, like their keys: choosing one may say
 // why it cannot be done now. Whether a

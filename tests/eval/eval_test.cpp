@@ -122,6 +122,7 @@ TEST_F(EvalTest, ComputesAsCDoes) {
       {"0xFFFF + 1", "0"},
       {"-1 < 0xFFFFu", "0"},
       {"-1 < 1", "1"},
+      {"-1 > 1u", "1"},
       {"0x10000 - 1", "65535"},
       // strength and side
       {"2 + 3 * 4", "14"},

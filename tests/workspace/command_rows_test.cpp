@@ -67,7 +67,8 @@ TEST(CommandRows, OfTheToolbarLeaveResetAndStopWhileRunning) {
   for (const ToolbarButton& button : Toolbar()) {
     const CommandRow* const row = FindCommand(button.id);
     ASSERT_NE(row, nullptr) << button.id;
-    if (!row->Has(kNotWhileRunning)) usable.append(ToolbarText(button, true)).append("; ");
+    if (!row->Has(kNotWhileRunning))
+      usable.append(ToolbarText(button, true, Repeating::Nothing)).append("; ");
     const CommandConditions running{.running = true};
     EXPECT_EQ(IsEnabled(*row, running, Place::Toolbar), !row->Has(kNotWhileRunning));
     EXPECT_TRUE(IsEnabled(*row, running, Place::MenuBar));
