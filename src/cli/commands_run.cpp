@@ -191,7 +191,7 @@ Result StepLine(Session& session, control::LineStepKind kind) {
   control::LineStep& line_step = session.debugger().line_step;
   const std::string problem = line_step.Start(kind);
   if (!problem.empty()) return Failure(ExitStatus::Failed, problem);
-  const frontend::WaitEnd end = session.WaitForStop([&line_step] { return line_step.moves(); });
+  const frontend::WaitEnd end = session.WaitForStop();
   Result result =
       end == frontend::WaitEnd::Stopped ? StopResult(session) : NotStopped(session, end);
   if (!result.ok()) return result;

@@ -118,8 +118,11 @@ Result Set(Session& session, const ParsedArguments& arguments) {
   std::string name = base::UpperCase(arguments.Text(0));
   if (name.starts_with('@')) {
     name.erase(0, 1);
-  } else if (!IsRegister(name) || IsVariable(session, arguments.Text(0))) {
+  } else if (!IsRegister(name) ||
+             (name != arguments.Text(0) && IsVariable(session, arguments.Text(0)))) {
     return SetVariable(session, arguments.Text(0), arguments.Text(1));
+  } else if (IsVariable(session, name)) {
+    session.ui().Warn(fmt::format("{0} is the register; the variable is written ({0}).", name));
   }
   control::RegisterFrame& frame = session.debugger().frame;
   if (name == "SP") {

@@ -127,22 +127,38 @@ bool IsVariable(Session& session, const std::string& word) {
 }
 
 Result SetVariable(Session& session, const std::string& what, const std::string& value) {
+  // Blanks in what is set: as many words belong to it as make it whole.
+  std::string left = what;
+  std::string right = value;
+  eval::Parsed parsed = eval::Parse(left);
+  while (!parsed.ok() && right.find(' ') != std::string::npos) {
+    const std::size_t blank = right.find(' ');
+    left += " " + right.substr(0, blank);
+    right.erase(0, blank + 1);
+    parsed = eval::Parse(left);
+  }
+  if (!parsed.ok()) return UsageError(what + ": " + eval::Parse(what).problem);
+  if (right.starts_with("= ")) right.erase(0, 2);
   const eval::Context context = Here(session);
-  const eval::Parsed parsed = eval::Parse(what);
-  if (!parsed.ok()) return UsageError(parsed.problem);
   const bool is_name = parsed.tree.op == eval::Op::Name && parsed.tree.scope.empty();
-  if (is_name && !eval::FindName(what, {}, context).value) {
+  if (is_name && !eval::FindName(parsed.tree.text, {}, context).value) {
     return UsageError(fmt::format(
-        "\"{}\" is no register (PC, SP, HX, A or CCR) and no variable of the program", what));
+        "\"{}\" is no register (PC, SP, HX, A or CCR) and no variable of the program", left));
   }
   const eval::Result to = eval::Evaluate(parsed.tree, context);
   if (!to.ok()) return Failure(ExitStatus::Failed, to.problem);
-  const eval::Result from = eval::Evaluate(value, context);
+  const eval::Result from = eval::Evaluate(right, context);
   if (!from.ok()) return Failure(ExitStatus::Failed, from.problem);
   const std::string problem = eval::Assign(to.value, from.value, context);
   if (session.debugger().memory.LinkError()) return LinkLost();
-  if (!problem.empty()) return Failure(ExitStatus::Failed, what + ": " + problem);
-  return {};
+  if (!problem.empty()) return Failure(ExitStatus::Failed, left + ": " + problem);
+  Result result;
+  const eval::Value wanted = eval::Loaded(from.value, context);
+  const eval::Value now = eval::Loaded(to.value, context);
+  if (eval::IsInteger(now.type) && eval::IsInteger(wanted.type) && now.number != wanted.number) {
+    result.note = fmt::format("{} is {} now.", left, eval::ValueText(now, context));
+  }
+  return result;
 }
 
 std::string PlaceText(Session& session, base::Address address) {

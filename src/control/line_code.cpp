@@ -44,9 +44,9 @@ std::optional<RunEnd> FindDecision(Address pc, const memory::Range& line, CodeAt
   return at;
 }
 
-// Follows all ways through the line. Nothing unless they meet at one place outside.
-std::optional<RunEnd> FindExit(Address pc, const memory::Range& line, CodeAt code_at,
-                               Enters enters) {
+// Follows all ways through the line: the exit unless they lead to several places or do not tell,
+// and whether there is none.
+LineCode FindExit(Address pc, const memory::Range& line, CodeAt code_at, Enters enters) {
   std::map<Address, int> growths{{pc, 0}};
   std::set<Address> to_do{pc};
   std::optional<RunEnd> exit;
@@ -55,31 +55,33 @@ std::optional<RunEnd> FindExit(Address pc, const memory::Range& line, CodeAt cod
     to_do.erase(to_do.begin());
     const int growth = growths.at(at);
     if (!IsIn(at, line)) {
-      if (exit) return std::nullopt;
+      if (exit) return {};
       exit = {at, growth};
       continue;
     }
     const isa::Instruction instruction = code_at(at);
     const isa::Flow flow = isa::FlowOf(instruction);
     const bool both = flow.kind == FlowKind::Branch;
-    if (!both && Decides(instruction, flow, enters)) return std::nullopt;
+    if (!both && Decides(instruction, flow, enters)) return {};
     const int after = growth + *isa::StackGrowth(instruction);
     const auto reach = [&](Address address) {
       const auto [known, is_new] = growths.try_emplace(address, after);
       if (is_new) to_do.insert(address);
       return known->second == after;
     };
-    if (!reach(both ? base::Low16(instruction.end()) : Next(instruction, flow)))
-      return std::nullopt;
-    if (both && !reach(*flow.target)) return std::nullopt;
+    if (!reach(both ? base::Low16(instruction.end()) : Next(instruction, flow))) return {};
+    if (both && !reach(*flow.target)) return {};
   }
-  return to_do.empty() ? exit : std::nullopt;
+  if (!to_do.empty()) return {};
+  return {.exit = exit, .decision = {}, .endless = !exit};
 }
 
 }  // namespace
 
 LineCode LookAtLine(Address pc, const memory::Range& line, CodeAt code_at, Enters enters) {
-  return {FindExit(pc, line, code_at, enters), FindDecision(pc, line, code_at, enters)};
+  LineCode code = FindExit(pc, line, code_at, enters);
+  code.decision = FindDecision(pc, line, code_at, enters);
+  return code;
 }
 
 }  // namespace brevant::control

@@ -27,6 +27,8 @@ struct LineCode {
   // The first instruction that decides how it goes on: a branch, a return, a call that is to be
   // entered. pc itself where that is one; nothing behind code that runs in a circle.
   std::optional<RunEnd> decision;
+  // No way leads out of the line, whatever is decided.
+  bool endless = false;
 };
 
 using CodeAt = base::FunctionRef<isa::Instruction(base::Address)>;

@@ -114,6 +114,8 @@ void LineStep::MoveOnInLine() {
         return Enters(call);
       });
   if (memory_.LinkError()) return run_.Report({base::StopReason::LinkLost, frame_.PC, {}});
+  // It runs until the user or a breakpoint stops it.
+  if (code.endless) return RunTo({base::Low16(line.first + line.count), 0, false});
   const auto& end = code.exit ? code.exit : code.decision;
   const isa::Instruction here = CodeAt(frame_.PC);
   // A single instruction is stepped: that keeps the user's breakpoints in force.

@@ -53,6 +53,9 @@ std::optional<Address> Context::EntrySp() const {
 }
 
 Context::ReadResult Context::Read(Address address, int count) const {
+  if (address > base::kLastAddress || base::kAddressSpace - address < static_cast<Address>(count)) {
+    return {.problem = "it would lie beyond FFFF"};
+  }
   if (reading_ == Reading::Sparing) {
     for (int i = 0; i < count; ++i) {
       if (memory_.ChangesOnReading(base::Low16(address + static_cast<Address>(i)))) {

@@ -37,7 +37,11 @@ class Evaluator {
   Result Of(const Tree& tree) const {
     switch (tree.op) {
       case Op::Number:
-        return {NumberValue(tree.number, tree.is_unsigned), {}};
+        if (tree.is_real) return {Value{.type = FloatType(), .real = tree.real}, {}};
+        return {NumberValue(tree.number, tree.is_unsigned       ? Signs::Unsigned
+                                         : tree.may_be_unsigned ? Signs::Either
+                                                                : Signs::Signed),
+                {}};
       case Op::Name:
         return Name(tree);
       case Op::Register:
@@ -175,12 +179,12 @@ class Evaluator {
     if (tree.children.empty()) {
       const auto type = TypeNamed(tree.text, tree.stars, context_);
       if (!type) return Problem("there is no type " + tree.text);
-      return {NumberValue(type->size, true), {}};
+      return {NumberValue(type->size, Signs::Unsigned), {}};
     }
     Result of = Of(tree.children[0]);
     if (!of.ok()) return of;
     if (of.value.type.size <= 0) return Problem("its size is not known");
-    return {NumberValue(of.value.type.size, true), {}};
+    return {NumberValue(of.value.type.size, Signs::Unsigned), {}};
   }
 
   Result Cast(const Tree& tree) const {
@@ -226,7 +230,7 @@ class Evaluator {
       case Op::Register:
         return "@" + tree.text;
       case Op::Number:
-        return std::to_string(tree.number);
+        return tree.is_real ? base::Format("%g", tree.real) : std::to_string(tree.number);
       case Op::Member:
         return Written(tree.children[0]) + "." + tree.text;
       case Op::Arrow:
@@ -291,6 +295,8 @@ std::vector<Part> PartsOf(const Value& value, const Context& context, int most) 
   } else {
     for (const symbols::Member& member : value.type.members) {
       if (static_cast<int>(parts.size()) >= most) break;
+      // The compiler's name for padding bits.
+      if (member.bits > 0 && member.name.starts_with("__0000")) continue;
       parts.push_back({member.name, MemberValue(value, member, context)});
     }
   }

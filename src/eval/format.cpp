@@ -148,11 +148,14 @@ class Writer {
   }
 
   std::string FunctionText(Address address) const {
-    const symbols::Function* const function = frames::FunctionAt(address, context_.info());
     const std::string text = base::Format("0x%04x", base::Low16(address));
-    if (function == nullptr || function->first != address) return text;
-    const std::string& name = function->name;
-    return text + " <" + (name.starts_with('_') ? name.substr(1) : name) + ">";
+    const symbols::Function* const function = frames::FunctionAt(address, context_.info());
+    if (function != nullptr && function->first == address) {
+      const std::string& name = function->name;
+      return text + " <" + (name.starts_with('_') ? name.substr(1) : name) + ">";
+    }
+    const auto label = context_.info().SymbolTable.FindSymbolName(address);
+    return label ? text + " <" + std::string(*label) + ">" : text;
   }
 
   // The compiler makes no difference between characters and small numbers: what cannot be read as a
@@ -202,6 +205,10 @@ std::string ValueText(const Value& value, const Context& context, Notation notat
 std::string TypeText(const Value& value, const Context& context) {
   std::string text = context.info().types.Text(value.id);
   if (!text.empty()) return text;
+  if (value.type.kind == Type::Kind::Function) {
+    text = context.info().types.Text(value.type.target);
+    return (text.empty() ? "code" : text) + " ()";
+  }
   if (value.type.kind == Type::Kind::Pointer) {
     text = context.info().types.Text(value.type.target);
     if (text.empty()) text = value.type.name.empty() ? "void" : value.type.name;

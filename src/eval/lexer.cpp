@@ -3,6 +3,8 @@
 
 #include <algorithm>
 #include <array>
+#include <charconv>
+#include <limits>
 #include <optional>
 
 #include "base/text_format.h"
@@ -12,10 +14,10 @@ namespace {
 
 using Kind = Token::Kind;
 
-constexpr std::array<std::string_view, 10> kLongSigns{
-    "->", "<<", ">>", "<=", ">=", "==", "!=", "&&", "||", "::"};
+constexpr std::array<std::string_view, 12> kLongSigns{
+    "->", "<<", ">>", "<=", ">=", "==", "!=", "&&", "||", "::", "++", "--"};
 constexpr std::string_view kSigns = "+-*/%<>&^|!~()[].=";
-constexpr int kMostDigits = 16;
+constexpr std::uint64_t kMostNumber = std::numeric_limits<std::uint64_t>::max();
 
 bool IsDigit(char c) {
   return c >= '0' && c <= '9';
@@ -45,6 +47,14 @@ std::size_t ScopeLength(std::string_view text) {
       text.begin();
   const bool scope = end + 1 < text.size() && text[end] == ':' && IsNameStart(text[end + 1]);
   return scope ? end : 0;
+}
+
+// Of UTF-8, all its bytes.
+std::string FirstCharacter(std::string_view text) {
+  std::size_t length = 1;
+  while (length < text.size() && (static_cast<unsigned char>(text[length]) & 0xC0) == 0x80)
+    ++length;
+  return std::string(text.substr(0, length));
 }
 
 class Lexer {
@@ -85,19 +95,60 @@ class Lexer {
     TakeSign();
   }
 
-  void TakeNumber(int base, bool is_unsigned) {
-    Token token{.kind = Kind::Number, .is_unsigned = is_unsigned};
-    int digits = 0;
-    if (rest_.empty() || !DigitOf(rest_.front(), base))
-      return Fail("a hexadecimal digit is missing");
+  // 3.5, 1e3: what stands before a '.' with a digit, or an 'e' with digits, is decimal.
+  bool TakeReal() {
+    const std::size_t whole = std::min(rest_.find_first_not_of("0123456789"), rest_.size());
+    const std::string_view behind = rest_.substr(whole);
+    const auto digit_at = [behind](std::size_t n) {
+      return n < behind.size() && IsDigit(behind[n]);
+    };
+    const bool point = behind.starts_with('.') && digit_at(1);
+    const bool exponent = behind.starts_with('e') || behind.starts_with('E');
+    const bool sign = behind.size() > 1 && (behind[1] == '-' || behind[1] == '+');
+    if (!point && !(exponent && digit_at(sign ? 2 : 1))) return false;
+    Token token{.kind = Kind::Number, .is_real = true};
+    const auto read = std::from_chars(rest_.data(), rest_.data() + rest_.size(), token.real);
+    if (read.ec != std::errc()) {
+      Fail("the number is too large");
+      return true;
+    }
+    Skip(static_cast<std::size_t>(read.ptr - rest_.data()));
+    if (!rest_.empty() && (rest_.front() == 'f' || rest_.front() == 'F')) Skip(1);
+    tokens_.list.push_back(token);
+    return true;
+  }
+
+  // Nothing without a digit, and when it does not fit 64 bits.
+  std::optional<std::uint64_t> TakeDigits(int base) {
+    std::uint64_t number = 0;
+    bool any = false;
     while (!rest_.empty()) {
       const auto digit = DigitOf(rest_.front(), base);
       if (!digit) break;
-      token.number = token.number * base + *digit;
-      if (token.number != 0) ++digits;
+      const auto value = static_cast<std::uint64_t>(*digit);
+      const auto factor = static_cast<std::uint64_t>(base);
+      if (number > (kMostNumber - value) / factor) {
+        Fail("the number is too large");
+        return std::nullopt;
+      }
+      number = number * factor + value;
+      any = true;
       Skip(1);
-      if (digits > kMostDigits - 1) return Fail("the number is too large");
     }
+    if (any) return number;
+    Fail("a hexadecimal digit is missing");
+    return std::nullopt;
+  }
+
+  void TakeNumber(int base, bool hexadecimal) {
+    if (base == 10 && TakeReal()) return;
+    if (base == 10 && rest_.size() > 1 && rest_[0] == '0' && IsDigit(rest_[1])) {
+      return Fail("a leading 0 makes a number octal in C: write it without, or 0x before it");
+    }
+    const auto number = TakeDigits(base);
+    if (!number) return;
+    Token token{.kind = Kind::Number, .number = static_cast<std::int64_t>(*number)};
+    token.may_be_unsigned = hexadecimal || token.number < 0;
     while (!rest_.empty() &&
            std::string_view("uUlL").find(rest_.front()) != std::string_view::npos) {
       token.is_unsigned = token.is_unsigned || rest_.front() == 'u' || rest_.front() == 'U';
@@ -156,8 +207,7 @@ class Lexer {
         kLongSigns, [this](std::string_view known) { return rest_.starts_with(known); });
     const std::size_t length = sign != kLongSigns.end() ? 2 : 1;
     if (length == 1 && kSigns.find(rest_.front()) == std::string_view::npos) {
-      return Fail(
-          base::Format("\"%s\" has no meaning in an expression", std::string(rest_.substr(0, 1))));
+      return Fail(base::Format("\"%s\" has no meaning in an expression", FirstCharacter(rest_)));
     }
     tokens_.list.push_back({.kind = Kind::Sign, .text = std::string(rest_.substr(0, length))});
     Skip(length);

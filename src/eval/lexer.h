@@ -12,10 +12,13 @@ namespace brevant::eval {
 struct Token {
   enum class Kind { End, Number, Name, Register, Sign };
   Kind kind = Kind::End;
-  std::string text = {};   // of a name or a sign: "->", "<=", "("
-  std::string scope = {};  // of a name: the file before its ':'
-  std::int64_t number = 0;
-  bool is_unsigned = false;
+  std::string text = {};         // of a name or a sign: "->", "<=", "("
+  std::string scope = {};        // of a name: the file before its ':'
+  std::int64_t number = 0;       // 64 bits, of a larger one those of the unsigned number
+  bool is_unsigned = false;      // written with a U
+  bool may_be_unsigned = false;  // hexadecimal, or too large for another
+  bool is_real = false;          // then real is the number
+  double real = 0;
 };
 
 struct Tokens {

@@ -150,13 +150,21 @@ std::string RegistersReason(const Variable& variable, const Context& context) {
 }
 
 Value FunctionValue(const Function& function) {
-  return {.type = {.kind = Type::Kind::Function, .name = function.name, .target = function.result},
+  return {.type = {.kind = Type::Kind::Function, .target = function.result},
           .place = Place{function.first},
           .number = function.first};
 }
 
 // A symbol that has no type is a byte, unless its size is that of another number.
-Value SymbolValue(const symbols::Symbol& symbol) {
+Value SymbolValue(const symbols::Symbol& symbol, const Context& context) {
+  // Where the variables are told with their types, what lies in flash without one is code.
+  const bool is_code = symbol.size == 0 && !context.info().functions.empty() &&
+                       context.memory().KindOf(symbol.address) == devices::MemoryKind::Flash;
+  if (is_code) {
+    return {.type = {.kind = Type::Kind::Function},
+            .place = Place{symbol.address},
+            .number = static_cast<std::int64_t>(symbol.address)};
+  }
   const bool is_number = symbol.size == 2 || symbol.size == 4;
   return {.type = IntegerType(is_number ? symbol.size : 1, false), .place = Place{symbol.address}};
 }
@@ -284,7 +292,16 @@ Named FindName(std::string_view name, std::string_view scope, const Context& con
     const symbols::Place place = symbols::FindPlace(whole, context.info());
     if (!place.address) return {{}, place.problem};
   }
-  if (!symbols.empty()) return {SymbolValue(*symbols.front()), {}};
+  // "_main.i": the program is not in that function, but its name was found.
+  if (!symbols.empty() && symbols.front()->scope == symbols::Scope::Function && scope.empty()) {
+    const std::string& local = symbols.front()->name;
+    const std::size_t dot = local.rfind('.');
+    if (dot != std::string::npos) {
+      return FindName(std::string_view(local).substr(dot + 1), Plain(local.substr(0, dot)),
+                      context);
+    }
+  }
+  if (!symbols.empty()) return {SymbolValue(*symbols.front(), context), {}};
   return {{}, base::Format("there is no %s", whole)};
 }
 

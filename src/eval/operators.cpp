@@ -76,7 +76,6 @@ Result OfReals(Op op, double a, double b) {
     case Op::Multiply:
       return {Real(a * b), {}};
     case Op::Divide:
-      if (b == 0) return Problem("division by 0");
       return {Real(a / b), {}};
     case Op::Add:
       return {Real(a + b), {}};
@@ -119,8 +118,15 @@ Result OfIntegers(Op op, const Value& left, const Value& right) {
   if (op == Op::ShiftLeft || op == Op::ShiftRight) return Shifted(op, left, right.number);
   const Type type = Common(left.type, right.type);
   const std::int64_t a = Wrapped(left.number, type), b = Wrapped(right.number, type);
-  if (const auto truth = Compared(op, a, b)) return {Truth(*truth), {}};
+  const bool whole_word = !type.is_signed && type.size == kIntegerSizes.back();
+  const auto x = static_cast<std::uint64_t>(a), y = static_cast<std::uint64_t>(b);
+  if (const auto truth = whole_word ? Compared(op, x, y) : Compared(op, a, b)) {
+    return {Truth(*truth), {}};
+  }
   if (op == Op::Divide || op == Op::Modulo) {
+    if (whole_word && y != 0) {
+      return {Integer(static_cast<std::int64_t>(op == Op::Divide ? x / y : x % y), type), {}};
+    }
     if (b == 0) return Problem("division by 0");
     if (b == -1) return {Integer(op == Op::Divide ? Wrapping(Op::Subtract, 0, a) : 0, type), {}};
     return {Integer(op == Op::Divide ? a / b : a % b, type), {}};
@@ -147,6 +153,9 @@ Result OfPointers(Op op, const Value& left, const Value& right, const Context& c
     return Problem("this operator does not take pointers");
   }
   if (size <= 0) return Problem("what it points at has no size that is known");
+  if (left_points && right_points && TargetSize(left, context) != TargetSize(right, context)) {
+    return Problem("pointers to different things have no difference");
+  }
   if (left_points && right_points) return {Integer((a - b) / size, IntegerType(2, true)), {}};
   Value moved = pointer;
   const std::int64_t by = (left_points ? right : left).number * size;
@@ -210,15 +219,15 @@ std::optional<Type> OwnType(std::string_view name) {
 
 }  // namespace
 
-Value NumberValue(std::int64_t number, bool may_be_unsigned) {
+Value NumberValue(std::int64_t number, Signs signs) {
   for (const int size : kIntegerSizes) {
     for (const bool is_signed : {true, false}) {
-      if (!is_signed && !may_be_unsigned) continue;
+      if (signs == (is_signed ? Signs::Unsigned : Signs::Signed)) continue;
       const Type type = IntegerType(size, is_signed);
-      if (Wrapped(number, type) == number) return Integer(number, type);
+      if (number >= 0 && Wrapped(number, type) == number) return Integer(number, type);
     }
   }
-  return Integer(number, IntegerType(kIntegerSizes.back(), true));
+  return Integer(number, IntegerType(kIntegerSizes.back(), false));
 }
 
 bool IsTrue(const Value& value) {

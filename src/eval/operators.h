@@ -10,9 +10,10 @@
 
 namespace brevant::eval {
 
-// A literal's value: the first of int, long and long long that holds it, of a number that is
-// written as unsigned also their unsigned ones.
-Value NumberValue(std::int64_t number, bool may_be_unsigned);
+// A literal's value: the first of int, long and long long that holds it, and which of their signs.
+// A number below 0 stands for one of 64 bits without a sign.
+enum class Signs { Signed, Either, Unsigned };
+Value NumberValue(std::int64_t number, Signs signs);
 
 bool IsTrue(const Value& value);
 

@@ -121,8 +121,9 @@ Value Loaded(Value value, const Context& context) {
 std::string Assign(const Value& to, const Value& what, const Context& context) {
   if (!to.unavailable.empty()) return UnavailableText(to);
   if (!CanBeWritten(to)) return "only numbers and pointers that lie in memory can be set";
-  const Value value = Loaded(what, context);
+  Value value = Loaded(what, context);
   if (!value.unavailable.empty()) return UnavailableText(value);
+  if (value.type.kind == Kind::Function) value.type = PointerTo(value.id);
   if (!IsScalar(value.type)) return "a number is expected";
   memory::Memory& memory = context.memory();
   const Address address = to.place->address;

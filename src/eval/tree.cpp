@@ -64,7 +64,7 @@ class Parser {
   Parsed Run() {
     Tree tree = TakeBinary(1);
     if (problem_.empty() && Now().kind != Kind::End) {
-      const bool assigns = Now().text == "=";
+      const bool assigns = Now().text == "=" || Now().text == "++" || Now().text == "--";
       Fail(assigns ? "an expression changes nothing: use set" : "unexpected " + Shown(Now()));
     }
     return {std::move(tree), std::move(problem_)};
@@ -178,7 +178,12 @@ class Parser {
     Skip();
     switch (token.kind) {
       case Kind::Number:
-        return {.op = Op::Number, .number = token.number, .is_unsigned = token.is_unsigned};
+        return {.op = Op::Number,
+                .number = token.number,
+                .is_unsigned = token.is_unsigned,
+                .may_be_unsigned = token.may_be_unsigned,
+                .is_real = token.is_real,
+                .real = token.real};
       case Kind::Name:
         return {.op = Op::Name, .text = token.text, .scope = token.scope};
       case Kind::Register:

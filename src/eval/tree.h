@@ -59,7 +59,10 @@ struct Tree {
   std::string scope = {};
   int stars = 0;
   std::int64_t number = 0;
-  bool is_unsigned = false;  // of a number: written as hexadecimal or with a U
+  bool is_unsigned = false;      // of a number: written with a U
+  bool may_be_unsigned = false;  // of a number: hexadecimal, or too large for another
+  bool is_real = false;          // of a number: real is it
+  double real = 0;
   std::vector<Tree> children = {};
 };
 

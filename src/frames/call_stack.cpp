@@ -21,6 +21,8 @@ constexpr Address kReturnBytes = 2;
 constexpr Address kInterruptBytes = 5;  // CCR, A, X, PC
 constexpr Address kLongestCall = 3, kShortestCall = 1;
 constexpr long kMostCodeSearched = 256;  // bytes, for one frame
+// How far from a label code is still told by it.
+constexpr Address kNearestReach = 0x200;
 constexpr std::string_view kOutermost = "main";
 
 std::string_view Plain(std::string_view name) {
@@ -174,8 +176,15 @@ std::string FrameText(std::size_t number, const Frame& frame, const symbols::Deb
 
 std::string FunctionName(const Frame& frame, const symbols::DebugInfo& info) {
   if (frame.function != nullptr) return std::string(Plain(frame.function->name));
-  const symbols::Symbol* const symbol = symbols::FindContaining(frame.pc, info);
-  return symbol == nullptr ? "?" : symbol->name;
+  // Of a library only the beginnings of its functions are told.
+  const symbols::Symbol* nearest = nullptr;
+  for (const symbols::Symbol& symbol : info.SymbolTable.symbols()) {
+    const bool below = symbol.address <= frame.pc && frame.pc - symbol.address < kNearestReach;
+    if (below && (nearest == nullptr || symbol.address > nearest->address)) nearest = &symbol;
+  }
+  if (nearest == nullptr) return "?";
+  const Address offset = frame.pc - nearest->address;
+  return std::string(Plain(nearest->name)) + (offset == 0 ? "" : base::Format("+%x", offset));
 }
 
 }  // namespace brevant::frames

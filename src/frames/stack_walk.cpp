@@ -78,8 +78,18 @@ bool StackWalk::MayHoldCode(Address address) const {
 bool StackWalk::RunsIn(Address function) const {
   return std::ranges::any_of(below_, [&](Address place) {
     const symbols::Symbol* const symbol = symbols::FindContaining(place, debug_info_);
-    return symbol != nullptr && symbol->address == function;
+    return symbol != nullptr ? symbol->address == function : IsNearestBelow(function, place);
   });
+}
+
+// Of a library only the beginnings of its functions are told.
+bool StackWalk::IsNearestBelow(Address function, Address place) const {
+  std::optional<Address> nearest;
+  for (const symbols::Symbol& symbol : debug_info_.SymbolTable.symbols()) {
+    if (symbol.address <= place && (!nearest || symbol.address > *nearest))
+      nearest = symbol.address;
+  }
+  return nearest == function;
 }
 
 bool StackWalk::MayRunIn(Address handler) const {

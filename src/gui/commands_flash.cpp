@@ -167,9 +167,8 @@ void AskAndProgram(const CommandContext& context) {
                                                 session.debugger.debug_info.tool_chain,
                                                 base::WorkingDirectory()));
   };
-  // Until a file has been programmed, the one that is being worked on.
-  const bool has_file = !session.settings.String(base::keys::kProgramFile).empty();
-  const bool take_loaded = kWhat == FileChoice::What::FlashImage && !has_file;
+  // The one that is being worked on; the dialog itself knows the one programmed last.
+  const bool take_loaded = kWhat == FileChoice::What::FlashImage;
   const std::string name = take_loaded ? session.recent_files.current() : "";
   const auto choice =
       Collect(context, [&] { return AskForFlashFile(LinksOf(context), kWhat, name, browse); });

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Commands that run, stop and reset the target.
+#include "base/text_format.h"
 #include "control/messages.h"
 #include "gui/command_actions.h"
 #include "gui/connect_dialog.h"
@@ -18,6 +19,8 @@ constexpr const char* kNStepGoesOn = "N-stepping: NStepping in the toolbar, or N
 constexpr const char* kTraceGoesOn = "Tracing: the Tracing button ends it and shows the log.";
 constexpr const char* kNStepNotStored =
     "The settings could not be written: what was chosen holds for this run.";
+constexpr const char* kSuspended =
+    "The breakpoint at %04x does not count on the way: there is one hardware breakpoint.";
 constexpr const char* kStepsByLines =
     "Nothing was run. Here steps go by lines: Step line (F11), Step over line (F10), Step out "
     "(Shift+F11).";
@@ -25,9 +28,12 @@ constexpr const char* kStepsByLines =
 void StepLines(const CommandContext& context, control::LineStepKind kind) {
   Session& session = context.session;
   const std::string problem = session.debugger.line_step.Start(kind);
-  if (problem.empty()) return;
-  session.ui.Beep();
-  context.window.status().ShowNotice(problem);
+  if (!problem.empty()) {
+    session.ui.Beep();
+    context.window.status().ShowNotice(problem);
+  } else if (const auto user = session.debugger.line_step.suspended()) {
+    context.window.status().ShowNotice(base::Format(kSuspended, *user));
+  }
 }
 
 void StepLine(const CommandContext& context) {

@@ -29,6 +29,9 @@ constexpr const char* kInMemoryOnly = "No program loaded yet: the list is kept i
 constexpr const char* kNotWritten = "%s cannot be written: the list is kept in memory only.";
 constexpr const char* kPartsAreShownOnly =
     "Parts are only shown here: watch one by its name to edit it.";
+constexpr const char* kLargerThanAsked =
+    "%s is larger than what is watched of it: watch one of its parts, or change it in the "
+    "variables window (Alt+V).";
 constexpr const char* kNoList = "%s holds no watched variables.";
 constexpr const char* kWatched = "%s is watched.";
 
@@ -67,6 +70,10 @@ void Edit(const CommandContext& context) {
   if (!IsActive(context) || item == nullptr) return;
   if (session.watch.HighlightedPlace()->below > 0) {
     context.window.status().ShowNotice(kPartsAreShownOnly);
+    return;
+  }
+  if (item->is_larger) {
+    context.window.status().ShowNotice(base::Format(kLargerThanAsked, item->name));
     return;
   }
   const bool is_string = item->IsString();

@@ -148,11 +148,12 @@ void WatchWindow::PaintLine(QPainter& painter, int row,
 }
 
 void WatchWindow::mousePressEvent(QMouseEvent* event) {
-  if (event->button() != Qt::LeftButton) return;
   setFocus();
   const QPoint at = event->position().toPoint();
   const int row = at.y() / cell().height;
+  // The popup menu acts on what the pointer shows.
   view_.PlaceCursor(row);
+  if (event->button() != Qt::LeftButton) return;
   view_.ToggleAt(row, at.x() / cell().width);
 }
 

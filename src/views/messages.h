@@ -141,6 +141,8 @@ inline constexpr const char* kFileDoesNotFit =
     "The file of %ld bytes does not fit: it would end beyond FFFF.";
 inline constexpr const char* kExpectTabSize = "A digit: 1 to 8.";
 inline constexpr const char* kExpectLine = "A line of the file: 1 to %d.";
+inline constexpr const char* kNoSuchName =
+    "%s is neither a name nor an expression of the program: give an address.";
 inline constexpr const char* kExpectLength = "How many bytes are shown: hexadecimal digits.";
 inline constexpr const char* kNoAtInNames =
     "\"@\" cannot stand in a name: the configuration file ends the name with it.";

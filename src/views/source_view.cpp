@@ -159,7 +159,8 @@ bool SourceView::ShowPcLine() {
 }
 
 void SourceView::ShowTop(int top) {
-  state_.top = std::clamp(top, 0, state_.lineCount);
+  state_.top = std::clamp(top, 0, std::max(state_.lineCount - 1, 0));
+  state_.cursor = std::clamp(state_.cursor, 0, std::max(state_.lineCount - 1 - state_.top, 0));
   Request();
 }
 

@@ -39,7 +39,12 @@ std::optional<WatchForm::Refusal> Refused(const WatchForm& form, const symbols::
   }
   // Of an expression the address is only known at a stop.
   const bool is_expression = IsExpression(Trimmed(form.symbol), info);
-  if (!IsHexNumber(form.address) && !(is_expression && form.address.empty())) {
+  const bool is_named = is_expression || FindWatched(Trimmed(form.symbol), info);
+  if (!IsHexNumber(form.address) && !(is_named && form.address.empty())) {
+    if (form.address.empty() && !Trimmed(form.symbol).empty()) {
+      return WatchForm::Refusal{Field::Address,
+                                base::Format(messages::kNoSuchName, Trimmed(form.symbol))};
+    }
     return WatchForm::Refusal{Field::Address, messages::kExpectAddress};
   }
   if (is_expression && Trimmed(form.symbol).size() > WatchItem::kMostName) {
@@ -84,7 +89,15 @@ void WatchForm::ChooseSymbol(std::string_view name, const WatchNames& names) {
   symbol = name;
   if (name.size() < 2 && !IsExpression(name, names.info)) return;
   if (const auto known = FindWatched(name, names.info)) address = base::Format("%05lx", *known);
-  if (names.context == nullptr) return;
+  if (names.context == nullptr) {
+    // The target is not to be asked, but the type of a plain name is known without it.
+    const auto& variables = names.info.variables;
+    const auto known = std::ranges::find(variables, name, &symbols::Variable::name);
+    if (adds && known != variables.end()) {
+      TakeType(names.info.types[known->type], names.info.types);
+    }
+    return;
+  }
   const auto result = EvaluateWatched(name, *names.context);
   if (!result || !result->ok()) return;
   if (result->value.place) address = base::Format("%05lx", result->value.place->address);
@@ -92,10 +105,11 @@ void WatchForm::ChooseSymbol(std::string_view name, const WatchNames& names) {
 }
 
 void WatchForm::TypeSymbol(std::string_view text, const WatchNames& names) {
-  // In an expression capitals would name other members.
+  // In an expression capitals would name other members, and C tells names by their case.
   const bool is_name = std::ranges::all_of(
       text, [](unsigned char c) { return c == '_' || c == ' ' || std::isalnum(c) != 0; });
-  ChooseSymbol(is_name ? base::UpperCase(text) : std::string(text), names);
+  const bool as_it_is = !is_name || IsSpeltSo(Trimmed(text), names.info);
+  ChooseSymbol(as_it_is ? std::string(text) : base::UpperCase(text), names);
 }
 
 void WatchForm::TakeType(const symbols::Type& type, const symbols::Types& types) {

@@ -46,6 +46,7 @@ struct WatchItem {
   // Of a name that C knows.
   bool has_parts = false;  // that can be unfolded
   bool computed = false;   // the value is no bytes of memory
+  bool is_larger = false;  // than what the entry covers: shown as C, and not edited as a whole
   std::string as_c = {};   // the value as C writes it, where that is to be shown
   ValueRows values = {};   // itself and what is unfolded below it; empty while folded
 

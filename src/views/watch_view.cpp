@@ -149,7 +149,7 @@ void WatchView::ReadEntry(int entry, Compare compare, const eval::Context& conte
   WatchItem& item = table_.values()[static_cast<std::size_t>(entry)];
   if (compare == Compare::WithTheTimeBefore) item.changed = false;
   item.problem.clear();
-  item.computed = item.has_parts = false;
+  item.computed = item.has_parts = item.is_larger = false;
   const auto meant = EvaluateWatched(item.name, context);
   const bool is_expression = meant && IsExpression(item.name, sources_.debug_info);
   if (is_expression) Locate(item, *meant, context);
@@ -166,8 +166,10 @@ void WatchView::ReadEntry(int entry, Compare compare, const eval::Context& conte
   if (meant && meant->ok()) {
     const eval::Value& value = meant->value;
     item.has_parts = eval::HasParts(value, context);
-    if (as_c_) item.as_c = eval::ValueText(value, context);
-    if (as_c_ && !as_c.empty() && as_c != item.as_c) item.changed = true;
+    // A part must not pass for the whole.
+    item.is_larger = !item.IsString() && value.type.size > item.bytes();
+    if (as_c_ || item.is_larger) item.as_c = eval::ValueText(value, context);
+    if (!item.as_c.empty() && !as_c.empty() && as_c != item.as_c) item.changed = true;
     if (item.has_parts && values.IsUnfolded(ValueRows::PathOf("", item.name))) {
       values.Add("", item.name, value, context);
     }

@@ -42,6 +42,14 @@ bool IsExpression(std::string_view name, const symbols::DebugInfo& info) {
   return parsed.ok() && HasName(parsed.tree);
 }
 
+bool IsSpeltSo(std::string_view name, const symbols::DebugInfo& info) {
+  const auto is_so = [name](const symbols::Variable& variable) { return variable.name == name; };
+  return std::ranges::any_of(info.variables, is_so) ||
+         std::ranges::any_of(info.functions, [&](const symbols::Function& function) {
+           return std::ranges::any_of(function.locals, is_so);
+         });
+}
+
 std::optional<eval::Result> EvaluateWatched(std::string_view name, const eval::Context& context) {
   const auto symbol = FindWatched(name, context.info());
   if (!symbol && !IsExpression(name, context.info())) return std::nullopt;

@@ -18,6 +18,9 @@ std::optional<base::Address> FindWatched(std::string_view name, const symbols::D
 // variable is one, too.
 bool IsExpression(std::string_view name, const symbols::DebugInfo& info);
 
+// A variable of the program, or a local, has this very name.
+bool IsSpeltSo(std::string_view name, const symbols::DebugInfo& info);
+
 // Nothing where the name means nothing to C: it may stand for an address of its own.
 std::optional<eval::Result> EvaluateWatched(std::string_view name, const eval::Context& context);
 

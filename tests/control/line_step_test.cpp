@@ -121,6 +121,21 @@ TEST_F(LineStepTest, EndsAtTheUsersBreakpointAndAtTheUsersStop) {
   EXPECT_EQ(Go(LineStepKind::Into), 0x0160u);
 }
 
+TEST_F(LineStepTest, ComesBackThroughCodeWithoutLines) {
+  // The library calls f back.
+  Load(0x0150, ByteList{0xCD, 0x01, 0x90});
+  Load(0x0190, ByteList{0x87, 0xCD, 0x01, 0x70, 0x86, 0x81});  // PSHA; JSR f; PULA; RTS
+  debug_info.SymbolTable.Assign(
+      {{"_main", 0x0150, 0, {}}, {"_f", 0x0170, 0, {}}, {"lib", 0x0190, 0, {}}});
+  breakpoints.AddBreakpoint(0x0171);
+  run.Go();
+  TickUntilIdle();
+  breakpoints.Clear();
+  ASSERT_EQ(frame.PC, 0x0171u);
+  EXPECT_EQ(Go(LineStepKind::Into), 0x0153u) << "the line that has called the library";
+  EXPECT_EQ(run.last_stop()->detail, "t.c:1");
+}
+
 TEST_F(LineStepTest, SaysWhatItDoesNotKnow) {
   SetPC(0x0198);
   EXPECT_EQ(Go(LineStepKind::Into), 0x0199u);

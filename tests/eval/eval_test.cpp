@@ -115,14 +115,14 @@ TEST_F(EvalTest, ComputesAsCDoes) {
       {"12", "12"},
       {"0x1F + $1f", "62"},
       {"'a'", "97"},
-      {"'\\n'", "10"},
+      {"'\\n' + 'b' - 'a'", "11"},
       {"30000 + 30000", "-5536"},
       {"30000L + 1", "30001"},
       {"40000 + 30000", "70000"},
       {"0xFFFF + 1", "0"},
       {"-1 < 0xFFFFu", "0"},
       {"-1 < 1", "1"},
-      {"-1 > 1u", "1"},
+      {"(-2 > 1u) + (-1 < 1L)", "2"},
       {"0x10000 - 1", "65535"},
       // strength and side
       {"2 + 3 * 4", "14"},
@@ -194,6 +194,16 @@ TEST_F(EvalTest, ComputesAsCDoes) {
       {"byte.x", "byte is no structure"},
       {"byte[0]", "byte is neither array nor pointer"},
       {"*byte", "byte is no pointer"},
+      {"0xffffffffffffffff", "18446744073709551615"},
+      {"0xffffffffffffffff / 2 > 5", "1"},
+      {"18446744073709551616", "the number is too large"},
+      {"2.5 * 2 + 1e1", "15"},
+      {"ratio == -1.5", "1"},
+      {"1.0 / 0", "inf"},
+      {"010", "a leading 0 makes a number octal in C: write it without, or 0x before it"},
+      {"++byte", "a name or a number is missing before \"++\""},
+      {"*(int *)0xFFFF", "not available here (it would lie beyond FFFF)"},
+      {"&table[0] - &here.tag", "pointers to different things have no difference"},
       {"1 / 0", "division by 0"},
       {"here + 1", "here is no number: name one of its parts"},
       {"(1", ") is missing before the end"},
@@ -214,7 +224,7 @@ TEST_F(EvalTest, ComputesAsCDoes) {
   EXPECT_EQ(Text("ratio", Notation::Hexadecimal), "0xbfc00000");
   // Hostile texts end in a refusal, not in a crash.
   EXPECT_EQ(Text(std::string(90000, '(').c_str()), "the expression is too long");
-  EXPECT_EQ(Text(std::string(390, '-').c_str()), "the expression is nested too deeply");
+  EXPECT_EQ(Text(std::string(390, '~').c_str()), "the expression is nested too deeply");
 }
 
 TEST_F(EvalTest, TellsLocalsByWhereTheyAre) {

@@ -296,7 +296,7 @@ TEST_F(WatchC, StructuresAreAddedByNameAndUnfold) {
   Edit("04", "7f");
   EXPECT_EQ(Lines(), "POINTS[1](H) 7f, changed");
   Add("segment", "", {});
-  EXPECT_EQ(watch().TextLines()[1].left(13), "  SEGMENT(H)+");
+  EXPECT_EQ(watch().TextLines()[1].left(13), "  SEGMENT(C)+");
   QTest::mouseClick(watch().viewport(), Qt::LeftButton, {}, CellAt(watch(), 12, 1));
   QTest::qWait(30);
   EXPECT_EQ(watch().TextLines().mid(2).join('\n'),

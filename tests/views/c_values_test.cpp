@@ -95,7 +95,7 @@ TEST_F(CValues, NamesBringTheirTypes) {
 TEST_F(CValues, ValuesWithPartsUnfold) {
   RunTo("structs", "done");
   Watch("segment");
-  EXPECT_EQ(Watched(0).substr(0, 13), "  segment(H)+");
+  EXPECT_EQ(Watched(0).substr(0, 13), "  segment(C)+");
   watch.Unfold(true);
   FollowAll();
   EXPECT_EQ(Below(0), "  + from = {x = 1, y = -1}\n  + to = {x = 16, y = -4}\n");
