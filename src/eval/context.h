@@ -10,6 +10,7 @@
 
 #include "base/address.h"
 #include "frames/call_stack.h"
+#include "frames/stack_depth.h"
 #include "memory/memory.h"
 #include "symbols/debug_info.h"
 
@@ -45,6 +46,9 @@ class Context {
   bool innermost() const { return pc_ == registers_.pc && sp_ == registers_.sp; }
   // SP at the function's first instruction. Its code is read when this is asked for first.
   std::optional<base::Address> EntrySp() const;
+  // Whether something may have been written to a place on the stack since the function began, as
+  // far as its code up to PC tells; places as of frames::StackUse. Of callers it is not asked.
+  bool MayBeWritten(int first, int count) const;
 
   struct ReadResult {
     std::vector<std::uint8_t> bytes = {};
@@ -64,6 +68,7 @@ class Context {
   const symbols::Function* function_;
   mutable bool entry_known_ = false;
   mutable std::optional<base::Address> entry_sp_;
+  mutable std::optional<frames::StackUse> use_;
 };
 
 }  // namespace brevant::eval

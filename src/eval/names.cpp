@@ -217,6 +217,11 @@ Value ValueOf(const Variable& variable, const Context& context) {
         value.unavailable = "it has no place on the stack yet, or no longer";
         break;
       }
+      // The compiler may keep it elsewhere until then.
+      if (variable.offset < 0 && !context.MayBeWritten(variable.offset + 1, variable.size)) {
+        value.unavailable = "nothing has been written to its place on the stack so far";
+        break;
+      }
       value.place = Place{address};
       break;
     }

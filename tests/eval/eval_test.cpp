@@ -68,8 +68,8 @@ class EvalTest : public control::Bench {
               .registers = {"a"}},
              {.name = "gone", .type = u8_, .size = 1}}});
     debug_info.DebugInfoLoaded = true;
-    Load(0x0150,
-         ByteList{0xA7, 0xFE, 0x9D, 0x9D, 0x9D, 0xA7, 0x02, 0x81});  // AIS #-2 ... AIS #2; RTS
+    // AIS #-2; CLR 1,SP; AIS #2; RTS
+    Load(0x0150, ByteList{0xA7, 0xFE, 0x9E, 0x6F, 0x01, 0xA7, 0x02, 0x81});
     SetPC(0x0120);
   }
 
@@ -80,9 +80,9 @@ class EvalTest : public control::Bench {
         {.name = name, .type = type, .size = size, .storage = Storage::Memory, .address = address});
     return debug_info.variables.back();
   }
-  // Behind AIS, with what stands above SP.
+  // Behind CLR, with what stands above SP.
   void StandInRun() {
-    SetPC(0x0152);
+    SetPC(0x0155);
     frame.HX = 0x1234;
     frame.A = 42;
     const base::Address sp = frame.ProgramSP();
@@ -239,7 +239,12 @@ TEST_F(EvalTest, TellsLocalsByWhereTheyAre) {
   EXPECT_EQ(Text("fast + 1"), Text("fast"));
   EXPECT_EQ(Text("gone"), "not available here (the compiler does not say where it keeps it)");
   EXPECT_EQ(Text("hits"), "2") << "of the function's own module";
-  // Before it has a place, and where nobody knows how much lies on the stack.
+  // Before anything was written there, before it has a place, and where nobody knows how much lies
+  // on the stack.
+  SetPC(0x0152);
+  EXPECT_EQ(Text("i"),
+            "not available here (nothing has been written to its place on the stack so far)");
+  EXPECT_EQ(Text("word"), "99") << "a parameter is there from the beginning";
   SetPC(0x0150);
   EXPECT_EQ(Text("i"), "not available here (it has no place on the stack yet, or no longer)");
   Load(0x0150, ByteList{0x94});  // TXS
