@@ -4,6 +4,7 @@
 #include "gui/edit_dialogs.h"
 #include "gui/main_window.h"
 #include "gui/session.h"
+#include "views/breakpoint_list.h"
 
 namespace brevant::gui {
 namespace {
@@ -35,6 +36,14 @@ std::optional<base::Address> AskForSymbol(const CommandContext& context, const c
 std::optional<base::Address> AskForAddress(const CommandContext& context, const char* title) {
   views::AddressPrompt prompt(title, context.session.addresses, context.session.ui);
   return Ask(context, prompt, {.text = prompt.InitialText()});
+}
+
+std::optional<base::Address> AskForBreakpoint(const CommandContext& context) {
+  Session& session = context.session;
+  debugger::Debugger& debugger = session.debugger;
+  views::BreakpointList list(debugger.memory, debugger.breakpoints, debugger.debug_info,
+                             debugger.SourceFolders(), session.ui);
+  return ShowBreakpointList(&context.window, context.window.view_font(), list);
 }
 
 }  // namespace brevant::gui

@@ -7,7 +7,6 @@
 #include "gui/main_window.h"
 #include "gui/messages.h"
 #include "gui/session.h"
-#include "views/breakpoint_list.h"
 #include "views/instruction_editor.h"
 #include "workspace/command_rows.h"
 
@@ -63,12 +62,7 @@ void PopupEdit(const CommandContext& context) {
 void PopupGoToBreakpoint(const CommandContext& context) {
   views::ProgramView* const view = Allowed(context);
   if (view == nullptr) return;
-  Session& session = context.session;
-  views::BreakpointList list(session.debugger.memory, session.debugger.breakpoints,
-                             session.debugger.debug_info, session.debugger.SourceFolders(),
-                             session.ui);
-  const auto address = ShowBreakpointList(&context.window, context.window.view_font(), list);
-  if (address) view->GoToAddress(*address);
+  if (const auto address = AskForBreakpoint(context)) view->GoToAddress(*address);
 }
 
 void PopupGoToAddress(const CommandContext& context) {

@@ -3,6 +3,7 @@
 #include "base/files.h"
 #include "base/text_number.h"
 #include "frames/source_line.h"
+#include "gui/address_prompts.h"
 #include "gui/command_actions.h"
 #include "gui/edit_dialogs.h"
 #include "gui/file_dialogs.h"
@@ -12,7 +13,6 @@
 #include "gui/source_dialogs.h"
 #include "gui/source_window.h"
 #include "symbols/places.h"
-#include "views/breakpoint_list.h"
 #include "views/messages.h"
 #include "workspace/command_rows.h"
 #include "workspace/file_choosers.h"
@@ -72,11 +72,7 @@ void GoToPc(const CommandContext& context) {
 void GoToBreakpoint(const CommandContext& context) {
   views::SourceView* const view = OpenView(context);
   if (view == nullptr) return;
-  Session& session = context.session;
-  views::BreakpointList list(session.debugger.memory, session.debugger.breakpoints,
-                             session.debugger.debug_info, session.debugger.SourceFolders(),
-                             session.ui);
-  const auto address = ShowBreakpointList(&context.window, context.window.view_font(), list);
+  const auto address = AskForBreakpoint(context);
   if (!address || view->GoToCode(*address)) return;
   Refuse(context, base::Format(views::messages::kNoLineThere, *address));
 }

@@ -12,6 +12,7 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
+#include "gui/dialog_buttons.h"
 #include "gui/qt_user_interface.h"
 #include "views/program_view.h"
 
@@ -62,20 +63,13 @@ bool AskForText(QWidget* parent, const QFont& font, const EditRequest& request, 
   refusal->hide();
   layout->addWidget(refusal);
 
-  auto* const buttons = new QHBoxLayout;
-  buttons->addStretch(1);
-  QPushButton* const ok = AddButton(buttons, "Ok", "ok");
-  QPushButton* const cancel = AddButton(buttons, "Cancel", "cancel");
-  layout->addLayout(buttons);
-  ok->setDefault(true);
-  QObject::connect(ok, &QPushButton::clicked, &dialog, [&] {
+  AddOkAndCancel(dialog, *layout, [&] {
     const std::string refused = accept(Bytes(field->text()));
     if (refused.empty()) return dialog.accept();
     refusal->setText(Text(refused));
     refusal->show();
     field->setFocus();
   });
-  QObject::connect(cancel, &QPushButton::clicked, &dialog, &QDialog::reject);
 
   field->setFocus();
   if (request.typing_continues) {

@@ -9,6 +9,7 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
+#include "gui/dialog_buttons.h"
 #include "gui/qt_user_interface.h"
 
 namespace brevant::gui {
@@ -49,17 +50,7 @@ bool AskForFields(QWidget* parent, const QFont& font, const views::HexDialog& re
   refusal->hide();
   layout->addWidget(refusal);
 
-  auto* const buttons = new QHBoxLayout;
-  buttons->addStretch(1);
-  auto* const ok = new QPushButton("Ok");
-  ok->setObjectName("ok");
-  ok->setDefault(true);
-  buttons->addWidget(ok);
-  auto* const cancel = new QPushButton("Cancel");
-  cancel->setObjectName("cancel");
-  buttons->addWidget(cancel);
-  layout->addLayout(buttons);
-  QObject::connect(ok, &QPushButton::clicked, &dialog, [&] {
+  AddOkAndCancel(dialog, *layout, [&] {
     std::vector<std::string> texts;
     texts.reserve(fields.size());
     for (const QLineEdit* const field : fields) texts.push_back(Bytes(field->text()));
@@ -74,7 +65,6 @@ bool AskForFields(QWidget* parent, const QFont& font, const views::HexDialog& re
     fields[refused->field]->setFocus();
     fields[refused->field]->selectAll();
   });
-  QObject::connect(cancel, &QPushButton::clicked, &dialog, &QDialog::reject);
   fields.front()->setFocus();
   fields.front()->selectAll();
   return dialog.exec() == QDialog::Accepted;

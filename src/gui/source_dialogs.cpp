@@ -9,29 +9,13 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include "gui/dialog_buttons.h"
 #include "gui/qt_user_interface.h"
 
 namespace brevant::gui {
 namespace {
 
 constexpr int kFieldWidth = 280;
-
-// "Ok", which is returned, and "Cancel" below what the layout holds.
-QPushButton* AddButtons(QDialog& dialog, QVBoxLayout& layout) {
-  auto* const buttons = new QHBoxLayout;
-  buttons->addStretch(1);
-  auto* const ok = new QPushButton("Ok");
-  ok->setObjectName("ok");
-  ok->setDefault(true);
-  auto* const cancel = new QPushButton("Cancel");
-  cancel->setObjectName("cancel");
-  buttons->addWidget(ok);
-  buttons->addWidget(cancel);
-  layout.addLayout(buttons);
-  QObject::connect(ok, &QPushButton::clicked, &dialog, &QDialog::accept);
-  QObject::connect(cancel, &QPushButton::clicked, &dialog, &QDialog::reject);
-  return ok;
-}
 
 }  // namespace
 
@@ -52,7 +36,7 @@ std::optional<FindRequest> AskForFind(QWidget* parent, const FindRequest& initia
   match_case->setChecked(initial.match_case);
   layout->addLayout(rows);
   layout->addWidget(match_case);
-  QPushButton* const ok = AddButtons(dialog, *layout);
+  QPushButton* const ok = AddOkAndCancel(dialog, *layout, [&dialog] { dialog.accept(); });
   const auto update = [=] { ok->setEnabled(!field->text().isEmpty()); };
   QObject::connect(field, &QLineEdit::textChanged, ok, update);
   update();
@@ -73,7 +57,7 @@ std::optional<int> ChooseName(QWidget* parent, const QFont& font, const QString&
   for (const std::string& name : names) list->addItem(Text(name));
   list->setCurrentIndex(current);
   layout->addWidget(list);
-  QPushButton* const ok = AddButtons(dialog, *layout);
+  QPushButton* const ok = AddOkAndCancel(dialog, *layout, [&dialog] { dialog.accept(); });
   ok->setEnabled(!names.empty());
   if (dialog.exec() != QDialog::Accepted || list->currentIndex() < 0) return std::nullopt;
   return list->currentIndex();

@@ -15,6 +15,7 @@
 #include <algorithm>
 #include <span>
 
+#include "gui/dialog_buttons.h"
 #include "gui/qt_user_interface.h"
 
 namespace brevant::gui {
@@ -135,18 +136,7 @@ void WatchDialog::LayOut() {
   refusal_->setWordWrap(true);
   refusal_->hide();
   layout->addWidget(refusal_);
-  auto* const buttons = new QHBoxLayout;
-  buttons->addStretch(1);
-  auto* const ok = new QPushButton("Ok");
-  ok->setObjectName("ok");
-  ok->setDefault(true);
-  auto* const cancel = new QPushButton("Cancel");
-  cancel->setObjectName("cancel");
-  buttons->addWidget(ok);
-  buttons->addWidget(cancel);
-  layout->addLayout(buttons);
-  connect(ok, &QPushButton::clicked, this, [this] { Accept(); });
-  connect(cancel, &QPushButton::clicked, this, &QDialog::reject);
+  AddOkAndCancel(*this, *layout, [this] { Accept(); });
   symbol_->setFocus();
 }
 
