@@ -117,12 +117,9 @@ constexpr Command kRows[] = {
 }  // namespace
 
 bool IsVariable(Session& session, const std::string& word) {
-  const eval::Named named = eval::FindName(word, {}, Here(session));
-  if (!named.value || !named.value->register_name.empty()) return false;
-  const symbols::DebugInfo& info = session.debugger().debug_info;
   const auto is_so = [&word](const symbols::Variable& variable) { return variable.name == word; };
   const symbols::Function* const function = Here(session).function();
-  return std::ranges::any_of(info.variables, is_so) ||
+  return std::ranges::any_of(session.debugger().debug_info.variables, is_so) ||
          (function != nullptr && std::ranges::any_of(function->locals, is_so));
 }
 

@@ -9,7 +9,7 @@
 
 namespace brevant::cli {
 
-// A variable of the program is spelt exactly so.
+// A variable of the program, or of the function at PC, is spelt exactly so.
 bool IsVariable(Session& session, const std::string& word);
 // "set p->x 5": an expression's value into what another one names, read back.
 Result SetVariable(Session& session, const std::string& what, const std::string& value);

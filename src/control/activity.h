@@ -21,7 +21,8 @@ class Operation {
   virtual void LinkLost() {}
   // A stop, a run or a reset has ended it from outside.
   virtual void Abandon() {}
-  // A step or a run of its own has ended so. True: it goes on from there, and nobody is told.
+  // A step or a run of its own is about to be told as this stop. True: it goes on from there, and
+  // nobody is told. Otherwise it has ended itself, where it ends with that.
   virtual bool Keeps(const base::Stop&) { return false; }
 };
 

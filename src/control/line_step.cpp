@@ -114,8 +114,12 @@ void LineStep::MoveOnInLine() {
         return Enters(call);
       });
   if (memory_.LinkError()) return run_.Report({base::StopReason::LinkLost, frame_.PC, {}});
-  // It runs until the user or a breakpoint stops it.
-  if (code.endless) return RunTo({base::Low16(line.first + line.count), 0, false});
+  if (code.endless) {
+    // Until the user stops it; where the module has one place, no breakpoint does.
+    const Place behind{base::Low16(line.first + line.count), 0, false};
+    NoteSuspended(behind.address);
+    return RunTo(behind);
+  }
   const auto& end = code.exit ? code.exit : code.decision;
   const isa::Instruction here = CodeAt(frame_.PC);
   // A single instruction is stepped: that keeps the user's breakpoints in force.
@@ -164,6 +168,8 @@ void LineStep::Arrive() {
   if (!there) return;
   const bool last = place_->last;
   place_.reset();
+  // The way out may lead to code of a library.
+  if (last && kind_ == LineStepKind::Out) return End(base::StopReason::StepDone, PlaceText());
   if (!HasLine(frame_.PC)) return LeaveCodeWithoutLines();
   if (last || !OnStartLine()) End(base::StopReason::StepDone, PlaceText());
 }

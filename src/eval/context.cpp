@@ -44,16 +44,20 @@ std::string Context::module() const {
 
 std::optional<Address> Context::EntrySp() const {
   if (!entry_known_ && function_ != nullptr) {
-    use_ = frames::StackUseAt(memory_, *function_, pc_);
-    if (use_) entry_sp_ = base::Low16(sp_ + static_cast<Address>(use_->depth));
+    if (const auto depth = frames::StackDepth(memory_, *function_, pc_)) {
+      entry_sp_ = base::Low16(sp_ + static_cast<Address>(*depth));
+    }
   }
   entry_known_ = true;
   return entry_sp_;
 }
 
-bool Context::MayBeWritten(int first, int count) const {
-  EntrySp();
-  return !use_ || use_->MayBeWritten(first, count);
+const frames::StackWrites& Context::Written() const {
+  if (!writes_) {
+    writes_ = function_ != nullptr ? frames::StackWritesBefore(memory_, *function_, pc_)
+                                   : frames::StackWrites{.places = {}, .may_be_all = true};
+  }
+  return *writes_;
 }
 
 Context::ReadResult Context::Read(Address address, int count) const {

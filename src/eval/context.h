@@ -46,9 +46,8 @@ class Context {
   bool innermost() const { return pc_ == registers_.pc && sp_ == registers_.sp; }
   // SP at the function's first instruction. Its code is read when this is asked for first.
   std::optional<base::Address> EntrySp() const;
-  // Whether something may have been written to a place on the stack since the function began, as
-  // far as its code up to PC tells; places as of frames::StackUse. Of callers it is not asked.
-  bool MayBeWritten(int first, int count) const;
+  // What the function may have written to its part of the stack so far.
+  const frames::StackWrites& Written() const;
 
   struct ReadResult {
     std::vector<std::uint8_t> bytes = {};
@@ -68,7 +67,7 @@ class Context {
   const symbols::Function* function_;
   mutable bool entry_known_ = false;
   mutable std::optional<base::Address> entry_sp_;
-  mutable std::optional<frames::StackUse> use_;
+  mutable std::optional<frames::StackWrites> writes_;
 };
 
 }  // namespace brevant::eval

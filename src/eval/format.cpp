@@ -10,6 +10,7 @@
 #include "eval/evaluate.h"
 #include "eval/stored.h"
 #include "frames/function_at.h"
+#include "symbols/places.h"
 
 namespace brevant::eval {
 namespace {
@@ -151,8 +152,7 @@ class Writer {
     const std::string text = base::Format("0x%04x", base::Low16(address));
     const symbols::Function* const function = frames::FunctionAt(address, context_.info());
     if (function != nullptr && function->first == address) {
-      const std::string& name = function->name;
-      return text + " <" + (name.starts_with('_') ? name.substr(1) : name) + ">";
+      return text + " <" + std::string(symbols::PlainName(function->name)) + ">";
     }
     const auto label = context_.info().SymbolTable.FindSymbolName(address);
     return label ? text + " <" + std::string(*label) + ">" : text;

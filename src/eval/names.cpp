@@ -7,7 +7,6 @@
 
 #include "base/file_names.h"
 #include "base/text_format.h"
-#include "base/text_number.h"
 #include "symbols/places.h"
 
 namespace brevant::eval {
@@ -33,12 +32,6 @@ constexpr std::array<RegisterRow, 7> kRegisters{{
     {"A", 1, [](const Registers& r) { return r.a; }},
     {"CCR", 1, [](const Registers& r) { return r.ccr; }},
 }};
-
-// Names of the C program as compiler and assembler know it.
-std::string_view Plain(std::string_view name) {
-  if (name.starts_with('_')) name.remove_prefix(1);
-  return name;
-}
 
 enum class Spelling { Exact, AnyCase };
 
@@ -96,8 +89,8 @@ std::vector<const Function*> FunctionsNamed(std::string_view name, std::string_v
   std::vector<const Function*> found;
   for (const Spelling spelling : {Spelling::Exact, Spelling::AnyCase}) {
     for (const Function& function : context.info().functions) {
-      const bool named =
-          Matches(function.name, name, spelling) || Matches(Plain(function.name), name, spelling);
+      const bool named = Matches(function.name, name, spelling) ||
+                         Matches(symbols::PlainName(function.name), name, spelling);
       if (named && (module.empty() || IsOfModule(function.module, module))) {
         found.push_back(&function);
       }
@@ -218,7 +211,7 @@ Value ValueOf(const Variable& variable, const Context& context) {
         break;
       }
       // The compiler may keep it elsewhere until then.
-      if (variable.offset < 0 && !context.MayBeWritten(variable.offset + 1, variable.size)) {
+      if (variable.offset < 0 && !context.Written().MayHold(variable.offset + 1, variable.size)) {
         value.unavailable = "nothing has been written to its place on the stack so far";
         break;
       }
@@ -235,10 +228,6 @@ Value ValueOf(const Variable& variable, const Context& context) {
   return value;
 }
 
-bool IsFunction(std::string_view name, const Context& context) {
-  return !FunctionsNamed(name, {}, context).empty();
-}
-
 std::optional<Value> FindRegister(std::string_view name, const Context& context) {
   const auto* const row = std::ranges::find_if(kRegisters, [name](const RegisterRow& known) {
     return base::EqualIgnoringCase(known.name, name);
@@ -249,65 +238,122 @@ std::optional<Value> FindRegister(std::string_view name, const Context& context)
                .register_name = std::string(row->name)};
 }
 
-Named FindName(std::string_view name, std::string_view scope, const Context& context) {
-  const auto functions =
-      scope.empty() ? std::vector<const Function*>() : FunctionsNamed(scope, {}, context);
-  const std::string module = scope.empty() ? context.module() : std::string(scope);
+namespace {
+
+struct Wanted {
+  std::string_view name;
+  std::string_view scope;  // a file, a module or a function; empty: none
+  const Context& context;
+
+  std::string Whole() const {
+    return (scope.empty() ? "" : std::string(scope) + ":") + std::string(name);
+  }
+};
+// What a name means in one of the ways below; nothing where it does not mean that.
+using Found = std::optional<Named>;
+
+// The name as it is written, and without the compiler's "_".
+template <typename Find>
+Found BestSpelling(const Wanted& wanted, Find find) {
   for (const Spelling spelling : {Spelling::Exact, Spelling::AnyCase}) {
-    for (const std::string_view spelt : {name, Plain(name)}) {
-      for (const Function* const function : functions) {
-        for (const Variable& local : function->locals) {
-          if (!Matches(local.name, spelt, spelling)) continue;
-          // Of another function only what lies still can be told.
-          const bool here = function == context.function() || local.storage == Storage::Memory;
-          return {here ? ValueOf(local, context)
-                       : Unavailable(local, "the program is not in that function", context),
-                  {}};
-        }
-      }
-      const auto levels = scope.empty() ? std::vector{Level::Function, Level::Module,
-                                                      Level::Program, Level::OtherModules}
-                                        : std::vector{Level::File};
-      for (const Level level : levels) {
-        const auto found = Find(spelt, module, level, spelling, context);
-        if (!found.empty()) return FromVariables(name, found, context);
-      }
-      // The linker knows one program: what is global in a file is named without it.
-      if (!scope.empty()) {
-        for (const Variable* const variable : Find(spelt, {}, Level::Program, spelling, context)) {
-          const auto named =
-              symbols::FindNamed(std::string(scope) + ":" + std::string(spelt), context.info());
-          if (!named.empty()) return {ValueOf(*variable, context), {}};
-        }
-      }
+    for (const std::string_view spelt : {wanted.name, symbols::PlainName(wanted.name)}) {
+      if (auto found = find(spelt, spelling)) return found;
     }
   }
-  if (const auto named = FunctionsNamed(name, scope, context); !named.empty()) {
-    return {FunctionValue(*named.front()), {}};
-  }
-  if (scope.empty()) {
-    const bool exact_symbol = context.info().SymbolTable.FindSymbol(name) != nullptr;
-    if (!exact_symbol) {
-      if (auto value = FindRegister(name, context)) return {std::move(value), {}};
+  return std::nullopt;
+}
+
+Found LocalOfFunction(const Wanted& wanted) {
+  if (wanted.scope.empty()) return std::nullopt;
+  const auto functions = FunctionsNamed(wanted.scope, {}, wanted.context);
+  return BestSpelling(wanted, [&](std::string_view spelt, Spelling spelling) -> Found {
+    for (const Function* const function : functions) {
+      for (const Variable& local : function->locals) {
+        if (!Matches(local.name, spelt, spelling)) continue;
+        // Of another function only what has a place of its own can be told.
+        const bool here = function == wanted.context.function() || local.storage == Storage::Memory;
+        return Named{
+            here ? ValueOf(local, wanted.context)
+                 : Unavailable(local, "the program is not in that function", wanted.context),
+            {}};
+      }
     }
-  }
-  const std::string whole = (scope.empty() ? "" : std::string(scope) + ":") + std::string(name);
-  const auto symbols = symbols::FindNamed(whole, context.info());
-  if (symbols.size() > 1) {
-    const symbols::Place place = symbols::FindPlace(whole, context.info());
-    if (!place.address) return {{}, place.problem};
-  }
-  // "_main.i": the program is not in that function, but its name was found.
-  if (!symbols.empty() && symbols.front()->scope == symbols::Scope::Function && scope.empty()) {
-    const std::string& local = symbols.front()->name;
-    const std::size_t dot = local.rfind('.');
-    if (dot != std::string::npos) {
-      return FindName(std::string_view(local).substr(dot + 1), Plain(local.substr(0, dot)),
-                      context);
+    return std::nullopt;
+  });
+}
+
+Found VariableInSight(const Wanted& wanted) {
+  if (!wanted.scope.empty()) return std::nullopt;
+  const std::string module = wanted.context.module();
+  return BestSpelling(wanted, [&](std::string_view spelt, Spelling spelling) -> Found {
+    for (const Level level :
+         {Level::Function, Level::Module, Level::Program, Level::OtherModules}) {
+      const auto found = Find(spelt, module, level, spelling, wanted.context);
+      if (!found.empty()) return FromVariables(wanted.name, found, wanted.context);
     }
+    return std::nullopt;
+  });
+}
+
+Found VariableOfFile(const Wanted& wanted) {
+  if (wanted.scope.empty()) return std::nullopt;
+  return BestSpelling(wanted, [&](std::string_view spelt, Spelling spelling) -> Found {
+    const auto statics = Find(spelt, wanted.scope, Level::File, spelling, wanted.context);
+    if (!statics.empty()) return FromVariables(wanted.name, statics, wanted.context);
+    // What is global in a file is told without it; the symbols know.
+    const auto globals = Find(spelt, {}, Level::Program, spelling, wanted.context);
+    if (globals.empty()) return std::nullopt;
+    const std::string whole = std::string(wanted.scope) + ":" + std::string(spelt);
+    if (symbols::FindNamed(whole, wanted.context.info()).empty()) return std::nullopt;
+    return Named{ValueOf(*globals.front(), wanted.context), {}};
+  });
+}
+
+Found FunctionItself(const Wanted& wanted) {
+  const auto functions = FunctionsNamed(wanted.name, wanted.scope, wanted.context);
+  if (functions.empty()) return std::nullopt;
+  return Named{FunctionValue(*functions.front()), {}};
+}
+
+Found RegisterItself(const Wanted& wanted) {
+  const bool is_symbol = wanted.context.info().SymbolTable.FindSymbol(wanted.name) != nullptr;
+  if (!wanted.scope.empty() || is_symbol) return std::nullopt;
+  auto value = FindRegister(wanted.name, wanted.context);
+  if (!value) return std::nullopt;
+  return Named{std::move(value), {}};
+}
+
+// Of tool chains that tell no variables, of libraries and of the linker.
+Found SymbolItself(const Wanted& wanted) {
+  const symbols::DebugInfo& info = wanted.context.info();
+  const auto named = symbols::FindNamed(wanted.Whole(), info);
+  if (named.empty()) return std::nullopt;
+  const symbols::Place place = symbols::FindPlace(wanted.Whole(), info);
+  if (named.size() > 1 && !place.address) return Named{{}, place.problem};
+  // "_main.i" answers to i: a local of a function that the program is not in.
+  const std::string_view whole = named.front()->name;
+  const std::size_t dot = whole.rfind('.');
+  const bool is_local =
+      named.front()->scope == symbols::Scope::Function && dot != std::string_view::npos;
+  if (is_local && wanted.scope.empty()) {
+    return FindName(whole.substr(dot + 1), symbols::PlainName(whole.substr(0, dot)),
+                    wanted.context);
   }
-  if (!symbols.empty()) return {SymbolValue(*symbols.front(), context), {}};
-  return {{}, base::Format("there is no %s", whole)};
+  return Named{SymbolValue(*named.front(), wanted.context), {}};
+}
+
+// What comes first is meant.
+constexpr std::array kWays{LocalOfFunction, VariableInSight, VariableOfFile,
+                           FunctionItself,  RegisterItself,  SymbolItself};
+
+}  // namespace
+
+Named FindName(std::string_view name, std::string_view scope, const Context& context) {
+  const Wanted wanted{name, scope, context};
+  for (const auto way : kWays) {
+    if (auto found = way(wanted)) return *std::move(found);
+  }
+  return {{}, base::Format("there is no %s", wanted.Whole())};
 }
 
 }  // namespace brevant::eval

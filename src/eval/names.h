@@ -22,7 +22,6 @@ struct Named {
 Named FindName(std::string_view name, std::string_view scope, const Context& context);
 // "PC", "sp", ...; in either case.
 std::optional<Value> FindRegister(std::string_view name, const Context& context);
-bool IsFunction(std::string_view name, const Context& context);
 
 // The variable as the function at hand finds it: its place, or why it has none here.
 Value ValueOf(const symbols::Variable& variable, const Context& context);

@@ -25,11 +25,6 @@ constexpr long kMostCodeSearched = 256;  // bytes, for one frame
 constexpr Address kNearestReach = 0x200;
 constexpr std::string_view kOutermost = "main";
 
-std::string_view Plain(std::string_view name) {
-  if (name.starts_with('_')) name.remove_prefix(1);
-  return name;
-}
-
 // The call that ends before the address and goes to the function, where one does; else any call.
 std::optional<isa::Instruction> CallBefore(memory::Memory& memory, Address address,
                                            const symbols::Function& function) {
@@ -149,7 +144,8 @@ CallStack FindCallStack(memory::Memory& memory, const symbols::DebugInfo& info, 
   CallStack stack{{unwinder.Innermost(pc, sp)}, {}};
   while (true) {
     const Frame& last = stack.frames.back();
-    if (last.function != nullptr && Plain(last.function->name) == kOutermost) return stack;
+    if (last.function != nullptr && symbols::PlainName(last.function->name) == kOutermost)
+      return stack;
     if (static_cast<int>(stack.frames.size()) >= most) {
       stack.end = "further callers were not looked for";
       return stack;
@@ -175,16 +171,12 @@ std::string FrameText(std::size_t number, const Frame& frame, const symbols::Deb
 }
 
 std::string FunctionName(const Frame& frame, const symbols::DebugInfo& info) {
-  if (frame.function != nullptr) return std::string(Plain(frame.function->name));
-  // Of a library only the beginnings of its functions are told.
-  const symbols::Symbol* nearest = nullptr;
-  for (const symbols::Symbol& symbol : info.SymbolTable.symbols()) {
-    const bool below = symbol.address <= frame.pc && frame.pc - symbol.address < kNearestReach;
-    if (below && (nearest == nullptr || symbol.address > nearest->address)) nearest = &symbol;
-  }
-  if (nearest == nullptr) return "?";
+  if (frame.function != nullptr) return std::string(symbols::PlainName(frame.function->name));
+  const symbols::Symbol* const nearest = symbols::NearestBelow(frame.pc, info);
+  if (nearest == nullptr || frame.pc - nearest->address >= kNearestReach) return "?";
   const Address offset = frame.pc - nearest->address;
-  return std::string(Plain(nearest->name)) + (offset == 0 ? "" : base::Format("+%x", offset));
+  return std::string(symbols::PlainName(nearest->name)) +
+         (offset == 0 ? "" : base::Format("+%x", offset));
 }
 
 }  // namespace brevant::frames

@@ -9,6 +9,7 @@
 #include <string_view>
 #include <vector>
 
+#include "base/function_ref.h"
 #include "isa/flow.h"
 #include "isa/step_effects.h"
 
@@ -44,27 +45,40 @@ bool IsOneOf(int mnemonic, const auto& list) {
   return std::ranges::find(list, mnemonic) != list.end();
 }
 
-// The depths that are found, address by address. The lowest address is always looked at next: ways
-// mostly lead upwards, so code behind pc is seldom read.
-class DepthSearch {
+// Follows a function's code from its first instruction, and keeps what the stack is like at each.
+// The lowest address is always looked at next: ways mostly lead upwards, so code behind pc is
+// seldom read where only the depth is asked for.
+class CodeSearch {
  public:
-  DepthSearch(memory::Memory& memory, const symbols::Function& function)
+  CodeSearch(memory::Memory& memory, const symbols::Function& function)
       : memory_(memory), function_(function) {
     Reach(function.first, {});
   }
 
-  std::optional<StackUse> At(Address pc) {
-    while (!to_do_.empty() && !conflict_ && !memory_.LinkError()) {
-      const Address next = *to_do_.begin();
-      // Nothing that lies before pc is left.
-      if (next >= pc && states_.contains(pc)) break;
-      to_do_.erase(to_do_.begin());
-      Follow(InstructionAt(next), states_.at(next));
-    }
+  std::optional<int> DepthAt(Address pc) {
+    // Nothing that lies before pc is left then.
+    Search([&] { return *to_do_.begin() >= pc && states_.contains(pc); });
     const auto found = states_.find(pc);
     if (conflict_ || found == states_.end() || memory_.LinkError()) return std::nullopt;
-    use_.depth = found->second.depth;
-    return use_;
+    return found->second.depth;
+  }
+
+  StackWrites WritesBefore(Address pc) {
+    Search([] { return false; });
+    StackWrites before;
+    before.may_be_all = conflict_ || memory_.LinkError() || x_differs_;
+    std::set<Address> seen{pc};
+    for (std::vector<Address> back{pc}; !back.empty();) {
+      const Address at = back.back();
+      back.pop_back();
+      for (const Address from : came_from_[at]) {
+        const StackWrites& own = writes_[from];
+        before.places.insert(own.places.begin(), own.places.end());
+        before.may_be_all = before.may_be_all || own.may_be_all;
+        if (seen.insert(from).second) back.push_back(from);
+      }
+    }
+    return before;
   }
 
  private:
@@ -74,30 +88,39 @@ class DepthSearch {
     bool operator==(const State&) const = default;
   };
 
+  void Search(base::FunctionRef<bool()> enough) {
+    while (!to_do_.empty() && !conflict_ && !memory_.LinkError() && !enough()) {
+      const Address next = *to_do_.begin();
+      to_do_.erase(to_do_.begin());
+      Follow(InstructionAt(next), states_.at(next));
+    }
+  }
+
   void Reach(Address address, const State& state) {
     if (address < function_.first || address > function_.last) return;
     const auto [known, is_new] = states_.try_emplace(address, state);
     if (is_new) to_do_.insert(address);
     if (known->second.depth != state.depth) conflict_ = true;
-    if (known->second.x != state.x) use_.may_be_all = true;
+    if (known->second.x != state.x) x_differs_ = true;
   }
 
   void NoteWrites(const isa::Instruction& instruction, const State& state) {
+    StackWrites& writes = writes_[instruction.address];
     const isa::StepRegisters registers{
         .sp = kEntrySp - static_cast<Address>(state.depth),
         .hx = state.x ? kEntrySp + static_cast<Address>(*state.x) : 0};
     const isa::StepEffects effects = isa::PredictEffects(registers, instruction);
     for (int i = 0; i < effects.count; ++i) {
       const int place = static_cast<int>(effects.first) - static_cast<int>(kEntrySp) + i;
-      if (std::abs(place) < kMostDistance) use_.written.insert(place);
+      if (std::abs(place) < kMostDistance) writes.places.insert(place);
     }
+    writes.may_be_all = state.x && IsOneOf(instruction.entry().mnemonic(), kHandOnX);
   }
 
-  std::optional<int> XAfter(const isa::Instruction& instruction, const State& state) {
+  static std::optional<int> XAfter(const isa::Instruction& instruction, const State& state) {
     const int mnemonic = instruction.entry().mnemonic();
     if (mnemonic == Mnemonic("TSX")) return 1 - state.depth;
     if (!state.x) return std::nullopt;
-    if (IsOneOf(mnemonic, kHandOnX)) use_.may_be_all = true;
     const bool call = mnemonic == Mnemonic("JSR") || mnemonic == Mnemonic("BSR");
     if (call || IsOneOf(mnemonic, kChangeX)) return std::nullopt;
     if (mnemonic != Mnemonic("AIX")) return state.x;
@@ -111,15 +134,19 @@ class DepthSearch {
     if (!growth) return;
     State after{state.depth + *growth, XAfter(instruction, state)};
     const bool goes_on = flow.kind != isa::FlowKind::Jump && flow.kind != isa::FlowKind::Illegal;
-    if (goes_on) Reach(instruction.end(), after);
+    const auto lead_to = [&](Address address) {
+      came_from_[address].push_back(instruction.address);
+      Reach(address, after);
+    };
+    if (goes_on) lead_to(instruction.end());
     if (!flow.target) return;
     if (flow.kind != isa::FlowKind::Call) {
-      Reach(*flow.target, after);
+      lead_to(*flow.target);
     } else if (*flow.target != function_.first) {
       // How SDCC calls through a pointer: a call of the next lines, which push the function's
       // address and return to it.
       after.depth += kReturnBytes;
-      Reach(*flow.target, after);
+      lead_to(*flow.target);
     }
   }
 
@@ -140,27 +167,28 @@ class DepthSearch {
   std::vector<std::uint8_t> code_;  // from the function's first byte on
   std::map<Address, State> states_;
   std::set<Address> to_do_;
-  bool conflict_ = false;
-  StackUse use_;
+  std::map<Address, StackWrites> writes_;              // of each instruction
+  std::map<Address, std::vector<Address>> came_from_;  // instructions that lead there
+  bool conflict_ = false;                              // of depths
+  bool x_differs_ = false;                             // two ways do not agree on where H:X points
 };
 
 }  // namespace
 
-bool StackUse::MayBeWritten(int first, int count) const {
+bool StackWrites::MayHold(int first, int count) const {
   if (may_be_all) return true;
-  const auto found = written.lower_bound(first);
-  return found != written.end() && *found < first + count;
-}
-
-std::optional<StackUse> StackUseAt(memory::Memory& memory, const symbols::Function& function,
-                                   Address pc) {
-  return DepthSearch(memory, function).At(pc);
+  const auto found = places.lower_bound(first);
+  return found != places.end() && *found < first + count;
 }
 
 std::optional<int> StackDepth(memory::Memory& memory, const symbols::Function& function,
                               Address pc) {
-  const auto use = StackUseAt(memory, function, pc);
-  return use ? std::optional(use->depth) : std::nullopt;
+  return CodeSearch(memory, function).DepthAt(pc);
+}
+
+StackWrites StackWritesBefore(memory::Memory& memory, const symbols::Function& function,
+                              Address pc) {
+  return CodeSearch(memory, function).WritesBefore(pc);
 }
 
 }  // namespace brevant::frames

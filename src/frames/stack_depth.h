@@ -14,22 +14,23 @@
 
 namespace brevant::frames {
 
-// What is known of the stack at an instruction. Places are told by their distance from SP as it was
-// at the function's first instruction: 0 is the first byte that it can push.
-struct StackUse {
-  int depth = 0;            // bytes that lie there
-  std::set<int> written;    // places that some way there may have written
-  bool may_be_all = false;  // an address in the stack has been handed on: anything may be written
-
-  bool MayBeWritten(int first, int count) const;
-};
-std::optional<StackUse> StackUseAt(memory::Memory& memory, const symbols::Function& function,
-                                   base::Address pc);
-
-// Its depth: 0 at the first instruction, where SP still lies right below the return address.
-// Nothing where no way leads there, where SP is set from a register on the way, where two ways do
-// not agree, and when the link is lost. Reads the function's code as far as it needs it.
+// 0 at the first instruction, where SP still lies right below the return address. Nothing where no
+// way leads there, where SP is set from a register on the way, where two ways do not agree, and
+// when the link is lost. Reads the function's code as far as it needs it.
 std::optional<int> StackDepth(memory::Memory& memory, const symbols::Function& function,
+                              base::Address pc);
+
+// What a function may have written to its part of the stack. Places are told by their distance from
+// SP as it was at the function's first instruction: 0 is the first byte that it can push.
+struct StackWrites {
+  std::set<int> places;
+  bool may_be_all = false;  // an address in the stack has been handed on, or nothing is known
+
+  bool MayHold(int first, int count) const;
+};
+
+// By all instructions from which some way leads to pc, loops included. Reads the whole function.
+StackWrites StackWritesBefore(memory::Memory& memory, const symbols::Function& function,
                               base::Address pc);
 
 }  // namespace brevant::frames

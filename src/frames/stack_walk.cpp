@@ -77,19 +77,10 @@ bool StackWalk::MayHoldCode(Address address) const {
 
 bool StackWalk::RunsIn(Address function) const {
   return std::ranges::any_of(below_, [&](Address place) {
-    const symbols::Symbol* const symbol = symbols::FindContaining(place, debug_info_);
-    return symbol != nullptr ? symbol->address == function : IsNearestBelow(function, place);
+    const symbols::Symbol* symbol = symbols::FindContaining(place, debug_info_);
+    if (symbol == nullptr) symbol = symbols::NearestBelow(place, debug_info_);
+    return symbol != nullptr && symbol->address == function;
   });
-}
-
-// Of a library only the beginnings of its functions are told.
-bool StackWalk::IsNearestBelow(Address function, Address place) const {
-  std::optional<Address> nearest;
-  for (const symbols::Symbol& symbol : debug_info_.SymbolTable.symbols()) {
-    if (symbol.address <= place && (!nearest || symbol.address > *nearest))
-      nearest = symbol.address;
-  }
-  return nearest == function;
 }
 
 bool StackWalk::MayRunIn(Address handler) const {

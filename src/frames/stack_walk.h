@@ -58,7 +58,6 @@ class StackWalk {
   bool MayHoldCode(base::Address address) const;
   // The code that runs below belongs to this function.
   bool RunsIn(base::Address function) const;
-  bool IsNearestBelow(base::Address function, base::Address place) const;
   // The same, or what runs below is not known and follows it closely.
   bool MayRunIn(base::Address handler) const;
   // An instruction begins there, as far as can be told.

@@ -251,6 +251,20 @@ std::string ModuleOf(std::string_view file) {
   return module;
 }
 
+std::string_view PlainName(std::string_view name) {
+  if (name.starts_with('_')) name.remove_prefix(1);
+  return name;
+}
+
+const Symbol* NearestBelow(base::Address address, const DebugInfo& info) {
+  const Symbol* nearest = nullptr;
+  for (const Symbol& symbol : info.SymbolTable.symbols()) {
+    if (symbol.address > address) continue;
+    if (nearest == nullptr || symbol.address > nearest->address) nearest = &symbol;
+  }
+  return nearest;
+}
+
 Place FindPlace(std::string_view word, const DebugInfo& info) {
   Place whole = PlaceWithoutOffset(word, info);
   const std::size_t sign = word.find_last_of("+-");

@@ -42,6 +42,13 @@ std::vector<const Symbol*> FindNamed(std::string_view word, const DebugInfo& inf
 // The module that a source file makes, as SDCC spells it: "my_drv" of "src/my-drv.c".
 std::string ModuleOf(std::string_view file);
 
+// "main" of "_main": as C spells what compiler and linker put a "_" before.
+std::string_view PlainName(std::string_view name);
+
+// The symbol with the highest address that is not above this one: of a library only the beginnings
+// of its functions are told. Null when there is none; valid until the table changes.
+const Symbol* NearestBelow(base::Address address, const DebugInfo& info);
+
 // The symbol in whose function or variable the address lies; null where that is not known.
 const Symbol* FindContaining(base::Address address, const DebugInfo& info);
 

@@ -75,6 +75,25 @@ TEST_F(CallStackTest, SaysWhereItDoesNotKnowTheWay) {
   EXPECT_EQ(StackDepth(memory, debug_info.functions[1], 0x8012), 0);
 }
 
+TEST_F(CallStackTest, TellsWhatMayHaveBeenWrittenOnTheWay) {
+  const symbols::Function& f = debug_info.functions[1];
+  // AIS #-4; NOP; CLR 1,SP; BNE 8012; CLR 2,SP: a loop writes behind where it begins.
+  Load(0x8010, ByteList{0xA7, 0xFC, 0x9D, 0x9E, 0x6F, 0x01, 0x26, 0xFA, 0x9E, 0x6F});
+  Load(0x801A, ByteList{0x02, 0x9D, 0x9D});
+  debug_info.functions[1].last = 0x801C;
+  StackWrites writes = StackWritesBefore(memory, f, 0x8012);
+  EXPECT_TRUE(writes.MayHold(-3, 1));
+  EXPECT_FALSE(writes.MayHold(-2, 2)) << "that comes later";
+  writes = StackWritesBefore(memory, f, 0x801B);
+  EXPECT_TRUE(writes.MayHold(-2, 1));
+  EXPECT_FALSE(writes.MayHold(-1, 2));
+  // AIS #-4; TSX; TXA: from then on anybody may know an address in the stack.
+  Load(0x8010, ByteList{0xA7, 0xFC, 0x95, 0x9F});
+  Load(0x8014, ByteList(9, 0x9D));
+  EXPECT_FALSE(StackWritesBefore(memory, f, 0x8013).MayHold(-3, 4));
+  EXPECT_TRUE(StackWritesBefore(memory, f, 0x8014).MayHold(-3, 4));
+}
+
 // As SDCC calls through a pointer: a call of the next lines, which push the target and return to
 // it.
 TEST_F(CallStackTest, FollowsCallsThroughPointers) {

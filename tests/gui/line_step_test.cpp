@@ -76,7 +76,7 @@ TEST_F(LineStepTest, KeysStepByLinesAndTheCallStackFollows) {
   window().area().setActiveSubWindow(window().Children(kSourceKind).front());
   Press(Qt::Key_F5);
   Settle();
-  EXPECT_EQ(debugger().line_step.moves() > 0, true);
+  EXPECT_GT(debugger().line_step.moves(), 0);
   EXPECT_EQ(PcLine(), 42) << "in the caller";
   window().area().setActiveSubWindow(window().Children(kProgramKind).front());
   const base::Address before = debugger().frame.PC;
