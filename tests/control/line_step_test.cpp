@@ -134,6 +134,14 @@ TEST_F(LineStepTest, ComesBackThroughCodeWithoutLines) {
   ASSERT_EQ(frame.PC, 0x0171u);
   EXPECT_EQ(Go(LineStepKind::Into), 0x0153u) << "the line that has called the library";
   EXPECT_EQ(run.last_stop()->detail, "t.c:1");
+  // The way out ends where the call was made, with a line or without.
+  SetPC(0x0150);
+  breakpoints.AddBreakpoint(0x0171);
+  run.Go();
+  TickUntilIdle();
+  breakpoints.Clear();
+  EXPECT_EQ(Go(LineStepKind::Out), 0x0194u);
+  EXPECT_EQ(run.last_stop()->reason, StepDone);
 }
 
 TEST_F(LineStepTest, SaysWhatItDoesNotKnow) {
