@@ -88,6 +88,13 @@ void Debugger::Reset() {
   FollowUpReset();
 }
 
+void Debugger::Reconfigure() {
+  breakpoints.Clear();
+  Reset();
+  // Not before: the reset takes back what a running program had planted.
+  breakpoints.SetBreakMode(ReadEngineSettings(settings).break_mode);
+}
+
 std::string Debugger::LoadSymbols(const std::string& path) {
   if (auto program = symbols::ReadDebugFile(path)) {
     if (!program->problem.empty()) return path + ": " + program->problem;

@@ -97,6 +97,10 @@ class Debugger {
   // Resets the target and follows up. Sends the code that is known to stand in its flash now.
   void Reset();
 
+  // The configuration may have changed: every breakpoint is forgotten, the target reset, and the
+  // kind of breakpoints is what the settings say now.
+  void Reconfigure();
+
   // The symbols of a text file take the place of all debug information, also when there are none.
   // Empty, or what was wrong with the file.
   std::string LoadSymbols(const std::string& path);

@@ -21,7 +21,7 @@ bool Application::Start() {
                             link::FindSerialDevices(), options.version, leaving);
   };
   if (!options.connect && !ask(Leaving::ByOk)) return false;
-  window_ = std::make_unique<MainWindow>(session_);
+  window_ = std::make_unique<MainWindow>(session_, help_);
   RestoreLayout(*window_, session_.settings);
   while (!session_.Connect()) {
     if (!ask(Leaving::ByQuitToo)) return false;

@@ -5,6 +5,7 @@
 #include <QTimer>
 #include <memory>
 
+#include "gui/help_window.h"
 #include "gui/main_window.h"
 #include "gui/session.h"
 
@@ -25,6 +26,7 @@ class Application {
   MainWindow& window() { return *window_; }
 
  private:
+  Help help_;
   Session session_;
   std::unique_ptr<MainWindow> window_;
   QTimer timer_;

@@ -59,8 +59,9 @@ workspace::Repeating RepeatingOf(control::Mode mode) {
 
 }  // namespace
 
-MainWindow::MainWindow(Session& session)
+MainWindow::MainWindow(Session& session, Help& help)
     : session_(session),
+      help_(help),
       dispatch_(session, *this),
       font_(FontOfSettings(session.settings)),
       theme_(&FindTheme(session.settings.String(keys::kTheme), palette())),
@@ -92,12 +93,17 @@ MainWindow::MainWindow(Session& session)
   menus_.SetChecked(commands::kRunToMain, session_.settings.Integer(keys::kRunToMain) > 0);
   menus_.ShowRecentFiles(session_.recent_files);
   ApplyTheme();
+  help_.SetFrame(this, [this] {
+    const TextView* const active = active_view();
+    return active == nullptr ? QString() : active->objectName();
+  });
   session_.ui.SetWindow(this);
   session_.SetScreen(this);
 }
 
 MainWindow::~MainWindow() {
   session_.SetScreen(nullptr);
+  help_.SetFrame(nullptr, [] { return QString(); });
   session_.ui.SetWindow(nullptr);
   // The windows inside go while what they refer to is still there.
   area_->disconnect(this);
@@ -156,7 +162,7 @@ void MainWindow::Tick() {
   const ConnectionState state = session_.Connection();
   status_->ShowConnection(state);
   for (const OpenWindow& window : windows_) {
-    window.view->SetStale(state.link_lost || (state.running && window.view->OfTheMoment()));
+    window.view->SetKnown(state.link_lost, session_.debugger.activity.RunningShown());
   }
   if (close_wanted_ && !session_.gate.busy()) close();
 }
@@ -214,6 +220,10 @@ void MainWindow::ShowPopup(TextView& view, QPoint global) {
 
 void MainWindow::Zoom(int points) {
   session_.settings.Store(keys::kZoom, long{ZoomOf(session_.settings) + points});
+  ApplyFont();
+}
+
+void MainWindow::ApplyFont() {
   font_ = FontOfSettings(session_.settings);
   for (const OpenWindow& window : windows_) window.view->SetViewFont(font_);
   QApplication::postEvent(area_, new QEvent(QEvent::LayoutRequest));

@@ -12,6 +12,7 @@
 
 #include "gui/child_window.h"
 #include "gui/command_dispatch.h"
+#include "gui/help_window.h"
 #include "gui/menus.h"
 #include "gui/session.h"
 #include "gui/status_line.h"
@@ -25,7 +26,7 @@ namespace brevant::gui {
 class MainWindow final : public QMainWindow, private Screen {
  public:
   // Not shown yet, and without windows inside but the registers'.
-  explicit MainWindow(Session& session);
+  MainWindow(Session& session, Help& help);
   ~MainWindow() override;
 
   // What the user has chosen. Nothing while something else is under way.
@@ -45,9 +46,12 @@ class MainWindow final : public QMainWindow, private Screen {
   // Of the active window; nullptr when there is none.
   TextView* active_view() const;
   QMdiArea& area() { return *area_; }
+  Help& help() { return help_; }
   StatusLine& status() { return *status_; }
   Menus& menus() { return menus_; }
   const QFont& view_font() const { return font_; }
+  // The font of the settings, from now on.
+  void ApplyFont();
   // All text by so many points larger, from now on.
   void Zoom(int points);
   // The theme of the settings, from now on.
@@ -86,6 +90,7 @@ class MainWindow final : public QMainWindow, private Screen {
   void LoadWhenFree(const std::string& path);
 
   Session& session_;
+  Help& help_;
   CommandDispatch dispatch_;
   QFont font_;
   const Theme* theme_;

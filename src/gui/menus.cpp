@@ -95,8 +95,6 @@ void Menus::AddRow(QMenu& menu, QWidget& window, const workspace::CommandRow& ro
   auto* const action = new QAction(ItemText(row, false), &window);
   action->setObjectName(QString("command%1").arg(row.id));
   action->setStatusTip(Text(row.help));
-  // F1 on the highlighted item shows this instead of carrying it out.
-  action->setWhatsThis(Text(row.help));
   action->setShortcuts(Shortcuts(row));
   action->setCheckable(row.Has(workspace::kCheckable));
   QObject::connect(action, &QAction::triggered, &window, [this, id = row.id] { send_(id); });

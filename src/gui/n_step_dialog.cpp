@@ -2,6 +2,7 @@
 #include "gui/n_step_dialog.h"
 
 #include <QCheckBox>
+#include <QCoreApplication>
 #include <QDialog>
 #include <QGroupBox>
 #include <QHBoxLayout>
@@ -155,6 +156,14 @@ class NStepDialog final : public QDialog {
     add("G&o", "go", NStepEnd::Start);
     add("O&k", "ok", NStepEnd::Stored)->setDefault(true);
     add("Cancel", "cancel", NStepEnd::Cancelled);
+    auto* const help = new QPushButton("&Help");
+    help->setObjectName("help");
+    help->setAutoDefault(false);
+    buttons->addWidget(help);
+    connect(help, &QPushButton::clicked, this, [this] {
+      QCoreApplication::postEvent(this,
+                                  new QKeyEvent(QEvent::KeyPress, Qt::Key_F1, Qt::NoModifier));
+    });
     buttons->addStretch(1);
     return buttons;
   }

@@ -61,6 +61,8 @@ class Session final : private base::Events {
   // Stores the breakpoints with the loaded image when they have changed. Nothing while a command is
   // under way.
   void RememberBreakpoints();
+  // Those that were cleared last stay stored with the image, until one is set.
+  void KeepRememberedBreakpoints() { remembered_breakpoints_ = debugger.breakpoints.generation(); }
   // Lets the open views follow the engine. The gate is held.
   void FollowEngine();
   // What a name of the program means at PC, in one line; empty while the target is not to be asked.

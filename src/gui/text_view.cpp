@@ -60,9 +60,11 @@ void TextView::SetViewFont(const QFont& font) {
   viewport()->update();
 }
 
-void TextView::SetStale(bool stale) {
-  if (stale_ == stale) return;
+void TextView::SetKnown(bool link_lost, bool running) {
+  const bool stale = link_lost || (running && OfTheMoment());
+  if (stale_ == stale && running_ == running) return;
   stale_ = stale;
+  running_ = running;
   viewport()->update();
 }
 

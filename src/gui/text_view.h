@@ -40,8 +40,9 @@ class TextView : public QAbstractScrollArea {
   const QFont& view_font() const { return font_; }
   void SetViewFont(const QFont& font);
   void SetTheme(const Theme& theme);
-  // What is shown is no longer known to be so: all text is painted greyed.
-  void SetStale(bool stale);
+  // What is shown is no longer known to be so where the link is lost, nor what is of the moment
+  // while a program runs: it is painted greyed.
+  void SetKnown(bool link_lost, bool running);
   // What is shown changes from one instruction to the next, and so is not known while a program
   // runs.
   virtual bool OfTheMoment() const { return false; }
@@ -80,6 +81,9 @@ class TextView : public QAbstractScrollArea {
   ValueColours ColoursOf(bool changed, bool at_cursor) const;
   void FillRow(QPainter& painter, int row, const TextColours& colours) const;
 
+  // A program runs, so that nobody knows where it is.
+  bool running() const { return running_; }
+
   // Called when the size or the font has changed.
   virtual void CellsChanged() {}
 
@@ -99,6 +103,7 @@ class TextView : public QAbstractScrollArea {
   views::CellSize cell_;
   int ascent_ = 0;
   bool stale_ = false;
+  bool running_ = false;
   const Theme* theme_ = &kClassicTheme;
 };
 

@@ -68,6 +68,9 @@ void Desktop::OnDialog(const QString& name, std::function<void(QDialog&)> act) {
     timer->stop();
     timer->deleteLater();
     --pending_;
+    const bool of_the_desktop = name == "message" || name == "chooser";
+    EXPECT_TRUE(of_the_desktop || guide::Guide(guide::Pages()).OfDialog(Bytes(name)) != nullptr)
+        << "F1 in " << qPrintable(name) << " explains nothing";
     act(*dialog);
   });
   timer->start(5);

@@ -16,6 +16,7 @@
 #include "load/messages.h"
 #include "symbols/messages.h"
 #include "views/messages.h"
+#include "workspace/messages.h"
 
 namespace brevant {
 namespace {
@@ -26,7 +27,7 @@ TEST(Messages, HaveIdsOfTheirOwnAndTheCaptionOfTheirSeverity) {
   for (const Rows rows :
        {Rows(link::kAllMessages), Rows(symbols::kAllMessages), Rows(control::messages::kAll),
         Rows(images::messages::kAll), Rows(load::messages::kAll), Rows(flash::messages::kAll),
-        Rows(views::messages::kAll), Rows(gui::messages::kAll)}) {
+        Rows(views::messages::kAll), Rows(workspace::messages::kAll), Rows(gui::messages::kAll)}) {
     for (const base::MessageText* row : rows) {
       EXPECT_THAT(row->id, testing::MatchesRegex("[a-z]+\\.[a-z-]+"));
       EXPECT_TRUE(ids.insert(row->id).second) << row->id << " is there twice";
