@@ -31,15 +31,15 @@ int CodeWindow::GutterColumns() const {
 
 TextColours CodeWindow::LineColours(const LineMarks& marks) const {
   if (marks.is_cursor) {
-    return Colours(AtPc(marks) ? ColourRole::PcTextOnCursorLine : ColourRole::CursorText,
+    return Colours(marks.is_pc ? ColourRole::PcTextOnCursorLine : ColourRole::CursorText,
                    ColourRole::CursorLine);
   }
-  return AtPc(marks) ? Colours(ColourRole::PcText, ColourRole::PcLine) : Colours(ColourRole::Text);
+  return marks.is_pc ? Colours(ColourRole::PcText, ColourRole::PcLine) : Colours(ColourRole::Text);
 }
 
 void CodeWindow::PaintMarks(QPainter& painter, int row, const LineMarks& marks, int pc_column,
                             int breakpoint_columns) const {
-  if (AtPc(marks)) {
+  if (marks.is_pc) {
     DrawText(painter, theme().gutter ? kArrowColumn : pc_column, row, kPcMarker,
              Colours(ColourRole::PcMark));
   }
@@ -57,8 +57,8 @@ void CodeWindow::PaintMarks(QPainter& painter, int row, const LineMarks& marks, 
   painter.restore();
 }
 
-QString CodeWindow::SpokenMarks(const LineMarks& marks) const {
-  return QString(AtPc(marks) ? ", PC" : "") + (marks.has_breakpoint ? ", breakpoint" : "");
+QString SpokenMarks(const LineMarks& marks) {
+  return QString(marks.is_pc ? ", PC" : "") + (marks.has_breakpoint ? ", breakpoint" : "");
 }
 
 }  // namespace brevant::gui

@@ -24,19 +24,21 @@ class CodeWindow : public ScrollingView {
 
  protected:
   bool viewportEvent(QEvent* event) override;
+  // Of any row; while a program runs no line is PC's.
+  template <typename Row>
+  LineMarks MarksOf(const Row& row) const {
+    return {row.is_pc && !running(), row.is_cursor, row.has_breakpoint};
+  }
   // Of the marks left of the text.
   int GutterColumns() const;
   TextColours LineColours(const LineMarks& marks) const;
-  // What is said of the marks to whoever cannot see them.
-  QString SpokenMarks(const LineMarks& marks) const;
   // In the gutter, or else PC's in that column behind it, and a breakpoint's over the first so
   // many.
   void PaintMarks(QPainter& painter, int row, const LineMarks& marks, int pc_column,
                   int breakpoint_columns) const;
-
- private:
-  // While a program runs no line is PC's.
-  bool AtPc(const LineMarks& marks) const { return marks.is_pc && !running(); }
 };
+
+// What is said of the marks to whoever cannot see them.
+QString SpokenMarks(const LineMarks& marks);
 
 }  // namespace brevant::gui

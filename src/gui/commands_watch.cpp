@@ -27,8 +27,8 @@ namespace commands = workspace::commands;
 
 constexpr const char* kInMemoryOnly = "No program loaded yet: the list is kept in memory only.";
 constexpr const char* kNotWritten = "%s cannot be written: the list is kept in memory only.";
-constexpr const char* kPartsAreShownOnly =
-    "Parts are only shown here: watch one by its name to edit it.";
+constexpr const char* kPartNotEditable = "This part has no value of its own that can be changed.";
+constexpr int kMostTyped = 80;
 constexpr const char* kLargerThanAsked =
     "%s is larger than what is watched of it: watch one of its parts, or change it in the "
     "variables window (Alt+V).";
@@ -64,14 +64,21 @@ std::optional<views::WatchItem> Ask(const CommandContext& context, const views::
   return item;
 }
 
+void EditPart(const CommandContext& context, const views::WatchView& view) {
+  const views::ValueRow* const part = view.EditablePart();
+  if (part == nullptr) return context.window.status().ShowNotice(kPartNotEditable);
+  const EditRequest request{
+      .title = "EDIT: " + part->path.substr(1), .text = part->text, .max_length = kMostTyped};
+  AskForText(&context.window, context.window.view_font(), request,
+             [&](std::string_view typed) { return view.AssignPart(typed); });
+}
+
 void Edit(const CommandContext& context) {
   Session& session = context.session;
   const views::WatchItem* const item = session.watch.Highlighted();
-  if (!IsActive(context) || item == nullptr) return;
-  if (session.watch.HighlightedPlace()->below > 0) {
-    context.window.status().ShowNotice(kPartsAreShownOnly);
-    return;
-  }
+  auto* const window = dynamic_cast<WatchWindow*>(context.window.active_view());
+  if (window == nullptr || item == nullptr) return;
+  if (session.watch.HighlightedPlace()->below > 0) return EditPart(context, window->view());
   if (item->is_larger) {
     context.window.status().ShowNotice(base::Format(kLargerThanAsked, item->name));
     return;

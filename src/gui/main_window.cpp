@@ -159,11 +159,7 @@ void MainWindow::Tick() {
   session_.gate.Run([this] { UpdateViews(); });
   if (++ticks_ % kTicksAClock != 0) return;
   status_->UpdateClock();
-  const ConnectionState state = session_.Connection();
-  status_->ShowConnection(state);
-  for (const OpenWindow& window : windows_) {
-    window.view->SetKnown(state.link_lost, session_.debugger.activity.RunningShown());
-  }
+  ShowState();
   if (close_wanted_ && !session_.gate.busy()) close();
 }
 
@@ -196,12 +192,19 @@ workspace::CommandConditions MainWindow::Conditions() const {
           .repeating = RepeatingOf(session_.debugger.activity.RunMode())};
 }
 
+void MainWindow::ShowState() {
+  const ConnectionState state = session_.Connection();
+  status_->ShowConnection(state);
+  const bool running = session_.debugger.activity.RunningShown();
+  for (const OpenWindow& window : windows_) window.view->SetKnown(state.link_lost, running);
+}
+
 void MainWindow::Refresh() {
   const workspace::CommandConditions conditions = Conditions();
   menus_.Update(conditions);
   menus_.SetChecked(commands::kNStep, conditions.repeating == workspace::Repeating::NSteps);
   tool_bar_->Update(conditions);
-  status_->ShowConnection(session_.Connection());
+  ShowState();
   for (const OpenWindow& window : windows_) window.view->viewport()->update();
 }
 

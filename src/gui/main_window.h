@@ -84,6 +84,8 @@ class MainWindow final : public QMainWindow, private Screen {
   };
 
   void RepaintAtWork() override;
+  // In the status bar, and which windows still show what is so.
+  void ShowState();
   void ShowPopup(TextView& view, QPoint global);
   void ReloadIfNewer();
   // As soon as nothing else is under way.

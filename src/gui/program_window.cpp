@@ -14,10 +14,6 @@
 namespace brevant::gui {
 namespace {
 
-LineMarks MarksOf(const views::ProgramLine& line) {
-  return {line.is_pc, line.is_cursor, line.has_breakpoint};
-}
-
 constexpr int kUsualColumns = 64;
 constexpr int kUsualLines = 20;
 
@@ -94,8 +90,10 @@ std::optional<PopupItem> ProgramWindow::ItemOf(int command) const {
 }
 
 void ProgramWindow::mousePressEvent(QMouseEvent* event) {
-  if (event->button() != Qt::LeftButton) return;
   const QPoint at = event->position().toPoint();
+  // The popup menu acts on the line under the pointer.
+  if (event->button() == Qt::RightButton) view_->PlaceCursor(at.y() / cell().height);
+  if (event->button() != Qt::LeftButton) return;
   gate_.Run([&] {
     view_->Click(at.x() - GutterColumns() * cell().width, at.y(), cell());
     links_.follow_engine();

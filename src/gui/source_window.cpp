@@ -35,10 +35,6 @@ constexpr std::array kKindColours{KindColour{views::TextKind::Plain, ColourRole:
                                   KindColour{views::TextKind::Number, ColourRole::Number},
                                   KindColour{views::TextKind::String, ColourRole::String}};
 
-LineMarks MarksOf(const views::SourceRow& row) {
-  return {row.is_pc, row.is_cursor, row.has_breakpoint};
-}
-
 }  // namespace
 
 SourceWindow::SourceWindow(Session& session, FrameLinks links, const QFont& font,
@@ -147,7 +143,7 @@ void SourceWindow::paintEvent(QPaintEvent*) {
 void SourceWindow::PaintRow(QPainter& painter, int row, const views::SourceRow& line) const {
   DrawText(painter, GutterColumns(), row, NumberText(line).left(view_.MarkColumn()),
            Colours(ColourRole::Text));
-  if (line.has_code && (theme().gutter || !line.is_pc)) {
+  if (line.has_code && (theme().gutter || !MarksOf(line).is_pc)) {
     DrawText(painter, GutterColumns() + view_.MarkColumn(), row, QChar(0xB7),
              Colours(ColourRole::CodeMark));
   }
@@ -174,7 +170,7 @@ void SourceWindow::PaintText(QPainter& painter, int row, const views::SourceRow&
   for (const views::TextSpan& span : line.spans) {
     const auto* const known = std::ranges::find(kKindColours, span.kind, &KindColour::kind);
     TextColours coloured = plain;
-    if (!line.is_pc) coloured.text = Colours(known->colour).text;
+    if (!MarksOf(line).is_pc) coloured.text = Colours(known->colour).text;
     draw(done, span.column, plain);
     done = span.column + span.count;
     draw(span.column, done, coloured);
@@ -183,9 +179,11 @@ void SourceWindow::PaintText(QPainter& painter, int row, const views::SourceRow&
 }
 
 void SourceWindow::mousePressEvent(QMouseEvent* event) {
-  if (event->button() != Qt::LeftButton) return;
   setFocus();
   const QPoint at = event->position().toPoint();
+  // The popup menu acts on the line under the pointer.
+  if (event->button() == Qt::RightButton) view_.MoveCursor(at.y() / cell().height);
+  if (event->button() != Qt::LeftButton) return;
   gate_.Run([&] {
     view_.Click(at.x() - GutterColumns() * cell().width, at.y(), cell());
     links_.follow_engine();

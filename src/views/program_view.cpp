@@ -237,6 +237,11 @@ ClickMeaning ProgramView::HitTest(int x, int y, CellSize cell) const {
   return {ClickMeaning::Kind::MoveCursor, line, address};
 }
 
+void ProgramView::PlaceCursor(int row) {
+  if (FileIoActive()) return;
+  if (const auto line = LineAtRow(row)) MoveCursor(*line);
+}
+
 void ProgramView::Click(int x, int y, CellSize cell) {
   if (FileIoActive()) return;
   const ClickMeaning meaning = HitTest(x, y, cell);

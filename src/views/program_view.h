@@ -109,6 +109,8 @@ class ProgramView final : public View {
   int ScrollPosition() const;
 
   void MoveCursor(int line);
+  // To the instruction in that row; nothing where there is none.
+  void PlaceCursor(int row);
   // The cursor line's text and address; nothing when no line is shown.
   std::optional<CodeLine> CursorLine() const;
 

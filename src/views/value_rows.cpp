@@ -14,6 +14,15 @@ std::string ValueRow::Left() const {
   return std::string(static_cast<std::size_t>(MarkColumn()), ' ') + mark + name + " = ";
 }
 
+bool CanChange(const ValueRow& row) {
+  return row.value.unavailable.empty() && row.value.place && eval::IsScalar(row.value.type);
+}
+
+std::string Assign(const ValueRow& row, std::string_view text, const eval::Context& context) {
+  const eval::Result what = eval::Evaluate(text, context);
+  return what.ok() ? eval::Assign(row.value, what.value, context) : what.problem;
+}
+
 void ValueRows::BeginStop() {
   before_ = std::exchange(now_, {});
 }

@@ -7,6 +7,7 @@
 #include <map>
 #include <set>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "eval/context.h"
@@ -29,6 +30,11 @@ struct ValueRow {
   // "  + next = ", what stands before the value.
   std::string Left() const;
 };
+
+// The value stands in the target and is no structure, so that another can be written over it.
+bool CanChange(const ValueRow& row);
+// Evaluates the text and writes what it comes to. Empty once that has been looked at; else why not.
+std::string Assign(const ValueRow& row, std::string_view text, const eval::Context& context);
 
 class ValueRows {
  public:

@@ -154,19 +154,15 @@ std::string VariablesView::Explain() const {
 const ValueRow* VariablesView::Editable() const {
   const auto n = static_cast<std::size_t>(cursor_);
   if (n >= rows().size()) return nullptr;
-  const ValueRow& row = rows()[n];
-  const bool can_change =
-      row.value.unavailable.empty() && row.value.place && eval::IsScalar(row.value.type);
-  return can_change ? &row : nullptr;
+  return CanChange(rows()[n]) ? &rows()[n] : nullptr;
 }
 
 std::string VariablesView::Assign(std::string_view text) {
   const ValueRow* const row = Editable();
   if (row == nullptr) return "it cannot be changed";
-  const eval::Context context = control::ContextOf(sources_.memory, sources_.debug_info,
-                                                   sources_.frame, eval::Reading::Everything);
-  const eval::Result what = eval::Evaluate(text, context);
-  return what.ok() ? eval::Assign(row->value, what.value, context) : what.problem;
+  return views::Assign(*row, text,
+                       control::ContextOf(sources_.memory, sources_.debug_info, sources_.frame,
+                                          eval::Reading::Everything));
 }
 
 }  // namespace brevant::views

@@ -94,6 +94,20 @@ const ValueRow* WatchView::RowAt(const WatchTable::Place& place) const {
   return below < item.values.rows().size() ? &item.values.rows()[below] : nullptr;
 }
 
+const ValueRow* WatchView::EditablePart() const {
+  const auto place = table_.HighlightedPlace();
+  const ValueRow* const row = place && place->below > 0 ? RowAt(*place) : nullptr;
+  return row != nullptr && CanChange(*row) ? row : nullptr;
+}
+
+std::string WatchView::AssignPart(std::string_view text) const {
+  const ValueRow* const row = EditablePart();
+  if (row == nullptr) return "it cannot be changed";
+  return Assign(*row, text,
+                control::ContextOf(sources_.memory, sources_.debug_info, sources_.frame,
+                                   eval::Reading::Everything));
+}
+
 void WatchView::UnfoldAt(int line, bool unfolded) {
   const WatchTable::Place place = table_.PlaceOf(line);
   WatchItem& item = table_.values()[static_cast<std::size_t>(place.entry)];

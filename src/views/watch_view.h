@@ -8,6 +8,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 #include "control/activity.h"
 #include "control/register_frame.h"
@@ -46,6 +47,10 @@ class WatchView final : public View {
   void Unfold(bool unfolded);
   // The same of the row in sight at the column, where its mark stands; false elsewhere.
   bool ToggleAt(int row, int column);
+  // The highlighted part of a value, where it can be changed; nullptr else.
+  const ValueRow* EditablePart() const;
+  // Changes it to what the text comes to. Empty, or why not.
+  std::string AssignPart(std::string_view text) const;
   // Asks the target for everything that is watched, whatever is kept of it.
   void Refresh();
   // Of the highlighted entry: where it lies, what it is taken for, and why it shows no value.

@@ -7,10 +7,12 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QContextMenuEvent>
+#include <QHelpEvent>
 #include <QMdiArea>
 #include <QMenu>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QToolTip>
 #include <fstream>
 
 #include "gui/desktop.h"
@@ -126,6 +128,36 @@ TEST_F(SourceTest, ABreakpointIsClickedAndReachedAndTheCursorRunTo) {
   // Elsewhere the program window's cursor is.
   window().area().setActiveSubWindow(window().Children(kProgramKind).front());
   EXPECT_FALSE(debugger().run_control.SourceViewCurrent());
+}
+
+TEST_F(SourceTest, ThePointerShowsValuesAndNoLineIsPcsWhileTheProgramRuns) {
+  StartWith("counters");
+  GoToLine("25");
+  Click(2, RowOf(25));
+  Press(Qt::Key_F7);
+  Settle();
+  const views::CellSize cell = source().cell();
+  const auto hover = [&](const QString& name) {
+    const int row = RowOf(25);
+    const int column = static_cast<int>(source().TextLines().value(row).indexOf(name)) + 1;
+    const QPoint at(column * cell.width + 1, row * cell.height + 1);
+    QHelpEvent event(QEvent::ToolTip, at, source().viewport()->mapToGlobal(at));
+    QApplication::sendEvent(source().viewport(), &event);
+    return QToolTip::text();
+  };
+  EXPECT_TRUE(hover("sum").contains("sum = ")) << qPrintable(hover("sum"));
+  QTest::mouseClick(source().viewport(), Qt::RightButton, {},
+                    {kTextColumn * cell.width, RowOf(28) * cell.height + 1});
+  EXPECT_EQ(source().view().state().cursor, RowOf(28)) << "the popup acts on it";
+  debugger().breakpoints.Clear();
+  EXPECT_TRUE(source().TextLines().join('\n').contains(", PC"));
+  Press(Qt::Key_F7);
+  RunFor(300);
+  EXPECT_FALSE(source().TextLines().join('\n').contains(", PC"));
+  EXPECT_FALSE(program().TextLines().join('\n').contains(", PC"));
+  Press(Qt::Key_F7);
+  Settle();
+  EXPECT_TRUE(program().TextLines().join('\n').contains(", PC"));
 }
 
 TEST_F(SourceTest, FindsTextAndExpandsTabs) {

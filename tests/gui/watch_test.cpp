@@ -305,6 +305,11 @@ TEST_F(WatchC, StructuresAreAddedByNameAndUnfold) {
   Press(Qt::Key_Right);
   QTest::qWait(30);
   EXPECT_EQ(watch().TextLines()[3], "      x = 1");
+  Press(Qt::Key_Return);
+  EXPECT_TRUE(window().status().toolTip().contains("no value of its own")) << "a structure";
+  Press(Qt::Key_Down);
+  Edit("1", "points[1].x - 0x7a");
+  EXPECT_EQ(watch().TextLines()[3], "      x = 5, changed");
   Choose(commands::kWatchAsC);
   EXPECT_EQ(watch().TextLines()[0].left(16), "POINTS[1](C) 127");
   EXPECT_EQ(session().settings.Integer(base::keys::kWatchAsC), 1);
