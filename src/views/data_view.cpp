@@ -280,11 +280,11 @@ std::string DataView::Explain(const DataCell& cell, const symbols::DebugInfo& in
   }
   for (int i = 0; i < settings_.cell_bytes(); ++i) {
     const base::Address at = first + static_cast<base::Address>(i);
-    const devices::ReadEffect* const effect = devices::FindReadEffect(memory_.device(), at);
+    const devices::Register* const effect = devices::FindReadEffect(memory_.device(), at);
     if (effect == nullptr) continue;
     text += base::Format(
         "; %s %s: reading it %s, so only Refresh (Ctrl+F5) does", std::string(effect->name),
-        memory_.LastRead(at) ? "as read last" : "not read yet", std::string(effect->effect));
+        memory_.LastRead(at) ? "as read last" : "not read yet", std::string(effect->read_effect));
   }
   return text;
 }
