@@ -99,6 +99,9 @@ class Evaluator {
 
   Result MemberNamed(Result whole, const std::string& name, const std::string& written) const {
     if (!whole.ok() || !whole.value.unavailable.empty()) return whole;
+    if (whole.value.of_chip != nullptr && whole.value.chip_field == nullptr) {
+      return FieldNamed(whole.value, name);
+    }
     const Type& type = whole.value.type;
     if (type.kind != Kind::Struct && type.kind != Kind::Union) {
       return Problem(written + " is no structure");
@@ -108,6 +111,18 @@ class Evaluator {
       return Problem(base::Format("%s has no member %s", written, name));
     }
     return {MemberValue(whole.value, *member, context_), {}};
+  }
+
+  static Result FieldNamed(const Value& whole, const std::string& name) {
+    const devices::Field* const field = devices::FindField(*whole.of_chip, name);
+    if (field == nullptr) {
+      return Problem(base::Format("%s has no field %s", std::string(whole.of_chip->name), name));
+    }
+    Value value = whole;
+    value.chip_field = field;
+    value.place->bit = field->low;
+    value.place->bits = field->high - field->low + 1;
+    return {std::move(value), {}};
   }
 
   Result Index(const Tree& tree) const {
