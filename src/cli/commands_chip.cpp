@@ -96,11 +96,8 @@ Result ShownRegister(Session& session, const Register& row) {
         fmt::format("  {:<10} = {:<2x}  {}\n", field.name, field.ValueIn(*value), field.meaning);
   }
   result.fields = JsonOf(row, *value);
-  if (!row.note.empty()) result.note = fmt::format("Writing {}: {}.", row.name, row.note);
-  if (!row.read_effect.empty()) {
-    result.note += fmt::format("{}This has read {}, which {}.", result.note.empty() ? "" : " ",
-                               row.name, row.read_effect);
-  }
+  if (!row.note.empty()) result.note = fmt::format("{}: {}.", row.name, row.note);
+  TellOfReading(session, row);
   return result;
 }
 
@@ -158,12 +155,13 @@ Result SetChipRegister(Session& session, const std::string& what, const eval::Va
   if (!written.refused.empty()) {
     return Failure(ExitStatus::Failed, fmt::format("{} was not set: {}", what, written.refused));
   }
-  Result result;
-  if (!written.remark.empty()) {
-    result.note = written.remark + '.';
-    result.fields["remark"] = written.remark;
-  }
-  return result;
+  if (!written.remark.empty()) session.ui().Warn(written.remark + '.');
+  return {};
+}
+
+void TellOfReading(Session& session, const devices::Register& row) {
+  if (row.read_effect.empty()) return;
+  session.ui().Warn(fmt::format("This has read {}, which {}.", row.name, row.read_effect));
 }
 
 std::span<const Command> ChipCommands() {

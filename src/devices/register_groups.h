@@ -87,11 +87,13 @@ inline constexpr std::array kLowVoltage{Field{"LVIOUT", 7, 7, "the voltage is lo
 }  // namespace fields
 
 namespace notes {
+inline constexpr std::string_view kPort = "an input reads its pin, whatever is written";
+inline constexpr std::string_view kConversion = "writing starts a conversion";
 inline constexpr std::string_view kOverflow =
     "TOF goes when 0 is written to it after it was read as 1";
 inline constexpr std::string_view kChannel =
     "CHF goes when 0 is written to it after it was read as 1";
-inline constexpr std::string_view kModulo = "the low byte is written last";
+inline constexpr std::string_view kModulo = "it takes effect when the low byte is written";
 inline constexpr std::string_view kCompare = "no compare until the low byte is written";
 inline constexpr std::string_view kFlash =
     "a bit takes effect in the order of a flash operation only";

@@ -43,7 +43,7 @@ struct Register {
   // It is not the same once it has been read, or it keeps another from going on: what is only shown
   // must not read it. "clears COCO"; empty for what can be read as often as one likes.
   std::string_view read_effect = {};
-  // What writing does besides: "TOF goes when ...".
+  // What else has to be known by who writes it: "writing starts a conversion".
   std::string_view note = {};
 };
 

@@ -29,8 +29,8 @@ constexpr std::array kInt2{Field{"IF14", 7, 7, "KBI"}};
 constexpr std::array kInt3{Field{"IF15", 0, 0, "ADC"}};
 
 constexpr std::array kRows{
-    Register{0x0000, "PTA", kPorts, "port A data"},
-    Register{0x0001, "PTB", kPorts, "port B data"},
+    Register{0x0000, "PTA", kPorts, "port A data", ReadWrite, {}, {}, notes::kPort},
+    Register{0x0001, "PTB", kPorts, "port B data", ReadWrite, {}, {}, notes::kPort},
     Register{0x0004, "DDRA", kPorts, "port A direction, 1: output"},
     Register{0x0005, "DDRB", kPorts, "port B direction, 1: output"},
     Register{0x000B, "PTAPUE", kPorts, "port A pull-ups, 1: on"},
@@ -87,7 +87,7 @@ constexpr std::array kRows{
              ReadWrite,
              fields::kAdscr,
              {},
-             "starts a conversion"},
+             notes::kConversion},
     Register{
         0x003D, "ADRH", kAdc, "result, high byte", ReadOnly, {}, "holds ADRL until that is read"},
     Register{0x003E, "ADRL", kAdc, "result, low byte", ReadOnly, {}, "clears COCO"},

@@ -52,6 +52,7 @@ RegisterWrite WriteAndCompare(Memory& memory, const Register& row, const Field* 
   std::string remark = base::Format(field == nullptr ? "%s reads back %02x" : "%s reads back %x",
                                     Name(row, field), now);
   if (row.access == Access::WriteOnce) remark += ": it can be written once after a reset";
+  if (!row.note.empty()) remark += ": " + std::string(row.note);
   return {.remark = std::move(remark)};
 }
 

@@ -163,7 +163,7 @@ std::string ChipView::Explain() const {
                                   std::string(row->group), std::string(row->what));
   if (row->access == devices::Access::ReadOnly) text += "; it can only be read";
   if (row->access == devices::Access::WriteOnce) text += "; it can be written once after a reset";
-  if (!row->note.empty()) text += "; writing: " + std::string(row->note);
+  if (!row->note.empty()) text += "; " + std::string(row->note);
   if (!row->read_effect.empty()) {
     text +=
         base::Format("; reading it %s, so only Read now (R) does", std::string(row->read_effect));

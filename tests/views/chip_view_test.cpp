@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "views/chip_view.h"
 
+#include "control/program_context.h"
+#include "views/name_value.h"
 #include "views/view_bench.h"
 
 namespace brevant::views {
@@ -54,9 +56,9 @@ TEST_F(ChipViewTest, UnfoldsGroupsToRegistersAndTheseToFields) {
   Unfold("Timer 1/T1SC");
   const int row = RowOf("Timer 1/T1SC");
   EXPECT_EQ(view.At(row).left + view.At(row).text,
-            "  - T1SC        62 %01100010  status and control");
+            "  - T1SC         62 %01100010  status and control");
   EXPECT_EQ(view.At(row + 2).left + view.At(row + 2).text,
-            "      TOIE      = 1  1: an overflow interrupts");
+            "      TOIE       = 1  1: an overflow interrupts");
   EXPECT_EQ(Text("Timer 1/T1SC/PS"), "= 2  counts bus clock / 1, 2, 4 to 64; 7: the external pin");
   EXPECT_TRUE(view.ToggleAt(row - view.top(), 2));
   Follow();
@@ -71,11 +73,10 @@ TEST_F(ChipViewTest, ReadsWhatIsInSightAndOnlyOnce) {
   EXPECT_EQ(BytesSent(), 0u) << "all that is in sight is known";
   view.Refresh();
   Follow();
-
-  EXPECT_EQ(Commands(), "R0000 R0000 r r ");
+  EXPECT_EQ(Commands(), "R0000 r R0003");
   view.Scroll(ScrollCode::LineDown);
   Follow();
-  EXPECT_EQ(Commands(), "R0004 ") << "the row that has come into sight";
+  EXPECT_EQ(Commands(), "R0004") << "the row that has come into sight";
   Follow();
   EXPECT_EQ(Commands(), "");
 }
@@ -123,6 +124,16 @@ TEST_F(ChipViewTest, SetsRegistersAndFieldsAndMarksWhatHasChangedSinceTheStopBef
   Unfold("Timer 1");
   view.MoveCursor(RowOf("Timer 1/T1CNTL"));
   EXPECT_EQ(view.Editable(), "") << "can only be read";
+}
+
+TEST_F(ChipViewTest, ARegisterIsDescribedWhereCodeNamesIt) {
+  const auto text = [this](const char* word) {
+    return NameValueText(word,
+                         control::ContextOf(memory, debug_info, frame, eval::Reading::Sparing));
+  };
+  EXPECT_EQ(text("PBWC"), "0037 PBWC (bandwidth control) = 40 %01000000");
+  EXPECT_EQ(text("SRSR"), "SRSR is not available here (reading the register changes it)");
+  EXPECT_EQ(Peek(0xFE01), 0x80);
 }
 
 }  // namespace
