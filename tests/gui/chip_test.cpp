@@ -53,7 +53,7 @@ TEST_F(Chip, PortsAreSetByTheirDirectionAndData) {
     QTest::qWait(30);
   };
   set("+ DDRB", "00", "0f");
-  EXPECT_TRUE(Line().startsWith("  + DDRB        0f %00001111  port B direction, 1: output"))
+  EXPECT_TRUE(Line().startsWith("  + DDRB         0f %00001111  port B direction, 1: output"))
       << qPrintable(Line());
   EXPECT_TRUE(Line().endsWith(", changed"));
   Unfold("+ DDRB");
