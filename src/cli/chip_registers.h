@@ -15,7 +15,7 @@ namespace brevant::cli {
 Result SetChipRegister(Session& session, const std::string& what, const eval::Value& to,
                        const std::string& value);
 
-// Says what reading a register has done besides, if anything.
-void TellOfReading(Session& session, const devices::Register& row);
+// Says what reading the address has done besides, if it is that of such a register.
+void TellOfReading(Session& session, base::Address address);
 
 }  // namespace brevant::cli

@@ -97,7 +97,7 @@ Result ShownRegister(Session& session, const Register& row) {
   }
   result.fields = JsonOf(row, *value);
   if (!row.note.empty()) result.note = fmt::format("{}: {}.", row.name, row.note);
-  TellOfReading(session, row);
+  TellOfReading(session, row.address);
   return result;
 }
 
@@ -159,9 +159,10 @@ Result SetChipRegister(Session& session, const std::string& what, const eval::Va
   return {};
 }
 
-void TellOfReading(Session& session, const devices::Register& row) {
-  if (row.read_effect.empty()) return;
-  session.ui().Warn(fmt::format("This has read {}, which {}.", row.name, row.read_effect));
+void TellOfReading(Session& session, base::Address address) {
+  const Register* const row = devices::FindReadEffect(session.debugger().memory.device(), address);
+  if (row == nullptr) return;
+  session.ui().Warn(fmt::format("This has read {}, which {}.", row->name, row->read_effect));
 }
 
 std::span<const Command> ChipCommands() {

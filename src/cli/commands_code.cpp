@@ -39,8 +39,8 @@ Result Disassembled(Session& session, base::Address address, int count) {
   Result result;
   result.fields["lines"] = nlohmann::ordered_json::array();
   for (int to_come = count; to_come > 0 && address <= base::kLastAddress; to_come -= kBatch) {
-    const auto lines = views::ReadCodeLines(debugger.memory, debugger.operand_names,
-                                            address, std::min(to_come, kBatch));
+    const auto lines = views::ReadCodeLines(debugger.memory, debugger.operand_names, address,
+                                            std::min(to_come, kBatch));
     for (const views::CodeLine& line : lines) {
       result.text += line.text + '\n';
       result.fields["lines"].push_back(line.text);

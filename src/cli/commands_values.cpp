@@ -43,7 +43,7 @@ Result Shown(Session& session, const std::string& text, eval::Notation notation)
   result.fields = {
       {"expression", text}, {"value", shown}, {"type", eval::TypeText(value, context)}};
   if (eval::IsInteger(value.type)) result.fields["number"] = value.number;
-  if (value.of_chip != nullptr) TellOfReading(session, *value.of_chip);
+  if (value.place) TellOfReading(session, value.place->address);
   if (value.place) result.fields["address"] = fmt::format("{:04x}", value.place->address);
   return result;
 }

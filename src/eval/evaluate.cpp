@@ -99,8 +99,8 @@ class Evaluator {
 
   Result MemberNamed(Result whole, const std::string& name, const std::string& written) const {
     if (!whole.ok() || !whole.value.unavailable.empty()) return whole;
-    if (whole.value.of_chip != nullptr && whole.value.chip_field == nullptr) {
-      return FieldNamed(whole.value, name);
+    if (const devices::Register* const row = RegisterOf(whole.value)) {
+      return FieldNamed(whole.value, *row, name);
     }
     const Type& type = whole.value.type;
     if (type.kind != Kind::Struct && type.kind != Kind::Union) {
@@ -113,12 +113,23 @@ class Evaluator {
     return {MemberValue(whole.value, *member, context_), {}};
   }
 
-  static Result FieldNamed(const Value& whole, const std::string& name) {
-    const devices::Field* const field = devices::FindField(*whole.of_chip, name);
+  // The program may have a name of its own for a register: a byte at its address.
+  const devices::Register* RegisterOf(const Value& whole) const {
+    const bool is_byte =
+        whole.place && whole.place->bits == 0 && IsInteger(whole.type) && whole.type.size == 1;
+    return is_byte ? devices::FindRegister(context_.memory().device(), whole.place->address)
+                   : nullptr;
+  }
+
+  static Result FieldNamed(const Value& whole, const devices::Register& row,
+                           const std::string& name) {
+    const devices::Field* const field = devices::FindField(row, name);
     if (field == nullptr) {
-      return Problem(base::Format("%s has no field %s", std::string(whole.of_chip->name), name));
+      return Problem(base::Format("%s has no field %s", std::string(row.name), name));
     }
     Value value = whole;
+    value.type = IntegerType(1, false);
+    value.of_chip = &row;
     value.chip_field = field;
     value.place->bit = field->low;
     value.place->bits = field->high - field->low + 1;

@@ -161,12 +161,11 @@ std::string ChipView::Explain() const {
   if (row == nullptr) return {};
   std::string text = base::Format("%04x %s: %s, %s", row->address, std::string(row->name),
                                   std::string(row->group), std::string(row->what));
-  if (row->access == devices::Access::ReadOnly) text += "; it can only be read";
-  if (row->access == devices::Access::WriteOnce) text += "; it can be written once after a reset";
+  if (row->access == devices::Access::ReadOnly) text += "; read only";
+  if (row->access == devices::Access::WriteOnce) text += "; written once after a reset";
   if (!row->note.empty()) text += "; " + std::string(row->note);
   if (!row->read_effect.empty()) {
-    text +=
-        base::Format("; reading it %s, so only Read now (R) does", std::string(row->read_effect));
+    text += base::Format("; reading it %s: R reads it", std::string(row->read_effect));
   }
   return text;
 }

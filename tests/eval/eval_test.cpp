@@ -302,6 +302,9 @@ TEST_F(EvalTest, KnowsTheRegistersOfTheMcuAndTheirFieldsBehindTheNamesOfTheProgr
   EXPECT_EQ(Evaluate("word.1", Here()).problem, "word is no structure");
   Put("T1sc", u8_, 1, 0x0091, ByteList{200});
   EXPECT_EQ(Text("T1SC"), "200") << "a variable of the program";
+  EXPECT_EQ(Evaluate("T1SC.PS", Here()).problem, "T1SC is no structure");
+  Put("timer_control", s8_, 1, 0x0020, ByteList{});
+  EXPECT_EQ(Text("timer_control.PS"), "2") << "its own name for a register";
 }
 
 TEST_F(EvalTest, HasPartsThatAreReadOnlyWhenTheyAreLookedAt) {
