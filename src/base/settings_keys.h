@@ -93,6 +93,9 @@ inline constexpr SettingsKey kTheme{"config", "Theme", SettingKind::String, "", 
 inline constexpr SettingsKey kZoom{"config", "Zoom", SettingKind::String, "0", 10};
 // 8 shows source lines between the instructions of the program windows.
 inline constexpr SettingsKey kShowSource{"config", "ShowSource", SettingKind::Flag, "0", 0};
+// 1 names the registers of the device in the operands of instructions.
+inline constexpr SettingsKey kRegisterNames{"config", "RegisterNames", SettingKind::Integer, "1",
+                                            0};
 inline constexpr SettingsKey kTabSize{"config", "TabSize", SettingKind::Integer, "8", 0};
 inline constexpr SettingsKey kMatchCase{"config", "MatchCase", SettingKind::Integer, "0", 0};
 // Highest address of the program windows; empty or invalid means 7FFF.
@@ -119,6 +122,8 @@ inline constexpr SettingsKey kStackGeometry{"window", "stack", SettingKind::Geom
 inline constexpr SettingsKey kCallsGeometry{"window", "calls", SettingKind::Geometry, "", 99};
 inline constexpr SettingsKey kVariablesGeometry{"window", "vars", SettingKind::Geometry, "", 99};
 inline constexpr SettingsKey kVariablesOpen{"window", "nvars", SettingKind::Integer, "0", 0};
+inline constexpr SettingsKey kChipGeometry{"window", "chip", SettingKind::Geometry, "", 99};
+inline constexpr SettingsKey kChipOpen{"window", "nchip", SettingKind::Integer, "0", 0};
 inline constexpr SettingsKey kTraceGeometry{"window", "trace", SettingKind::Geometry, "", 99};
 inline constexpr SettingsKey kWatchOpen{"window", "nwatch", SettingKind::Integer, "0", 0};
 inline constexpr SettingsKey kSourceOpen{"window", "ncsrc", SettingKind::Integer, "0", 0};

@@ -30,6 +30,7 @@ std::span<const Command> TargetCommands();
 std::span<const Command> CodeCommands();
 std::span<const Command> RunCommands();
 std::span<const Command> ValueCommands();
+std::span<const Command> ChipCommands();
 std::span<const Command> ImageCommands();
 std::span<const Command> SymbolCommands();
 std::span<const Command> FlashCommands();

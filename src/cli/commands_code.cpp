@@ -39,8 +39,8 @@ Result Disassembled(Session& session, base::Address address, int count) {
   Result result;
   result.fields["lines"] = nlohmann::ordered_json::array();
   for (int to_come = count; to_come > 0 && address <= base::kLastAddress; to_come -= kBatch) {
-    const auto lines = views::ReadCodeLines(debugger.memory, debugger.debug_info.SymbolTable,
-                                            address, std::min(to_come, kBatch));
+    const auto lines = views::ReadCodeLines(debugger.memory, debugger.operand_names, address,
+                                            std::min(to_come, kBatch));
     for (const views::CodeLine& line : lines) {
       result.text += line.text + '\n';
       result.fields["lines"].push_back(line.text);
@@ -66,7 +66,7 @@ Result Asm(Session& session, const ParsedArguments& arguments) {
   const base::Address address = arguments.Number(0);
   const std::string& text = arguments.Text(1);
   std::string why;
-  const auto assembled = isa::AssembleLine(text, address, debugger.debug_info.SymbolTable, &why);
+  const auto assembled = isa::AssembleLine(text, address, debugger.operand_names, &why);
   if (!assembled) return UsageError(fmt::format("\"{}\": {}", text, why));
   const base::Bytes code = assembled->code();
   Result refused =

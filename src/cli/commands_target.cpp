@@ -225,7 +225,8 @@ constexpr Command kRows[] = {
      {Text("REG|VARIABLE"), Rest("VALUE")},
      kStopped,
      Set,
-     "change PC, SP, HX, A or CCR (VALUE hex), or a variable (VALUE as in C)"},
+     "change PC, SP, HX, A, CCR, the MCU's PTA, T1SC.PS or PTA.3 (VALUE hex), or a variable (as in "
+     "C)"},
     {"read",
      {Address("ADDR"), Optional(Hex("COUNT", kAnyNumber, "count"))},
      kStopped,

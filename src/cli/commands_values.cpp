@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "cli/chip_registers.h"
 #include "cli/command_table.h"
 #include "cli/session.h"
 #include "cli/variables.h"
@@ -42,6 +43,7 @@ Result Shown(Session& session, const std::string& text, eval::Notation notation)
   result.fields = {
       {"expression", text}, {"value", shown}, {"type", eval::TypeText(value, context)}};
   if (eval::IsInteger(value.type)) result.fields["number"] = value.number;
+  if (value.place) TellOfReading(session, value.place->address);
   if (value.place) result.fields["address"] = fmt::format("{:04x}", value.place->address);
   return result;
 }
@@ -139,11 +141,15 @@ Result SetVariable(Session& session, const std::string& what, const std::string&
   const eval::Context context = Here(session);
   const bool is_name = parsed.tree.op == eval::Op::Name && parsed.tree.scope.empty();
   if (is_name && !eval::FindName(parsed.tree.text, {}, context).value) {
-    return UsageError(fmt::format(
-        "\"{}\" is no register (PC, SP, HX, A or CCR) and no variable of the program", left));
+    return UsageError(
+        fmt::format("\"{}\" is no register (PC, SP, HX, A or CCR, or one that chip lists) and no "
+                    "variable of the "
+                    "program",
+                    left));
   }
   const eval::Result to = eval::Evaluate(parsed.tree, context);
   if (!to.ok()) return Failure(ExitStatus::Failed, to.problem);
+  if (to.value.of_chip != nullptr) return SetChipRegister(session, left, to.value, right);
   const eval::Result from = eval::Evaluate(right, context);
   if (!from.ok()) return Failure(ExitStatus::Failed, from.problem);
   const std::string problem = eval::Assign(to.value, from.value, context);

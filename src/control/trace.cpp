@@ -20,12 +20,13 @@ constexpr const char* kLogName = "trace.txt";
 
 Trace::Trace(RunControl& run, Activity& activity, const RegisterFrame& frame,
              const BreakpointTable& breakpoints, const symbols::DebugInfo& debug_info,
-             base::UserInterface& ui, TraceFiles files)
+             const isa::SymbolNames& names, base::UserInterface& ui, TraceFiles files)
     : run_(run),
       activity_(activity),
       frame_(frame),
       breakpoints_(breakpoints),
       debug_info_(debug_info),
+      names_(names),
       ui_(ui),
       files_(std::move(files)) {}
 
@@ -125,7 +126,7 @@ std::string Trace::LogText() const {
     const auto line = debug_info_.LineTable.LineForAddress(address);
     return line ? files_.source_text(*line) : std::nullopt;
   };
-  return FormatTraceLog(ring_, debug_info_.SymbolTable, source_text);
+  return FormatTraceLog(ring_, names_, source_text);
 }
 
 void Trace::WriteTraceLog() {

@@ -35,7 +35,7 @@ class Trace final : public Operation {
  public:
   Trace(RunControl& run, Activity& activity, const RegisterFrame& frame,
         const BreakpointTable& breakpoints, const symbols::DebugInfo& debug_info,
-        base::UserInterface& ui, TraceFiles files);
+        const isa::SymbolNames& names, base::UserInterface& ui, TraceFiles files);
   Trace(const Trace&) = delete;
   Trace& operator=(const Trace&) = delete;
 
@@ -72,6 +72,7 @@ class Trace final : public Operation {
   const RegisterFrame& frame_;
   const BreakpointTable& breakpoints_;
   const symbols::DebugInfo& debug_info_;
+  const isa::SymbolNames& names_;
   base::UserInterface& ui_;
   TraceFiles files_;
   std::optional<WrittenLog> written_log_;

@@ -30,6 +30,7 @@
 #include "load/start_address.h"
 #include "memory/memory.h"
 #include "symbols/debug_info.h"
+#include "symbols/operand_names.h"
 #include "symbols/source_folders.h"
 #include "views/block_job.h"
 
@@ -71,6 +72,7 @@ class Debugger {
   link::SecurityKeeper security;
   link::Connector connector;
   symbols::DebugInfo debug_info;
+  symbols::OperandNames operand_names;
   control::RegisterFrame frame;
   control::BreakpointTable breakpoints;
   control::Activity activity;

@@ -27,16 +27,6 @@ constexpr std::array kGp32Vectors{
     Vector{kIrqVector, "IRQ"},  Vector{kSwiVector, "SWI"},  Vector{kResetVector, "RESET"},
 };
 
-// SPI, SCI, PLL, ADC and SIM chapters. A flag that the SPI or the SCI has set goes when its status
-// register has been read and then its data register.
-constexpr std::array kGp32ReadEffects{
-    ReadEffect{0x0012, "SPDR", "may take a received byte away from the program"},
-    ReadEffect{0x0018, "SCDR", "may take a received byte away from the program"},
-    ReadEffect{0x0036, "PCTL", "clears PLLF"},
-    ReadEffect{0x003D, "ADR", "clears COCO"},
-    ReadEffect{kResetStatus, "SRSR", "clears the causes of the last reset"},
-};
-
 // MC68HC908QL4 data sheet. $2800 holds the auxiliary ROM, $FFBF is reserved.
 constexpr std::array kQlMemory{
     MemoryRange{0x0000, 0x004F, Registers}, MemoryRange{0x0080, 0x00FF, Ram},
@@ -51,17 +41,9 @@ constexpr std::array kQlVectors{
     Vector{kSwiVector, "SWI"}, Vector{kResetVector, "RESET"},
 };
 
-// Whether reading changes a register of the serial LIN controller is not known.
-constexpr std::array kQlReadEffects{
-    ReadEffect{0x003D, "ADRH", "holds ADRL until that is read"},
-    ReadEffect{0x003E, "ADRL", "clears COCO"},
-    ReadEffect{kResetStatus, "SRSR", "clears the causes of the last reset"},
-};
-
 constexpr std::array kDevices{
-    Device{
-        0, "MC68HC908GP32", "gp32", kGp32Memory, {7, 64, 0xFF7E}, kGp32Vectors, kGp32ReadEffects},
-    Device{1, "MC68HC908QL", "ql", kQlMemory, {6, 32, 0xFFBE, 0xFFC0}, kQlVectors, kQlReadEffects},
+    Device{0, "MC68HC908GP32", "gp32", kGp32Memory, {7, 64, 0xFF7E}, kGp32Vectors, Gp32Registers},
+    Device{1, "MC68HC908QL", "ql", kQlMemory, {6, 32, 0xFFBE, 0xFFC0}, kQlVectors, QlRegisters},
 };
 
 }  // namespace
@@ -85,11 +67,6 @@ MemoryKind KindOf(const Device& device, base::Address address) {
     if (address >= range.first && address <= range.last) return range.kind;
   }
   return Nothing;
-}
-
-const ReadEffect* FindReadEffect(const Device& device, base::Address address) {
-  const auto found = std::ranges::find(device.read_effects, address, &ReadEffect::address);
-  return found == device.read_effects.end() ? nullptr : &*found;
 }
 
 std::vector<MemoryRange> FlashWithin(const Device& device, base::Address first,

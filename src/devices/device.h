@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The devices that can be debugged: one row each, with its names, its memory map and what erasing
-// and programming have to know of its flash.
+// The devices that can be debugged: one row each, with its names, its memory map, its registers and
+// what erasing and programming have to know of its flash.
 #pragma once
 
 #include <cstdint>
@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "base/address.h"
+#include "devices/registers.h"
 
 namespace brevant::devices {
 
@@ -44,22 +45,14 @@ struct Vector {
   std::string_view name;
 };
 
-// A register that is not the same once it has been read, or that keeps another from going on: what
-// is only shown must not read it.
-struct ReadEffect {
-  base::Address address = 0;
-  std::string_view name;
-  std::string_view effect;  // "clears COCO"
-};
-
 struct Device {
   int settings_number = 0;              // value of setting "HC08Devices"
   std::string_view name;                // "MC68HC908GP32"
   std::string_view option;              // "gp32"
   std::span<const MemoryRange> memory;  // ascending; nothing between the ranges
   FlashGeometry flash;
-  std::span<const Vector> vectors;  // ascending
-  std::span<const ReadEffect> read_effects;
+  std::span<const Vector> vectors;                     // ascending
+  std::span<const Register> (*registers)() = nullptr;  // ascending
 };
 
 // The row at index n has settings number n.
@@ -71,8 +64,6 @@ const Device* ByOption(std::string_view option);
 
 // Nothing above $FFFF.
 MemoryKind KindOf(const Device& device, base::Address address);
-// Null for what can be read as often as one likes.
-const ReadEffect* FindReadEffect(const Device& device, base::Address address);
 // What of the addresses, both inclusive, is flash; ascending.
 std::vector<MemoryRange> FlashWithin(const Device& device, base::Address first, base::Address last);
 // The first of so many addresses that is not flash. Those above $FFFF are not.

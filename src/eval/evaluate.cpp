@@ -99,6 +99,9 @@ class Evaluator {
 
   Result MemberNamed(Result whole, const std::string& name, const std::string& written) const {
     if (!whole.ok() || !whole.value.unavailable.empty()) return whole;
+    if (const devices::Register* const row = RegisterOf(whole.value)) {
+      return FieldNamed(whole.value, *row, name);
+    }
     const Type& type = whole.value.type;
     if (type.kind != Kind::Struct && type.kind != Kind::Union) {
       return Problem(written + " is no structure");
@@ -108,6 +111,29 @@ class Evaluator {
       return Problem(base::Format("%s has no member %s", written, name));
     }
     return {MemberValue(whole.value, *member, context_), {}};
+  }
+
+  // The program may have a name of its own for a register: a byte at its address.
+  const devices::Register* RegisterOf(const Value& whole) const {
+    const bool is_byte =
+        whole.place && whole.place->bits == 0 && IsInteger(whole.type) && whole.type.size == 1;
+    return is_byte ? devices::FindRegister(context_.memory().device(), whole.place->address)
+                   : nullptr;
+  }
+
+  static Result FieldNamed(const Value& whole, const devices::Register& row,
+                           const std::string& name) {
+    const devices::Field* const field = devices::FindField(row, name);
+    if (field == nullptr) {
+      return Problem(base::Format("%s has no field %s", std::string(row.name), name));
+    }
+    Value value = whole;
+    value.type = IntegerType(1, false);
+    value.of_chip = &row;
+    value.chip_field = field;
+    value.place->bit = field->low;
+    value.place->bits = field->high - field->low + 1;
+    return {std::move(value), {}};
   }
 
   Result Index(const Tree& tree) const {

@@ -342,9 +342,18 @@ Found SymbolItself(const Wanted& wanted) {
   return Named{SymbolValue(*named.front(), wanted.context), {}};
 }
 
+Found RegisterOfChip(const Wanted& wanted) {
+  if (!wanted.scope.empty()) return std::nullopt;
+  const devices::Register* const row =
+      devices::FindRegister(wanted.context.memory().device(), wanted.name);
+  if (row == nullptr) return std::nullopt;
+  return Named{Value{.type = IntegerType(1, false), .place = Place{row->address}, .of_chip = row},
+               {}};
+}
+
 // What comes first is meant.
-constexpr std::array kWays{LocalOfFunction, VariableInSight, VariableOfFile,
-                           FunctionItself,  RegisterItself,  SymbolItself};
+constexpr std::array kWays{LocalOfFunction, VariableInSight, VariableOfFile, FunctionItself,
+                           RegisterItself,  SymbolItself,    RegisterOfChip};
 
 }  // namespace
 

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 // What a name in an expression means: a variable of the function at hand, of its module, of the
-// program, of another module; a function; a symbol without a type; a register. Names that are spelt
-// exactly so come first, then those that differ in case, as lists of names of other tools need it.
+// program, of another module; a function; a register of the CPU; a symbol without a type; a
+// register of the MCU. Names that are spelt exactly so come first, then those that differ in case,
+// as lists of names of other tools need it.
 #pragma once
 
 #include <optional>

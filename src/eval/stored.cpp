@@ -6,6 +6,7 @@
 #include "base/text_format.h"
 #include "eval/evaluate.h"
 #include "eval/operators.h"
+#include "memory/register_access.h"
 
 namespace brevant::eval {
 namespace {
@@ -44,6 +45,16 @@ bool Fits(const Value& to, std::int64_t number) {
   const std::int64_t most = static_cast<std::int64_t>(Mask(bits));
   const std::int64_t least = -(std::int64_t{1} << (bits - 1));
   return number >= least && number <= most;
+}
+
+// Of the MCU: what it does not take, or what nobody can look at, is said as what was wrong.
+std::string AssignRegister(const Value& to, const Value& what, memory::Memory& memory) {
+  const auto byte = static_cast<std::uint8_t>(Converted(what, to.type).number);
+  const memory::RegisterWrite written =
+      to.chip_field == nullptr
+          ? memory::WriteRegister(memory, *to.of_chip, byte)
+          : memory::WriteField(memory, *to.of_chip, *to.chip_field, byte & to.chip_field->most());
+  return written.refused.empty() ? written.remark : written.refused;
 }
 
 }  // namespace
@@ -132,6 +143,7 @@ std::string Assign(const Value& to, const Value& what, const Context& context) {
   if (whole && value.type.kind != Kind::Float && !Fits(to, value.number)) {
     return base::Format("%lld does not fit", static_cast<long long>(value.number));
   }
+  if (to.of_chip != nullptr) return AssignRegister(to, value, memory);
   for (int i = 0; i < count; ++i) {
     const Address at = base::Low16(address + static_cast<Address>(i));
     if (memory.Writable(at)) continue;

@@ -205,12 +205,14 @@ class Parser {
         Expect("]");
         tree = Node(Op::Index, std::move(tree), std::move(index));
       } else if (Take(".") || Take("->")) {
-        if (Now().kind != Kind::Name) {
+        // A bit of a register: "PTA.3".
+        const bool bit = !arrow && Now().kind == Kind::Number && !Now().is_real;
+        if (Now().kind != Kind::Name && !bit) {
           Fail("the name of a member is missing before " + Shown(Now()));
           break;
         }
         tree = Node(arrow ? Op::Arrow : Op::Member, std::move(tree));
-        tree.text = Now().text;
+        tree.text = bit ? std::to_string(Now().number) : Now().text;
         Skip();
       } else if (Is("(")) {
         Fail("a function cannot be called");

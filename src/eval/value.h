@@ -8,6 +8,7 @@
 #include <string>
 
 #include "base/address.h"
+#include "devices/registers.h"
 #include "symbols/types.h"
 
 namespace brevant::eval {
@@ -32,6 +33,9 @@ struct Value {
   std::string unavailable = {};
   // A register's name as it is written, where the value is one.
   std::string register_name = {};
+  // Of the MCU, where the value is one or a field of it.
+  const devices::Register* of_chip = nullptr;
+  const devices::Field* chip_field = nullptr;
 };
 
 // How the message for such a value reads: "not available here (...)".

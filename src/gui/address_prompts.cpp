@@ -42,7 +42,7 @@ std::optional<base::Address> AskForBreakpoint(const CommandContext& context) {
   Session& session = context.session;
   debugger::Debugger& debugger = session.debugger;
   views::BreakpointList list(debugger.memory, debugger.breakpoints, debugger.debug_info,
-                             debugger.SourceFolders(), session.ui);
+                             debugger.operand_names, debugger.SourceFolders(), session.ui);
   return ShowBreakpointList(&context.window, context.window.view_font(), list);
 }
 

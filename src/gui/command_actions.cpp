@@ -14,8 +14,8 @@ const CommandAction* FindAction(int id) {
   const int own = row->same_as != 0 ? row->same_as : id;
   for (const auto group :
        {FileActions(), RunActions(), ProgramActions(), DataActions(), SourceActions(),
-        WatchActions(), BlockActions(), ClipboardActions(), MemoryFileActions(), FlashActions(),
-        ConfigureActions(), WindowActions()}) {
+        WatchActions(), ChipActions(), BlockActions(), ClipboardActions(), MemoryFileActions(),
+        FlashActions(), ConfigureActions(), WindowActions()}) {
     const auto found = std::ranges::find(group, own, &CommandAction::id);
     if (found != group.end()) return &*found;
   }

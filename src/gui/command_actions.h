@@ -35,6 +35,7 @@ std::span<const CommandAction> MemoryFileActions();
 std::span<const CommandAction> FlashActions();
 std::span<const CommandAction> WatchActions();
 std::span<const CommandAction> ConfigureActions();
+std::span<const CommandAction> ChipActions();
 std::span<const CommandAction> WindowActions();
 
 // The one of the command, or of the command whose action it shares. nullptr when there is none.

@@ -49,8 +49,8 @@ void PopupEdit(const CommandContext& context) {
   const auto line = view != nullptr ? view->CursorLine() : std::nullopt;
   if (!line) return;
   Session& session = context.session;
-  views::InstructionEditor editor(*line, session.debugger.memory,
-                                  session.debugger.debug_info.SymbolTable, session.ui);
+  views::InstructionEditor editor(*line, session.debugger.memory, session.debugger.operand_names,
+                                  session.ui);
   const EditRequest request{.title = editor.Title(),
                             .text = editor.initial_text(),
                             .max_length = views::InstructionEditor::kMaxLength};

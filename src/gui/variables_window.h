@@ -1,13 +1,14 @@
 // SPDX-License-Identifier: MIT
-// The window onto the variables of the stopped program. It paints what its view holds.
+// The window onto the variables of the stopped program.
 #pragma once
 
-#include "gui/scrolling_view.h"
+#include "gui/rows_window.h"
 #include "views/variables_view.h"
+#include "workspace/command_rows.h"
 
 namespace brevant::gui {
 
-class VariablesWindow final : public ScrollingView {
+class VariablesWindow final : public RowsWindow {
  public:
   VariablesWindow(Session& session, FrameLinks links, const QFont& font,
                   const workspace::WindowAttributes& starting);
@@ -17,26 +18,15 @@ class VariablesWindow final : public ScrollingView {
   void EditValue();
   void RefreshFromTarget() override { view_.Refresh(); }
   bool OfTheMoment() const override { return true; }
-  QStringList TextLines() const override;
-  int TextCursorLine() const override { return view_.cursor(); }
   QString CursorText() const override;
   std::optional<PopupItem> ItemOf(int command) const override;
-  QSize sizeHint() const override;
 
  protected:
-  const views::View& shown() const override { return view_; }
-  ScrollBarState BarState() const override;
-  void Scroll(views::ScrollCode code, int position) override { view_.Scroll(code, position); }
-
-  QPoint PopupPlace() const override;
-  void CellsChanged() override;
-  void paintEvent(QPaintEvent* event) override;
-  void mousePressEvent(QMouseEvent* event) override;
-  void mouseDoubleClickEvent(QMouseEvent* event) override;
-  void keyPressEvent(QKeyEvent* event) override;
+  views::RowsView& rows() override { return view_; }
+  const views::RowsView& rows() const override { return view_; }
+  int EditCommand() const override { return workspace::commands::kVariablesEdit; }
 
  private:
-  Session& session_;
   views::VariablesView view_;
 };
 

@@ -5,6 +5,7 @@
 #include <array>
 
 #include "gui/call_stack_window.h"
+#include "gui/chip_window.h"
 #include "gui/data_window.h"
 #include "gui/icons.h"
 #include "gui/program_window.h"
@@ -106,6 +107,14 @@ constexpr std::array kKinds{
                {HowMany::AtMostOne, &keys::kTraceOpen, &keys::kTraceGeometry},
                {},
                Make<TraceWindow>},
+    WindowKind{"Chip",
+               "Chip",
+               ProductIcon,
+               commands::kOpenChip,
+               Menu::ChipPopup,
+               {HowMany::AtMostOne, &keys::kChipOpen, &keys::kChipGeometry},
+               {},
+               Make<ChipWindow>},
 };
 
 }  // namespace
@@ -119,6 +128,7 @@ constinit const WindowKind& kVariablesKind = kKinds[5];
 constinit const WindowKind& kProgramKind = kKinds[6];
 constinit const WindowKind& kSourceKind = kKinds[7];
 constinit const WindowKind& kTraceKind = kKinds[8];
+constinit const WindowKind& kChipKind = kKinds[9];
 
 std::span<const WindowKind> WindowKinds() {
   return kKinds;

@@ -59,6 +59,7 @@ extern const WindowKind& kProgramKind;
 extern const WindowKind& kSourceKind;
 extern const WindowKind& kWatchKind;
 extern const WindowKind& kVariablesKind;
+extern const WindowKind& kChipKind;
 
 // nullptr for a command that opens no window.
 const WindowKind* KindOpenedBy(int command);

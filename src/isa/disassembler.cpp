@@ -2,6 +2,7 @@
 #include "isa/disassembler.h"
 
 #include <algorithm>
+#include <optional>
 #include <string_view>
 
 #include "isa/instruction_table.h"
@@ -16,32 +17,33 @@ using base::Address;
 //   b  the bit number          1 2  the value of that byte of the instruction (0 is the first)
 //   w  the word in the instruction's last two bytes
 //   t  the branch target; the offset is the last byte
+//   i j e  as 1 2 w, where the value is the address of data and not a number or an offset
 // Each value is shown as its symbol's name, or in hexadecimal without prefix or leading zeros.
 constexpr std::array<std::string_view, kModeCount> kOperandLayouts{
-    "b,1,t",     // BitTestBranch
-    "b,1",       // BitSetClear
-    "$1,$t",     // CompareBranchDirect
+    "b,i,t",     // BitTestBranch
+    "b,i",       // BitSetClear
+    "$i,$t",     // CompareBranchDirect
     "#$1,$t",    // CompareBranchImmediate
     "$1,X+,$t",  // CompareBranchIndexed8PostInc
     "X+,$t",     // CompareBranchIndexedPostInc
     "$2,SP,$t",  // CompareBranchStack8
-    "$1,$t",     // DecBranchDirect
+    "$i,$t",     // DecBranchDirect
     "$t",        // DecBranchRegister
     "X,$t",      // DecBranchIndexed
     "$1,X,$t",   // DecBranchIndexed8
     "$2,SP,$t",  // DecBranchStack8
-    "1",         // Direct
-    "w",         // Extended
+    "i",         // Direct
+    "e",         // Extended
     "#1",        // Immediate
     "#w",        // Immediate16
     "",          // Inherent
     ",X",        // Indexed
     "1,X",       // Indexed8
     "w,X",       // Indexed16
-    "1,2",       // MoveDirectDirect
-    "1,X+",      // MoveDirectPostInc
-    "#1,2",      // MoveImmediateDirect
-    "X+,1",      // MovePostIncDirect
+    "i,j",       // MoveDirectDirect
+    "i,X+",      // MoveDirectPostInc
+    "#1,j",      // MoveImmediateDirect
+    "X+,i",      // MovePostIncDirect
     "",          // Illegal
     "t",         // Relative
     "2,SP",      // Stack8
@@ -53,7 +55,11 @@ constexpr bool LayoutsFitTheLengths() {
   for (std::size_t mode = 0; mode < kOperandLayouts.size(); ++mode) {
     const std::string_view layout = kOperandLayouts[mode];
     int bytes = layout.find("SP") == std::string_view::npos ? 1 : 2;
-    for (char c : layout) bytes += c == 'w' ? 2 : c == '1' || c == '2' || c == 't' ? 1 : 0;
+    for (char c : layout) {
+      const bool word = c == 'w' || c == 'e';
+      const bool byte = c == '1' || c == '2' || c == 'i' || c == 'j' || c == 't';
+      bytes += word ? 2 : byte ? 1 : 0;
+    }
     if (bytes != kModeLengths[mode]) return false;
   }
   return true;
@@ -72,8 +78,8 @@ void AppendHex(std::string& line, std::uint32_t value, int min_digits) {
   line.append(digits + start, static_cast<std::size_t>(8 - start));
 }
 
-void AppendSymbol(std::string& line, Address value, const SymbolNames& symbols) {
-  if (const auto name = symbols.FindSymbolName(value)) {
+void AppendNamed(std::string& line, Address value, std::optional<std::string_view> name) {
+  if (name) {
     line += *name;
   } else {
     AppendHex(line, base::Low16(value), 1);
@@ -85,6 +91,16 @@ void AppendOperands(std::string& line, const Instruction& instruction, const Sym
       kOperandLayouts[static_cast<std::size_t>(instruction.entry().mode())];
   if (layout.empty()) return;
   const base::Bytes code = instruction.code();
+  const auto byte = [code](char c, char first) {
+    return code[static_cast<std::size_t>(c - first) + 1];
+  };
+  const Address word = code.size() < 2 ? 0 : base::Word(code[code.size() - 2], code.back());
+  const auto append = [&](Address value) {
+    AppendNamed(line, value, symbols.FindSymbolName(value));
+  };
+  const auto append_data = [&](Address value) {
+    AppendNamed(line, value, symbols.FindDataName(value));
+  };
   line += '\t';
   for (char c : layout) {
     switch (c) {
@@ -93,13 +109,20 @@ void AppendOperands(std::string& line, const Instruction& instruction, const Sym
         break;
       case '1':
       case '2':
-        AppendSymbol(line, code[static_cast<std::size_t>(c - '0')], symbols);
+        append(byte(c, '1'));
+        break;
+      case 'i':
+      case 'j':
+        append_data(byte(c, 'i'));
         break;
       case 'w':
-        AppendSymbol(line, base::Word(code[code.size() - 2], code.back()), symbols);
+        append(word);
+        break;
+      case 'e':
+        append_data(word);
         break;
       case 't':
-        AppendSymbol(line, instruction.BranchTarget(), symbols);
+        append(instruction.BranchTarget());
         break;
       default:
         line += c;

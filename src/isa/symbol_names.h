@@ -15,6 +15,11 @@ class SymbolNames {
 
   // The name of the first symbol whose address equals the value exactly (in full width).
   virtual std::optional<std::string_view> FindSymbolName(base::Address address) const = 0;
+  // The same for an operand that is the address of data. A table that knows more names of such
+  // places than of code gives them here.
+  virtual std::optional<std::string_view> FindDataName(base::Address address) const {
+    return FindSymbolName(address);
+  }
   // The address of the first symbol with this name, ignoring case.
   virtual std::optional<base::Address> FindSymbolAddress(std::string_view name) const = 0;
 };

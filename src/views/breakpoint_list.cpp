@@ -28,7 +28,7 @@ std::optional<std::string> SourceLineText(const symbols::DebugInfo& debug_info,
 }  // namespace
 
 BreakpointList::BreakpointList(memory::Memory& memory, control::BreakpointTable& breakpoints,
-                               const symbols::DebugInfo& debug_info,
+                               const symbols::DebugInfo& debug_info, const isa::SymbolNames& names,
                                const symbols::SourceFolders& sources, base::UserInterface& ui)
     : breakpoints_(breakpoints), ui_(ui) {
   for (const control::Breakpoint& entry : breakpoints.entries()) {
@@ -38,7 +38,7 @@ BreakpointList::BreakpointList(memory::Memory& memory, control::BreakpointTable&
       continue;
     }
     base::Address address = entry.address;
-    lines_.push_back(ReadCodeLine(memory, debug_info.SymbolTable, address).text);
+    lines_.push_back(ReadCodeLine(memory, names, address).text);
   }
 }
 

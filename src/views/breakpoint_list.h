@@ -10,6 +10,7 @@
 #include "base/address.h"
 #include "base/user_interface.h"
 #include "control/breakpoint_table.h"
+#include "isa/symbol_names.h"
 #include "memory/memory.h"
 #include "symbols/debug_info.h"
 #include "symbols/source_folders.h"
@@ -29,8 +30,8 @@ class BreakpointList {
 
   // Reads 4 bytes for each line that shows an instruction.
   BreakpointList(memory::Memory& memory, control::BreakpointTable& breakpoints,
-                 const symbols::DebugInfo& debug_info, const symbols::SourceFolders& sources,
-                 base::UserInterface& ui);
+                 const symbols::DebugInfo& debug_info, const isa::SymbolNames& names,
+                 const symbols::SourceFolders& sources, base::UserInterface& ui);
 
   const std::vector<std::string>& lines() const { return lines_; }
   Result result() const { return result_; }

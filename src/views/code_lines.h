@@ -20,6 +20,7 @@
 #include "memory/code_bytes.h"
 #include "memory/memory.h"
 #include "symbols/debug_info.h"
+#include "symbols/operand_names.h"
 #include "views/scroll_code.h"
 #include "views/scroll_range.h"
 
@@ -34,8 +35,11 @@ struct CodeLine {
 
 class CodeLines {
  public:
-  CodeLines(memory::Memory& memory, const symbols::DebugInfo& debug_info)
-      : memory_(memory), debug_info_(debug_info), symbols_(debug_info.SymbolTable) {}
+  CodeLines(memory::Memory& memory, const symbols::DebugInfo& debug_info,
+            const base::SettingsFile& settings)
+      : memory_(memory),
+        debug_info_(debug_info),
+        symbols_(debug_info.SymbolTable, memory, settings) {}
 
   const std::vector<CodeLine>& lines() const { return lines_; }
   base::Address top() const { return lines_.empty() ? 0 : lines_.front().address; }
@@ -73,7 +77,7 @@ class CodeLines {
 
   memory::Memory& memory_;
   const symbols::DebugInfo& debug_info_;
-  const isa::SymbolNames& symbols_;
+  symbols::OperandNames symbols_;
   // By the address behind it, where each instruction begins that was met going forwards: the way
   // back shows the same instructions and costs nothing.
   std::map<base::Address, base::Address> before_;

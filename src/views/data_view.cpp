@@ -34,6 +34,20 @@ std::string WordText(std::uint32_t word) {
   return base::Format("%04x %u", word, word) + (value < 0 ? base::Format(" %d", value) : "");
 }
 
+// "PTA (port A data)", and of a word "PTA, PTB"; empty where no register is known.
+std::string RegisterNames(base::Address first, int count, const devices::Device& device) {
+  std::string names;
+  for (int i = 0; i < count; ++i) {
+    const auto at = first + static_cast<base::Address>(i);
+    const devices::Register* const row = devices::FindRegister(device, at);
+    // One that has not been read by the way is named with the reason.
+    if (row == nullptr || !row->read_effect.empty()) continue;
+    names += (names.empty() ? "" : ", ") + std::string(row->name);
+    if (count == 1) names += base::Format(" (%s)", std::string(row->what));
+  }
+  return names;
+}
+
 }  // namespace
 
 int DataSettings::scroll_shift() const {
@@ -271,7 +285,8 @@ std::string DataView::Explain(const DataCell& cell, const symbols::DebugInfo& in
                               static_cast<base::Address>(cell.column * settings_.cell_bytes());
   const DataByte* const byte = ByteAt(first);
   if (byte == nullptr) return {};
-  const std::string name = symbols::NameWithOffset(first, info);
+  std::string name = symbols::NameWithOffset(first, info);
+  if (name.empty()) name = RegisterNames(first, settings_.cell_bytes(), memory_.device());
   std::string text = base::Format("%04x", first) + (name.empty() ? "" : " " + name);
   if (byte->value) text += ": " + ByteText(*byte->value);
   const DataByte* const next = ByteAt(first + 1);
@@ -280,11 +295,11 @@ std::string DataView::Explain(const DataCell& cell, const symbols::DebugInfo& in
   }
   for (int i = 0; i < settings_.cell_bytes(); ++i) {
     const base::Address at = first + static_cast<base::Address>(i);
-    const devices::ReadEffect* const effect = devices::FindReadEffect(memory_.device(), at);
+    const devices::Register* const effect = devices::FindReadEffect(memory_.device(), at);
     if (effect == nullptr) continue;
     text += base::Format(
         "; %s %s: reading it %s, so only Refresh (Ctrl+F5) does", std::string(effect->name),
-        memory_.LastRead(at) ? "as read last" : "not read yet", std::string(effect->effect));
+        memory_.LastRead(at) ? "as read last" : "not read yet", std::string(effect->read_effect));
   }
   return text;
 }

@@ -61,7 +61,7 @@ struct DataViewState {
 enum class DataMark : std::uint8_t {
   None,
   Changed,    // since the stop before, by the program or by the user
-  OnRequest,  // not read by itself; see devices::ReadEffect
+  OnRequest,  // not read by itself; see devices::FindReadEffect
 };
 struct DataByte {
   std::optional<std::uint8_t> value = {};  // nothing: not known

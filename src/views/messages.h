@@ -25,6 +25,10 @@ inline constexpr base::MessageText kLocationNotTaken{
     "have bits of their own.",
     base::captions::kInformation, base::Icon::Information};
 
+inline constexpr base::MessageText kRegisterRemark{"edit.register-remark", base::Severity::Notice,
+                                                   "%s.", base::captions::kInformation,
+                                                   base::Icon::Information};
+
 inline constexpr base::MessageText kNoSoftwareBreakpoint{
     "breakpoint.no-software", base::Severity::Error,
     "The memory at %04x does not take the SWI of a software breakpoint.\n\n"
@@ -119,11 +123,13 @@ inline constexpr base::MessageText kBlockEnded{
     base::captions::kInformation, base::Icon::Warning};
 
 inline constexpr const base::MessageText* kAll[] = {
-    &kStackPointerNotSet, &kInstructionNotTaken, &kLocationNotTaken, &kNoSoftwareBreakpoint,
-    &kSourceTextNotFound, &kBlockRefused,        &kBlockStackMoved,  &kBlockDone,
-    &kBlockNotTaken,      &kBlockLineDamaged,    &kBlockLinkLost,    &kBlockCancelled,
-    &kBlockEnded,         &kWatchFull,           &kWatchNotEdited,   &kWatchNotLookedAt,
-    &kWatchNotSaved,      &kWatchNotLoaded};
+    &kStackPointerNotSet, &kInstructionNotTaken,  &kLocationNotTaken,
+    &kRegisterRemark,     &kNoSoftwareBreakpoint, &kSourceTextNotFound,
+    &kBlockRefused,       &kBlockStackMoved,      &kBlockDone,
+    &kBlockNotTaken,      &kBlockLineDamaged,     &kBlockLinkLost,
+    &kBlockCancelled,     &kBlockEnded,           &kWatchFull,
+    &kWatchNotEdited,     &kWatchNotLookedAt,     &kWatchNotSaved,
+    &kWatchNotLoaded};
 
 // Shown below a field whose text was refused.
 inline constexpr const char* kExpectInstruction =
@@ -148,6 +154,7 @@ inline constexpr const char* kNoAtInNames =
     "\"@\" cannot stand in a name: the configuration file ends the name with it.";
 inline constexpr const char* kNameTooLong =
     "This is longer than the %d characters that can be kept.";
+inline constexpr const char* kExpectByteDigits = "One or two hexadecimal digits.";
 inline constexpr const char* kExpectHex = "Hexadecimal digits only.";
 inline constexpr const char* kOneByteEach =
     "Each character is written as one byte: this text has others.";

@@ -8,8 +8,9 @@
 
 namespace brevant::views {
 
-// "unsigned int counter = 300"; "i is not available here (...)". Empty for what is no name of the
-// program. May read the target.
+// "unsigned int counter = 300"; "i is not available here (...)". "0000 PTA (port A data) = 3f
+// %00111111" for a register of the MCU. Empty for what is no name of the program or the MCU. May
+// read the target.
 std::string NameValueText(const std::string& word, const eval::Context& context);
 
 }  // namespace brevant::views

@@ -37,7 +37,7 @@ ProgramView::ProgramView(OpenViews& open, const ProgramSources& sources, Program
     : View(open),
       sources_(sources),
       siblings_(siblings),
-      lines_(sources.memory, sources.debug_info) {
+      lines_(sources.memory, sources.debug_info, sources.settings) {
   state_.top = first;
   siblings_.Enter(*this);
 }

@@ -21,6 +21,11 @@ class ShownBytes {
     now_[address] = byte;
     return before_.try_emplace(address, byte).first->second != byte;
   }
+  // What the byte is compared with.
+  std::optional<std::uint8_t> Before(base::Address address) const {
+    const auto found = before_.find(address);
+    return found == before_.end() ? std::nullopt : std::optional(found->second);
+  }
   // What was shown there last, at this stop or the one before; nothing otherwise.
   std::optional<std::uint8_t> Last(base::Address address) const {
     for (const auto* const shown : {&now_, &before_}) {

@@ -28,64 +28,14 @@ std::string Heading(const std::string& text, bool any) {
 
 }  // namespace
 
-int VariablesView::last_position() const {
-  return std::max(static_cast<int>(rows().size()) - lines_, 0);
-}
-
-void VariablesView::Resize(int client_height, int line_height) {
-  if (line_height <= 0) return;
-  lines_ = client_height / line_height;
-  Show(cursor_);
-}
-
-void VariablesView::Show(int row) {
-  cursor_ = std::clamp(row, 0, std::max(static_cast<int>(rows().size()) - 1, 0));
-  if (cursor_ >= top_ + lines_) top_ = cursor_ - lines_ + 1;
-  top_ = std::clamp(std::min(top_, cursor_), 0, last_position());
-  Repaint();
-}
-
-void VariablesView::MoveCursor(int row) {
-  Show(row);
-}
-
-void VariablesView::Scroll(ScrollCode code, int position) {
-  const auto to = [this](int top) {
-    top_ = std::clamp(top, 0, last_position());
-    Repaint();
-  };
-  switch (code) {
-    case ScrollCode::LineUp:
-      return to(top_ - 1);
-    case ScrollCode::LineDown:
-      return to(top_ + 1);
-    case ScrollCode::PageUp:
-      return Show(cursor_ - std::max(lines_, 1));
-    case ScrollCode::PageDown:
-      return Show(cursor_ + std::max(lines_, 1));
-    case ScrollCode::ThumbTrack:
-      return to(position);
-    case ScrollCode::RedrawFromTop:
-    case ScrollCode::RepaintOnly:
-      return;
-  }
-}
-
-void VariablesView::Unfold(bool unfolded) {
-  const auto row = static_cast<std::size_t>(cursor_);
-  if (row < rows().size() && rows()[row].has_parts && values_.Unfold(rows()[row].path, unfolded)) {
-    Request();
-  }
-}
-
-bool VariablesView::ToggleAt(int row, int column) {
-  const int n = top_ + row;
-  if (row < 0 || n >= static_cast<int>(rows().size())) return false;
-  const ValueRow& shown = rows()[static_cast<std::size_t>(n)];
-  if (!shown.has_parts || shown.MarkColumn() != column) return false;
-  Show(n);
-  Unfold(!shown.unfolded);
-  return true;
+FoldedRow VariablesView::At(int row) const {
+  const ValueRow& shown = rows()[static_cast<std::size_t>(row)];
+  return {.left = shown.Left(),
+          .text = shown.text,
+          .path = shown.path,
+          .mark_column = shown.has_parts ? shown.MarkColumn() : -1,
+          .unfolded = shown.unfolded,
+          .changed = shown.changed};
 }
 
 void VariablesView::Refresh() {
@@ -104,9 +54,7 @@ void VariablesView::Pull(const base::Generations& before, const base::Generation
   MakeRows(control::ContextOf(
       sources_.memory, sources_.debug_info, sources_.frame,
       std::exchange(on_request_, false) ? eval::Reading::Everything : eval::Reading::Sparing));
-  // What is in sight stays, as far as it is there.
-  cursor_ = std::clamp(cursor_, 0, std::max(static_cast<int>(rows().size()) - 1, 0));
-  top_ = std::clamp(top_, 0, last_position());
+  KeepInSight();
 }
 
 void VariablesView::MakeRows(const eval::Context& context) {
@@ -141,7 +89,7 @@ void VariablesView::MakeRows(const eval::Context& context) {
 }
 
 std::string VariablesView::Explain() const {
-  const auto n = static_cast<std::size_t>(cursor_);
+  const auto n = static_cast<std::size_t>(cursor());
   if (n >= rows().size() || rows()[n].is_heading) return {};
   const ValueRow& row = rows()[n];
   const eval::Context context = control::ContextOf(sources_.memory, sources_.debug_info,
@@ -152,7 +100,7 @@ std::string VariablesView::Explain() const {
 }
 
 const ValueRow* VariablesView::Editable() const {
-  const auto n = static_cast<std::size_t>(cursor_);
+  const auto n = static_cast<std::size_t>(cursor());
   if (n >= rows().size()) return nullptr;
   return CanChange(rows()[n]) ? &rows()[n] : nullptr;
 }

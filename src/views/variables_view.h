@@ -12,8 +12,7 @@
 #include "control/register_frame.h"
 #include "memory/memory.h"
 #include "symbols/debug_info.h"
-#include "views/open_views.h"
-#include "views/scroll_code.h"
+#include "views/rows_view.h"
 #include "views/value_rows.h"
 
 namespace brevant::views {
@@ -26,24 +25,15 @@ struct VariablesSources {
   const control::Activity& activity;
 };
 
-class VariablesView final : public View {
+class VariablesView final : public RowsView {
  public:
-  VariablesView(OpenViews& open, const VariablesSources& sources) : View(open), sources_(sources) {}
+  VariablesView(OpenViews& open, const VariablesSources& sources)
+      : RowsView(open), sources_(sources) {}
 
-  // As of the last Follow; all of them, those in sight from top on.
   const std::vector<ValueRow>& rows() const { return values_.rows(); }
-  int top() const { return top_; }
-  int cursor() const { return cursor_; }  // a row of all
-  int lines() const { return lines_; }    // that fit in the window
-  int last_position() const;
+  int count() const override { return static_cast<int>(rows().size()); }
+  FoldedRow At(int row) const override;
 
-  void Resize(int client_height, int line_height);
-  void Scroll(ScrollCode code, int position = 0);
-  void MoveCursor(int row);
-  // The parts of the value under the cursor appear below it, or go.
-  void Unfold(bool unfolded);
-  // The same where its mark stands at the column; false elsewhere.
-  bool ToggleAt(int row, int column);
   // Asks the target for everything, whatever is kept of it.
   void Refresh();
   // Of the row under the cursor: its type and where it lies.
@@ -57,14 +47,15 @@ class VariablesView final : public View {
  protected:
   bool ReadsTarget() const override { return !sources_.activity.FileIoActive(); }
   void Pull(const base::Generations& before, const base::Generations& now) override;
+  bool UnfoldPath(const std::string& path, bool unfolded) override {
+    return values_.Unfold(path, unfolded);
+  }
 
  private:
   void MakeRows(const eval::Context& context);
-  void Show(int row);
 
   VariablesSources sources_;
   ValueRows values_;
-  int top_ = 0, cursor_ = 0, lines_ = 0;
   bool on_request_ = false;
 };
 

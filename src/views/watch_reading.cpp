@@ -22,10 +22,10 @@ std::string Obstacle(Address address, Address count, const memory::Memory& memor
     return messages::kEndsBeyondMemory;
   }
   for (Address at = address; at < address + count && how == Reading::ByTheWay; ++at) {
-    const devices::ReadEffect* const effect = devices::FindReadEffect(memory.device(), at);
+    const devices::Register* const effect = devices::FindReadEffect(memory.device(), at);
     if (effect == nullptr || memory.LastRead(at)) continue;
     return base::Format(messages::kReadOnRequestOnly, std::string(effect->name),
-                        std::string(effect->effect));
+                        std::string(effect->read_effect));
   }
   return {};
 }

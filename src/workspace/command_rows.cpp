@@ -105,6 +105,8 @@ constexpr CommandRow kRows[] = {
     {kOpenSource, Menu::Window, "&Source", "Open a surce window", kNotDuringFileIo, "", "Alt+S"},
     {kOpenVariables, Menu::Window, "&Variables",
      "Open the window onto the variables of the program", kNotDuringFileIo, "", "Alt+V"},
+    {kOpenChip, Menu::Window, "C&hip", "Open the window onto the registers of the MCU",
+     kNotDuringFileIo},
     {kTile, Menu::Window, "&Tile", "Tile windows", kNotDuringFileIo | kSeparatorBefore, "Shift+F4"},
     {kCascade, Menu::Window, "&Cascade", "Cascade windows", kNotDuringFileIo, "Shift+F5"},
     {kArrangeIcons, Menu::Window, "Arrange &Icons", "Arrange window icons", kNotDuringFileIo},
@@ -216,6 +218,13 @@ constexpr CommandRow kRows[] = {
      kPopup | kKeysOfItsView, "", "Return"},
     {kVariablesRefresh, Menu::VariablesPopup, "Refresh",
      "Read what the window shows from the target again", kPopup, "", "", kRefresh},
+    // Popup menu of the view of the MCU's registers
+    {kChipEdit, Menu::ChipPopup, "Edit", "Change the register, or the field of it",
+     kPopup | kKeysOfItsView, "", "Return"},
+    {kChipReadNow, Menu::ChipPopup, "Read now",
+     "Read the register even if that changes it or another one", kPopup | kKeysOfItsView, "", "R"},
+    {kChipRefresh, Menu::ChipPopup, "Refresh", "Read what the window shows from the target again",
+     kPopup, "", "", kRefresh},
     // Toolbar
     {kToolbarStep, Menu::None, "", "Run MCU one step", kUsesTarget | kNotWhileRunning, "", "",
      kStep},
@@ -255,7 +264,7 @@ constexpr std::string_view kGoIsRunning = "MCU is running, click this button to 
 bool IsPopup(Menu menu) {
   return menu == Menu::ProgramPopup || menu == Menu::DataPopup || menu == Menu::StackPopup ||
          menu == Menu::CallsPopup || menu == Menu::SourcePopup || menu == Menu::WatchPopup ||
-         menu == Menu::VariablesPopup;
+         menu == Menu::VariablesPopup || menu == Menu::ChipPopup;
 }
 std::span<const MenuTitle> MenuBar() {
   return kMenuBar;

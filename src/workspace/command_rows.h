@@ -26,6 +26,7 @@ enum class Menu {
   SourcePopup,     // of the source view
   WatchPopup,      // of the watch view
   VariablesPopup,  // of the variables view
+  ChipPopup,       // of the view of the MCU's registers
 };
 // Pops up over a view; its items act on that.
 bool IsPopup(Menu menu);
@@ -103,6 +104,8 @@ inline constexpr int kSourceFindFile = 41063, kSourceGoToLine = 41064;
 inline constexpr int kShowSource = 41090;
 inline constexpr int kWatchAsC = 41071;
 inline constexpr int kOpenVariables = 41080, kVariablesRefresh = 41081, kVariablesEdit = 41082;
+inline constexpr int kOpenChip = 41110, kChipEdit = 41111, kChipRefresh = 41112;
+inline constexpr int kChipReadNow = 41113;
 inline constexpr int kAddToWatch = 41070, kDataAddToWatch = 41072, kWatchRefresh = 41073;
 }  // namespace commands
 

@@ -17,6 +17,7 @@ class TraceTest : public Bench {
               frame,
               breakpoints,
               debug_info,
+              debug_info.SymbolTable,
               user,
               {.image_directory = [this] { return directory; },
                .source_text =

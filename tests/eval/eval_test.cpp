@@ -284,6 +284,29 @@ TEST_F(EvalTest, SparesRegistersThatChangeOnBeingReadAndSaysWhenTheLinkIsLost) {
   EXPECT_EQ(Set("big", "1"), "the link is lost");
 }
 
+TEST_F(EvalTest, KnowsTheRegistersOfTheMcuAndTheirFieldsBehindTheNamesOfTheProgram) {
+  EXPECT_EQ(Set("T1SC", "0x65"), "");
+  EXPECT_EQ(Text("t1sc"), "101");
+  EXPECT_EQ(Text("T1SC.PS + 1"), "6");
+  EXPECT_EQ(Text("T1SC.tstop"), "1");
+  EXPECT_EQ(Text("T1SC.0"), "1");
+  EXPECT_EQ(Set("T1SC.PS", "2"), "");
+  EXPECT_EQ(Set("T1SC.6", "0"), "");
+  EXPECT_EQ(Text("T1SC"), "34");
+  EXPECT_EQ(Set("T1SC.PS", "9"), "9 does not fit");
+  EXPECT_EQ(Set("T1CNTL", "9"), "T1CNTL can only be read");
+  EXPECT_EQ(Set("SCBR", "255"), "SCBR reads back 37");
+  EXPECT_EQ(Text("&T1SC == 0x20"), "1");
+  EXPECT_EQ(Evaluate("T1SC.8", Here()).problem, "T1SC has no field 8");
+  EXPECT_EQ(Evaluate("T1SC.PS.0", Here()).problem, "T1SC.PS is no structure");
+  EXPECT_EQ(Evaluate("word.1", Here()).problem, "word is no structure");
+  Put("T1sc", u8_, 1, 0x0091, ByteList{200});
+  EXPECT_EQ(Text("T1SC"), "200") << "a variable of the program";
+  EXPECT_EQ(Evaluate("T1SC.PS", Here()).problem, "T1SC is no structure");
+  Put("timer_control", s8_, 1, 0x0020, ByteList{});
+  EXPECT_EQ(Text("timer_control.PS"), "2") << "its own name for a register";
+}
+
 TEST_F(EvalTest, HasPartsThatAreReadOnlyWhenTheyAreLookedAt) {
   const Context context = Here();
   const auto parts = [&](const char* expression, int most = 9) {

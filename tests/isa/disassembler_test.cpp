@@ -60,5 +60,41 @@ TEST(Disassembler, PutsSymbolsForEveryOperandAndLabelsInFront) {
   }
 }
 
+// Knows another name of what lies at $12 and $1234.
+class Registers final : public SymbolNames {
+ public:
+  std::optional<std::string_view> FindSymbolName(base::Address) const override { return {}; }
+  std::optional<std::string_view> FindDataName(base::Address address) const override {
+    if (address == 0x12) return "DATA";
+    return address == 0x1234 ? std::optional<std::string_view>("FAR") : std::nullopt;
+  }
+  std::optional<base::Address> FindSymbolAddress(std::string_view) const override { return {}; }
+};
+
+TEST(Disassembler, NamesDataWhereAnOperandIsItsAddressAndNothingElse) {
+  const Golden rows[] = {
+      {0x0012, {0xB6, 0x12}, "000012 b6 12 \tLDA\tDATA"},
+      {0x0100, {0xC6, 0x12, 0x34}, "000100 c6 12 34 \tLDA\tFAR"},
+      {0x0100, {0xA6, 0x12}, "000100 a6 12 \tLDA\t#12"},
+      {0x0100, {0x45, 0x12, 0x34}, "000100 45 12 34 \tLDHX\t#1234"},
+      {0x0100, {0xE6, 0x12}, "000100 e6 12 \tLDA\t12,X"},
+      {0x0100, {0xD6, 0x12, 0x34}, "000100 d6 12 34 \tLDA\t1234,X"},
+      {0x0100, {0x9E, 0xE6, 0x12}, "000100 9e e6 12 \tLDA\t12,SP"},
+      {0x0100, {0x61, 0x12, 0xFD}, "000100 61 12 fd \tCBEQ\t$12,X+,$100"},
+      {0x0010, {0x20, 0x00}, "000010 20 00 \tBRA\t12"},
+      {0x0100, {0x16, 0x12}, "000100 16 12 \tBSET\t3,DATA"},
+      {0x0100, {0x06, 0x12, 0xFD}, "000100 06 12 fd \tBRSET\t3,DATA,100"},
+      {0x0100, {0x31, 0x12, 0xFD}, "000100 31 12 fd \tCBEQ\t$DATA,$100"},
+      {0x0100, {0x3B, 0x12, 0xFD}, "000100 3b 12 fd \tDBNZ\t$DATA,$100"},
+      {0x0100, {0x6E, 0x12, 0x12}, "000100 6e 12 12 \tMOV\t#12,DATA"},
+      {0x0100, {0x4E, 0x12, 0x13}, "000100 4e 12 13 \tMOV\tDATA,13"},
+      {0x0100, {0x5E, 0x12}, "000100 5e 12 \tMOV\tDATA,X+"},
+      {0x0100, {0x7E, 0x12}, "000100 7e 12 \tMOV\tX+,DATA"},
+  };
+  for (const Golden& row : rows) {
+    EXPECT_EQ(Disassemble(InstructionAt(row.address, row.bytes), Registers()), row.line);
+  }
+}
+
 }  // namespace
 }  // namespace brevant::isa

@@ -12,7 +12,9 @@ using ::testing::ElementsAre;
 class BreakpointListTest : public ViewBench {
  protected:
   BreakpointList Open() {
-    return {memory, breakpoints, debug_info, {folder.path().string(), {}, {}}, user};
+    return {
+        memory, breakpoints, debug_info, debug_info.SymbolTable, {folder.path().string(), {}, {}},
+        user};
   }
 };
 

@@ -130,6 +130,9 @@ TEST_F(DataViewTest, ReadsSomeRegistersOnlyOnRequest) {
   EXPECT_EQ(view.Explain(view.cursor(), debug_info),
             "fe01; SRSR not read yet: reading it clears the causes of the last reset, so only "
             "Refresh (Ctrl+F5) does");
+  EXPECT_EQ(view.Explain({3, 0}, debug_info),
+            "fe03 SBFCR (flag control): 00 0 '.' %00000000, word "
+            "0000 0");
   view.Refresh();
   Follow(1);
   EXPECT_EQ(Line(0).substr(0, 16), "00fe00 00 80 00 ");

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "views/program_view.h"
 
+#include "views/instruction_editor.h"
 #include "views/program_views.h"
 #include "views/view_bench.h"
 
@@ -64,6 +65,30 @@ class ProgramViewTest : public ViewBench {
 
   void Follow() { ViewBench::Follow(views.generation()); }
 };
+
+TEST_F(ProgramViewTest, NamesTheRegistersInOperandsUnlessTheSettingsSayNo) {
+  Load(0x0160, ByteList{0xB6, 0x01, 0x16, 0x04, 0xA6, 0x01, 0xC6, 0xFE, 0x01, 0xB6, 0x03});
+  debug_info.SymbolTable.Assign({{"SWITCHES", 0x0001, 0, ""}});
+  ProgramView& view = Open(0x0160, 5);
+  const auto operands = [&] {
+    std::vector<std::string> texts;
+    for (const ProgramLine& line : view.Lines())
+      texts.push_back(line.text.substr(line.text.rfind('\t') + 1));
+    return texts;
+  };
+  EXPECT_THAT(operands(), ElementsAre("SWITCHES", "3,DDRA", "#SWITCHES", "SRSR", "PTD"));
+  EXPECT_EQ(Peek(0xFE01), 0x80) << "its name is not read off the register";
+  settings.Store(base::keys::kRegisterNames, 0L);
+  view.RequestRedraw();
+  Follow();
+  EXPECT_THAT(operands(), ElementsAre("SWITCHES", "3,4", "#SWITCHES", "fe01", "3"));
+  // What is shown with them can be typed with them, whatever the setting is.
+  const symbols::OperandNames names(debug_info.SymbolTable, memory, settings);
+  InstructionEditor editor(*view.CursorLine(), memory, names, user);
+  EXPECT_TRUE(editor.Accept("bset 5,ddra"));
+  EXPECT_EQ(Peek(0x0160), 0x1A);
+  EXPECT_EQ(Peek(0x0161), 0x04);
+}
 
 TEST_F(ProgramViewTest, ShowsAnInstructionALine) {
   ProgramView& view = Open(0x0100, 3);

@@ -42,7 +42,7 @@ TEST(CommandRows, HoldEveryIdOnce) {
   EXPECT_EQ(ids, Ranges("140-148 160-161 170-175 180-183 190-194 196-197 220-226 240-243 260-268 "
                         "280-287 300-306 308 320-325 340-348 40011-40016 41000-41003 "
                         "41010-41013 41020-41021 41030 41040-41042 41050-41052 41061-41064 "
-                        "41070-41073 41080-41082 41090 41100-41102"));
+                        "41070-41073 41080-41082 41090 41100-41102 41110-41113"));
 }
 
 TEST(CommandRows, AreRefusedWhereFileIoOrAMissingMonitorForbidsThem) {
@@ -50,16 +50,26 @@ TEST(CommandRows, AreRefusedWhereFileIoOrAMissingMonitorForbidsThem) {
             Ranges("140-142 144-148 160-161 171 173 175 190-192 196-197 220-226 260-268 280-287 "
                    "301-306 308 320-325 341 343 345-346 40011-40016 41000-41003 41020-41021 41030 "
                    "41040-41042 41050-41052 41061-41064 41070-41073 41080-41082 41090 "
-                   "41100-41102"));
+                   "41100-41102 41110-41113"));
   EXPECT_EQ(
       Judged(Verdict::StopFirst, {.monitor_away = true}),
       Ranges("140-142 144-148 160-161 190-191 194 196-197 260-268 280-285 300 320-321 341 343 "
              "346-347 40014-40016 41001-41003 41020-41021 41030 41041-41042 41050-41052 41073 "
-             "41081-41082 41102"));
+             "41081-41082 41102 41111-41113"));
   const CommandConditions written{.monitor_away = true, .operation = true};
   Ids wait = Judged(Verdict::StopFirst, {.monitor_away = true});
   wait.merge(Ranges("193 344"));
   EXPECT_EQ(Judged(Verdict::WaitFirst, written), wait);
+}
+
+TEST(CommandRows, OfTheWindowMenuHaveLettersOfTheirOwn) {
+  std::set<char> letters;
+  for (const CommandRow& row : CommandRows()) {
+    const std::size_t mark = row.text.find('&');
+    if (row.menu != Menu::Window || mark == std::string_view::npos) continue;
+    EXPECT_TRUE(letters.insert(static_cast<char>(std::toupper(row.text[mark + 1]))).second)
+        << row.text;
+  }
 }
 
 TEST(CommandRows, OfTheToolbarLeaveResetAndStopWhileRunning) {
