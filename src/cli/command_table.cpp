@@ -9,8 +9,9 @@ namespace brevant::cli {
 
 std::vector<Command> Commands() {
   std::vector<Command> commands;
-  for (const auto group : {TargetCommands(), CodeCommands(), RunCommands(), ValueCommands(),
-                           ImageCommands(), SymbolCommands(), FlashCommands(), ConsoleCommands()}) {
+  for (const auto group :
+       {TargetCommands(), CodeCommands(), RunCommands(), FileIoCommands(), ValueCommands(),
+        ImageCommands(), SymbolCommands(), FlashCommands(), ConsoleCommands()}) {
     commands.insert(commands.end(), group.begin(), group.end());
   }
   return commands;

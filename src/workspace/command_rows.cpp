@@ -61,11 +61,12 @@ constexpr CommandRow kRows[] = {
     {kSaveOnExit, Menu::Configure, "Save on &Exit", "Save setting when the progrm exits",
      kNotDuringFileIo | kCheckable},
     // File I/O
-    {kFileIoStart, Menu::FileIo, "&Start", "Start the file I/O process"},
+    {kFileIoStart, Menu::FileIo, "&Start", "Start the file I/O process", kUsesTarget},
     {kFileIoStop, Menu::FileIo, "S&top", "Stop the file I/O process"},
     {kFileIoIn, Menu::FileIo, "&InFile", "Set up an input file name for file I/O",
-     kSeparatorBefore},
-    {kFileIoOut, Menu::FileIo, "&OutFile", "Set up an output file name for file I/O"},
+     kNeedsMonitor | kCheckable | kSeparatorBefore},
+    {kFileIoOut, Menu::FileIo, "&OutFile", "Set up an output file name for file I/O",
+     kNeedsMonitor | kCheckable},
     // Debug
     {kStep, Menu::Debug, "&Step", "Run one step", kUsesTarget, "F5"},
     {kStepOver, Menu::Debug, "Step&Over", "Run one step, but do not go into subroutine",

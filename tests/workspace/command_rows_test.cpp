@@ -47,13 +47,13 @@ TEST(CommandRows, HoldEveryIdOnce) {
 
 TEST(CommandRows, AreRefusedWhereFileIoOrAMissingMonitorForbidsThem) {
   EXPECT_EQ(Judged(Verdict::Ignore, {.fileIoActive = true}),
-            Ranges("140-142 144-148 160-161 171 173 175 190-192 196-197 220-226 260-268 280-287 "
+            Ranges("140-142 144-148 160-161 171 173 175 180 190-192 196-197 220-226 260-268 280-287 "
                    "301-306 308 320-325 341 343 345-346 40011-40016 41000-41003 41020-41021 41030 "
                    "41040-41042 41050-41052 41061-41064 41070-41073 41080-41082 41090 "
                    "41100-41102"));
   EXPECT_EQ(
       Judged(Verdict::StopFirst, {.monitor_away = true}),
-      Ranges("140-142 144-148 160-161 190-191 194 196-197 260-268 280-285 300 320-321 341 343 "
+      Ranges("140-142 144-148 160-161 180 182-183 190-191 194 196-197 260-268 280-285 300 320-321 341 343 "
              "346-347 40014-40016 41001-41003 41020-41021 41030 41041-41042 41050-41052 41073 "
              "41081-41082 41102"));
   const CommandConditions written{.monitor_away = true, .operation = true};
