@@ -39,13 +39,13 @@ void start(void) {
 // A number of the file is in X:A behind the slot. Else the jump leads to where 0 is returned.
 u16 read_number(void) __naked {
   __asm
-    ldhx #00001$
+    ldhx #no_file
     .globl _input_slot
 _input_slot:
-    .db 0xfc  ; jmp ,x
+    jmp ,x
     nop
     rts
-00001$:
+no_file:
     clrx
     clra
     rts
@@ -62,7 +62,7 @@ void write_number(u16 number) __naked {
     pulx
     .globl _output_slot
 _output_slot:
-    .db 0x7c  ; inc ,x
+    inc ,x
     nop
     rts
   __endasm;

@@ -12,9 +12,10 @@ const CommandAction* FindAction(int id) {
   const workspace::CommandRow* const row = workspace::FindCommand(id);
   if (row == nullptr) return nullptr;
   const int own = row->same_as != 0 ? row->same_as : id;
-  for (const auto group : {FileActions(), RunActions(), ProgramActions(), DataActions(),
-                           SourceActions(), WatchActions(), BlockActions(), ClipboardActions(),
-                           MemoryFileActions(), FlashActions(), WindowActions()}) {
+  for (const auto group :
+       {FileActions(), RunActions(), FileIoActions(), ProgramActions(), DataActions(),
+        SourceActions(), WatchActions(), BlockActions(), ClipboardActions(), MemoryFileActions(),
+        FlashActions(), WindowActions()}) {
     const auto found = std::ranges::find(group, own, &CommandAction::id);
     if (found != group.end()) return &*found;
   }

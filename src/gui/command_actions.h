@@ -26,6 +26,7 @@ struct CommandAction {
 
 std::span<const CommandAction> FileActions();
 std::span<const CommandAction> RunActions();
+std::span<const CommandAction> FileIoActions();
 std::span<const CommandAction> ProgramActions();
 std::span<const CommandAction> DataActions();
 std::span<const CommandAction> SourceActions();

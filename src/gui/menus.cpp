@@ -120,6 +120,10 @@ void Menus::SetChecked(int id, bool checked) {
   actions_.at(id)->setChecked(checked);
 }
 
+void Menus::SetText(int id, const char* text) {
+  actions_.at(id)->setText(text);
+}
+
 void Menus::ShowRecentFiles(const workspace::RecentFiles& files) {
   recent_separator_->setVisible(files.count() > 0);
   for (int i = 0; i < workspace::RecentFiles::kEntries; ++i) {
