@@ -2,17 +2,20 @@
 // Stepping and running.
 #include <fmt/format.h>
 
+#include "base/files.h"
 #include "cli/command_table.h"
 #include "cli/interrupt.h"
 #include "cli/register_line.h"
 #include "cli/session.h"
 #include "cli/stop_results.h"
 #include "cli/variables.h"
+#include "control/trace_rows.h"
 
 namespace brevant::cli {
 namespace {
 
 constexpr int kMostSteps = 1000000;
+constexpr double kBarWidth = 24;
 
 Result StepTimes(Session& session, const ParsedArguments& arguments, control::Calls calls) {
   const std::uint32_t steps = arguments.Number(0, 1);
@@ -78,7 +81,52 @@ Result NStep(Session& session, const ParsedArguments& arguments) {
   return AwaitStop(session);
 }
 
+void AddProfile(Result& result, const control::TraceProfile& profile) {
+  result.text = control::ProfileTotal(profile) + '\n';
+  result.fields["cycles"] = profile.cycles;
+  const auto add = [&](const char* heading, const char* name,
+                       const std::vector<control::ProfileRow>& rows) {
+    result.text += '\n' + control::ProfileHeading(heading) + '\n';
+    result.fields[name] = nlohmann::ordered_json::array();
+    for (const control::ProfileRow& row : rows) {
+      const auto bar = static_cast<std::size_t>(control::ShareOf(row, profile) * kBarWidth + 0.5);
+      result.text += control::ProfileRowText(row, profile) + "  " + std::string(bar, '#') + '\n';
+      result.fields[name].push_back(
+          {{"name", row.name}, {"cycles", row.cycles}, {"steps", row.steps}});
+    }
+  };
+  add("Functions", "functions", profile.functions);
+  add("Lines", "lines", profile.lines);
+}
+
+// What the trace has come to, as the user wants to see it.
+Result TraceResult(Session& session, const ParsedArguments& arguments) {
+  debugger::Debugger& debugger = session.debugger();
+  const control::Trace& trace = debugger.trace;
+  Result result = FailedStop(session).value_or(Result{});
+  result.fields.update({{"steps", trace.steps()}, {"log", trace.LogPath()}});
+  if (!arguments.Has(1)) {
+    result.text = trace.LogText();
+    result.fields["text"] = result.text;
+  } else if (arguments.Has(2)) {
+    const std::string& path = arguments.Text(2);
+    const std::string error = base::ReplaceFile(
+        path, control::FormatTraceCsv(trace.ring(), trace.steps(), debugger.debug_info));
+    if (!error.empty()) {
+      return Failure(ExitStatus::File, fmt::format("cannot write {}: {}", path, error));
+    }
+    result.text = fmt::format("wrote {} records to {}\n", trace.ring().size(), path);
+    result.fields.update({{"records", trace.ring().size()}, {"file", path}});
+  } else {
+    AddProfile(result, control::ProfileOf(trace.ring(), debugger.debug_info));
+  }
+  return result;
+}
+
 Result Trace(Session& session, const ParsedArguments& arguments) {
+  if (arguments.Has(1) && (arguments.Text(1) == "csv") != arguments.Has(2)) {
+    return UsageError("usage: trace N [csv FILE|profile]");
+  }
   control::Trace& trace = session.debugger().trace;
   trace.Start(arguments.Number(0));
   const frontend::WaitEnd end = session.WaitForStop([&trace] { return trace.steps(); });
@@ -91,11 +139,7 @@ Result Trace(Session& session, const ParsedArguments& arguments) {
     if (session.debugger().Busy()) return GiveUpWaiting(session, why, status);
     return Failure(status, fmt::format("{} after {} steps", why, trace.steps()));
   }
-  Result result = FailedStop(session).value_or(Result{});
-  result.text = trace.LogText();
-  result.fields.update(
-      {{"steps", trace.steps()}, {"log", trace.LogPath()}, {"text", trace.LogText()}});
-  return result;
+  return TraceResult(session, arguments);
 }
 
 // The registers, and behind them the function and line.
@@ -181,10 +225,10 @@ constexpr Command kRows[] = {
      NStep,
      "N-step until N steps are exceeded, or a breakpoint"},
     {"trace",
-     {Count("N", kMostSteps)},
+     {Count("N", kMostSteps), Optional(Word("csv|profile")), Optional(File("FILE"))},
      kStopped,
      Trace,
-     "run N instructions, show the last 128 and write trace.txt"},
+     "run N instructions, show the last 128 and write trace.txt; or all, or where cycles went"},
 };
 
 }  // namespace

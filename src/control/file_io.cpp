@@ -94,7 +94,8 @@ std::optional<Message> FileIo::Obstacle() {
     const FileBinding& bound = binding(side);
     if (!bound.enabled) continue;
     const std::uint32_t there = memory_.ReadWord(bound.address);
-    if (!memory_.LinkError() && there != bound.saved_word) {
+    if (memory_.LinkError()) return ToMessage(messages::kLinkLost);
+    if (there != bound.saved_word) {
       return ToMessage(messages::kFileIoSlotChanged, RowOf(side).word, bound.address,
                        Hex(BytesOf(there)), Hex(BytesOf(bound.saved_word)));
     }
@@ -145,18 +146,18 @@ std::optional<Message> FileIo::PrepareSlots() {
 
 bool FileIo::Start() {
   if (activity_.Busy() || active()) return false;
+  if (run_.LinkLost() || !frame_.StackIsRam()) {
+    run_.Report(
+        {run_.LinkLost() ? base::StopReason::LinkLost : base::StopReason::BadStack, frame_.PC, {}});
+    return false;
+  }
   read_ = written_ = 0;
+  memory_.TakeDamage();
   auto obstacle = Obstacle();
-  if (!obstacle && !run_.LinkLost() && frame_.StackIsRam()) obstacle = PrepareSlots();
+  if (!obstacle) obstacle = PrepareSlots();
   if (obstacle) {
     Leave();
     ui_.ShowMessage(*obstacle);
-    return false;
-  }
-  if (run_.LinkLost() || !frame_.StackIsRam()) {
-    output_.Close();
-    run_.Report(
-        {run_.LinkLost() ? base::StopReason::LinkLost : base::StopReason::BadStack, frame_.PC, {}});
     return false;
   }
   // As Go does: a break signal reaches only a program that has interrupts enabled.
@@ -195,14 +196,14 @@ std::optional<FileSide> FileIo::SlotAt(Address pc) const {
 }
 
 bool FileIo::Serve(FileSide side) {
-  if (const auto problem = side == FileSide::Input ? Read() : Write()) {
-    End({base::StopReason::PlaceReached, frame_.PC, {}}, problem);
-    return false;
+  auto problem = Damage();
+  if (!problem) problem = side == FileSide::Input ? Read() : Write();
+  if (!problem) {
+    frame_.SetPC(Low16(frame_.PC + kSlotBytes));
+    problem = Damage();
   }
-  frame_.SetPC(Low16(frame_.PC + kSlotBytes));
-  if (const auto damaged = memory_.TakeDamage()) {
-    End({base::StopReason::PlaceReached, frame_.PC, {}},
-        ToMessage(messages::kFileIoDamaged, *damaged));
+  if (problem) {
+    End({base::StopReason::PlaceReached, frame_.PC, {}}, problem);
     return false;
   }
   // The program comes to a breakpoint there without executing anything.
@@ -211,6 +212,12 @@ bool FileIo::Serve(FileSide side) {
     return false;
   }
   return true;
+}
+
+std::optional<Message> FileIo::Damage() {
+  const auto damaged = memory_.TakeDamage();
+  if (!damaged) return std::nullopt;
+  return ToMessage(messages::kFileIoDamaged, *damaged, CountsText());
 }
 
 std::optional<Message> FileIo::Read() {

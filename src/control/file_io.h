@@ -86,6 +86,8 @@ class FileIo final : public Operation {
   std::optional<FileSide> SlotAt(base::Address pc) const;
   // At the slot: one number. False when it has ended with that.
   bool Serve(FileSide side);
+  // The line has altered what was read or written of the registers.
+  std::optional<base::Message> Damage();
   std::optional<base::Message> Read();
   std::optional<base::Message> Write();
   // The target is stopped: everything back to how it was, then the stop is told and the message.

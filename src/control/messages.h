@@ -122,8 +122,9 @@ inline constexpr MessageText kFileIoNotWritten{
     base::Icon::Warning};
 inline constexpr MessageText kFileIoDamaged{
     "fileio.damaged", base::Severity::Error,
-    "File I/O has ended: the line damaged what was written at %04x, where the program's registers\n"
-    "are kept, each time. Check the cable, then reset the target.",
+    "File I/O has ended: the line damaged what was read or written at %04x each time, so that the\n"
+    "program's registers, and the last of %s, are in doubt. Check the cable, then reset the "
+    "target.",
     base::captions::kError, base::Icon::Warning};
 inline constexpr MessageText kFileIoNotPutBack{
     "fileio.not-put-back", base::Severity::Warning,

@@ -13,9 +13,9 @@ const CommandAction* FindAction(int id) {
   if (row == nullptr) return nullptr;
   const int own = row->same_as != 0 ? row->same_as : id;
   for (const auto group :
-       {FileActions(), RunActions(), FileIoActions(), ProgramActions(), DataActions(),
-        SourceActions(), WatchActions(), BlockActions(), ClipboardActions(), MemoryFileActions(),
-        FlashActions(), WindowActions()}) {
+       {FileActions(), RunActions(), FileIoActions(), TraceActions(), ProgramActions(),
+        DataActions(), SourceActions(), WatchActions(), BlockActions(), ClipboardActions(),
+        MemoryFileActions(), FlashActions(), WindowActions()}) {
     const auto found = std::ranges::find(group, own, &CommandAction::id);
     if (found != group.end()) return &*found;
   }

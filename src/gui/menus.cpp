@@ -18,10 +18,11 @@ struct PopupName {
   const char* name;
 };
 constexpr PopupName kPopups[] = {
-    {workspace::Menu::ProgramPopup, "ProgMenu"},       {workspace::Menu::DataPopup, "DataMenu"},
-    {workspace::Menu::StackPopup, "StackMenu"},        {workspace::Menu::CallsPopup, "CallsMenu"},
-    {workspace::Menu::SourcePopup, "CSrcMenu"},        {workspace::Menu::WatchPopup, "WatchMenu"},
-    {workspace::Menu::VariablesPopup, "VariablesMenu"}};
+    {workspace::Menu::ProgramPopup, "ProgMenu"},        {workspace::Menu::DataPopup, "DataMenu"},
+    {workspace::Menu::StackPopup, "StackMenu"},         {workspace::Menu::CallsPopup, "CallsMenu"},
+    {workspace::Menu::SourcePopup, "CSrcMenu"},         {workspace::Menu::WatchPopup, "WatchMenu"},
+    {workspace::Menu::VariablesPopup, "VariablesMenu"}, {workspace::Menu::TracePopup, "TraceMenu"},
+    {workspace::Menu::ProfilePopup, "ProfileMenu"}};
 
 // Behind a tab stand all its shortcuts; by itself an action would show only the first.
 QString ItemText(const workspace::CommandRow& row, bool running) {

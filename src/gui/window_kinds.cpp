@@ -7,6 +7,7 @@
 #include "gui/call_stack_window.h"
 #include "gui/data_window.h"
 #include "gui/icons.h"
+#include "gui/profile_window.h"
 #include "gui/program_window.h"
 #include "gui/registers_window.h"
 #include "gui/source_window.h"
@@ -102,10 +103,18 @@ constexpr std::array kKinds{
                "Trace",
                StackIcon,
                0,
-               Menu::None,
+               Menu::TracePopup,
                {HowMany::AtMostOne, &keys::kTraceOpen, &keys::kTraceGeometry},
                {},
                Make<TraceWindow>},
+    WindowKind{"Profile",
+               "Profile",
+               StackIcon,
+               commands::kOpenProfile,
+               Menu::ProfilePopup,
+               {HowMany::AtMostOne, &keys::kProfileOpen, &keys::kProfileGeometry},
+               {},
+               Make<ProfileWindow>},
 };
 
 }  // namespace
@@ -119,6 +128,7 @@ constinit const WindowKind& kVariablesKind = kKinds[5];
 constinit const WindowKind& kProgramKind = kKinds[6];
 constinit const WindowKind& kSourceKind = kKinds[7];
 constinit const WindowKind& kTraceKind = kKinds[8];
+constinit const WindowKind& kProfileKind = kKinds[9];
 
 std::span<const WindowKind> WindowKinds() {
   return kKinds;
