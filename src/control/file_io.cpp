@@ -182,6 +182,11 @@ void FileIo::Advance() {
 
 void FileIo::CarryOn() {
   for (int i = 0; i < kNumbersPerTick; ++i) {
+    if (SlotAt(frame_.PC) && !frame_.Confirm()) {
+      if (memory_.LinkError()) return;
+      return End({base::StopReason::PlaceReached, frame_.PC, {}},
+                 ToMessage(messages::kFileIoDamaged, frame_.SP, CountsText()));
+    }
     if (const auto side = SlotAt(frame_.PC); side && !Serve(*side)) return;
     run_.RunToSlots(slots_);
     if (!GoesOn() || activity_.StepPending()) return;
@@ -230,8 +235,7 @@ std::optional<Message> FileIo::Read() {
     case NumberInput::Found::Number:
       break;
   }
-  frame_.WriteHX((frame_.HX & 0xFF00u) | base::HighByte(input_.number()));
-  frame_.WriteA(base::LowByte(input_.number()));
+  frame_.WriteXA(input_.number());
   ++read_;
   return std::nullopt;
 }
