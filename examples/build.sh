@@ -30,6 +30,11 @@ set_entry demo.s19 0x100
 instruction demo.rst 0100
 instruction demo.rst 0120
 
+sdcc -mhc08 --debug -c fileio.c
+sdcc -mhc08 --debug --out-fmt-s19 --code-loc 0x100 --data-loc 0x80 fileio.rel -o fileio.s19
+set_entry fileio.s19 0x100
+instruction fileio.rst 0100
+
 sdcc -mhc08 --debug --stack-loc 0x23f -c blink.c
 sdas6808 -ylosp blink_vectors.rel blink_vectors.asm
 sdcc -mhc08 --debug --out-fmt-s19 --code-loc 0x8000 --data-loc 0x80 blink.rel blink_vectors.rel \
@@ -37,4 +42,5 @@ sdcc -mhc08 --debug --out-fmt-s19 --code-loc 0x8000 --data-loc 0x80 blink.rel bl
 set_entry blink.s19 0x8000
 instruction blink.rst 8000
 
+cp fileio.s19 fileio.cdb fileio.map fileio.rst "$here"
 cp demo.s19 demo.cdb demo.map demo.rst blink.s19 blink.cdb blink.map blink.rst blink_vectors.rst "$here"

@@ -130,6 +130,8 @@ inline constexpr SettingsKey kSourceOpen{"window", "ncsrc", SettingKind::Integer
 inline constexpr SettingsKey kStackOpen{"window", "nstack", SettingKind::Integer, "0", 0};
 inline constexpr SettingsKey kCallsOpen{"window", "ncalls", SettingKind::Integer, "0", 0};
 inline constexpr SettingsKey kTraceOpen{"window", "ntrace", SettingKind::Integer, "0", 0};
+inline constexpr SettingsKey kProfileOpen{"window", "nprofile", SettingKind::Integer, "0", 0};
+inline constexpr SettingsKey kProfileGeometry{"window", "profile", SettingKind::Geometry, "", 99};
 inline constexpr SettingsKey kProgramWindowCount{"window", "nprog", SettingKind::Integer, "0", 0};
 inline constexpr SettingsKey kDataWindowCount{"window", "ndata", SettingKind::Integer, "0", 0};
 inline constexpr SettingsKey kProgramGeometry{"window", "prog%d", SettingKind::Geometry, "", 99, 0};

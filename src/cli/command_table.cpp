@@ -10,8 +10,8 @@ namespace brevant::cli {
 std::vector<Command> Commands() {
   std::vector<Command> commands;
   for (const auto group :
-       {TargetCommands(), CodeCommands(), RunCommands(), ValueCommands(), ChipCommands(),
-        ImageCommands(), SymbolCommands(), FlashCommands(), ConsoleCommands()}) {
+       {TargetCommands(), CodeCommands(), RunCommands(), FileIoCommands(), ValueCommands(),
+        ChipCommands(), ImageCommands(), SymbolCommands(), FlashCommands(), ConsoleCommands()}) {
     commands.insert(commands.end(), group.begin(), group.end());
   }
   return commands;

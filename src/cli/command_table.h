@@ -29,6 +29,7 @@ inline constexpr bool kAlways = true;
 std::span<const Command> TargetCommands();
 std::span<const Command> CodeCommands();
 std::span<const Command> RunCommands();
+std::span<const Command> FileIoCommands();
 std::span<const Command> ValueCommands();
 std::span<const Command> ChipCommands();
 std::span<const Command> ImageCommands();

@@ -2,105 +2,20 @@
 // Stepping and running.
 #include <fmt/format.h>
 
-#include <algorithm>
-
+#include "base/files.h"
 #include "cli/command_table.h"
 #include "cli/interrupt.h"
 #include "cli/register_line.h"
 #include "cli/session.h"
+#include "cli/stop_results.h"
 #include "cli/variables.h"
-#include "frontend/address_names.h"
+#include "control/trace_rows.h"
 
 namespace brevant::cli {
 namespace {
 
 constexpr int kMostSteps = 1000000;
-
-constexpr const char* kNoAnswerToBreak =
-    "The break signal had no effect; the target is still running. It stops a program only when the "
-    "program leaves interrupts enabled and its IRQ vector at FFFA holds FE27. Use reset to get the "
-    "target back.";
-
-Result WithReason(Result result, base::StopReason reason) {
-  result.fields["stop"] = base::StopWord(reason);
-  return result;
-}
-
-// What a stop comes to that nobody can have asked for; nothing for all others.
-std::optional<Result> FailedStop(Session& session) {
-  static constexpr base::StopReason kFailed[] = {
-      base::StopReason::BadStack, base::StopReason::NotStarted, base::StopReason::McuReset};
-  const auto& stop = session.debugger().run_control.last_stop();
-  if (!stop || std::ranges::find(kFailed, stop->reason) == std::end(kFailed)) return std::nullopt;
-  return WithReason(Failure(ExitStatus::Failed, base::StopText(*stop)), stop->reason);
-}
-
-// The registers, and why the target has stopped.
-Result StopResult(Session& session) {
-  Result result = RegisterResult(session.debugger().frame);
-  const auto& stop = session.debugger().run_control.last_stop();
-  if (!stop) return result;
-  if (const auto failed = FailedStop(session)) return *failed;
-  result.note = base::StopText(*stop);
-  return WithReason(std::move(result), stop->reason);
-}
-
-Result StopNow(Session& session) {
-  const base::StopReason reason = session.debugger().run_control.Stop().reason;
-  switch (reason) {
-    case base::StopReason::NotRecovered:
-      return WithReason(Failure(ExitStatus::Failed,
-                                "the target stopped, but its stack pointer could not be restored: "
-                                "use reset"),
-                        reason);
-    case base::StopReason::LinkLost:
-      return WithReason(LinkLost(), reason);
-    case base::StopReason::Refused:
-      return WithReason(Failure(ExitStatus::Failed, kNoAnswerToBreak), reason);
-    default:
-      return StopResult(session);
-  }
-}
-
-// The target did not stop by itself: take it back, so that a script never leaves it running unseen.
-// Who interrupts it wants it stopped at any price.
-Result GiveUpWaiting(Session& session, std::string why, ExitStatus status) {
-  const Result stopped = StopNow(session);
-  // There is nothing left that could have been waited for.
-  if (stopped.fields.value("stop", "") == base::StopWord(base::StopReason::McuReset)) {
-    return stopped;
-  }
-  if (!stopped.ok() && status == ExitStatus::Interrupted && session.debugger().Busy()) {
-    session.debugger().Reset();
-    return Failure(status, why + "; a break had no effect, so the target was reset");
-  }
-  why += stopped.ok() ? fmt::format("; the target was stopped at {}",
-                                    frontend::Described(session.debugger().frame.PC,
-                                                        session.debugger().debug_info))
-                      : ". " + stopped.error;
-  return Failure(status, std::move(why));
-}
-
-// A wait has ended without a stop.
-Result NotStopped(Session& session, frontend::WaitEnd end) {
-  switch (end) {
-    case frontend::WaitEnd::TimedOut:
-      return GiveUpWaiting(session,
-                           fmt::format("no stop within {} s", session.options().timeout_seconds),
-                           ExitStatus::NoAnswer);
-    case frontend::WaitEnd::Interrupted:
-      return GiveUpWaiting(session, "interrupted", ExitStatus::Interrupted);
-    case frontend::WaitEnd::LinkLost:
-    case frontend::WaitEnd::Stopped:
-      break;
-  }
-  return WithReason(LinkLost(), base::StopReason::LinkLost);
-}
-
-Result AwaitStop(Session& session) {
-  const frontend::WaitEnd end = session.WaitForStop();
-  return end == frontend::WaitEnd::Stopped ? StopResult(session) : NotStopped(session, end);
-}
+constexpr double kBarWidth = 24;
 
 Result StepTimes(Session& session, const ParsedArguments& arguments, control::Calls calls) {
   const std::uint32_t steps = arguments.Number(0, 1);
@@ -166,7 +81,52 @@ Result NStep(Session& session, const ParsedArguments& arguments) {
   return AwaitStop(session);
 }
 
+void AddProfile(Result& result, const control::TraceProfile& profile) {
+  result.text = control::ProfileTotal(profile) + '\n';
+  result.fields["cycles"] = profile.cycles;
+  const auto add = [&](const char* heading, const char* name,
+                       const std::vector<control::ProfileRow>& rows) {
+    result.text += '\n' + control::ProfileHeading(heading) + '\n';
+    result.fields[name] = nlohmann::ordered_json::array();
+    for (const control::ProfileRow& row : rows) {
+      const auto bar = static_cast<std::size_t>(control::ShareOf(row, profile) * kBarWidth + 0.5);
+      result.text += control::ProfileRowText(row, profile) + "  " + std::string(bar, '#') + '\n';
+      result.fields[name].push_back(
+          {{"name", row.name}, {"cycles", row.cycles}, {"steps", row.steps}});
+    }
+  };
+  add("Functions", "functions", profile.functions);
+  add("Lines", "lines", profile.lines);
+}
+
+// What the trace has come to, as the user wants to see it.
+Result TraceResult(Session& session, const ParsedArguments& arguments) {
+  debugger::Debugger& debugger = session.debugger();
+  const control::Trace& trace = debugger.trace;
+  Result result = FailedStop(session).value_or(Result{});
+  result.fields.update({{"steps", trace.steps()}, {"log", trace.LogPath()}});
+  if (!arguments.Has(1)) {
+    result.text = trace.LogText();
+    result.fields["text"] = result.text;
+  } else if (arguments.Has(2)) {
+    const std::string& path = arguments.Text(2);
+    const std::string error = base::ReplaceFile(
+        path, control::FormatTraceCsv(trace.ring(), trace.steps(), debugger.debug_info));
+    if (!error.empty()) {
+      return Failure(ExitStatus::File, fmt::format("cannot write {}: {}", path, error));
+    }
+    result.text = fmt::format("wrote {} records to {}\n", trace.ring().size(), path);
+    result.fields.update({{"records", trace.ring().size()}, {"file", path}});
+  } else {
+    AddProfile(result, control::ProfileOf(trace.ring(), debugger.debug_info));
+  }
+  return result;
+}
+
 Result Trace(Session& session, const ParsedArguments& arguments) {
+  if (arguments.Has(1) && (arguments.Text(1) == "csv") != arguments.Has(2)) {
+    return UsageError("usage: trace N [csv FILE|profile]");
+  }
   control::Trace& trace = session.debugger().trace;
   trace.Start(arguments.Number(0));
   const frontend::WaitEnd end = session.WaitForStop([&trace] { return trace.steps(); });
@@ -179,11 +139,7 @@ Result Trace(Session& session, const ParsedArguments& arguments) {
     if (session.debugger().Busy()) return GiveUpWaiting(session, why, status);
     return Failure(status, fmt::format("{} after {} steps", why, trace.steps()));
   }
-  Result result = FailedStop(session).value_or(Result{});
-  result.text = trace.LogText();
-  result.fields.update(
-      {{"steps", trace.steps()}, {"log", trace.LogPath()}, {"text", trace.LogText()}});
-  return result;
+  return TraceResult(session, arguments);
 }
 
 // The registers, and behind them the function and line.
@@ -269,10 +225,10 @@ constexpr Command kRows[] = {
      NStep,
      "N-step until N steps are exceeded, or a breakpoint"},
     {"trace",
-     {Count("N", kMostSteps)},
+     {Count("N", kMostSteps), Optional(Word("csv|profile")), Optional(File("FILE"))},
      kStopped,
      Trace,
-     "run N instructions, show the last 128 and write trace.txt"},
+     "run N instructions, show the last 128 and write trace.txt; or all, or where cycles went"},
 };
 
 }  // namespace

@@ -26,7 +26,7 @@ class Operation {
   virtual bool Keeps(const base::Stop&) { return false; }
 };
 
-enum class Mode { Idle, Running, NStepping, Tracing, LineStepping, Operation };
+enum class Mode { Idle, Running, NStepping, Tracing, LineStepping, FileIo, Operation };
 
 using isa::Calls;
 
@@ -52,9 +52,9 @@ class Activity {
   // The step under way must not follow a call.
   bool StepOver() const { return calls_ == Calls::StepOver; }
   // The Go button reads "Break".
-  bool RunningShown() const { return running_shown_ || mode_ == Mode::LineStepping; }
+  bool RunningShown() const { return running_shown_ || Passing(); }
   // What the target shows between two steps is of no interest to anybody.
-  bool Passing() const { return mode_ == Mode::LineStepping; }
+  bool Passing() const { return mode_ == Mode::LineStepping || mode_ == Mode::FileIo; }
   // Something is under way that a later tick, a stop or a reset will end.
   bool Busy() const { return mode_ != Mode::Idle || waiting_ || StepPending(); }
   // File I/O has the target: nothing else may talk to it.
@@ -67,7 +67,7 @@ class Activity {
   // Each begin takes the place of what was under way; an operation that this ends is told.
 
   void BeginRun();
-  // NStepping, Tracing, LineStepping or Operation. The operation is borrowed until it ends.
+  // NStepping, Tracing, LineStepping, FileIo or Operation. The operation is borrowed until it ends.
   void BeginOperation(Mode mode, Operation& operation);
   // Nobody is told yet: most steps are over at once.
   void BeginStep(Calls calls) { calls_ = calls; }

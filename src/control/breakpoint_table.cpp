@@ -83,7 +83,11 @@ void BreakpointTable::RemoveBreakpoints() {
 }
 
 bool BreakpointTable::InsertedAt(base::Address address) const {
-  return armed_ == address || std::ranges::find(inserted_, address) != inserted_.end();
+  return armed_ == address || SwiInsertedAt(address);
+}
+
+bool BreakpointTable::SwiInsertedAt(base::Address address) const {
+  return std::ranges::find(inserted_, address) != inserted_.end();
 }
 
 void BreakpointTable::ArmBreakModule(base::Address address) {

@@ -69,6 +69,8 @@ class BreakpointTable {
   void RemoveBreakpoints();
   // Whether the last InsertBreakpoints made the program stop there.
   bool InsertedAt(base::Address address) const;
+  // The same for SWI bytes alone.
+  bool SwiInsertedAt(base::Address address) const;
 
   // The break module.
   void ArmBreakModule(base::Address address);

@@ -57,11 +57,113 @@ inline constexpr MessageText kTraceLogNotWritten{"trace.log-not-written", base::
                                                  "Can not write the trace log %s\n%s",
                                                  base::captions::kError, base::Icon::Warning};
 
-inline constexpr const MessageText* kAll[] = {&kBreakpointLimit,   &kHardwareBreakpointLimit,
-                                              &kStopNotAnswered,   &kStackPointerLost,
-                                              &kBadStack,          &kNotStarted,
-                                              &kMcuReset,          &kLinkLost,
-                                              &kTraceLogNotWritten};
+inline constexpr MessageText kFileIoNoInputSlot{
+    "fileio.no-input-slot", base::Severity::Error,
+    "Use LDD EXT instruction only\n\n"
+    "An input slot begins with FC, on the HC08 JMP ,X. At %04x stands %02x.",
+    base::captions::kError, base::Icon::Information};
+inline constexpr MessageText kFileIoNoOutputSlot{
+    "fileio.no-output-slot", base::Severity::Error,
+    "Use STD EXT instruction only\n\n"
+    "An output slot begins with 7C, on the HC08 INC ,X. At %04x stands %02x.",
+    base::captions::kError, base::Icon::Information};
+inline constexpr MessageText kFileIoCanNotOpen{"fileio.can-not-open", base::Severity::Error,
+                                               "   Can not open file %s   ", base::captions::kError,
+                                               base::Icon::Information};
+inline constexpr MessageText kFileIoNameTooLong{
+    "fileio.name-too-long", base::Severity::Error,
+    "The name is longer than %d characters:\n%s\nUse a shorter one, or a folder nearer to where "
+    "Brevant was started.",
+    base::captions::kError, base::Icon::Information};
+inline constexpr MessageText kFileIoNothingBound{"fileio.nothing-bound", base::Severity::Error,
+                                                 "Please setup input or output file first",
+                                                 base::captions::kError, base::Icon::Information};
+inline constexpr MessageText kFileIoSlotChanged{
+    "fileio.slot-changed", base::Severity::Error,
+    "File I/O was not started: at the %s slot %04x stand %s, no longer %s.\n"
+    "Choose the slot anew for the program that is loaded now.",
+    base::captions::kError, base::Icon::Information};
+inline constexpr MessageText kFileIoSlotOnStack{
+    "fileio.slot-on-stack", base::Severity::Error,
+    "File I/O was not started: the %s slot %04x lies in the stack that the monitor uses now.",
+    base::captions::kError, base::Icon::Information};
+inline constexpr MessageText kFileIoOneFile{
+    "fileio.one-file", base::Severity::Error,
+    "File I/O was not started: %s\nis the input and the output file at once.",
+    base::captions::kError, base::Icon::Information};
+inline constexpr MessageText kFileIoOverlap{
+    "fileio.overlap", base::Severity::Error,
+    "File I/O was not started: the slots at %04x and %04x overlap. A slot is two bytes long.",
+    base::captions::kError, base::Icon::Information};
+inline constexpr MessageText kFileIoBothInFlash{
+    "fileio.both-in-flash", base::Severity::Error,
+    "File I/O was not started: the slots at %04x and %04x both lie in flash, and there is one\n"
+    "hardware breakpoint. Put one of them into RAM, or use one of the two files only.",
+    base::captions::kError, base::Icon::Information};
+inline constexpr MessageText kFileIoNotOpened{
+    "fileio.not-opened", base::Severity::Error,
+    "File I/O was not started: the %s file %s\ncannot be opened: %s", base::captions::kError,
+    base::Icon::Warning};
+inline constexpr MessageText kFileIoSlotNotTaken{
+    "fileio.slot-not-taken", base::Severity::Error,
+    "File I/O was not started: %04x did not take %02x, there stands %02x.", base::captions::kError,
+    base::Icon::Warning};
+inline constexpr MessageText kFileIoInputAtEnd{
+    "fileio.input-at-end", base::Severity::Notice,
+    "The input file is at its end: %s. The program was stopped at its input slot %04x.",
+    base::captions::kInformation, base::Icon::Information};
+inline constexpr MessageText kFileIoNoNumber{
+    "fileio.no-number", base::Severity::Error,
+    "%s, line %d: expected %s.\nThe program was stopped at its input slot: %s.",
+    base::captions::kError, base::Icon::Warning};
+inline constexpr MessageText kFileIoNotWritten{
+    "fileio.not-written", base::Severity::Error,
+    "The output file %s\ncannot be written: %s. File I/O has ended: %s.", base::captions::kError,
+    base::Icon::Warning};
+inline constexpr MessageText kFileIoDamaged{
+    "fileio.damaged", base::Severity::Error,
+    "File I/O has ended: the line damaged what was read or written at %04x each time, so that the\n"
+    "program's registers, and the last of %s, are in doubt. Check the cable, then reset the "
+    "target.",
+    base::captions::kError, base::Icon::Warning};
+inline constexpr MessageText kFileIoNotPutBack{
+    "fileio.not-put-back", base::Severity::Warning,
+    "The target does not answer: what the program had in the slots of file I/O could not be put "
+    "back:%s\nIt is put back once there is a connection again, unless the memory has changed by "
+    "then.",
+    base::captions::kInformation, base::Icon::Warning};
+inline constexpr MessageText kFileIoSlotOverwritten{
+    "fileio.slot-overwritten", base::Severity::Warning,
+    "The slot at %04x was left as it is: %s stand there. Before file I/O it held %s.",
+    base::captions::kInformation, base::Icon::Warning};
+
+inline constexpr const MessageText* kAll[] = {&kBreakpointLimit,
+                                              &kHardwareBreakpointLimit,
+                                              &kStopNotAnswered,
+                                              &kStackPointerLost,
+                                              &kBadStack,
+                                              &kNotStarted,
+                                              &kMcuReset,
+                                              &kLinkLost,
+                                              &kTraceLogNotWritten,
+                                              &kFileIoNoInputSlot,
+                                              &kFileIoNoOutputSlot,
+                                              &kFileIoCanNotOpen,
+                                              &kFileIoNameTooLong,
+                                              &kFileIoNothingBound,
+                                              &kFileIoSlotChanged,
+                                              &kFileIoSlotOnStack,
+                                              &kFileIoOneFile,
+                                              &kFileIoOverlap,
+                                              &kFileIoBothInFlash,
+                                              &kFileIoNotOpened,
+                                              &kFileIoSlotNotTaken,
+                                              &kFileIoInputAtEnd,
+                                              &kFileIoNoNumber,
+                                              &kFileIoNotWritten,
+                                              &kFileIoDamaged,
+                                              &kFileIoNotPutBack,
+                                              &kFileIoSlotOverwritten};
 
 }  // namespace messages
 

@@ -54,6 +54,17 @@ bool RegisterFrame::ReadRegisters(StackRead what) {
   return true;
 }
 
+bool RegisterFrame::Confirm() {
+  const auto agrees = [this] {
+    std::array<std::uint8_t, kFrameBytes - kA> again{};
+    memory_.AskChecked(again, SP + kA);
+    return again[0] == A && again[kX - kA] == LowByte(HX) &&
+           base::Word(again[kPC - kA], again[kPC - kA + 1]) == PC;
+  };
+  const bool confirmed = agrees() || (ReadRegisters() && agrees());
+  return confirmed && !memory_.LinkError();
+}
+
 RegisterFrame::StackInUse RegisterFrame::StackAt(Address base) {
   return {base - std::min(base, kMonitorStack), base + kProgramSP};
 }
@@ -104,6 +115,12 @@ void RegisterFrame::WriteA(std::uint32_t value) {
   A = LowByte(value);
   ++generation_;
   memory_.WriteByte(Low16(SP + kA), A);
+}
+
+void RegisterFrame::WriteXA(std::uint32_t value) {
+  HX = (HX & 0xFF00u) | HighByte(value);
+  memory_.WriteByte(Low16(SP + kX), HighByte(value));
+  WriteA(value);
 }
 
 void RegisterFrame::WriteCCR(std::uint32_t value) {

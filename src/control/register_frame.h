@@ -56,6 +56,10 @@ class RegisterFrame {
   // False when the link failed on the way; the registers known before are then kept. Where the
   // stack is no RAM, as with SDCC's own start-up code, only SP is taken.
   bool ReadRegisters(StackRead what = StackRead::Frame);
+  // Asks for A, X and PC once more, for who hands them on: no echo tells of a bit that the line
+  // turns in an answer. Where they differ all are read anew. False when no two answers agree, or
+  // the link failed.
+  bool Confirm();
   // Whether the registers could be stacked at the SP that was read last. If not, PC, H:X, A and CCR
   // are those of the stop before.
   bool StackIsRam() const { return IsRam(SP); }
@@ -66,6 +70,8 @@ class RegisterFrame {
   base::Address ReadFramePC();
   void WriteHX(std::uint32_t value);
   void WriteA(std::uint32_t value);
+  // As a function returns an int: the high byte in X.
+  void WriteXA(std::uint32_t value);
   void WriteCCR(std::uint32_t value);
   // Gives the stopped program a new stack pointer by running LDHX #value+1; TXS; SWI from RAM that
   // is borrowed at $0080-$0085, or further up where one of the two stacks lies there. False when a

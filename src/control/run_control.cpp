@@ -7,6 +7,7 @@
 
 #include "base/text_format.h"
 #include "base/text_number.h"
+#include "devices/hc08.h"
 #include "isa/next_pc.h"
 #include "symbols/library_names.h"
 
@@ -74,7 +75,7 @@ bool RunControl::StepCommand(Calls calls, StepSource source) {
     step_start_ = frame_.PC;
     return true;
   }
-  place_.reset();
+  ForgetPlace();
   if (auto stop = SingleStep(calls)) {
     if (stop->reason == base::StopReason::NotStarted) return RefuseAs(std::move(*stop));
     activity_.EndStep();
@@ -159,6 +160,7 @@ Refused RunControl::ArmStep(Calls calls) {
 }
 
 std::optional<base::Stop> RunControl::FinishStop() {
+  NoteMatch();
   auto stop = ReadStop();
   if (!stop) return std::nullopt;
   breakpoints_.DisarmBreakModule();
@@ -198,6 +200,25 @@ std::optional<base::Stop> RunControl::ReadStop() {
   return NoStop(base::StopReason::OwnSwi);
 }
 
+Address RunControl::StoppedAt() const {
+  const Address before = Low16(frame_.PC - 1);
+  if (!by_module_) return before;
+  if (armed_for_ != ArmedFor::Slots || module_matched_) return frame_.PC;
+  const bool swi = slots_->by_swi == before ||
+                   (!breakpoints_.HardwareBreakMode() && breakpoints_.SwiInsertedAt(before));
+  return swi ? before : frame_.PC;
+}
+
+void RunControl::NoteMatch() {
+  if (module_matched_ || armed_for_ != ArmedFor::Slots || breakpoints_.HardwareBreakMode()) return;
+  if (!breakpoints_.SwiInsertedAt(Low16(slots_->by_module - 1))) return;
+  module_matched_ = (memory_.AskByte(devices::kBRKSCR) & devices::kBreakMatched) != 0;
+}
+
+bool RunControl::PlaceIs(Address pc) const {
+  return slots_ ? slots_->Has(pc) : place_ == pc;
+}
+
 std::optional<base::StopReason> RunControl::ArmedAt(Address pc) const {
   const bool at_end = by_module_ ? breakpoints_.armed() == pc : breakpoints_.StepPlantedAt(pc);
   switch (armed_for_) {
@@ -210,6 +231,11 @@ std::optional<base::StopReason> RunControl::ArmedAt(Address pc) const {
       if (at_end) return base::StopReason::PlaceReached;
       if (by_module_) return std::nullopt;
       break;
+    case ArmedFor::Slots:
+      if (!breakpoints_.HardwareBreakMode() && breakpoints_.SwiInsertedAt(pc)) {
+        return base::StopReason::Breakpoint;
+      }
+      return slots_->Has(pc) ? std::optional(base::StopReason::PlaceReached) : std::nullopt;
     case ArmedFor::Run:
       break;
   }
@@ -250,7 +276,7 @@ std::optional<base::Stop> RunControl::GoCommand() {
 
 void RunControl::Go() {
   if (!MayStart()) return;
-  place_.reset();
+  ForgetPlace();
   LeaveBreakpoint();
 }
 
@@ -272,7 +298,7 @@ void RunControl::LeaveBreakpoint() {
 void RunControl::RunOn(bool stepped) {
   if (!place_) {
     StartRunning();
-  } else if (stepped && frame_.PC == *place_) {
+  } else if (stepped && PlaceIs(frame_.PC)) {
     RefuseAs({base::StopReason::PlaceReached, frame_.PC, {}});
   } else {
     StartToPlace();
@@ -295,7 +321,7 @@ void RunControl::StartRunning() {
 
 base::Stop RunControl::Stop() {
   if (link_.LinkError) return LoseLink();
-  if (activity_.RunMode() == Mode::LineStepping && !activity_.WaitingForBreak()) {
+  if (activity_.Passing() && !activity_.WaitingForBreak()) {
     // Between two steps nothing runs that a break signal could reach.
     activity_.End();
     Report(NoStop(base::StopReason::UserBreak));
@@ -315,6 +341,7 @@ base::Stop RunControl::Stop() {
   // A program that stopped by itself just before leaves the monitor's echo of the break on its way.
   link_.WaitMs(kSettleMs);
   link_.DiscardInput();
+  NoteMatch();
   breakpoints_.DisarmBreakModule();
   if (!frame_.ReadRegisters(StackRead::WithInterrupted)) {
     if (const auto cause = enter_again_()) return StopAfterSelfReset(*cause, last_known_pc);
@@ -354,7 +381,7 @@ base::Stop RunControl::StopBesideTimer() {
   activity_.DropRun();
   const Mode mode = activity_.RunMode();
   // Their step is completed as a single one.
-  if (mode == Mode::NStepping || mode == Mode::Tracing || mode == Mode::LineStepping) {
+  if (mode == Mode::NStepping || mode == Mode::Tracing || activity_.Passing()) {
     activity_.AbandonOperation();
   }
   const long before = stops_;
@@ -365,8 +392,9 @@ base::Stop RunControl::StopBesideTimer() {
 
 void RunControl::StartToPlace() {
   activity_.BeginStep(Calls::Follow);
-  armed_for_ = ArmedFor::Place;
-  by_module_ = breakpoints_.HardwareBreakMode();
+  armed_for_ = slots_ ? ArmedFor::Slots : ArmedFor::Place;
+  by_module_ = slots_ || breakpoints_.HardwareBreakMode();
+  module_matched_ = false;
   if (const Refused refused = ArmPlace(*place_)) {
     TakeBackPlanted();
     RefuseAs(NotStarted(*refused));
@@ -387,11 +415,13 @@ void RunControl::StartToPlace() {
 }
 
 Refused RunControl::ArmPlace(Address address) {
+  if (!breakpoints_.HardwareBreakMode()) {
+    if (const Refused refused = breakpoints_.InsertBreakpoints()) return refused;
+  }
   if (by_module_) {
     breakpoints_.ArmBreakModule(address);
     return std::nullopt;
   }
-  if (const Refused refused = breakpoints_.InsertBreakpoints()) return refused;
   return breakpoints_.PlantStep(kFallThroughSlot, address);
 }
 
@@ -403,12 +433,29 @@ std::optional<Address> RunControl::SuspendedBy(Address address) const {
 
 void RunControl::RunToAddress(Address address) {
   if (!MayStart()) return;
+  ForgetPlace();
   place_ = Low16(address);
+  GoToPlace();
+}
+
+void RunControl::RunToSlots(const Slots& slots) {
+  if (!MayStart()) return;
+  slots_ = slots;
+  place_ = slots.by_module;
+  GoToPlace();
+}
+
+void RunControl::GoToPlace() {
   if (breakpoints_.HardwareBreakMode()) {
     StartToPlace();
   } else {
     LeaveBreakpoint();
   }
+}
+
+void RunControl::ForgetPlace() {
+  place_.reset();
+  slots_.reset();
 }
 
 bool RunControl::BreakpointChangeWaits() const {

@@ -35,6 +35,13 @@ enum class StepSource {
 // cause; nothing when it does not wait for the code, and LinkError then tells whether it answers.
 using EnterAgain = std::function<std::optional<std::string>()>;
 
+// Where file I/O catches the program: by the break module, and by an SWI that it has put there.
+struct Slots {
+  base::Address by_module = 0;
+  std::optional<base::Address> by_swi;
+  bool Has(base::Address address) const { return address == by_module || by_swi == address; }
+};
+
 class RunControl {
  public:
   RunControl(link::MonitorLink& link, memory::Memory& memory, RegisterFrame& frame,
@@ -60,6 +67,9 @@ class RunControl {
   base::Stop Stop();
   // Runs to the address. In software mode the user's breakpoints stop it too.
   void RunToAddress(base::Address address);
+  // Runs until the program reaches one of the slots, told as PlaceReached. The user's software
+  // breakpoints stop it too.
+  void RunToSlots(const Slots& slots);
   // The user's breakpoint that does not count on the way there: the break module has one place.
   std::optional<base::Address> SuspendedBy(base::Address address) const;
   // The same unless PC is already there, or a step breakpoint is still planted.
@@ -114,7 +124,11 @@ class RunControl {
   std::optional<base::Stop> ReadStop();
   // Where the program has stopped if it was stopped by what was armed or planted: an SWI stacks the
   // address behind itself, and one of the program's own is left there.
-  base::Address StoppedAt() const { return by_module_ ? frame_.PC : base::Low16(frame_.PC - 1); }
+  base::Address StoppedAt() const;
+  // Which of both has stopped it may be told by the module alone. Before that is disarmed.
+  void NoteMatch();
+  // To a place or to slots.
+  bool PlaceIs(base::Address pc) const;
   // What was armed or planted at that place; nothing where the program has stopped by itself.
   std::optional<base::StopReason> ArmedAt(base::Address pc) const;
   Refused ArmStep(Calls calls);
@@ -128,6 +142,8 @@ class RunControl {
   isa::StepRegisters Registers() const;
   void StartRunning();
   void StartToPlace();
+  void GoToPlace();
+  void ForgetPlace();
   void CompleteRun();
   // What the timer does once no break byte is outstanding.
   void Complete();
@@ -149,14 +165,18 @@ class RunControl {
   EnterAgain enter_again_;
   bool source_view_current_ = false;
   // What the run under way was let go for, and whether the break module ends it or planted SWIs.
-  enum class ArmedFor { Step, Place, Run } armed_for_ = ArmedFor::Run;
+  enum class ArmedFor { Step, Place, Slots, Run } armed_for_ = ArmedFor::Run;
   bool by_module_ = true;
+  // For slots: the break module says that it has matched where an SWI may have stopped it too.
+  bool module_matched_ = false;
   // A break signal that the program has not answered so far.
   bool break_requested_ = false;
   base::Address step_start_ = 0;
   isa::Instruction instruction_;
   // Where the run to an address leads that is under way or follows the step off a breakpoint.
   std::optional<base::Address> place_;
+  // The same is one of slots, the place being the module's.
+  std::optional<Slots> slots_;
   std::optional<base::Stop> last_stop_;
   long stops_ = 0;
 };

@@ -58,7 +58,9 @@ void Trace::Advance() {
       return;
     }
     if (activity_.RunMode() != Mode::Tracing || run_.LinkLost()) return;
-    open_record_.emplace().instruction.address = frame_.PC;
+    TraceRecord& record = open_record_.emplace();
+    record.instruction.address = frame_.PC;
+    record.before = {.sp = frame_.ProgramSP(), .hx = frame_.HX, .a = frame_.A, .ccr = frame_.CCR};
     if (!run_.StepCommand(Calls::Follow)) {
       // Why is told already.
       activity_.EndOperation();
@@ -137,7 +139,7 @@ void Trace::WriteTraceLog() {
     return;
   }
   ++logs_;
-  written_log_ = {path, ring_.size() * kTraceLinesPerRecord};
+  written_log_ = {path, (ring_.size() - FirstLogRecord(ring_)) * kTraceLinesPerRecord};
 }
 
 }  // namespace brevant::control

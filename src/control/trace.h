@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
-// Tracing: the target is stepped continuously, eight steps a tick, and the last steps are recorded
-// for a log that is written and shown when tracing stops. Rests on run control's step command.
+// Tracing: the target is stepped continuously, eight steps a tick, and the steps are recorded. A
+// log of the last ones is written and shown when tracing stops. Rests on run control's step
+// command.
 #pragma once
 
 #include <functional>

@@ -32,21 +32,22 @@ std::string RegisterLine(const TraceRecord& record) {
 }  // namespace
 
 void TraceRing::Add(const TraceRecord& record) {
-  records_[next_] = record;
-  if (++next_ == kCapacity) {
-    next_ = 0;
-    wrapped_ = true;
+  if (size() < capacity_) {
+    records_.push_back(record);
+    return;
   }
+  records_[static_cast<std::size_t>(oldest_)] = record;
+  oldest_ = (oldest_ + 1) % capacity_;
 }
 
 const TraceRecord& TraceRing::At(int n) const {
-  return records_[wrapped_ ? (next_ + n) % kCapacity : n];
+  return records_[static_cast<std::size_t>((oldest_ + n) % size())];
 }
 
 std::string FormatTraceLog(const TraceRing& ring, const isa::SymbolNames& symbols,
                            SourceTextAt source_text) {
   std::string log;
-  for (int n = 0; n < ring.size(); ++n) {
+  for (int n = FirstLogRecord(ring); n < ring.size(); ++n) {
     const TraceRecord& record = ring.At(n);
     log += InstructionLine(record, symbols, source_text) + '\n';
     log += RegisterLine(record) + "\n\n";

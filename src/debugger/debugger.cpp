@@ -40,6 +40,7 @@ Debugger::Debugger(const Surroundings& surroundings)
       trace(run_control, activity, frame, breakpoints, debug_info, operand_names, surroundings.ui,
             TraceFilesOfImage()),
       line_step(run_control, activity, memory, frame, breakpoints, debug_info),
+      file_io(run_control, activity, memory, frame, breakpoints, surroundings.ui),
       macros(memory, frame, start_address, settings, surroundings.ui,
              surroundings.start_up_directory),
       loader(memory, frame, breakpoints, debug_info, start_address, macros, settings,
@@ -164,6 +165,7 @@ void Debugger::FollowUpReset() {
   // First, since the refresh at the end may leave a run to main of its own for the timer.
   memory.UseDevice(ReadEngineSettings(settings).device);
   run_control.AbandonRunForReset();
+  file_io.PutBack();
   if (const base::Address base = memory.ReadStackPointer(); !memory.LinkError()) {
     frame.SP = base;
     macros.RunResetMacro();

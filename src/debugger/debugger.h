@@ -14,6 +14,7 @@
 #include "base/user_interface.h"
 #include "control/activity.h"
 #include "control/breakpoint_table.h"
+#include "control/file_io.h"
 #include "control/line_step.h"
 #include "control/n_step.h"
 #include "control/register_frame.h"
@@ -81,6 +82,7 @@ class Debugger {
   control::NStep n_step;
   control::Trace trace;
   control::LineStep line_step;
+  control::FileIo file_io;
   load::StartAddress start_address;
   load::MacroRunner macros;
   load::Loader loader;

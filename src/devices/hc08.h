@@ -19,7 +19,8 @@ inline constexpr base::Address kResetStatus = 0xFE01;
 inline constexpr base::Address kBRKH = 0xFE09;
 inline constexpr base::Address kBRKL = 0xFE0A;
 inline constexpr base::Address kBRKSCR = 0xFE0B;
-inline constexpr std::uint8_t kBreakEnable = 0x80;  // BRKE
+inline constexpr std::uint8_t kBreakEnable = 0x80;   // BRKE
+inline constexpr std::uint8_t kBreakMatched = 0x40;  // BRKA
 
 // Vectors, high byte first. The monitor takes reset and SWI (and with it the break module) from
 // vectors of its own, so these two do not matter while it is there.

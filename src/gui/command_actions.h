@@ -26,6 +26,8 @@ struct CommandAction {
 
 std::span<const CommandAction> FileActions();
 std::span<const CommandAction> RunActions();
+std::span<const CommandAction> FileIoActions();
+std::span<const CommandAction> TraceActions();
 std::span<const CommandAction> ProgramActions();
 std::span<const CommandAction> DataActions();
 std::span<const CommandAction> SourceActions();
@@ -47,6 +49,8 @@ bool IsBuilt(int id);
 void ShowCode(const CommandContext& context, base::Address address);
 // To the line under the cursor of the source window, when that was active last; false when not.
 bool RunToSourceCursor(const CommandContext& context);
+// For "Find next": the trace window is the active one, and it has been done there.
+bool FindNextInTrace(const CommandContext& context);
 // A path as if it had been chosen for loading.
 void LoadImageFile(const CommandContext& context, const std::string& path);
 // The list of watched variables that is kept beside the image.

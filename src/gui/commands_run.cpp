@@ -127,6 +127,7 @@ void Trace(const CommandContext& context) {
       break;
     case control::Mode::Running:
     case control::Mode::LineStepping:
+    case control::Mode::FileIo:
       GoOrBreak(context);
       break;
     case control::Mode::Operation:

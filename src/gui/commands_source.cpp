@@ -100,6 +100,7 @@ void Find(const CommandContext& context) {
 }
 
 void FindNext(const CommandContext& context) {
+  if (FindNextInTrace(context)) return;
   if (views::SourceView* const view = OpenView(context)) view->Search();
 }
 

@@ -203,6 +203,9 @@ void MainWindow::Refresh() {
   const workspace::CommandConditions conditions = Conditions();
   menus_.Update(conditions);
   menus_.SetChecked(commands::kNStep, conditions.repeating == workspace::Repeating::NSteps);
+  const control::FileIo& file_io = session_.debugger.file_io;
+  menus_.SetChecked(commands::kFileIoIn, file_io.binding(control::FileSide::Input).enabled);
+  menus_.SetChecked(commands::kFileIoOut, file_io.binding(control::FileSide::Output).enabled);
   tool_bar_->Update(conditions);
   ShowState();
   for (const OpenWindow& window : windows_) window.view->viewport()->update();

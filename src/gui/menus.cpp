@@ -17,11 +17,16 @@ struct PopupName {
   workspace::Menu menu;
   const char* name;
 };
-constexpr PopupName kPopups[] = {
-    {workspace::Menu::ProgramPopup, "ProgMenu"},        {workspace::Menu::DataPopup, "DataMenu"},
-    {workspace::Menu::StackPopup, "StackMenu"},         {workspace::Menu::CallsPopup, "CallsMenu"},
-    {workspace::Menu::SourcePopup, "CSrcMenu"},         {workspace::Menu::WatchPopup, "WatchMenu"},
-    {workspace::Menu::VariablesPopup, "VariablesMenu"}, {workspace::Menu::ChipPopup, "ChipMenu"}};
+constexpr PopupName kPopups[] = {{workspace::Menu::ProgramPopup, "ProgMenu"},
+                                 {workspace::Menu::DataPopup, "DataMenu"},
+                                 {workspace::Menu::StackPopup, "StackMenu"},
+                                 {workspace::Menu::CallsPopup, "CallsMenu"},
+                                 {workspace::Menu::SourcePopup, "CSrcMenu"},
+                                 {workspace::Menu::WatchPopup, "WatchMenu"},
+                                 {workspace::Menu::VariablesPopup, "VariablesMenu"},
+                                 {workspace::Menu::ChipPopup, "ChipMenu"},
+                                 {workspace::Menu::TracePopup, "TraceMenu"},
+                                 {workspace::Menu::ProfilePopup, "ProfileMenu"}};
 
 // Behind a tab stand all its shortcuts; by itself an action would show only the first.
 QString ItemText(const workspace::CommandRow& row, bool running) {
@@ -116,6 +121,10 @@ void Menus::Update(const workspace::CommandConditions& conditions) {
 
 void Menus::SetChecked(int id, bool checked) {
   actions_.at(id)->setChecked(checked);
+}
+
+void Menus::SetText(int id, const char* text) {
+  actions_.at(id)->setText(text);
 }
 
 void Menus::ShowRecentFiles(const workspace::RecentFiles& files) {

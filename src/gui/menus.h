@@ -31,6 +31,7 @@ class Menus {
   QMenu& menu(workspace::Menu menu) const { return *menus_.at(menu); }
   void Update(const workspace::CommandConditions& conditions);
   void SetChecked(int id, bool checked);
+  void SetText(int id, const char* text);
   void ShowRecentFiles(const workspace::RecentFiles& files);
 
  private:

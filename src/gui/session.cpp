@@ -50,9 +50,19 @@ Session::Session(const Options& given)
   program_views.ShowSource(settings.Integer(keys::kShowSource) != 0);
   SetDataSettings(views::ReadDataSettings(settings));
   recent_files.Read(settings);
+  for (const control::FileSide side : control::kFileSides) {
+    debugger.file_io.OfferName(side, settings.String(control::RowOf(side).key));
+  }
 }
 
 Session::~Session() {
+  // Nobody would put back what stands in its slots.
+  if (debugger.file_io.active()) debugger.run_control.Stop();
+  base::SettingsFile::Change names;
+  for (const control::FileSide side : control::kFileSides) {
+    names.Store(control::RowOf(side).key, debugger.file_io.binding(side).file_name);
+  }
+  settings.Apply(names);
   debugger.monitor_link.ClosePort();
 }
 
@@ -109,6 +119,7 @@ ConnectionState Session::Connection() const {
           .simulated = ports_.is_simulated(),
           .target = target_,
           .running = debugger.activity.Busy() && !debugger.block.running(),
+          .file_io = debugger.file_io.active() ? debugger.file_io.CountsText() : "",
           .written = debugger.block.running(),
           .breakpoint_waits = debugger.run_control.BreakpointChangeWaits(),
           .link_lost = debugger.monitor_link.LinkError,

@@ -12,6 +12,7 @@ std::string StatusText(const ConnectionState& state) {
     return text;
   }
   text += state.running ? ": running" : ": stopped";
+  if (!state.file_io.empty()) text += ", file I/O: " + state.file_io;
   if (state.running && state.breakpoint_waits) {
     text += " (the breakpoint change counts from the next stop)";
   }

@@ -14,7 +14,10 @@ class TraceWindow final : public ScrollingView {
 
   views::TraceView& view() { return view_; }
   QStringList TextLines() const override;
+  int TextCursorLine() const override { return view_.cursor() - view_.top(); }
+  // Where the cursor is in the log, and what its instruction has written.
   QString CursorText() const override;
+  std::optional<PopupItem> ItemOf(int command) const override;
   QSize sizeHint() const override;
 
  protected:
@@ -22,9 +25,10 @@ class TraceWindow final : public ScrollingView {
   ScrollBarState BarState() const override;
   void Scroll(views::ScrollCode code, int position) override { view_.Scroll(code, position); }
 
-  QPoint PopupPlace() const override { return {}; }
+  QPoint PopupPlace() const override;
   void CellsChanged() override;
   void paintEvent(QPaintEvent* event) override;
+  void mousePressEvent(QMouseEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
 
  private:

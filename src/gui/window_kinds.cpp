@@ -8,6 +8,7 @@
 #include "gui/chip_window.h"
 #include "gui/data_window.h"
 #include "gui/icons.h"
+#include "gui/profile_window.h"
 #include "gui/program_window.h"
 #include "gui/registers_window.h"
 #include "gui/source_window.h"
@@ -103,7 +104,7 @@ constexpr std::array kKinds{
                "Trace",
                StackIcon,
                0,
-               Menu::None,
+               Menu::TracePopup,
                {HowMany::AtMostOne, &keys::kTraceOpen, &keys::kTraceGeometry},
                {},
                Make<TraceWindow>},
@@ -115,6 +116,14 @@ constexpr std::array kKinds{
                {HowMany::AtMostOne, &keys::kChipOpen, &keys::kChipGeometry},
                {},
                Make<ChipWindow>},
+    WindowKind{"Profile",
+               "Profile",
+               StackIcon,
+               commands::kOpenProfile,
+               Menu::ProfilePopup,
+               {HowMany::AtMostOne, &keys::kProfileOpen, &keys::kProfileGeometry},
+               {},
+               Make<ProfileWindow>},
 };
 
 }  // namespace
@@ -129,6 +138,7 @@ constinit const WindowKind& kProgramKind = kKinds[6];
 constinit const WindowKind& kSourceKind = kKinds[7];
 constinit const WindowKind& kTraceKind = kKinds[8];
 constinit const WindowKind& kChipKind = kKinds[9];
+constinit const WindowKind& kProfileKind = kKinds[10];
 
 std::span<const WindowKind> WindowKinds() {
   return kKinds;

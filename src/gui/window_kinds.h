@@ -55,6 +55,7 @@ extern const WindowKind& kDataKind;
 extern const WindowKind& kStackKind;
 extern const WindowKind& kCallsKind;
 extern const WindowKind& kTraceKind;
+extern const WindowKind& kProfileKind;
 extern const WindowKind& kProgramKind;
 extern const WindowKind& kSourceKind;
 extern const WindowKind& kWatchKind;

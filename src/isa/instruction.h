@@ -21,6 +21,7 @@ struct Instruction {
 
   constexpr Entry entry() const { return Decode(bytes[0], bytes[1]); }
   constexpr int length() const { return entry().length(); }
+  constexpr int cycles() const { return InstructionCycles(bytes[0], bytes[1]); }
   constexpr base::Bytes code() const {
     return base::Bytes(bytes).first(static_cast<std::size_t>(length()));
   }

@@ -268,6 +268,12 @@ constexpr Entry Decode(std::uint8_t b0, std::uint8_t b1) {
   const auto page = PageIndex(b1);
   return page ? kPageMap[*page] : kIllegalEntry;
 }
+// Bus cycles; 0 for an illegal opcode.
+constexpr int InstructionCycles(std::uint8_t b0, std::uint8_t b1) {
+  if (b0 != kPagePrefix) return kOpcodeRows.main[b0].cycles;
+  const auto page = PageIndex(b1);
+  return page ? kOpcodeRows.page[*page].cycles : 0;
+}
 // 1 to 4; an illegal opcode is one byte long.
 constexpr int InstructionLength(std::uint8_t b0, std::uint8_t b1) {
   return Decode(b0, b1).length();

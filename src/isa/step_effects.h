@@ -2,6 +2,9 @@
 // Which memory an instruction will write. A pure function; nothing is read for it.
 #pragma once
 
+#include <cstdint>
+#include <optional>
+
 #include "base/address.h"
 #include "isa/instruction.h"
 #include "isa/operand_address.h"
@@ -24,5 +27,10 @@ struct StepEffects {
 // a break or an interrupt stacks and its handler writes, registers of the MCU that change on their
 // own or when they are touched, and the reset that an illegal opcode ends in.
 StepEffects PredictEffects(const StepRegisters& registers, const Instruction& instruction);
+
+// What it writes there, the first byte high. Nothing where that does not follow from the registers
+// and the instruction alone.
+std::optional<std::uint32_t> WrittenValue(const StepRegisters& registers,
+                                          const Instruction& instruction);
 
 }  // namespace brevant::isa

@@ -31,38 +31,69 @@ void TraceView::Resize(int client_height, int line_height) {
   Request();
 }
 
+const control::TraceRecord* TraceView::UnderCursor() const {
+  const auto record = static_cast<std::size_t>(cursor_ / control::kTraceLinesPerRecord);
+  return record < records_.size() ? &records_[record] : nullptr;
+}
+
 void TraceView::Scroll(ScrollCode code, int position) {
   switch (code) {
     case ScrollCode::LineUp:
-      top_ = std::max(top_ - 1, 0);
-      break;
+      return MoveCursor(cursor_ - 1);
     case ScrollCode::LineDown:
-      top_ = std::min(top_ + 1, lines_);
-      break;
+      return MoveCursor(cursor_ + 1);
     case ScrollCode::PageUp:
-      top_ = std::max(top_ - rows_, 0);
-      break;
+      ToTop(top_ - rows_);
+      return MoveCursor(cursor_ - rows_);
     case ScrollCode::PageDown:
-      top_ = std::min(top_ + rows_, lines_);
-      break;
+      ToTop(top_ + rows_);
+      return MoveCursor(cursor_ + rows_);
     case ScrollCode::ThumbTrack:
-      top_ = std::clamp(position, 0, lines_);
-      break;
+      return ToTop(position);
     case ScrollCode::RedrawFromTop:
     case ScrollCode::RepaintOnly:
       return;
   }
+}
+
+void TraceView::ToTop(int top) {
+  top_ = std::clamp(top, 0, lines_);
   Request();
 }
 
+void TraceView::MoveCursor(int line) {
+  cursor_ = std::clamp(line, 0, std::max(lines_ - 1, 0));
+  ToTop(std::clamp(top_, std::max(cursor_ - std::max(rows_, 1) + 1, 0), cursor_));
+}
+
+void TraceView::SetSearch(std::string_view text, bool match_case) {
+  search_text_ = text;
+  match_case_ = match_case;
+}
+
+TraceView::Found TraceView::Search() {
+  const auto at = [this](int first) { return index_.Find(search_text_, first, match_case_); };
+  auto line = at(cursor_ + 1);
+  const bool behind = line && *line < lines_;
+  if (!behind) line = at(0);
+  if (search_text_.empty() || !line || *line >= lines_) return Found::Nowhere;
+  MoveCursor(*line);
+  return behind ? Found::Behind : Found::FromTheTop;
+}
+
 void TraceView::Pull(const base::Generations&, const base::Generations&) {
-  if (log_ != trace_.logs() && trace_.written_log()) {
-    log_ = trace_.logs();
-    index_ = SourceIndex(trace_.written_log()->path);
-    lines_ = index_.ok() ? std::min(trace_.written_log()->lines, index_.line_count()) : 0;
-    top_ = 0;
-  }
+  if (log_ != trace_.logs() && trace_.written_log()) TakeLog();
   ReadLines();
+}
+
+void TraceView::TakeLog() {
+  log_ = trace_.logs();
+  index_ = SourceIndex(trace_.written_log()->path);
+  lines_ = index_.ok() ? std::min(trace_.written_log()->lines, index_.line_count()) : 0;
+  top_ = cursor_ = 0;
+  records_.clear();
+  const control::TraceRing& ring = trace_.ring();
+  for (int n = control::FirstLogRecord(ring); n < ring.size(); ++n) records_.push_back(ring.At(n));
 }
 
 void TraceView::ReadLines() {

@@ -62,11 +62,12 @@ constexpr CommandRow kRows[] = {
     {kSaveOnExit, Menu::Configure, "Save on &Exit", "Save setting when the progrm exits",
      kNotDuringFileIo | kCheckable},
     // File I/O
-    {kFileIoStart, Menu::FileIo, "&Start", "Start the file I/O process"},
+    {kFileIoStart, Menu::FileIo, "&Start", "Start the file I/O process", kUsesTarget},
     {kFileIoStop, Menu::FileIo, "S&top", "Stop the file I/O process"},
     {kFileIoIn, Menu::FileIo, "&InFile", "Set up an input file name for file I/O",
-     kSeparatorBefore},
-    {kFileIoOut, Menu::FileIo, "&OutFile", "Set up an output file name for file I/O"},
+     kNeedsMonitor | kCheckable | kSeparatorBefore},
+    {kFileIoOut, Menu::FileIo, "&OutFile", "Set up an output file name for file I/O",
+     kNeedsMonitor | kCheckable},
     // Debug
     {kStep, Menu::Debug, "&Step", "Run one step", kUsesTarget, "F5"},
     {kStepOver, Menu::Debug, "Step&Over", "Run one step, but do not go into subroutine",
@@ -81,6 +82,8 @@ constexpr CommandRow kRows[] = {
     {kGo, Menu::Debug, "&Go", "Run or stop running MCU", kRunsTarget, "F7"},
     {kRunToCursor, Menu::Debug, "Run to Cursor", "Run to current cursor position", kNeedsMonitor,
      "F8", "Ctrl+F10"},
+    {kOpenProfile, Menu::Debug, "Pro&file of the trace",
+     "Show in which functions and lines the cycles of the last trace went", kNotDuringFileIo},
     {kProgramFlash, Menu::Debug, "&Program flash EEPROM", "Program flash EEPROM",
      kUsesTarget | kSeparatorBefore},
     {kEraseFlash, Menu::Debug, "&Erase flash EEPROM", "Erase flash EEPROM", kUsesTarget},
@@ -193,6 +196,21 @@ constexpr CommandRow kRows[] = {
      "Show where the source file is that cannot be found", kNotDuringFileIo},
     {kSourceRefresh, Menu::SourcePopup, "Refresh", "Look for the source file and read it again",
      kNotDuringFileIo},
+    // Popup menu of the trace view
+    {kTraceGoTo, Menu::TracePopup, "Go to code",
+     "Show the instruction in the program window, and its line in the source window",
+     kNotDuringFileIo},
+    {kTraceFind, Menu::TracePopup, "Find", "Find a text in the trace", kNotDuringFileIo, "",
+     "Ctrl+F"},
+    {kTraceFindNext, Menu::TracePopup, "Find next", "Find the text again", kNotDuringFileIo, "", "",
+     kFindNext},
+    {kTraceExport, Menu::TracePopup, "Export as CSV...",
+     "Save all recorded steps as a table for other programs", kNoFlags},
+    {kTraceProfile, Menu::TracePopup, "Profile", "Show where the cycles went", kNotDuringFileIo, "",
+     "", kOpenProfile},
+    // Popup menu of the profile view
+    {kProfileGoTo, Menu::ProfilePopup, "Go to", "Show the code of the function or line",
+     kNotDuringFileIo},
     // Popup menu of the watch view
     {kWatchEdit, Menu::WatchPopup, "Edit", "Edit the contents of a watch variable",
      kNeedsMonitor | kNotWhileRunning | kKeysOfItsView, "", "Return"},
@@ -262,9 +280,7 @@ constexpr std::string_view kGoIsRunning = "MCU is running, click this button to 
 }  // namespace
 
 bool IsPopup(Menu menu) {
-  return menu == Menu::ProgramPopup || menu == Menu::DataPopup || menu == Menu::StackPopup ||
-         menu == Menu::CallsPopup || menu == Menu::SourcePopup || menu == Menu::WatchPopup ||
-         menu == Menu::VariablesPopup || menu == Menu::ChipPopup;
+  return menu >= Menu::ProgramPopup;
 }
 std::span<const MenuTitle> MenuBar() {
   return kMenuBar;

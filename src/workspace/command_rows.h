@@ -27,6 +27,8 @@ enum class Menu {
   WatchPopup,      // of the watch view
   VariablesPopup,  // of the variables view
   ChipPopup,       // of the view of the MCU's registers
+  TracePopup,      // of the trace view
+  ProfilePopup,    // of the profile view
 };
 // Pops up over a view; its items act on that.
 bool IsPopup(Menu menu);
@@ -99,6 +101,9 @@ inline constexpr int kLargerText = 41012, kSmallerText = 41013;
 inline constexpr int kStepLine = 41050, kStepOverLine = 41051, kStepOut = 41052;
 inline constexpr int kOpenCalls = 41100, kCallGoTo = 41101, kCallsRefresh = 41102;
 inline constexpr int kFlashImage = 41030;
+inline constexpr int kTraceGoTo = 41120, kTraceFind = 41121, kTraceFindNext = 41122;
+inline constexpr int kTraceExport = 41123, kTraceProfile = 41124;
+inline constexpr int kOpenProfile = 41125, kProfileGoTo = 41126;
 inline constexpr int kSourceToggleBreakpoint = 41061, kSourceRefresh = 41062;
 inline constexpr int kSourceFindFile = 41063, kSourceGoToLine = 41064;
 inline constexpr int kShowSource = 41090;

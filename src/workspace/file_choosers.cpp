@@ -43,7 +43,9 @@ struct ChooserRow {
   const char* title = nullptr;  // null: as for all
 };
 
-constexpr std::array<ChooserRow, 11> kRows{{
+constexpr std::array kTraceTable{FileFilter{"CSV file (*.CSV)", "*.CSV"}, kAll};
+
+constexpr std::array<ChooserRow, 12> kRows{{
     {Chooser::Image, ChooserKind::Open, kAnyImage, "txt"},
     {Chooser::FlashFile, ChooserKind::Open, kFlashFile, "txt"},
     {Chooser::SymbolFile, ChooserKind::Open, kSymbolFile, "txt"},
@@ -55,6 +57,7 @@ constexpr std::array<ChooserRow, 11> kRows{{
     {Chooser::SaveMemory, ChooserKind::SaveConfirming, kSaveMemory, "s19", "Save memory as"},
     {Chooser::CompareFile, ChooserKind::Open, kCompareFile, "s19", "Compare with file"},
     {Chooser::SourceFile, ChooserKind::Open, kSourceFile, "", "Find the source file"},
+    {Chooser::TraceTable, ChooserKind::SaveConfirming, kTraceTable, "csv", "Export the trace as"},
 }};
 
 std::span<const FileFilter> ImageFilters(symbols::ToolChain tool_chain) {

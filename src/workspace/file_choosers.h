@@ -24,6 +24,7 @@ enum class Chooser {
   SaveMemory,
   CompareFile,
   SourceFile,
+  TraceTable,
 };
 
 struct FileFilter {

@@ -112,6 +112,30 @@ bool IsAsShown(std::string_view text, std::string_view shown) {
   }
 }
 
+// examples/fileio.c: the mean of the last four numbers; without files it runs on and does no harm.
+TEST_F(Console, RunsAFileThroughAProgram) {
+  const std::vector<std::string> load{"--demo", "--timeout", "1", "toolchain sdcc",
+                                      "load " + Example("fileio.s19")};
+  std::vector<std::string> filtered = load;
+  filtered.insert(filtered.end(), {"fileio in input_slot " + Example("fileio.txt"),
+                                   "fileio out output_slot out.txt", "fileio start"});
+  const Outcome done = Sim(filtered);
+  EXPECT_EQ(done.status, 0) << done.err;
+  EXPECT_EQ(Slurp(folder_ / "out.txt"), "25\n51\n75\n100\n300\n299\n299\n299\n100\n");
+
+  std::vector<std::string> alone = load;
+  alone.emplace_back("go");
+  EXPECT_NE(Sim(alone).err.find("no stop within 1 s; the target was stopped at "),
+            std::string::npos);
+
+  // A program that does not come to its slot.
+  const Outcome lost = Sim({"--demo", "--timeout", "1", "write 150 20 fe fc 9d", "set PC 150",
+                            "fileio in 152 " + Example("fileio.txt"), "fileio start"});
+  EXPECT_EQ(lost.status, 5);
+  EXPECT_NE(lost.out.find("read 0 numbers, wrote 0\n"), std::string::npos);
+  EXPECT_NE(lost.err.find("no stop within 1 s; the target was stopped at 0150"), std::string::npos);
+}
+
 // The sessions of the README: what is typed, and what is shown behind it.
 TEST_F(Console, PrintsWhatTheReadmeShows) {
   constexpr std::string_view kStart = "    $ scripts/run ", kPrompt = "    brevant> ";

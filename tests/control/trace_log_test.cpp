@@ -40,20 +40,19 @@ TEST(TraceLog, HoldsThreeLinesARecord) {
                 "\n");
 }
 
-TEST(TraceLog, KeepsTheLast128StepsOldestFirst) {
-  TraceRing ring;
+TEST(TraceLog, TellsOfTheLast128StepsOldestFirst) {
+  TraceRing ring(200);
   EXPECT_EQ(ring.Last(), nullptr);
-  for (base::Address n = 0; n < 128; ++n) ring.Add(Record(n));
-  EXPECT_EQ(ring.size(), 128);
-  EXPECT_EQ(ring.At(0).instruction.address, 0u);
-  for (base::Address n = 128; n < 200; ++n) ring.Add(Record(n));
-  EXPECT_EQ(ring.size(), 128);
-  EXPECT_EQ(ring.At(0).instruction.address, 72u);
-  EXPECT_EQ(ring.Last()->instruction.address, 199u);
+  EXPECT_EQ(FormatTraceLog(ring, isa::NoSymbols(), no_source), "");
+  for (base::Address n = 0; n < 300; ++n) ring.Add(Record(n));
+  EXPECT_EQ(ring.size(), 200);
+  EXPECT_EQ(ring.At(0).instruction.address, 100u);
+  EXPECT_EQ(ring.Last()->instruction.address, 299u);
   const std::string log = FormatTraceLog(ring, isa::NoSymbols(), no_source);
   EXPECT_EQ(std::count(log.begin(), log.end(), '\n'), 384);
+  EXPECT_TRUE(log.starts_with("0000ac ")) << "172, of the 200 that are kept";
   ring.Clear();
-  EXPECT_EQ(FormatTraceLog(ring, isa::NoSymbols(), no_source), "");
+  EXPECT_EQ(ring.size(), 0);
 }
 
 }  // namespace

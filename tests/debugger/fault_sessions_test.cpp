@@ -3,6 +3,7 @@
 // whatever the engine claims, the board bears out, and nothing hangs.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <numeric>
 #include <random>
 
@@ -27,6 +28,7 @@ constexpr FaultKind kKinds[] = {
 // About as many bytes as a session sends.
 constexpr int kBytes = 1500;
 constexpr int kFlashBytes = 1500;
+constexpr int kFileIoBytes = 1500;
 
 class FaultySession {
  public:
@@ -88,12 +90,52 @@ class FaultySession {
     }
   }
 
+  // The numbers 0 to 19 through a program that doubles them: what comes out is right as far as it
+  // goes, and at the end the slots hold the program, unless that was said not to be so.
+  void RunFileIo() {
+    bench_.target.SetFaultPlan({fault_});
+    if (!IsConnected(debugger_.Start(OtherCodes::Try))) return;
+    const std::vector<std::uint8_t> code{0xFC, 0x9D, 0x48, 0x59, 0x7C, 0x9D, 0x20, 0xF8};
+    if (!Took(0x0150, code)) return;
+    debugger_.frame.SetPC(0x0150);
+    if (debugger_.memory.TakeDamage()) return;
+    const std::string in = bench_.settings.path().string() + ".in", out = in + ".out";
+    std::string numbers, doubled;
+    for (int n = 0; n < 20; ++n) {
+      numbers += base::Format("%d\n", n);
+      doubled += base::Format("%d\n", 2 * n);
+    }
+    ASSERT_EQ(base::ReplaceFile(in, numbers), "");
+    if (!Bound(control::FileSide::Input, 0x0150, in)) return;
+    if (!Bound(control::FileSide::Output, 0x0154, out)) return;
+    bench_.user.messages.clear();
+    if (!debugger_.file_io.Start()) return;
+    Settle();
+    EXPECT_FALSE(debugger_.activity.FileIoActive() && !debugger_.Busy());
+    if (debugger_.Busy()) return;
+    const auto said = [this](std::string_view id) {
+      return std::ranges::any_of(bench_.user.messages,
+                                 [id](const base::Message& message) { return message.id == id; });
+    };
+    const std::string written = base::ReadFile(out).text;
+    EXPECT_TRUE(doubled.starts_with(written) || said("fileio.damaged")) << written;
+    EXPECT_TRUE(!Claims(said("fileio.input-at-end")) || written == doubled) << written;
+    if (!said("fileio.not-put-back") && !said("fileio.slot-overwritten")) ExpectHeld(0x0150, code);
+  }
+
   int claims() const { return claims_; }
 
  private:
   bool Claims(bool what) {
     if (what) ++claims_;
     return what;
+  }
+  bool Bound(control::FileSide side, base::Address address, const std::string& path) {
+    auto form = debugger_.file_io.OpenForm(side, address);
+    if (!form) return false;
+    form->binding.enabled = true;
+    form->binding.file_name = path;
+    return debugger_.file_io.Commit(*form);
   }
   bool Done(bool started) {
     EXPECT_TRUE(!started || bench_.Settle());
@@ -192,6 +234,10 @@ TEST(FaultSessions, ClaimNothingThatTheBoardDoesNotBearOut) {
 
 TEST(FaultSessions, ErasedAndProgrammedAreSaidOfWhatTheBoardHolds) {
   RunSessions(kFlashBytes, &FaultySession::RunFlash);
+}
+
+TEST(FaultSessions, NumbersOfFilesComeThroughAsTheyAre) {
+  RunSessions(kFileIoBytes, &FaultySession::RunFileIo);
 }
 
 }  // namespace

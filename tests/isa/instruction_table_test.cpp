@@ -28,6 +28,7 @@ TEST(InstructionTable, EqualsThePublishedOpcodeMapForEveryPairOfFirstBytes) {
     ASSERT_EQ(name, row ? row->mnemonic : "NONE") << std::hex << pair;
     ASSERT_EQ(entry.illegal(), row == nullptr) << std::hex << pair;
     ASSERT_EQ(InstructionLength(b0, b1), row ? row->length : 1) << std::hex << pair;
+    ASSERT_EQ(InstructionCycles(b0, b1), row ? row->cycles : 0) << std::hex << pair;
   }
 }
 

@@ -17,6 +17,7 @@ using base::Address;
 TEST(StepEffects, AreTheBytesThatTheSimulatedCpuWrites) {
   StepBench bench;
   int writing = 0;
+  int known = 0;
   for (const auto& opcode : LegalOpcodes()) {
     std::array<bool, 5> changed{};
     int count = 0;
@@ -25,6 +26,15 @@ TEST(StepEffects, AreTheBytesThatTheSimulatedCpuWrites) {
       const StepEffects effects = PredictEffects(bench.registers, bench.instruction);
       bench.Execute();
       count = effects.count;
+      if (const auto value = WrittenValue(bench.registers, bench.instruction)) {
+        ++known;
+        for (int i = 0; i < count; ++i) {
+          const Address at = base::Low16(effects.first + static_cast<Address>(i));
+          const bool taken = bench.after.Peek(at) != bench.before.Peek(at);
+          const auto byte = static_cast<std::uint8_t>(*value >> (8 * (count - 1 - i)));
+          EXPECT_TRUE(!taken || bench.after.Peek(at) == byte) << testing::PrintToString(opcode);
+        }
+      }
       simulator::Bus expected = bench.before;
       for (int i = 0; i < count; ++i) {
         const Address at = base::Low16(effects.first + static_cast<Address>(i));
@@ -43,6 +53,7 @@ TEST(StepEffects, AreTheBytesThatTheSimulatedCpuWrites) {
     writing += count > 0 ? 1 : 0;
   }
   EXPECT_EQ(writing, 89);
+  EXPECT_EQ(known, 29 * 64) << "stores, clears, pushes, calls and MOV of a constant";
 }
 
 TEST(StepEffects, GoRoundTheEndsOfTheAddressSpace) {
