@@ -21,6 +21,7 @@ namespace {
 namespace commands = workspace::commands;
 
 constexpr const char* kNotFound = "\"%s\" does not stand in the trace.";
+constexpr const char* kNotReadable = "%s cannot be read any more: trace again.";
 constexpr const char* kFromTheTop = "The search went on from the top.";
 constexpr const char* kNothingTraced = "Nothing has been traced: there is nothing to export.";
 constexpr const char* kExported = "%d steps written to %s";
@@ -44,6 +45,10 @@ void GoTo(const CommandContext& context) {
   if (record != nullptr) Show(context, record->instruction.address);
 }
 
+void OpenProfile(const CommandContext& context) {
+  context.window.Open(kProfileKind);
+}
+
 void ProfileGoTo(const CommandContext& context) {
   auto* const window = dynamic_cast<ProfileWindow*>(context.window.active_view());
   const views::ProfileLine* const line = window != nullptr ? window->view().UnderCursor() : nullptr;
@@ -56,6 +61,9 @@ void Search(const CommandContext& context, views::TraceView& view) {
       return;
     case views::TraceView::Found::FromTheTop:
       return context.window.status().ShowNotice(kFromTheTop);
+    case views::TraceView::Found::NotReadable:
+      context.session.ui.Beep();
+      return context.window.status().ShowNotice(base::Format(kNotReadable, view.path()));
     case views::TraceView::Found::Nowhere:
       context.session.ui.Beep();
       return context.window.status().ShowNotice(base::Format(kNotFound, view.search_text()));
@@ -99,9 +107,8 @@ void Export(const CommandContext& context) {
 }
 
 constexpr CommandAction kActions[] = {
-    {commands::kTraceGoTo, GoTo},
-    {commands::kTraceFind, Find},
-    {commands::kTraceExport, Export},
+    {commands::kTraceGoTo, GoTo},          {commands::kTraceFind, Find},
+    {commands::kTraceExport, Export},      {commands::kTraceProfile, OpenProfile},
     {commands::kProfileGoTo, ProfileGoTo},
 };
 

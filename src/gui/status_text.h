@@ -15,7 +15,7 @@ struct ConnectionState {
   bool simulated = false;
   std::string target;  // "MC68HC908GP32"
   bool running = false;
-  std::string file_io;            // what it has come to so far; empty while it is off
+  std::string file_io = {};       // what it has come to so far; empty while it is off
   bool written = false;           // a block of its memory is on its way
   bool breakpoint_waits = false;  // see RunControl::BreakpointChangeWaits
   bool link_lost = false;

@@ -72,6 +72,7 @@ void TraceView::SetSearch(std::string_view text, bool match_case) {
 }
 
 TraceView::Found TraceView::Search() {
+  if (!index_.Current()) return Found::NotReadable;
   const auto at = [this](int first) { return index_.Find(search_text_, first, match_case_); };
   auto line = at(cursor_ + 1);
   const bool behind = line && *line < lines_;

@@ -37,7 +37,7 @@ class TraceView final : public View {
 
   // From the line behind the cursor on, and round to it again. Letters of ASCII count in either
   // case unless match_case.
-  enum class Found { Behind, FromTheTop, Nowhere };
+  enum class Found { Behind, FromTheTop, Nowhere, NotReadable };
   void SetSearch(std::string_view text, bool match_case);
   Found Search();
   const std::string& search_text() const { return search_text_; }

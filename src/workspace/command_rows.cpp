@@ -82,7 +82,7 @@ constexpr CommandRow kRows[] = {
     {kGo, Menu::Debug, "&Go", "Run or stop running MCU", kRunsTarget, "F7"},
     {kRunToCursor, Menu::Debug, "Run to Cursor", "Run to current cursor position", kNeedsMonitor,
      "F8", "Ctrl+F10"},
-    {kOpenProfile, Menu::Debug, "Pro&file of the trace",
+    {kOpenProfile, Menu::Debug, "P&rofile of the trace",
      "Show in which functions and lines the cycles of the last trace went", kNotDuringFileIo},
     {kProgramFlash, Menu::Debug, "&Program flash EEPROM", "Program flash EEPROM",
      kUsesTarget | kSeparatorBefore},
@@ -206,8 +206,7 @@ constexpr CommandRow kRows[] = {
      kFindNext},
     {kTraceExport, Menu::TracePopup, "Export as CSV...",
      "Save all recorded steps as a table for other programs", kNoFlags},
-    {kTraceProfile, Menu::TracePopup, "Profile", "Show where the cycles went", kNotDuringFileIo, "",
-     "", kOpenProfile},
+    {kTraceProfile, Menu::TracePopup, "Profile", "Show where the cycles went", kNotDuringFileIo},
     // Popup menu of the profile view
     {kProfileGoTo, Menu::ProfilePopup, "Go to", "Show the code of the function or line",
      kNotDuringFileIo},
