@@ -111,7 +111,8 @@ Result TraceResult(Session& session, const ParsedArguments& arguments) {
   } else if (arguments.Has(2)) {
     const std::string& path = arguments.Text(2);
     const std::string error = base::ReplaceFile(
-        path, control::FormatTraceCsv(trace.ring(), trace.steps(), debugger.debug_info));
+        path, control::FormatTraceCsv(trace.ring(), trace.steps(), debugger.debug_info,
+                                      debugger.operand_names));
     if (!error.empty()) {
       return Failure(ExitStatus::File, fmt::format("cannot write {}: {}", path, error));
     }

@@ -98,7 +98,8 @@ std::string WritesText(const TraceRecord& record) {
   return value ? text + Format("=%0*x", 2 * effects.count, *value) : text;
 }
 
-std::string FormatTraceCsv(const TraceRing& ring, long steps, const symbols::DebugInfo& info) {
+std::string FormatTraceCsv(const TraceRing& ring, long steps, const symbols::DebugInfo& info,
+                           const isa::SymbolNames& names) {
   std::string csv = CsvLine({"number", "address", "bytes", "instruction", "cycles", "total cycles",
                              "PC", "SP", "HX", "A", "CCR", "function", "line", "writes"});
   long cycles = 0;
@@ -108,7 +109,7 @@ std::string FormatTraceCsv(const TraceRing& ring, long steps, const symbols::Deb
     cycles += instruction.cycles();
     csv +=
         CsvLine({std::to_string(steps - ring.size() + n + 1), Format("%04x", instruction.address),
-                 BytesText(instruction), InstructionText(instruction, info.SymbolTable),
+                 BytesText(instruction), InstructionText(instruction, names),
                  std::to_string(instruction.cycles()), std::to_string(cycles),
                  Format("%04x", record.PC), Format("%04x", Low16(record.SP + kProgramSP)),
                  Format("%04x", record.HX), Format("%02x", record.A), Format("%02x", record.CCR),

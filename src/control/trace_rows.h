@@ -18,7 +18,8 @@ std::string WritesText(const TraceRecord& record);
 
 // A line of names, then one a record, oldest first, ends CR LF. The records are the last ones of so
 // many steps; cycles are added up from the first line on.
-std::string FormatTraceCsv(const TraceRing& ring, long steps, const symbols::DebugInfo& info);
+std::string FormatTraceCsv(const TraceRing& ring, long steps, const symbols::DebugInfo& info,
+                           const isa::SymbolNames& names);
 
 struct ProfileRow {
   std::string name;           // a function, or a line "io.c:7"

@@ -98,7 +98,8 @@ void Export(const CommandContext& context) {
                                 base::WorkingDirectory()));
   if (!path) return;
   const std::string error = base::ReplaceFile(
-      *path, control::FormatTraceCsv(trace.ring(), trace.steps(), debugger.debug_info));
+      *path, control::FormatTraceCsv(trace.ring(), trace.steps(), debugger.debug_info,
+                                     debugger.operand_names));
   if (error.empty()) {
     context.window.status().ShowNotice(base::Format(kExported, trace.ring().size(), *path));
   } else {

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "symbols/operand_names.h"
 
+#include <string>
+
 namespace brevant::symbols {
 
 std::optional<std::string_view> OperandNames::FindSymbolName(base::Address address) const {
@@ -16,6 +18,8 @@ std::optional<std::string_view> OperandNames::FindDataName(base::Address address
 
 std::optional<base::Address> OperandNames::FindSymbolAddress(std::string_view name) const {
   if (const auto address = symbols_.FindSymbolAddress(name)) return address;
+  // As C says it.
+  if (const auto address = symbols_.FindSymbolAddress('_' + std::string(name))) return address;
   const devices::Register* const row = devices::FindRegister(memory_.device(), name);
   return row != nullptr ? std::optional(row->address) : std::nullopt;
 }

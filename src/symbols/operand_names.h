@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 // The names that code is shown with and may be written with: the program's symbols, and behind them
 // the registers of the device where an operand is the address of data. The setting "RegisterNames"
-// takes the registers out of what is shown; what is typed may always have them.
+// takes the registers out of what is shown; what is typed may always have them, and names of C
+// without the underscore that stands before their symbols.
 #pragma once
 
 #include <optional>

@@ -34,6 +34,7 @@ class TraceRowsTest : public Bench {
       frame,
       breakpoints,
       debug_info,
+      debug_info.SymbolTable,
       user,
       {.image_directory = [this] { return folder.path().string(); },
        .source_text = [](const symbols::SourceLine&) { return std::optional<std::string>(); }}};
@@ -42,7 +43,8 @@ class TraceRowsTest : public Bench {
 TEST_F(TraceRowsTest, ATableForOtherPrograms) {
   NameFunctions();
   RunTrace(5);
-  const std::string csv = FormatTraceCsv(trace.ring(), trace.steps(), debug_info);
+  const std::string csv =
+      FormatTraceCsv(trace.ring(), trace.steps(), debug_info, debug_info.SymbolTable);
   EXPECT_EQ(csv,
             "number,address,bytes,instruction,cycles,total cycles,PC,SP,HX,A,CCR,function,line,"
             "writes\r\n"
