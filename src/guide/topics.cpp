@@ -68,6 +68,16 @@ bool HoldsAll(const std::string& upper_text, const std::vector<std::string>& upp
   });
 }
 
+// The pictures stay in the folder of the guide.
+std::string WithoutPictures(const std::string& markdown) {
+  std::string text;
+  std::istringstream stream(markdown);
+  for (std::string line; std::getline(stream, line);) {
+    if (!line.starts_with("![")) text += line + '\n';
+  }
+  return text;
+}
+
 std::string TitleAndKeywords(const Topic& topic) {
   std::string text = topic.title;
   for (const std::string& keyword : topic.keywords) text += ' ' + keyword;
@@ -85,7 +95,7 @@ Topic ParseTopic(const Page& page) {
     ReadComment(std::string(text.substr(kOpens.size(), end - kOpens.size())), topic);
     text.remove_prefix(end + kCloses.size());
   }
-  topic.markdown = Trimmed(text);
+  topic.markdown = WithoutPictures(Trimmed(text));
   if (topic.markdown.starts_with("# "))
     topic.title =
         Trimmed(std::string_view(topic.markdown).substr(2, topic.markdown.find('\n') - 2));

@@ -44,7 +44,7 @@ bool LoadSymbolFile(const std::string& path, std::string_view starting_string, D
   // A program or an image is no list of names, whatever its bytes look like.
   const bool is_text = file.text.find('\0') == std::string::npos;
   info.SymbolTable.Assign(file.ok() && is_text ? ParseSymbolFile(file.text, starting_string)
-                                    : std::vector<Symbol>());
+                                               : std::vector<Symbol>());
   return !info.SymbolTable.empty();
 }
 

@@ -13,6 +13,7 @@
 
 #include "gui/desktop.h"
 #include "gui/help_window.h"
+#include "views/watch_file.h"
 
 namespace brevant::gui {
 namespace {
@@ -21,28 +22,41 @@ namespace commands = workspace::commands;
 
 struct DialogPicture {
   const char* dialog;
-  int command;
-  const char* end;  // the button that leaves it
+  int command;                     // opens it
+  const WindowKind* in = nullptr;  // the window that is active then
 };
-// Those that a command opens at once.
-constexpr DialogPicture kDialogs[] = {
-    {"LookHWDlg", commands::kReStart, "cancel"},
-    {"ConfigDlg", commands::kConfigure, "ok"},
-    {"SymTabDlg", commands::kSymbolTableStart, "cancel"},
-    {"PROGRANGE", commands::kProgramRange, "cancel"},
-    {"NSTEPDLG", commands::kNStep, "cancel"},
-    {"COPYTOCLIP", commands::kCopyToClipboard, "cancel"},
-    {"SAVEMEM", commands::kSaveMemory, "cancel"},
-    {"FEEPROM", commands::kProgramFlash, "cancel"},
-    {"FEEPERASE", commands::kEraseFlash, "cancel"},
-    {"PROGLOCATION", commands::kProgramLocations, "cancel"},
+const DialogPicture kDialogs[] = {
+    {"LookHWDlg", commands::kReStart},
+    {"SymTabDlg", commands::kSymbolTableStart},
+    {"PROGRANGE", commands::kProgramRange},
+    {"NSTEPDLG", commands::kNStep},
+    {"COPYTOCLIP", commands::kCopyToClipboard},
+    {"SAVEMEMORY", commands::kSaveMemory},
+    {"FEEPROM", commands::kProgramFlash},
+    {"FEEPERASE", commands::kEraseFlash},
+    {"PROGLOCATION", commands::kProgramLocations},
+    {"BKPTDLG", commands::kPopupGoToBreakpoint, &kProgramKind},
+    {"CBDlgEdit", commands::kPopupGoToSymbol, &kProgramKind},
+    {"FILLDLG", commands::kDataFill, &kDataKind},
+    {"MOVEDLG", commands::kDataMove, &kDataKind},
+    {"FindDlg", commands::kSourceFind, &kSourceKind},
+    {"CBDlgList", commands::kSourceOpenFile, &kSourceKind},
+    {"TabSizeDlg", commands::kSourceTabSize, &kSourceKind},
+    {"WATCHDLGADD", commands::kWatchAdd, &kWatchKind},
 };
+constexpr const char* kConfigurePages[] = {"ConfigDlg", "ConfigDlg-macros", "ConfigDlg-misc",
+                                           "ConfigDlg-font"};
 
 struct PicturesTest : Desktop, testing::WithParamInterface<bool> {
   bool dark() const { return GetParam(); }
 
   void SetUp() override {
     Desktop::SetUp();
+    // What titles show is the same at each run.
+    std::filesystem::remove_all(folder_);
+    folder_ = std::filesystem::temp_directory_path() / "blink";
+    std::filesystem::create_directories(folder_);
+    std::filesystem::current_path(folder_);
     QApplication::setStyle(QStyleFactory::create("Fusion"));
     QPalette palette(dark() ? QColor(45, 45, 48) : QColor(239, 239, 239));
     if (dark()) {
@@ -66,21 +80,55 @@ struct PicturesTest : Desktop, testing::WithParamInterface<bool> {
         widget.grab().save(folder + '/' + name + (dark() ? "-dark.png" : "-light.png"), "PNG"))
         << qPrintable(name);
   }
+  static void Close(ChildWindow& child) {
+    child.close();
+    QTest::qWait(30);
+  }
+  // So that its windows have something to show.
+  void Trace() {
+    debugger().trace.Start(60);
+    Settle();
+    window().Tick();
+    for (const WindowKind* const kind : {&kTraceKind, &kProgramKind}) {
+      for (ChildWindow* const child : window().Children(*kind)) Close(*child);
+    }
+  }
   void DrawDialog(const DialogPicture& picture) {
+    ChildWindow* const child = picture.in == nullptr ? nullptr : &window().Open(*picture.in);
+    if (child != nullptr) window().area().setActiveSubWindow(child);
+    QTest::qWait(30);
     OnDialog(picture.dialog, [this, &picture](QDialog& dialog) {
       Draw(dialog, picture.dialog);
-      Push(dialog, picture.end);
+      dialog.reject();
     });
     Choose(picture.command);
+    if (child != nullptr) Close(*child);
   }
-  void DrawWindow(const WindowKind& kind, QSize size) {
+  void DrawConfiguration() {
+    OnDialog("ConfigDlg", [this](QDialog& dialog) {
+      dialog.findChild<QRadioButton*>("sdcc")->click();
+      auto& tabs = *dialog.findChild<QTabWidget*>("tabs");
+      for (int page = 0; page < tabs.count(); ++page) {
+        tabs.setCurrentIndex(page);
+        Draw(dialog, kConfigurePages[page]);
+      }
+      Push(dialog, "ok");
+    });
+    Choose(commands::kConfigure);
+  }
+  void DrawWindow(const WindowKind& kind) {
     ChildWindow& child = window().Open(kind);
-    child.resize(size);
-    child.move(0, 0);
+    if (!kind.Permanent()) child.resize(640, 320);
+    if (&kind == &kWatchKind)
+      session().watch.Assign(views::LoadWatchFile("blink.cfg", debugger().debug_info).items);
+    RunFor(100);
+    // The first of what unfolds.
+    for (const Qt::Key key : {Qt::Key_Right, Qt::Key_Down, Qt::Key_Right, Qt::Key_Up}) {
+      if (&kind == &kChipKind) QTest::keyClick(child.widget(), key);
+    }
     QTest::qWait(50);
-    static_cast<TextView*>(child.widget())->ShowChanges();
     Draw(child, child.widget()->objectName());
-    if (!kind.Permanent()) child.close();
+    if (!kind.Permanent()) Close(child);
   }
 };
 
@@ -89,7 +137,10 @@ TEST_P(PicturesTest, DISABLED_OfEveryWindowAndDialog) {
   UseToolChain(symbols::ToolChain::Sdcc);
   for (const char* const name : {"blink.s19", "blink.cdb", "blink.map", "blink.c"})
     std::filesystem::copy_file(Example(name), folder_ / name);
+  std::ofstream("blink.cfg") << "[watch]\nnwatch=3\nws0=_ticks@DWU0000@000000\n\n"
+                                "ws1=_shown@BBU0000@000000\n\nws2=_round@HBS0000@000000\n\n";
   Start();
+  session().program_views.SetRange(views::ProgramScrollRange("FFFF"));
   window().resize(900, 620);
   window().LoadFile((folder_ / "blink.s19").string());
   debugger().run_control.RunToAddress(
@@ -97,8 +148,10 @@ TEST_P(PicturesTest, DISABLED_OfEveryWindowAndDialog) {
   Settle();
   window().Refresh();
   Draw(window(), "main-window");
-  for (const WindowKind& kind : WindowKinds()) DrawWindow(kind, {620, 300});
+  Trace();
+  for (const WindowKind& kind : WindowKinds()) DrawWindow(kind);
   for (const DialogPicture& picture : kDialogs) DrawDialog(picture);
+  DrawConfiguration();
   Choose(commands::kHelpContents);
   Draw(*window().findChild<HelpWindow*>(), "HelpWindow");
 }

@@ -13,7 +13,7 @@ constexpr Page kPages[] = {
     {"lost.md", "# Lost\n\nNobody names this page.\n"},
     {"step.md",
      "<!-- topic\ncommands: 190 341\ndialogs: NSTEPDLG\nkeywords: single step, F5\n-->\n\n"
-     "# Step\r\n\nOne instruction. The WATCH window follows.\n"},
+     "# Step\r\n\n![a](images/a.png) ![b](b.png)\n\nOne instruction. The WATCH window follows.\n"},
     {"watch.md", "<!-- topic\nwindows: MDI_Watch\nkind: other\n-->\n# Watch\n\nValues.\n"},
 };
 
@@ -30,6 +30,7 @@ TEST(Guide, KnowsWhatEachPageExplains) {
   EXPECT_EQ(guide.OfDialog("NSTEPDLG")->file, "step.md");
   EXPECT_EQ(guide.OfDialog("MDI_Watch"), nullptr);
   EXPECT_TRUE(guide.Find("step.md")->markdown.starts_with("# Step"));
+  EXPECT_EQ(guide.Find("step.md")->markdown.find("png"), std::string::npos);
 }
 
 TEST(Guide, FindsAllWordsTitlesAndKeywordsFirst) {
