@@ -98,7 +98,8 @@ images::Image InFlash(memory::Memory& memory, const images::Image& image,
   return found;
 }
 
-// False when the user has cancelled. What the target cannot tell is programmed.
+// False when the user has cancelled, or does not want to program over what stands there. What the
+// target cannot tell is programmed.
 bool SpareWhatStands(const FlashSurroundings& with, control::TargetCrc& crc,
                      const images::Image& image, FlashPlan& plan) {
   with.ui.BeginProgress(plan.task->progress_title, kComparing, true);
@@ -106,10 +107,14 @@ bool SpareWhatStands(const FlashSurroundings& with, control::TargetCrc& crc,
       crc, with.memory.device().flash, image,
       [&](long done, long total) { return with.ui.UpdateProgress(kComparing, done, total); });
   with.ui.EndProgress();
-  if (found.end == Comparison::End::Complete && !with.memory.LinkError()) {
-    SpareBlocks(plan, InFlash(with.memory, image, found.parts));
-  }
-  return found.end != Comparison::End::Cancelled;
+  if (found.end != Comparison::End::Complete || with.memory.LinkError())
+    return found.end != Comparison::End::Cancelled;
+  const images::Image in_flash = InFlash(with.memory, image, found.parts);
+  SpareBlocks(plan, in_flash);
+  const auto taken = FirstNotBlank(plan, in_flash);
+  if (!taken || with.memory.LinkError()) return true;
+  const base::Message question = ToMessage(messages::kNotBlankBefore, *taken, *in_flash.At(*taken));
+  return with.ui.ShowMessage(question) == base::Answer::Yes;
 }
 
 }  // namespace

@@ -137,6 +137,16 @@ void SpareBlocks(FlashPlan& plan, const images::Image& in_flash) {
   JoinBlocks(plan.blocks);
 }
 
+std::optional<base::Address> FirstNotBlank(const FlashPlan& plan, const images::Image& in_flash) {
+  for (const FlashBlock& block : plan.blocks) {
+    for (std::size_t i = 0; i < block.bytes.size(); ++i) {
+      const base::Address at = base::Low16(block.address + static_cast<base::Address>(i));
+      if (in_flash.At(at).value_or(kBlank) != kBlank) return at;
+    }
+  }
+  return std::nullopt;
+}
+
 FlashPlan PlanImage(const devices::FlashGeometry& flash, const images::Image& image) {
   FlashPlan plan{.task = &tasks::kFile};
   for (const images::Block& run : image.Blocks()) {

@@ -75,6 +75,9 @@ FlashPlan PlanFile(const devices::FlashGeometry& flash, const images::ImageFile&
                    const std::string& path);
 // Drops the blocks of a file that stand in flash already; in_flash may hold less than flash does.
 void SpareBlocks(FlashPlan& plan, const images::Image& in_flash);
+// The first byte of flash under what the plan programs that is known not to be blank; nothing where
+// all is, or is not known.
+std::optional<base::Address> FirstNotBlank(const FlashPlan& plan, const images::Image& in_flash);
 // Every run of an image, without the blocks that a blank array holds already.
 FlashPlan PlanImage(const devices::FlashGeometry& flash, const images::Image& image);
 

@@ -136,6 +136,16 @@ inline constexpr MessageText kCodeChangedNotKept{
     "The security code of the part is now %s.\n"
     "It could not be stored: please write it down, as the next start needs it.",
     base::captions::kForYourInformation, Icon::Warning};
+inline constexpr MessageText kNotBlankBefore{
+    "flash.not-blank-before",
+    Severity::Warning,
+    "Flash is not blank where the file goes: %04x holds %02x.\n\n"
+    "A byte that is programmed over holds neither the old value nor the new one. Erase its page\n"
+    "first; Flash image erases and programs just what differs.\n\n"
+    "Program it all the same?",
+    base::captions::kForYourInformation,
+    Icon::Warning,
+    base::Buttons::YesNo};
 inline constexpr MessageText kIrqVectorUsed{
     "flash.irq-vector-used", Severity::Error,
     "The IRQ vector holds %04x and not FFFF, and nothing was done. Erase its page first.",
@@ -193,6 +203,7 @@ inline constexpr const MessageText* kAll[] = {&kConfirmMassErase,
                                               &kLineDamaged,
                                               &kCodeChanged,
                                               &kCodeChangedNotKept,
+                                              &kNotBlankBefore,
                                               &kIrqVectorUsed,
                                               &kNoData,
                                               &kBadData,

@@ -31,7 +31,7 @@ class Image {
 
  private:
   std::vector<std::uint8_t> bytes_;  // one for each address; 0 where nothing is held
-  std::vector<bool> held_;
+  std::vector<std::uint8_t> held_;   // 1 where there is a byte
   long size_ = 0;
 };
 
