@@ -45,7 +45,7 @@ void About(const CommandContext& context) {
   auto* const box = new QMessageBox(
       QMessageBox::Information, "About Brevant",
       QString("<b>Brevant %1</b><br>Debugger for MC68HC908 microcontrollers in ROM monitor "
-              "mode.<br><br>MIT licence. Uses Qt %2.")
+              "mode.<br><br>MIT licence.<br>Built with Qt %2 (LGPL), fmt and CLI11.")
           .arg(Text(context.session.options.version), qVersion()),
       QMessageBox::Ok, &context.window);
   box->setObjectName("AboutBox");

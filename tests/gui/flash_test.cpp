@@ -157,11 +157,15 @@ TEST_F(Flash, SaysWhereAndHowWhenFlashIsNotBlank) {
   std::ofstream(path) << "S1058000123434\n";
   OnDialog("FEEPROM", [this, path](QDialog& dialog) {
     Field(dialog, "fileName").setText(Text(path));
-    OnDialog("message", [this](QDialog& message) {
-      EXPECT_EQ(static_cast<QMessageBox&>(message).text(),
-                "Flash EEPROM not blank or an error found in programming");
-      message.accept();
-      Answer("it was not blank before", QMessageBox::Ok);
+    OnDialog("message", [this](QDialog& question) {
+      EXPECT_TRUE(static_cast<QMessageBox&>(question).text().startsWith("Flash is not blank"));
+      static_cast<QMessageBox&>(question).button(QMessageBox::Yes)->click();
+      OnDialog("message", [this](QDialog& message) {
+        EXPECT_EQ(static_cast<QMessageBox&>(message).text(),
+                  "Flash EEPROM not blank or an error found in programming");
+        message.accept();
+        Answer("it was not blank before", QMessageBox::Ok);
+      });
     });
     Push(dialog, "start");
   });
