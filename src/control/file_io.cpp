@@ -15,8 +15,8 @@ using base::Address;
 using base::Low16;
 using base::Message;
 
-// At 9600 baud one takes about 0.1 s; input waits meanwhile.
-constexpr int kNumbersPerTick = 4;
+// At 9600 baud one takes about 0.1 s, and the user waits meanwhile.
+constexpr int kNumbersPerTick = 1;
 
 std::array<std::uint8_t, kSlotBytes> BytesOf(std::uint32_t word) {
   return {base::HighByte(word), base::LowByte(word)};

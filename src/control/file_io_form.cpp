@@ -18,8 +18,8 @@ namespace fs = std::filesystem;
 constexpr std::uint8_t kNop = 0x9D;
 
 constexpr std::array<FileSideRow, 2> kRows{
-    {{"input", 0xFC, "JMP ,X", "Infile", "Get FileI/O input file name", base::keys::kFileIoIn},
-     {"output", 0x7C, "INC ,X", "Outfile", "Get FileI/O output file name",
+    {{"input", 0xFC, "JMP ,X", "&Infile", "Get FileI/O input file name", base::keys::kFileIoIn},
+     {"output", 0x7C, "INC ,X", "&Outfile", "Get FileI/O output file name",
       base::keys::kFileIoOut}}};
 
 bool IsReadable(const std::string& name) {

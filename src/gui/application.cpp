@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "gui/application.h"
 
+#include <QElapsedTimer>
 #include <filesystem>
 
 #include "gui/connect_dialog.h"
@@ -29,7 +30,13 @@ bool Application::Start() {
   window_->show();
   window_->Refresh();
   if (!session_.notice().empty()) window_->status().ShowNotice(session_.notice());
-  QObject::connect(&timer_, &QTimer::timeout, window_.get(), [this] { window_->Tick(); });
+  QObject::connect(&timer_, &QTimer::timeout, window_.get(), [this] {
+    QElapsedTimer taken;
+    taken.start();
+    window_->Tick();
+    // What is due already would come before keys and clicks.
+    if (taken.hasExpired(kTickMs)) timer_.start(kTickMs);
+  });
   timer_.setTimerType(Qt::PreciseTimer);
   timer_.start(kTickMs);
   // In full, since it is remembered for starts from other folders.

@@ -81,8 +81,12 @@ void TellTheWayOut(const CommandContext& context) {
   }
 }
 
+// What repeats steps is under way as a run is, and ends in the same way.
 void GoOrBreak(const CommandContext& context) {
-  const auto stopped = context.session.debugger.run_control.GoCommand();
+  debugger::Debugger& debugger = context.session.debugger;
+  if (debugger.activity.RunMode() == control::Mode::NStepping) return debugger.n_step.Stop();
+  if (debugger.activity.RunMode() == control::Mode::Tracing) return debugger.trace.Command();
+  const auto stopped = debugger.run_control.GoCommand();
   if (!stopped || stopped->reason != base::StopReason::Refused) return;
   // The program runs on, so that there is no stop which would be explained.
   if (const auto message = control::StopMessage(*stopped)) {

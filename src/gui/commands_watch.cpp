@@ -28,6 +28,8 @@ namespace commands = workspace::commands;
 constexpr const char* kInMemoryOnly = "No program loaded yet: the list is kept in memory only.";
 constexpr const char* kNotWritten = "%s cannot be written: the list is kept in memory only.";
 constexpr const char* kPartNotEditable = "This part has no value of its own that can be changed.";
+constexpr const char* kPartNotDeleted =
+    "A part goes with its variable: go to that line to delete it from the list.";
 constexpr int kMostTyped = 80;
 constexpr const char* kLargerThanAsked =
     "%s is larger than what is watched of it: watch one of its parts, or change it in the "
@@ -132,6 +134,12 @@ void Change(const CommandContext& context) {
   Keep(context);
 }
 
+void Delete(const CommandContext& context) {
+  const auto place = context.session.watch.HighlightedPlace();
+  if (place && place->below > 0) return context.window.status().ShowNotice(kPartNotDeleted);
+  Change<&views::WatchTable::Delete>(context);
+}
+
 std::optional<std::string> Choose(const CommandContext& context, workspace::Chooser chooser) {
   const Session& session = context.session;
   return ChooseFile(
@@ -220,7 +228,7 @@ constexpr CommandAction kActions[] = {
     {commands::kWatchModify, Modify},
     {commands::kWatchMoveUp, Change<&views::WatchTable::MoveUp>},
     {commands::kWatchMoveDown, Change<&views::WatchTable::MoveDown>},
-    {commands::kWatchDelete, Change<&views::WatchTable::Delete>},
+    {commands::kWatchDelete, Delete},
     {commands::kWatchOpen, OpenConfig},
     {commands::kWatchSave, SaveConfig},
     {commands::kAddToWatch, AddToWatch},

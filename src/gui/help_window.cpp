@@ -9,6 +9,7 @@
 #include <QListWidget>
 #include <QMenu>
 #include <QPushButton>
+#include <QScreen>
 #include <QSplitter>
 #include <QTextBlock>
 #include <QTextBrowser>
@@ -51,7 +52,8 @@ HelpWindow::HelpWindow(QWidget* parent, const guide::Guide& guide)
   setWindowFlag(Qt::WindowMaximizeButtonHint);
   setAttribute(Qt::WA_DeleteOnClose);
   setModal(false);
-  resize(kUsualSize);
+  // Where a desktop is enlarged, its screen is small.
+  resize(kUsualSize.boundedTo(screen()->availableSize() * 9 / 10));
   auto* const layout = new QVBoxLayout(this);
   auto* const split = new QSplitter;
   auto* const side = new QWidget;

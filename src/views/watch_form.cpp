@@ -120,11 +120,13 @@ void WatchForm::TakeType(const symbols::Type& type, const symbols::Types& types)
     return;
   }
   if (display == watch_codes::kString) display = watch_codes::kHex;
-  if (!eval::IsScalar(type)) return;
+  // Of an array the first element is watched.
+  const symbols::Type& watched = type.kind == symbols::Type::Kind::Array ? element : type;
+  if (!eval::IsScalar(watched)) return;
   for (const auto& [size, code] : kWidthCodes) {
-    if (type.size == size) width = code;
+    if (watched.size == size) width = code;
   }
-  sign = type.is_signed ? watch_codes::kSigned : watch_codes::kUnsigned;
+  sign = watched.is_signed ? watch_codes::kSigned : watch_codes::kUnsigned;
 }
 
 std::optional<WatchForm::Refusal> WatchForm::Check(const WatchNames& names,

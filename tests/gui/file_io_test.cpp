@@ -82,7 +82,7 @@ TEST_F(FileIoTest, CopiesAFileByMenu) {
     Push(dialog, "ok");
   });
   Choose(commands::kFileIoIn);
-  EXPECT_EQ(Item(commands::kFileIoIn).text(), "Infile");
+  EXPECT_EQ(Item(commands::kFileIoIn).text(), "&Infile");
   EXPECT_TRUE(Item(commands::kFileIoIn).isChecked());
   Bind(commands::kFileIoOut, 2, Path("out.txt"));
   EXPECT_TRUE(Item(commands::kFileIoOut).isChecked());

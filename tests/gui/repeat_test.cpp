@@ -94,5 +94,18 @@ TEST_F(RepeatTest, TracesUntilTheButtonComesAgainAndShowsTheLog) {
   EXPECT_EQ(trace.view().top(), trace.view().rows());
 }
 
+TEST_F(RepeatTest, TheKeyThatStopsAProgramStopsWhatRepeatsSteps) {
+  Start();
+  Button(commands::kToolbarTrace).trigger();
+  for (int tick = 0; tick < 5; ++tick) window().Tick();
+  Press(Qt::Key_F7);
+  Settle();
+  EXPECT_EQ(debugger().activity.RunMode(), control::Mode::Idle);
+  EXPECT_EQ(debugger().trace.logs(), 1) << "the steps are not lost";
+  Button(commands::kToolbarNStep).trigger();
+  Press(Qt::Key_F7);
+  EXPECT_EQ(debugger().activity.RunMode(), control::Mode::Idle);
+}
+
 }  // namespace
 }  // namespace brevant::gui
