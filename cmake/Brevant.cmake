@@ -38,7 +38,9 @@ function(brevant_program name)
   endif()
   add_executable(${name} main.cpp)
   target_link_libraries(${name} PRIVATE brevant_warnings ${ARGN})
-  target_compile_definitions(${name} PRIVATE BREVANT_VERSION="${PROJECT_VERSION}")
+  target_compile_definitions(${name} PRIVATE
+    BREVANT_VERSION="${PROJECT_VERSION}"
+    BREVANT_APP_ID="${BREVANT_APP_ID}")
 endfunction()
 
 # brevant_tests(FOLDER LINKS...): every *_test.cpp of tests/FOLDER as one test program.

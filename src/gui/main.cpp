@@ -15,7 +15,7 @@ int main(int argc, char** argv) {
   QApplication::setApplicationName("brevant");
   QApplication::setApplicationDisplayName("");
   QApplication::setApplicationVersion(BREVANT_VERSION);
-  QApplication::setDesktopFileName("brevant");
+  QApplication::setDesktopFileName(BREVANT_APP_ID);
   QApplication::setWindowIcon(brevant::gui::ProductIcon());
   // Closing a dialog before the frame is there must not end the program.
   QApplication::setQuitOnLastWindowClosed(false);

@@ -5,6 +5,8 @@
 
 #include <set>
 
+#include "base/settings_keys.h"
+
 namespace brevant::guide {
 namespace {
 
@@ -66,6 +68,15 @@ TEST(Guide, EveryLinkLeadsSomewhereAndNothingIsExplainedTwice) {
     if (topic.file == Guide::kContents) continue;
     EXPECT_NE(guide.Find(Guide::kContents)->markdown.find("(" + topic.file), std::string::npos)
         << topic.file << " is not in the contents";
+  }
+}
+
+TEST(Guide, ExplainsEveryKeyOfTheSettingsFile) {
+  const Guide guide(Pages());
+  const std::string& page = guide.Find("settings-file.md")->markdown;
+  for (const base::SettingsKey& row : base::AllSettingsKeys()) {
+    const std::string key = base::NumberedKey(row, row.first);
+    EXPECT_NE(page.find('`' + key + '`'), std::string::npos) << key;
   }
 }
 
