@@ -99,11 +99,11 @@ void AddProfile(Result& result, const control::TraceProfile& profile) {
   add("Lines", "lines", profile.lines);
 }
 
-// What the trace has come to, as the user wants to see it.
-Result TraceResult(Session& session, const ParsedArguments& arguments) {
+// What the trace has come to, as the user wants to see it; also where it has ended badly, as the
+// result tells already.
+Result TraceResult(Session& session, const ParsedArguments& arguments, Result result) {
   debugger::Debugger& debugger = session.debugger();
   const control::Trace& trace = debugger.trace;
-  Result result = FailedStop(session).value_or(Result{});
   result.fields.update({{"steps", trace.steps()}, {"log", trace.LogPath()}});
   if (!arguments.Has(1)) {
     result.text = trace.LogText();
@@ -137,10 +137,12 @@ Result Trace(Session& session, const ParsedArguments& arguments) {
     const std::string why = interrupted ? "interrupted" : "no step ended";
     const ExitStatus status = interrupted ? ExitStatus::Interrupted : ExitStatus::NoAnswer;
     trace.Stop();
-    if (session.debugger().Busy()) return GiveUpWaiting(session, why, status);
-    return Failure(status, fmt::format("{} after {} steps", why, trace.steps()));
+    Result failure = session.debugger().Busy()
+                         ? GiveUpWaiting(session, why, status)
+                         : Failure(status, fmt::format("{} after {} steps", why, trace.steps()));
+    return TraceResult(session, arguments, std::move(failure));
   }
-  return TraceResult(session, arguments);
+  return TraceResult(session, arguments, FailedStop(session).value_or(Result{}));
 }
 
 // The registers, and behind them the function and line.

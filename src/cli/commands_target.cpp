@@ -98,7 +98,9 @@ Result Regs(Session& session, const ParsedArguments&) {
 // they are digits too: it takes places, the others any number.
 frontend::Parsed<std::uint32_t> RegisterValue(Session& session, const std::string& word,
                                               std::uint32_t limit, std::string_view name) {
-  if (base::IsHexField(word) && name != "PC") return frontend::ParseHexNumber(word, limit, name);
+  // No address fits into a byte.
+  const bool number = limit <= 0xFF || (base::IsHexField(word) && name != "PC");
+  if (number) return frontend::ParseHexNumber(word, limit, name);
   auto value = frontend::ResolveAddress(word, session.debugger().debug_info);
   if (!value.note.empty()) session.ui().Warn(value.note);
   if (!value.ok() && !value.well_formed)

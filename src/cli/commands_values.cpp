@@ -28,6 +28,18 @@ eval::Context Here(Session& session) {
                             eval::Reading::Everything);
 }
 
+// Of those in an expression whose value is none of a single place.
+void WarnOfRegisters(Session& session, const eval::Tree& tree) {
+  const devices::Register* const row =
+      tree.op == eval::Op::Name
+          ? devices::FindRegister(session.debugger().memory.device(), tree.text)
+          : nullptr;
+  if (row != nullptr && !row->read_effect.empty()) {
+    session.ui().Warn(fmt::format("Reading {} {}.", row->name, row->read_effect));
+  }
+  for (const eval::Tree& child : tree.children) WarnOfRegisters(session, child);
+}
+
 Result Shown(Session& session, const std::string& text, eval::Notation notation) {
   const eval::Context context = Here(session);
   const eval::Result found = eval::Evaluate(text, context);
@@ -37,13 +49,20 @@ Result Shown(Session& session, const std::string& text, eval::Notation notation)
   if (!value.unavailable.empty()) {
     return Failure(ExitStatus::Failed, text + " is " + eval::UnavailableText(value));
   }
-  const std::string shown = eval::ValueText(value, context, notation);
+  // A number is shown as it was read: a register may hold another when it is read again.
+  eval::Value as_read = value;
+  if (eval::IsInteger(value.type)) as_read.place.reset();
+  const std::string shown = eval::ValueText(as_read, context, notation);
   Result result;
   result.text = shown + '\n';
   result.fields = {
       {"expression", text}, {"value", shown}, {"type", eval::TypeText(value, context)}};
   if (eval::IsInteger(value.type)) result.fields["number"] = value.number;
-  if (value.place) TellOfReading(session, value.place->address);
+  if (value.place) {
+    TellOfReading(session, value.place->address);
+  } else {
+    WarnOfRegisters(session, eval::Parse(text).tree);
+  }
   if (value.place) result.fields["address"] = fmt::format("{:04x}", value.place->address);
   return result;
 }

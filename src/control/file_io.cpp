@@ -99,6 +99,9 @@ std::optional<Message> FileIo::Obstacle() {
       return ToMessage(messages::kFileIoSlotChanged, RowOf(side).word, bound.address,
                        Hex(BytesOf(there)), Hex(BytesOf(bound.saved_word)));
     }
+    if (frame_.PC == Low16(bound.address + 1)) {
+      return ToMessage(messages::kFileIoInsideSlot, RowOf(side).word, bound.address);
+    }
     if (frame_.stack_in_use().Meets(bound.address, bound.address + 1)) {
       return ToMessage(messages::kFileIoSlotOnStack, RowOf(side).word, bound.address);
     }

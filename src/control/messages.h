@@ -87,6 +87,10 @@ inline constexpr MessageText kFileIoSlotOnStack{
     "fileio.slot-on-stack", base::Severity::Error,
     "File I/O was not started: the %s slot %04x lies in the stack that the monitor uses now.",
     base::captions::kError, base::Icon::Information};
+inline constexpr MessageText kFileIoInsideSlot{"fileio.inside-slot", base::Severity::Error,
+                                               "File I/O was not started: PC stands on the second "
+                                               "byte of the %s slot %04x. Step on, or set PC.",
+                                               base::captions::kError, base::Icon::Information};
 inline constexpr MessageText kFileIoOneFile{
     "fileio.one-file", base::Severity::Error,
     "File I/O was not started: %s\nis the input and the output file at once.",
@@ -137,33 +141,20 @@ inline constexpr MessageText kFileIoSlotOverwritten{
     "The slot at %04x was left as it is: %s stand there. Before file I/O it held %s.",
     base::captions::kInformation, base::Icon::Warning};
 
-inline constexpr const MessageText* kAll[] = {&kBreakpointLimit,
-                                              &kHardwareBreakpointLimit,
-                                              &kStopNotAnswered,
-                                              &kStackPointerLost,
-                                              &kBadStack,
-                                              &kNotStarted,
-                                              &kMcuReset,
-                                              &kLinkLost,
-                                              &kTraceLogNotWritten,
-                                              &kFileIoNoInputSlot,
-                                              &kFileIoNoOutputSlot,
-                                              &kFileIoCanNotOpen,
-                                              &kFileIoNameTooLong,
-                                              &kFileIoNothingBound,
-                                              &kFileIoSlotChanged,
-                                              &kFileIoSlotOnStack,
-                                              &kFileIoOneFile,
-                                              &kFileIoOverlap,
-                                              &kFileIoBothInFlash,
-                                              &kFileIoNotOpened,
-                                              &kFileIoSlotNotTaken,
-                                              &kFileIoInputAtEnd,
-                                              &kFileIoNoNumber,
-                                              &kFileIoNotWritten,
-                                              &kFileIoDamaged,
-                                              &kFileIoNotPutBack,
-                                              &kFileIoSlotOverwritten};
+inline constexpr const MessageText* kAll[] = {&kBreakpointLimit,    &kHardwareBreakpointLimit,
+                                              &kStopNotAnswered,    &kStackPointerLost,
+                                              &kBadStack,           &kNotStarted,
+                                              &kMcuReset,           &kLinkLost,
+                                              &kTraceLogNotWritten, &kFileIoNoInputSlot,
+                                              &kFileIoNoOutputSlot, &kFileIoCanNotOpen,
+                                              &kFileIoNameTooLong,  &kFileIoNothingBound,
+                                              &kFileIoSlotChanged,  &kFileIoSlotOnStack,
+                                              &kFileIoInsideSlot,   &kFileIoOneFile,
+                                              &kFileIoOverlap,      &kFileIoBothInFlash,
+                                              &kFileIoNotOpened,    &kFileIoSlotNotTaken,
+                                              &kFileIoInputAtEnd,   &kFileIoNoNumber,
+                                              &kFileIoNotWritten,   &kFileIoDamaged,
+                                              &kFileIoNotPutBack,   &kFileIoSlotOverwritten};
 
 }  // namespace messages
 

@@ -47,7 +47,8 @@ std::optional<std::uint16_t> ParseNumberLine(std::string_view line) {
 std::string NumberInput::Open(const std::string& path) {
   base::FileText file = base::ReadFile(path);
   text_ = std::move(file.text);
-  next_ = 0;
+  // Spreadsheets put the mark of UTF-8 at the beginning.
+  next_ = text_.starts_with("\xEF\xBB\xBF") ? 3 : 0;
   line_ = 0;
   return file.error;
 }
