@@ -2,7 +2,7 @@
 # Run by cpack before it packs: what is otherwise in Debian's packages. Manual pages and changes are
 # compressed, to the same bytes each time; completions lie where Debian's zsh looks for them.
 set(root ${CPACK_TEMPORARY_DIRECTORY})
-file(GLOB_RECURSE papers ${root}/*/man/man?/*.? ${root}/*/doc/*/changelog)
+file(GLOB papers ${root}/*/usr/share/man/man?/* ${root}/*/usr/share/doc/*/changelog)
 if(papers)
   execute_process(COMMAND gzip -9n ${papers} COMMAND_ERROR_IS_FATAL ANY)
 endif()
