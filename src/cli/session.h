@@ -14,6 +14,7 @@
 #include "cli/result.h"
 #include "debugger/debugger.h"
 #include "frontend/connection.h"
+#include "frontend/flight_recorder.h"
 #include "frontend/holding_ui.h"
 #include "frontend/stop_wait.h"
 #include "frontend/target_ports.h"
@@ -57,6 +58,8 @@ class Session final : private base::Events {
   void ActivityChanged() override {}
   void LinkChanged() override {}
 
+  // Said once, and no failure of a command.
+  void SayRecordingProblem();
   Result ConnectFailed(const frontend::Connection& connection) const;
   Result Run(const std::vector<std::string>& words);
   frontend::WaitLimits LimitsOf(base::FunctionRef<long()> progress) const;
@@ -66,6 +69,7 @@ class Session final : private base::Events {
   bool had_settings_;
   ConsoleUi ui_;
   frontend::TargetPorts ports_;
+  frontend::FlightRecorder recorder_;
   frontend::HoldingUi engine_ui_;
   debugger::Debugger debugger_;
 };

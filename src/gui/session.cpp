@@ -33,18 +33,24 @@ Session::Session(const Options& given)
       settings(given.settings),
       diagnostics_(kDiagnosticFile),
       ports_(settings, {.pace = given.pace, .demo = true}, [this] { RepaintNowAndThen(); }),
-      debugger({.port = ports_.router(),
+      recorder_(ports_.router(), ports_.router()),
+      debugger({.port = recorder_.port(),
                 .clock = ports_.router(),
                 .settings = settings,
                 .ui = engine_ui_,
                 .events = *this,
                 .start_up_directory = base::WorkingDirectory(),
-                .log = [this](const std::string& line) { diagnostics_ << line << std::flush; }}),
+                .log = [this](const std::string& line) { diagnostics_ << line << std::flush; },
+                .secret = [this](bool on) { recorder_.Secret(on); }}),
       source_files(debugger.debug_info, [this] { return debugger.SourceFolders(); }),
       program_views(views, {debugger.memory, debugger.debug_info, debugger.frame,
                             debugger.breakpoints, debugger.activity, settings, ui, &source_files}),
       registers(views, debugger.frame, ui) {
   frontend::UseForThisRun({.port = options.port}, settings);
+  if (!options.record.file.empty()) {
+    recorder_.RecordTo(options.record,
+                       [this] { return frontend::DescribeTarget(settings, options.version); });
+  }
   if (!std::filesystem::exists(settings.path())) BeginSettings(settings);
   program_views.ReadRange(settings);
   program_views.ShowSource(settings.Integer(keys::kShowSource) != 0);

@@ -11,6 +11,7 @@
 #include "base/settings_file.h"
 #include "debugger/debugger.h"
 #include "frontend/connection.h"
+#include "frontend/flight_recorder.h"
 #include "frontend/holding_ui.h"
 #include "frontend/target_ports.h"
 #include "gui/gate.h"
@@ -85,6 +86,7 @@ class Session final : private base::Events {
  private:
   std::ofstream diagnostics_;  // how each attempt to connect went
   frontend::TargetPorts ports_;
+  frontend::FlightRecorder recorder_;
   frontend::HoldingUi engine_ui_{ui};
   QElapsedTimer since_repaint_;
   Screen* screen_ = nullptr;
