@@ -12,6 +12,7 @@
 #include "cli/interrupt.h"
 #include "frontend/address_names.h"
 #include "frontend/first_settings.h"
+#include "frontend/report.h"
 #include "link/messages.h"
 #include "link/port_map.h"
 #include "simulator/fault_text.h"
@@ -54,6 +55,7 @@ Session::Session(const Options& options, bool terminal)
                  .ui = engine_ui_,
                  .events = *this,
                  .start_up_directory = base::WorkingDirectory(),
+                 .log = [this](const std::string& line) { diagnostics_ += line; },
                  .secret = [this](bool on) { recorder_.Secret(on); }}) {
   frontend::UseForThisRun(options_.target, settings_);
   if (options_.record.file.empty()) return;
@@ -113,6 +115,12 @@ Result Session::ConnectFailed(const frontend::Connection& connection) const {
 
 std::string Session::PortName() const {
   return ports_.is_simulated() ? std::string(frontend::kSimulatedName) : ports_.device();
+}
+
+std::string Session::WriteReport(const std::string& path, link::Secrets secrets) {
+  return base::ReplaceFile(
+      path, frontend::ReportText({"brevant-cli", options_.version, diagnostics_}, debugger_,
+                                 recorder_, secrets));
 }
 
 frontend::WaitEnd Session::WaitForStop() {

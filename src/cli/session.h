@@ -47,6 +47,8 @@ class Session final : private base::Events {
   frontend::WaitEnd WaitForStop();
   // The end of the flash job, likewise.
   void WaitForFlash(base::FunctionRef<long()> progress);
+  // Empty, or why the report could not be written.
+  std::string WriteReport(const std::string& path, link::Secrets secrets);
   // One step of the background while the prompt waits for input; a line to show when the target has
   // stopped.
   std::optional<std::string> Idle();
@@ -70,6 +72,7 @@ class Session final : private base::Events {
   ConsoleUi ui_;
   frontend::TargetPorts ports_;
   frontend::FlightRecorder recorder_;
+  std::string diagnostics_;
   frontend::HoldingUi engine_ui_;
   debugger::Debugger debugger_;
 };

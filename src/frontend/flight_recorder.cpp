@@ -40,7 +40,10 @@ std::string FlightRecorder::Recent(link::Secrets secrets) {
 }
 
 void FlightRecorder::Note(std::string_view line) {
-  if (newest_.size() + line.size() > kKept / 2) older_ = std::exchange(newest_, {});
+  if (newest_.size() + line.size() > kKept / 2) {
+    dropped_ = dropped_ || !older_.empty();
+    older_ = std::exchange(newest_, {});
+  }
   newest_ += line;
   if (!file_.is_open()) return;
   std::string text;

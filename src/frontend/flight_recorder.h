@@ -41,6 +41,8 @@ class FlightRecorder {
 
   // The last events as the text of a recording without its heading.
   std::string Recent(link::Secrets secrets);
+  // They are all there were.
+  bool HasAll() const { return !dropped_; }
 
  private:
   void Note(std::string_view line);
@@ -48,6 +50,7 @@ class FlightRecorder {
 
   std::string older_;   // full
   std::string newest_;  // being filled
+  bool dropped_ = false;
   std::ofstream file_;
   RecordingChoice choice_;
   std::function<std::string()> what_;  // until the heading has been written

@@ -7,6 +7,7 @@
 #include "control/program_context.h"
 #include "devices/device.h"
 #include "frontend/first_settings.h"
+#include "frontend/report.h"
 #include "views/name_value.h"
 #include "workspace/image_breakpoints.h"
 
@@ -132,6 +133,12 @@ ConnectionState Session::Connection() const {
           .security_passed = debugger.security.passed(),
           .damage = debugger.memory.damage(),
           .stop = debugger.run_control.last_stop()};
+}
+
+std::string Session::WriteReport(const std::string& path, link::Secrets secrets) {
+  const frontend::ReportParts parts{std::string("brevant, Qt ") + qVersion(), options.version,
+                                    base::ReadFile(kDiagnosticFile).text};
+  return base::ReplaceFile(path, frontend::ReportText(parts, debugger, recorder_, secrets));
 }
 
 void Session::RefreshScreen() {

@@ -73,6 +73,10 @@ class Session final : private base::Events {
   void SetDataSettings(const views::DataSettings& wanted);
 
   ConnectionState Connection() const;
+  // Empty, or why the report could not be written.
+  std::string WriteReport(const std::string& path, link::Secrets secrets);
+  // See FlightRecorder.
+  std::string TakeRecordingProblem() { return recorder_.TakeProblem(); }
   // A text for the status bar, e.g. which security code fits; empty for none.
   const std::string& notice() const { return notice_; }
   // The simulated board; nullptr while none has been used.

@@ -338,6 +338,19 @@ TEST_F(Console, ARecordedSessionPlaysBackWithTheSameOutputs) {
   EXPECT_EQ(Run({"-p", "sim", "replay", "a.rec"}).status, 2);
 }
 
+TEST_F(Console, AReportHasTheSessionAndNotTheCode) {
+  const std::string code = "FFFFFFFFFFFFFFFF";
+  ASSERT_EQ(Run({"-p", "sim", "-s", code, "regs", "report hidden.txt"}).status, 0);
+  const std::string hidden = Slurp(folder_ / "hidden.txt");
+  EXPECT_THAT(hidden, HasSubstr("security passed: yes"));
+  EXPECT_THAT(hidden, HasSubstr(" > --\n"));
+  EXPECT_THAT(hidden, testing::Not(HasSubstr(" > ff\n")));
+  EXPECT_EQ(Run({"replay", "hidden.txt", "regs"}).status, 0);
+  ASSERT_EQ(Run({"-p", "sim", "-s", code, "report shown.txt --with-security"}).status, 0);
+  EXPECT_THAT(Slurp(folder_ / "shown.txt"), HasSubstr(" > ff\n"));
+  EXPECT_EQ(Run({"-p", "sim", "report no/folder"}).status, 3);
+}
+
 TEST_F(Console, ARecordingThatCannotBeWrittenIsSaidOnce) {
   const Outcome outcome = Run({"-q", "-p", "sim", "--record", "/dev/full", "regs", "regs"});
   EXPECT_EQ(outcome.status, 0);
