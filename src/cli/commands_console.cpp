@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include "cli/command_table.h"
+#include "cli/session.h"
 
 namespace brevant::cli {
 namespace {
@@ -28,8 +29,27 @@ Result Quit(Session&, const ParsedArguments&) {
   return result;
 }
 
+Result Report(Session& session, const ParsedArguments& arguments) {
+  const std::string& path = arguments.Text(0);
+  const bool with_security = arguments.HasFlag("--with-security");
+  const std::string error =
+      session.WriteReport(path, with_security ? link::Secrets::Show : link::Secrets::Hide);
+  if (!error.empty()) {
+    return Failure(ExitStatus::File, fmt::format("cannot write {}: {}", path, error));
+  }
+  Result result;
+  result.text = fmt::format("report {}\n", path);
+  result.fields = {{"file", path}, {"security", with_security}};
+  return result;
+}
+
 constexpr Command kRows[] = {
     {"help", {Optional(Text("COMMAND"))}, kAlways, Help, "this list, or one command"},
+    {"report",
+     {File("FILE"), Flag("--with-security")},
+     kAlways,
+     Report,
+     "save versions, settings and the last of the wire as a text"},
     {"quit", {}, kAlways, Quit, "leave; the target keeps its state"},
 };
 

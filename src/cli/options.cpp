@@ -15,6 +15,7 @@
 #include "cli/say.h"
 #include "devices/device.h"
 #include "images/image_file.h"
+#include "link/port_map.h"
 #include "link/security_code.h"
 #include "load/image_check.h"
 #include "simulator/fault_text.h"
@@ -24,10 +25,13 @@ namespace {
 
 constexpr double kShortestTimeout = 0.01;
 constexpr double kLongestTimeout = 86400;
+constexpr std::string_view kReplay = "replay";
 
 std::string Footer() {
   return "Each COMMAND is one command line; they run in order, and the first failure ends the "
-         "program. Without commands and -x there is a prompt. Commands:\n" +
+         "program. Without commands and -x there is a prompt. \"replay FILE\" in front of them "
+         "plays "
+         "a recording back.\nCommands:\n" +
          CommandSummary() +
          "Exit status: 0 all went well, 1 a command failed, 2 usage, 3 file or format, 4 port,\n"
          "5 no answer or time-out, 6 security, 7 verify found a difference, 8 refused for want of "
@@ -72,11 +76,25 @@ std::optional<link::SecurityCode> SecurityOf(const std::string& text) {
   return code;
 }
 
+// "replay FILE" in front of the commands stands for -p replay:FILE. False when that makes no sense;
+// it has been said why.
+bool TakeReplay(Options& options) {
+  if (options.commands.empty() || options.commands.front() != kReplay) return true;
+  if (options.commands.size() < 2 || !options.target.port.empty()) {
+    Say("replay: name a recording, and no port: replay FILE [COMMAND]...\n");
+    return false;
+  }
+  options.target.port = std::string(link::kReplayScheme) + options.commands[1];
+  options.commands.erase(options.commands.begin(), options.commands.begin() + 2);
+  return true;
+}
+
 }  // namespace
 
 ParsedOptions ParseOptions(int argc, const char* const* argv, const std::string& version) {
   ParsedOptions parsed;
   Options& options = parsed.options;
+  options.version = version;
   CLI::App app("Debugs a MC68HC908 microcontroller through its ROM monitor.", "brevant-cli");
   app.footer(Footer());
   std::string security;
@@ -85,7 +103,8 @@ ParsedOptions ParseOptions(int argc, const char* const* argv, const std::string&
   const std::map<std::string, simulator::Pace> paces{{"instant", simulator::Pace::Instant},
                                                      {"bus", simulator::Pace::Bus},
                                                      {"wire", simulator::Pace::Wire}};
-  app.add_option("-p,--port", options.target.port, "COM1..COM4, a serial device, or sim")
+  app.add_option("-p,--port", options.target.port,
+                 "COM1..COM4, a serial device, sim, or replay:FILE")
       ->type_name("NAME");
   const std::vector<std::string> devices = DeviceOptions();
   app.add_option("-d,--device", device, fmt::format("{}", fmt::join(devices, " or ")))
@@ -111,6 +130,12 @@ ParsedOptions ParseOptions(int argc, const char* const* argv, const std::string&
       ->allow_extra_args(false)
       ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll)
       ->check(CLI::Validator(CheckFault, "", "fault"));
+  app.add_option("--record", options.record.file,
+                 "write all that passes the wire to a file; the security code's bytes are hidden")
+      ->type_name("FILE");
+  bool record_security = false;
+  app.add_flag("--record-security", record_security, "show the security code in that file")
+      ->needs("--record");
   app.add_flag("--demo", options.demo, "put the demo program into the simulated target's flash");
   const auto* const json = app.add_flag("--json", options.json, "one JSON object a command");
   app.add_flag("-q,--quiet", options.quiet, "no notices, errors only");
@@ -142,6 +167,8 @@ ParsedOptions ParseOptions(int argc, const char* const* argv, const std::string&
   if (const devices::Device* row = devices::ByOption(device)) {
     options.target.device = row->settings_number;
   }
+  if (record_security) options.record.secrets = link::Secrets::Show;
+  if (!TakeReplay(options)) parsed.leave_with = static_cast<int>(ExitStatus::Usage);
   if (!pace.empty()) options.pace = paces.at(pace);
   return parsed;
 }

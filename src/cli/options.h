@@ -7,13 +7,16 @@
 #include <vector>
 
 #include "frontend/connection.h"
+#include "frontend/flight_recorder.h"
 #include "simulator/simulated_target.h"
 
 namespace brevant::cli {
 
 struct Options {
   frontend::TargetChoices target;
+  frontend::RecordingChoice record;
   std::string settings = "brevant.ini";
+  std::string version;
   std::optional<simulator::Pace> pace;  // default: instant for scripts, bus at the prompt
   double timeout_seconds = 10;
   std::vector<std::string> faults;  // of the simulated target's line, see simulator::ParseFault

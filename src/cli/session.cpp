@@ -12,6 +12,7 @@
 #include "cli/interrupt.h"
 #include "frontend/address_names.h"
 #include "frontend/first_settings.h"
+#include "frontend/report.h"
 #include "link/messages.h"
 #include "link/port_map.h"
 #include "simulator/fault_text.h"
@@ -46,14 +47,20 @@ Session::Session(const Options& options, bool terminal)
       had_settings_(std::filesystem::exists(settings_.path())),
       ui_(UiStyle(options, terminal)),
       ports_(settings_, {PaceFor(options), options.demo, FaultsOf(options)}),
+      recorder_(ports_.router(), ports_.router()),
       engine_ui_(ui_),
-      debugger_({.port = ports_.router(),
+      debugger_({.port = recorder_.port(),
                  .clock = ports_.router(),
                  .settings = settings_,
                  .ui = engine_ui_,
                  .events = *this,
-                 .start_up_directory = base::WorkingDirectory()}) {
+                 .start_up_directory = base::WorkingDirectory(),
+                 .log = [this](const std::string& line) { diagnostics_ += line; },
+                 .secret = [this](bool on) { recorder_.Secret(on); }}) {
   frontend::UseForThisRun(options_.target, settings_);
+  if (options_.record.file.empty()) return;
+  recorder_.RecordTo(options_.record,
+                     [this] { return frontend::DescribeTarget(settings_, options_.version); });
 }
 
 Session::~Session() {
@@ -62,10 +69,16 @@ Session::~Session() {
   }
 }
 
+void Session::SayRecordingProblem() {
+  const std::string problem = recorder_.TakeProblem();
+  if (!problem.empty()) ui_.Warn(problem);
+}
+
 Result Session::Connect() {
   const auto connection = frontend::Connect(
       debugger_, engine_ui_,
       options_.target.NamesCode() ? frontend::KnownCodes::Leave : frontend::KnownCodes::Try);
+  SayRecordingProblem();
   if (!connection.ok() || debugger_.memory.LinkError()) return ConnectFailed(connection);
   for (const base::Message& message : connection.said) ui_.Notice(OneLine(message.text));
   if (connection.found) ui_.Notice(frontend::FitText(*connection.found));
@@ -92,6 +105,9 @@ Result Session::ConnectFailed(const frontend::Connection& connection) const {
     why = OneLine(ToMessage(link::kPortNotAvailable, named).text) + ' ' +
           OneLine(debugger_.monitor_link.PortError());
   }
+  if (const std::string reason = debugger_.monitor_link.PortError(); !port && !reason.empty()) {
+    why += '\n' + OneLine(reason);
+  }
   if (!port)
     why += fmt::format("\nThe port was {}. Try -p sim for the simulated target.", PortName());
   return Failure(port ? ExitStatus::Port : ExitStatus::NoAnswer, std::move(why));
@@ -99,6 +115,12 @@ Result Session::ConnectFailed(const frontend::Connection& connection) const {
 
 std::string Session::PortName() const {
   return ports_.is_simulated() ? std::string(frontend::kSimulatedName) : ports_.device();
+}
+
+std::string Session::WriteReport(const std::string& path, link::Secrets secrets) {
+  return base::ReplaceFile(
+      path, frontend::ReportText({"brevant-cli", options_.version, diagnostics_}, debugger_,
+                                 recorder_, secrets));
 }
 
 frontend::WaitEnd Session::WaitForStop() {
@@ -133,11 +155,17 @@ Result Session::Execute(std::string_view line) {
   Result result = Run(words.value);
   const std::string problem = debugger_.macros.TakeProblem();
   if (!problem.empty()) ui_.Notice(problem);
+  SayRecordingProblem();
   const ConsoleUi::Said said = ui_.TakeSaid();
   for (const std::string& error : said.errors) {
     if (result.ok()) result.status = ExitStatus::Failed;
     if (!result.error.empty()) result.error += '\n';
     result.error += error;
+  }
+  // Why the port gives nothing any more, in its own words.
+  if (const std::string reason = debugger_.monitor_link.PortError();
+      !result.ok() && debugger_.memory.LinkError() && !reason.empty()) {
+    result.error += '\n' + OneLine(reason);
   }
   if (said.refused && result.status == ExitStatus::Failed) result.status = ExitStatus::NeedsYes;
   if (!said.notices.empty()) result.fields["messages"] = said.notices;

@@ -14,6 +14,7 @@
 #include "cli/result.h"
 #include "debugger/debugger.h"
 #include "frontend/connection.h"
+#include "frontend/flight_recorder.h"
 #include "frontend/holding_ui.h"
 #include "frontend/stop_wait.h"
 #include "frontend/target_ports.h"
@@ -46,6 +47,8 @@ class Session final : private base::Events {
   frontend::WaitEnd WaitForStop();
   // The end of the flash job, likewise.
   void WaitForFlash(base::FunctionRef<long()> progress);
+  // Empty, or why the report could not be written.
+  std::string WriteReport(const std::string& path, link::Secrets secrets);
   // One step of the background while the prompt waits for input; a line to show when the target has
   // stopped.
   std::optional<std::string> Idle();
@@ -57,6 +60,8 @@ class Session final : private base::Events {
   void ActivityChanged() override {}
   void LinkChanged() override {}
 
+  // Said once, and no failure of a command.
+  void SayRecordingProblem();
   Result ConnectFailed(const frontend::Connection& connection) const;
   Result Run(const std::vector<std::string>& words);
   frontend::WaitLimits LimitsOf(base::FunctionRef<long()> progress) const;
@@ -66,6 +71,8 @@ class Session final : private base::Events {
   bool had_settings_;
   ConsoleUi ui_;
   frontend::TargetPorts ports_;
+  frontend::FlightRecorder recorder_;
+  std::string diagnostics_;
   frontend::HoldingUi engine_ui_;
   debugger::Debugger debugger_;
 };

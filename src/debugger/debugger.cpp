@@ -24,7 +24,7 @@ Debugger::Debugger(const Surroundings& surroundings)
     : surroundings_(surroundings),
       clock(surroundings.clock),
       settings(surroundings.settings),
-      monitor_link(surroundings.port, surroundings.clock),
+      monitor_link(surroundings.port, surroundings.clock, surroundings.secret),
       monitor(monitor_link),
       memory(monitor),
       security(settings),

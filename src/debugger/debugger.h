@@ -48,6 +48,8 @@ struct Surroundings {
   std::string start_up_directory;
   // Receives what belongs in the diagnostic file.
   std::function<void(const std::string&)> log = [](const std::string&) {};
+  // Told when a security code begins (true) and ends (false) to pass the port.
+  std::function<void(bool)> secret = [](bool) {};
 };
 
 // What to do when the code of the settings does not fit: a wrong code does no harm, so others that

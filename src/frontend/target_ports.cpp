@@ -3,6 +3,7 @@
 
 #include <utility>
 
+#include "base/files.h"
 #include "images/image_file.h"
 #include "link/native/native_serial_port.h"
 #include "link/native/serial_devices.h"
@@ -36,10 +37,27 @@ bool TargetPorts::is_simulated() const {
 }
 
 link::PortBackend TargetPorts::Backend(const std::string& device) {
+  if (device.starts_with(link::kReplayScheme)) return Replay(device);
   if (device != link::kSimulator) return link::MakeNativeBackend();
   const int chosen = settings_.Integer(keys::kDevice);
   if (!simulated_ || simulated_device_ != chosen) MakeBoard(chosen);
   return {simulated_, simulated_.get(), simulated_.get()};
+}
+
+link::PortBackend TargetPorts::Replay(const std::string& device) {
+  if (!replay_ || replay_device_ != device) {
+    const std::string name = device.substr(link::kReplayScheme.size());
+    const base::FileText file = base::ReadFile(name);
+    link::Recording recording;
+    if (file.ok()) {
+      recording = link::ParseRecording(file.text);
+    } else {
+      recording.error = file.error;
+    }
+    replay_ = std::make_shared<link::ReplayTarget>(std::move(recording), name);
+    replay_device_ = device;
+  }
+  return {replay_, replay_.get(), replay_.get()};
 }
 
 void TargetPorts::MakeBoard(int device) {

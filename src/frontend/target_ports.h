@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The ports as a front end has them: behind each stands a serial device of the computer or the
-// simulated board. Rests on the port map of the settings, the native port and the simulator.
+// simulated board, or a recording that is played back. Rests on the port map of the settings, the
+// native port and the simulator.
 #pragma once
 
 #include <functional>
@@ -9,6 +10,7 @@
 
 #include "base/settings_file.h"
 #include "link/port_router.h"
+#include "link/replay_target.h"
 #include "simulator/simulated_target.h"
 
 namespace brevant::frontend {
@@ -36,12 +38,16 @@ class TargetPorts {
 
  private:
   link::PortBackend Backend(const std::string& device);
+  link::PortBackend Replay(const std::string& device);
   void MakeBoard(int device);
 
   const base::SettingsFile& settings_;
   const SimulatedBoard board_;
   std::shared_ptr<simulator::SimulatedTarget> simulated_;
   int simulated_device_ = 0;
+  // Goes on where it was when the port is opened again.
+  std::shared_ptr<link::ReplayTarget> replay_;
+  std::string replay_device_;
   link::PortRouter router_;
 };
 

@@ -4,8 +4,12 @@
 #include <QMessageBox>
 #include <QTimer>
 
+#include "base/files.h"
 #include "gui/command_actions.h"
+#include "gui/file_dialogs.h"
 #include "gui/main_window.h"
+#include "gui/messages.h"
+#include "gui/report_dialog.h"
 #include "gui/session.h"
 #include "workspace/command_rows.h"
 
@@ -54,6 +58,27 @@ void About(const CommandContext& context) {
   box->open();
 }
 
+void SaveReport(const CommandContext& context) {
+  Session& session = context.session;
+  std::optional<std::string> path;
+  std::optional<link::Secrets> secrets;
+  session.gate.OpenDuring([&] {
+    secrets = AskForReport(&context.window);
+    if (!secrets) return;
+    path = ChooseFile(&context.window, session.ui,
+                      workspace::PrepareChooser(workspace::Chooser::Report, "",
+                                                session.debugger.debug_info.tool_chain,
+                                                base::WorkingDirectory()));
+  });
+  if (!path) return;
+  const std::string error = session.WriteReport(*path, *secrets);
+  if (!error.empty()) {
+    session.ui.ShowMessage(base::ToMessage(messages::kFileNotWritten, *path, error));
+    return;
+  }
+  context.window.status().ShowNotice("The report was saved as " + *path);
+}
+
 void ShowHelpContents(const CommandContext& context) {
   context.window.help().ShowContents();
 }
@@ -79,6 +104,7 @@ constexpr CommandAction kActions[] = {
     {commands::kHelpContents, ShowHelpContents},
     {commands::kHelpSearch, ShowHelpSearch},
     {commands::kHelpOnHelp, ShowHelpOnHelp},
+    {commands::kSaveReport, SaveReport},
     {commands::kAbout, About},
     {commands::kExit, Exit},
 };

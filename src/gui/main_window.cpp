@@ -156,6 +156,9 @@ void MainWindow::LayOutNow() {
 void MainWindow::Tick() {
   session_.Tick();
   session_.RememberBreakpoints();
+  if (const std::string problem = session_.TakeRecordingProblem(); !problem.empty()) {
+    status_->ShowNotice(problem);
+  }
   session_.gate.Run([this] { UpdateViews(); });
   if (++ticks_ % kTicksAClock != 0) return;
   status_->UpdateClock();

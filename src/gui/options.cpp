@@ -62,12 +62,18 @@ ParsedOptions ParseOptions(int argc, const char* const* argv, const std::string&
   Options& options = parsed.options;
   options.version = version;
   CLI::App app("Debugs a MC68HC908 microcontroller through its ROM monitor.", "brevant");
-  app.add_option("-p,--port", options.port, "COM1..COM4, a serial device, or sim")
+  app.add_option("-p,--port", options.port, "COM1..COM4, a serial device, sim, or replay:FILE")
       ->type_name("NAME");
   bool simulate = false;
   app.add_flag("--simulate", simulate, "the simulated target behind COM1, as --port sim")
       ->excludes("--port");
   app.add_flag("--connect", options.connect, "connect at once, without the connect dialog");
+  app.add_option("--record", options.record.file,
+                 "write all that passes the wire to a file; the security code's bytes are hidden")
+      ->type_name("FILE");
+  bool record_security = false;
+  app.add_flag("--record-security", record_security, "show the security code in that file")
+      ->needs("--record");
   app.add_option("--settings", options.settings, "settings file")
       ->type_name("FILE")
       ->capture_default_str();
@@ -79,6 +85,7 @@ ParsedOptions ParseOptions(int argc, const char* const* argv, const std::string&
   } catch (const CLI::ParseError& error) {
     parsed.leave_with = app.exit(error) == 0 ? 0 : kUsageError;
   }
+  if (record_security) options.record.secrets = link::Secrets::Show;
   if (simulate) options.port = "sim";
   return parsed;
 }

@@ -5,15 +5,17 @@
 #include <optional>
 #include <string>
 
+#include "frontend/flight_recorder.h"
 #include "simulator/simulated_target.h"
 
 namespace brevant::gui {
 
 struct Options {
-  std::string port = {};   // COM1..COM4, a device path or "sim"; empty: settings
+  std::string port = {};   // COM1..COM4, a device path, "sim" or "replay:FILE"; empty: settings
   bool connect = false;    // at once, without the connect dialog
   std::string image = {};  // loaded after connecting; empty: none
   std::string settings = "brevant.ini";
+  frontend::RecordingChoice record = {};
   std::string version = {};
   simulator::Pace pace = simulator::Pace::Bus;  // of the simulated target
 };

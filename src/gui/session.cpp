@@ -7,6 +7,7 @@
 #include "control/program_context.h"
 #include "devices/device.h"
 #include "frontend/first_settings.h"
+#include "frontend/report.h"
 #include "views/name_value.h"
 #include "workspace/image_breakpoints.h"
 
@@ -33,18 +34,24 @@ Session::Session(const Options& given)
       settings(given.settings),
       diagnostics_(kDiagnosticFile),
       ports_(settings, {.pace = given.pace, .demo = true}, [this] { RepaintNowAndThen(); }),
-      debugger({.port = ports_.router(),
+      recorder_(ports_.router(), ports_.router()),
+      debugger({.port = recorder_.port(),
                 .clock = ports_.router(),
                 .settings = settings,
                 .ui = engine_ui_,
                 .events = *this,
                 .start_up_directory = base::WorkingDirectory(),
-                .log = [this](const std::string& line) { diagnostics_ << line << std::flush; }}),
+                .log = [this](const std::string& line) { diagnostics_ << line << std::flush; },
+                .secret = [this](bool on) { recorder_.Secret(on); }}),
       source_files(debugger.debug_info, [this] { return debugger.SourceFolders(); }),
       program_views(views, {debugger.memory, debugger.debug_info, debugger.frame,
                             debugger.breakpoints, debugger.activity, settings, ui, &source_files}),
       registers(views, debugger.frame, ui) {
   frontend::UseForThisRun({.port = options.port}, settings);
+  if (!options.record.file.empty()) {
+    recorder_.RecordTo(options.record,
+                       [this] { return frontend::DescribeTarget(settings, options.version); });
+  }
   if (!std::filesystem::exists(settings.path())) BeginSettings(settings);
   program_views.ReadRange(settings);
   program_views.ShowSource(settings.Integer(keys::kShowSource) != 0);
@@ -126,6 +133,12 @@ ConnectionState Session::Connection() const {
           .security_passed = debugger.security.passed(),
           .damage = debugger.memory.damage(),
           .stop = debugger.run_control.last_stop()};
+}
+
+std::string Session::WriteReport(const std::string& path, link::Secrets secrets) {
+  const frontend::ReportParts parts{std::string("brevant, Qt ") + qVersion(), options.version,
+                                    base::ReadFile(kDiagnosticFile).text};
+  return base::ReplaceFile(path, frontend::ReportText(parts, debugger, recorder_, secrets));
 }
 
 void Session::RefreshScreen() {

@@ -11,6 +11,7 @@
 #include "base/settings_file.h"
 #include "debugger/debugger.h"
 #include "frontend/connection.h"
+#include "frontend/flight_recorder.h"
 #include "frontend/holding_ui.h"
 #include "frontend/target_ports.h"
 #include "gui/gate.h"
@@ -72,6 +73,10 @@ class Session final : private base::Events {
   void SetDataSettings(const views::DataSettings& wanted);
 
   ConnectionState Connection() const;
+  // Empty, or why the report could not be written.
+  std::string WriteReport(const std::string& path, link::Secrets secrets);
+  // See FlightRecorder.
+  std::string TakeRecordingProblem() { return recorder_.TakeProblem(); }
   // A text for the status bar, e.g. which security code fits; empty for none.
   const std::string& notice() const { return notice_; }
   // The simulated board; nullptr while none has been used.
@@ -85,6 +90,7 @@ class Session final : private base::Events {
  private:
   std::ofstream diagnostics_;  // how each attempt to connect went
   frontend::TargetPorts ports_;
+  frontend::FlightRecorder recorder_;
   frontend::HoldingUi engine_ui_{ui};
   QElapsedTimer since_repaint_;
   Screen* screen_ = nullptr;

@@ -91,7 +91,7 @@ std::optional<std::uint8_t> Connector::EnterAgain() {
   const SecurityCode code = security_.ToReset().value_or(kBlankSecurityCode);
   bool entered = false;
   for (const std::uint8_t& byte : code) {
-    link.SendEchoed(base::Bytes(&byte, 1));
+    link.SendSecret(base::Bytes(&byte, 1));
     if (link.LinkError) return std::nullopt;
     entered = link.PollBreak() == 0;
     if (entered) break;

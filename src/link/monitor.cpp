@@ -74,7 +74,7 @@ void Monitor::RunTarget() {
 }
 
 int Monitor::SendSecurityCode(const SecurityCode& code) {
-  link_.SendEchoed(code);
+  link_.SendSecret(code);
   // 0 is the answer of a listening monitor, so silence must never read as 0.
   std::uint8_t answer = code[0] != 0 ? code[0] : 1;
   link_.ReadRaw(std::span(&answer, 1));

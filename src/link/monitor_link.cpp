@@ -86,6 +86,12 @@ void MonitorLink::SendEchoed(base::Bytes bytes) {
   if (copies[0] != copies[1]) LinkError = true;
 }
 
+void MonitorLink::SendSecret(base::Bytes bytes) {
+  secret_(true);
+  SendEchoed(bytes);
+  secret_(false);
+}
+
 void MonitorLink::CountEchoes(std::uint8_t sent, base::Bytes copies) {
   for (const std::uint8_t copy : copies) {
     if (copy != sent) ++damage_;

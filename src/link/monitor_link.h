@@ -8,8 +8,10 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <span>
 #include <string>
+#include <utility>
 
 #include "base/address.h"
 #include "base/clock.h"
@@ -24,7 +26,10 @@ enum class PollWait {
 
 class MonitorLink {
  public:
-  MonitorLink(base::SerialPort& port, base::Clock& clock) : port_(port), clock_(clock) {}
+  // secret is called with true before, and with false after a security code passes the port.
+  MonitorLink(
+      base::SerialPort& port, base::Clock& clock, std::function<void(bool)> secret = [](bool) {})
+      : port_(port), clock_(clock), secret_(std::move(secret)) {}
   MonitorLink(const MonitorLink&) = delete;
   MonitorLink& operator=(const MonitorLink&) = delete;
 
@@ -53,6 +58,8 @@ class MonitorLink {
   // Sends each byte and reads its two copies before the next one goes out. Sets LinkError when they
   // do not arrive in time (120 ms) or when the copies of the last byte differ.
   void SendEchoed(base::Bytes bytes);
+  // The same for a security code or a part of it, which whoever keeps a record leaves out.
+  void SendSecret(base::Bytes bytes);
   // Reads exactly buffer.size() bytes (at most 64) within 100 ms + 10 ms a byte. When fewer arrive,
   // LinkError is set and the buffer keeps what it held.
   void ReadRaw(std::span<std::uint8_t> buffer);
@@ -79,6 +86,7 @@ class MonitorLink {
 
   base::SerialPort& port_;
   base::Clock& clock_;
+  std::function<void(bool)> secret_;
   bool open_ = false;
   long damage_ = 0;
   std::string open_error_;

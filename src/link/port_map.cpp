@@ -3,12 +3,18 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <utility>
 
 namespace brevant::link {
 
 namespace {
 
 using base::keys::kPortDevice;
+
+// What stands behind a device that is no file of the system.
+constexpr std::pair<std::string_view, std::string_view> kSchemes[] = {
+    {kReplayScheme, "a recording played back (no hardware needed)"},
+};
 
 const SerialDevice* FindDevice(const std::vector<SerialDevice>& found, std::string_view path) {
   const auto it = std::ranges::find(found, path, &SerialDevice::path);
@@ -51,6 +57,9 @@ bool StoreDeviceBehind(std::string_view port, std::string_view device,
 
 std::string DescribeDevice(std::string_view device, const std::vector<SerialDevice>& found) {
   if (device == kSimulator) return "simulated target (no hardware needed)";
+  for (const auto& [scheme, what] : kSchemes) {
+    if (device.starts_with(scheme)) return std::string(device) + " - " + std::string(what);
+  }
   const SerialDevice* known = FindDevice(found, device);
   if (known == nullptr) {
     // Pseudo-terminals and the like are no adapters that could be listed.

@@ -14,6 +14,8 @@ namespace brevant::link {
 // The device name of the simulated target in settings and on command lines.
 inline constexpr std::string_view kSimulator = "simulator";
 inline constexpr int kLogicalPorts = 4;
+// "replay:FILE" is a recording played back.
+inline constexpr std::string_view kReplayScheme = "replay:";
 
 struct SerialDevice {
   std::string path;         // "/dev/ttyUSB0"

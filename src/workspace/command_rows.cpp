@@ -119,8 +119,9 @@ constexpr CommandRow kRows[] = {
     {kHelpContents, Menu::Help, "Contents", "Content help"},
     {kHelpSearch, Menu::Help, "Search for help", "Search for help"},
     {kHelpOnHelp, Menu::None, "", ""},
-    {kAbout, Menu::Help, "&About Brevant", "Show the name and version of this program",
-     kSeparatorBefore},
+    {kSaveReport, Menu::Help, "Save a &report...",
+     "Save versions, settings and the last of the wire as a text", kSeparatorBefore},
+    {kAbout, Menu::Help, "&About Brevant", "Show the name and version of this program"},
     // Popup menu of the program views
     {kPopupRunToCursor, Menu::ProgramPopup, "Run to cursor",
      "Run to current cursor position in program window", kPopup},

@@ -97,6 +97,7 @@ inline constexpr int kDataRefresh = 41003;
 inline constexpr int kSaveMemory = 41020, kCompareFile = 41021;
 inline constexpr int kOpenStack = 41040, kStackGoToCode = 41041, kStackRefresh = 41042;
 inline constexpr int kClassicColours = 41010, kQuietColours = 41011;
+inline constexpr int kSaveReport = 41140;
 inline constexpr int kLargerText = 41012, kSmallerText = 41013;
 inline constexpr int kStepLine = 41050, kStepOverLine = 41051, kStepOut = 41052;
 inline constexpr int kOpenCalls = 41100, kCallGoTo = 41101, kCallsRefresh = 41102;

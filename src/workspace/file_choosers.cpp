@@ -45,7 +45,7 @@ struct ChooserRow {
 
 constexpr std::array kTraceTable{FileFilter{"CSV file (*.CSV)", "*.CSV"}, kAll};
 
-constexpr std::array<ChooserRow, 12> kRows{{
+constexpr std::array<ChooserRow, 13> kRows{{
     {Chooser::Image, ChooserKind::Open, kAnyImage, "txt"},
     {Chooser::FlashFile, ChooserKind::Open, kFlashFile, "txt"},
     {Chooser::SymbolFile, ChooserKind::Open, kSymbolFile, "txt"},
@@ -58,6 +58,7 @@ constexpr std::array<ChooserRow, 12> kRows{{
     {Chooser::CompareFile, ChooserKind::Open, kCompareFile, "s19", "Compare with file"},
     {Chooser::SourceFile, ChooserKind::Open, kSourceFile, "", "Find the source file"},
     {Chooser::TraceTable, ChooserKind::SaveConfirming, kTraceTable, "csv", "Export the trace as"},
+    {Chooser::Report, ChooserKind::SaveConfirming, kTextFile, "txt", "Save the report as"},
 }};
 
 std::span<const FileFilter> ImageFilters(symbols::ToolChain tool_chain) {

@@ -25,6 +25,7 @@ enum class Chooser {
   CompareFile,
   SourceFile,
   TraceTable,
+  Report,
 };
 
 struct FileFilter {

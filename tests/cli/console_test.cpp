@@ -312,6 +312,55 @@ TEST_F(Console, AResultThatNobodyReceivesIsAFailure) {
   EXPECT_THAT(outcome.err, HasSubstr("cannot write the results: No space left on device"));
 }
 
+TEST_F(Console, ARecordedSessionPlaysBackWithTheSameOutputs) {
+  const std::vector<std::string> commands{
+      "regs", "read 8000 20", "step 3", "break 80C8", "write 100 1 2 3", "run",
+      "wait", "stop",         "reset",  "regs",       "read FFF0",       "regs"};
+  int lost = 0;
+  for (const char* fault : {"", "flip-reply@60:3", "drop-echo@150", "lose@230", "cut@300"}) {
+    SCOPED_TRACE(fault);
+    std::vector<std::string> recorded{"-p", "sim", "--demo", "--timeout", "1", "--record", "a.rec"};
+    if (*fault != '\0') recorded.insert(recorded.end(), {"--fault", fault});
+    std::vector<std::string> replayed{"--timeout", "1", "replay", "a.rec"};
+    for (auto* line : {&recorded, &replayed}) {
+      line->insert(line->end(), commands.begin(), commands.end());
+    }
+    const Outcome then = Run(recorded);
+    const Outcome now = Run(replayed);
+    EXPECT_EQ(now.out, then.out) << now.err;
+    EXPECT_EQ(now.err, then.err);
+    EXPECT_EQ(now.status, then.status);
+    EXPECT_TRUE(then.status == 0 || *fault != '\0') << then.err;
+    if (then.status != 0) ++lost;
+  }
+  EXPECT_GE(lost, 2);
+  EXPECT_THAT(Run({"replay", "a.rec", "read 100"}).err, HasSubstr("The recording expects "));
+  EXPECT_EQ(Run({"-p", "sim", "replay", "a.rec"}).status, 2);
+}
+
+TEST_F(Console, AReportHasTheSessionAndNotTheCode) {
+  const std::string code = "FFFFFFFFFFFFFFFF";
+  ASSERT_EQ(Run({"-p", "sim", "-s", code, "regs", "report hidden.txt"}).status, 0);
+  const std::string hidden = Slurp(folder_ / "hidden.txt");
+  EXPECT_THAT(hidden, HasSubstr("security passed: yes"));
+  EXPECT_THAT(hidden, HasSubstr(" > --\n"));
+  EXPECT_THAT(hidden, testing::Not(HasSubstr(" > ff\n")));
+  EXPECT_EQ(Run({"replay", "hidden.txt", "regs"}).status, 0);
+  ASSERT_EQ(Run({"-p", "sim", "-s", code, "report shown.txt --with-security"}).status, 0);
+  EXPECT_THAT(Slurp(folder_ / "shown.txt"), HasSubstr(" > ff\n"));
+  EXPECT_EQ(Run({"-p", "sim", "report no/folder"}).status, 3);
+}
+
+TEST_F(Console, ARecordingThatCannotBeWrittenIsSaidOnce) {
+  const Outcome outcome = Run({"-q", "-p", "sim", "--record", "/dev/full", "regs", "regs"});
+  EXPECT_EQ(outcome.status, 0);
+  EXPECT_EQ(outcome.err,
+            "/dev/full cannot be written any more, so the recording ends here: No space left on "
+            "device.\n");
+  EXPECT_THAT(Run({"-p", "sim", "--record", "no/folder", "regs"}).err,
+              StartsWith("no/folder cannot be written, so nothing is recorded: "));
+}
+
 TEST_F(Console, APortThatIsNotThereIsSaidWithWhatToDo) {
   const Outcome outcome = Run({"-p", "/dev/nothing_here", "regs"});
   EXPECT_EQ(outcome.status, 4);
