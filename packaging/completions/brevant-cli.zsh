@@ -51,6 +51,7 @@ _brevant_cli_commands() {
     'program-bytes:program a few flash bytes'
     'program-irq:program the IRQ vector that lets stop work'
     'help:this list, or one command'
+    'report:save versions, settings and the last of the wire as a text'
     'quit:leave; the target keeps its state'
   )
   _describe command commands
@@ -68,6 +69,8 @@ _arguments -s \
   '(-s --security)'{-s,--security}'[security code, or @ and an image]:code: ' \
   '--no-security[send no security code]' \
   '--settings[settings file]:file:_files' \
+  '--record[write all that passes the wire]:file:_files' \
+  '--record-security[with the security code]' \
   '--pace[of the simulated board]:pace:(instant bus wire)' \
   '--timeout[for each wait]:seconds: ' \
   '*--fault[of the simulated line]:fault:_brevant_cli_faults' \

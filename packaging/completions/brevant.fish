@@ -10,4 +10,6 @@ complete -c brevant -s p -l port -x -a "COM1 COM2 COM3 COM4 sim (__brevant_devic
 complete -c brevant -l simulate -d 'the simulated board'
 complete -c brevant -l connect -d 'without the connect dialog'
 complete -c brevant -l settings -r -F -d 'settings file'
+complete -c brevant -l record -r -F -d 'write all that passes the wire'
+complete -c brevant -l record-security -d 'with the security code'
 complete -c brevant -l version -d 'print the version'

@@ -7,5 +7,7 @@ _arguments -s \
   '(-p --port)--simulate[the simulated board]' \
   '--connect[without the connect dialog]' \
   '--settings[settings file]:file:_files' \
+  '--record[write all that passes the wire]:file:_files' \
+  '--record-security[with the security code]' \
   '(- *)--version[print the version]' \
   ':image:_files'
