@@ -344,10 +344,15 @@ TEST_F(Console, AReportHasTheSessionAndNotTheCode) {
   const std::string hidden = Slurp(folder_ / "hidden.txt");
   EXPECT_THAT(hidden, HasSubstr("security passed: yes"));
   EXPECT_THAT(hidden, HasSubstr(" > --\n"));
-  EXPECT_THAT(hidden, testing::Not(HasSubstr(" > ff\n")));
   EXPECT_EQ(Run({"replay", "hidden.txt", "regs"}).status, 0);
   ASSERT_EQ(Run({"-p", "sim", "-s", code, "report shown.txt --with-security"}).status, 0);
-  EXPECT_THAT(Slurp(folder_ / "shown.txt"), HasSubstr(" > ff\n"));
+  // Beside the code, addresses have such bytes.
+  const auto sent = [](const std::string& text) {
+    int count = 0;
+    for (std::size_t at = 0; (at = text.find(" > ff\n", at)) != std::string::npos; ++at) ++count;
+    return count;
+  };
+  EXPECT_GE(sent(Slurp(folder_ / "shown.txt")), sent(hidden) + 8);
   EXPECT_EQ(Run({"-p", "sim", "report no/folder"}).status, 3);
 }
 
