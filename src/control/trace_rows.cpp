@@ -122,7 +122,7 @@ std::string FormatTraceCsv(const TraceRing& ring, long steps, const symbols::Deb
 TraceProfile ProfileOf(const TraceRing& ring, const symbols::DebugInfo& info) {
   Sums functions, lines;
   TraceProfile profile;
-  const auto named = [](std::string name) { return name.empty() ? kElsewhere : name; };
+  const auto named = [](const std::string& name) { return name.empty() ? kElsewhere : name; };
   for (int n = 0; n < ring.size(); ++n) {
     const TraceRecord& record = ring.At(n);
     functions.Add(named(FunctionText(record.instruction.address, info)), record);

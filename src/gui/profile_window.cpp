@@ -64,7 +64,8 @@ void ProfileWindow::paintEvent(QPaintEvent*) {
   QPainter painter(viewport());
   const QStringList lines = TextLines();
   for (int row = 0; row < lines.size(); ++row) {
-    const views::ProfileLine& line = view_.lines()[static_cast<std::size_t>(view_.top() + row)];
+    const int index = view_.top() + row;
+    const views::ProfileLine& line = view_.lines()[static_cast<std::size_t>(index)];
     const bool at_cursor = row == TextCursorLine();
     const TextColours colours = at_cursor ? Colours(ColourRole::CursorText, ColourRole::CursorLine)
                                           : Colours(ColourRole::Text);

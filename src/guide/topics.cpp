@@ -143,8 +143,9 @@ std::vector<const Topic*> Guide::Search(std::string_view text) const {
     if (HoldsAll(TitleAndKeywords(topic) + ' ' + base::UpperCase(topic.markdown), words))
       found.push_back(&topic);
   }
-  std::ranges::stable_partition(
-      found, [&](const Topic* topic) { return HoldsAll(TitleAndKeywords(*topic), words); });
+  std::stable_partition(found.begin(), found.end(), [&](const Topic* topic) {
+    return HoldsAll(TitleAndKeywords(*topic), words);
+  });
   return found;
 }
 
