@@ -15,6 +15,11 @@ target_compile_options(brevant_warnings INTERFACE
 function(brevant_library name folder)
   file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp)
   list(FILTER sources EXCLUDE REGEX "/main\\.cpp$")
+  # Where several files are compiled as one (the presets check and release), those that all name their
+  # table kActions or kCommands stay apart.
+  set(alone ${sources})
+  list(FILTER alone INCLUDE REGEX "/commands_[a-z_]*\\.cpp$")
+  set_source_files_properties(${alone} PROPERTIES SKIP_UNITY_BUILD_INCLUSION ON)
   if(sources)
     add_library(${name} STATIC ${sources})
     set(scope PUBLIC)

@@ -9,6 +9,8 @@
 
 namespace brevant::devices {
 
+inline constexpr std::uint8_t kBlank = 0xFF;  // of erased flash
+
 inline constexpr base::Address kConfig1 = 0x001F;
 inline constexpr std::uint8_t kCopDisable = 0x01;  // COPD
 

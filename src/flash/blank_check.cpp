@@ -15,7 +15,7 @@ constexpr std::array<std::uint8_t, 15> kRoutineBytes{0x45, 0x00, 0x00, 0xF6, 0x4
                                                      0x01, 0x65, 0x00, 0x00, 0x26, 0xF5, 0x83};
 constexpr std::size_t kFirst = 1, kEnd = 10;
 // 14 cycles a byte: 0.19 s for the largest flash at a bus of 2.4576 MHz. A poll waits 0.11 s.
-constexpr int kMaxPolls = 20;
+constexpr int kMostCheckPolls = 20;
 constexpr base::Address kPieceMask = 0x07FF;
 
 }  // namespace
@@ -63,7 +63,7 @@ BlankCheck::Found BlankCheck::FirstUsed(base::Address first, base::Address last)
   routine[kFirst + 1] = base::LowByte(first);
   routine[kEnd] = base::HighByte(last + 1);
   routine[kEnd + 1] = base::LowByte(last + 1);
-  if (!routine_.Run(routine, kRoutineBytes.size() - 1, kMaxPolls)) return {};
+  if (!routine_.Run(routine, kRoutineBytes.size() - 1, kMostCheckPolls)) return {};
   // A and H:X have to agree: no single byte that the line has altered makes used flash blank.
   const bool blank = frame_.A == 0;
   if (blank ? frame_.HX != base::Low16(last + 1) : frame_.HX < first || frame_.HX > last) return {};

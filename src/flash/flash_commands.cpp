@@ -13,9 +13,8 @@
 namespace brevant::flash {
 namespace {
 
-constexpr std::uint8_t kBlank = 0xFF;
 constexpr std::uint32_t kBlankWord = 0xFFFF;
-constexpr const char* kComparing = "Comparing flash with the file...";
+constexpr const char* kComparingWithFile = "Comparing flash with the file...";
 
 bool RefuseSaying(FlashJob& job, const base::Message& why) {
   job.surroundings().ui.ShowMessage(why);
@@ -63,8 +62,8 @@ std::optional<std::uint8_t> TrimAtStake(const FlashSurroundings& with, const Fla
                         std::ranges::any_of(plan.to_erase, [at](const auto& range) {
                           return at >= range.first && at <= range.last;
                         });
-  const std::uint8_t trim = at_stake ? with.memory.AskByte(at) : kBlank;
-  if (trim == kBlank || with.memory.LinkError()) return std::nullopt;
+  const std::uint8_t trim = at_stake ? with.memory.AskByte(at) : devices::kBlank;
+  if (trim == devices::kBlank || with.memory.LinkError()) return std::nullopt;
   return trim;
 }
 
@@ -88,10 +87,10 @@ images::Image InFlash(memory::Memory& memory, const images::Image& image,
                       const std::vector<PagePart>& parts) {
   images::Image found;
   for (const PagePart& part : parts) {
-    std::vector<std::uint8_t> bytes(part.count, kBlank);
+    std::vector<std::uint8_t> bytes(part.count, devices::kBlank);
     if (part.holds == Holds::Other) memory.AskChecked(bytes, part.first);
     for (std::size_t i = 0; i < bytes.size() && part.holds == Holds::TheImage; ++i) {
-      bytes[i] = image.At(part.first + static_cast<base::Address>(i)).value_or(kBlank);
+      bytes[i] = image.At(part.first + static_cast<base::Address>(i)).value_or(devices::kBlank);
     }
     found.Put(part.first, bytes);
   }
@@ -102,10 +101,11 @@ images::Image InFlash(memory::Memory& memory, const images::Image& image,
 // target cannot tell is programmed.
 bool SpareWhatStands(const FlashSurroundings& with, control::TargetCrc& crc,
                      const images::Image& image, FlashPlan& plan) {
-  with.ui.BeginProgress(plan.task->progress_title, kComparing, true);
-  const Comparison found = CompareWithFlash(
-      crc, with.memory.device().flash, image,
-      [&](long done, long total) { return with.ui.UpdateProgress(kComparing, done, total); });
+  with.ui.BeginProgress(plan.task->progress_title, kComparingWithFile, true);
+  const Comparison found =
+      CompareWithFlash(crc, with.memory.device().flash, image, [&](long done, long total) {
+        return with.ui.UpdateProgress(kComparingWithFile, done, total);
+      });
   with.ui.EndProgress();
   if (found.end != Comparison::End::Complete || with.memory.LinkError())
     return found.end != Comparison::End::Cancelled;

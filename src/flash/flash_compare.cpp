@@ -5,6 +5,7 @@
 #include <span>
 
 #include "base/crc16.h"
+#include "devices/hc08.h"
 
 namespace brevant::flash {
 namespace {
@@ -12,7 +13,6 @@ namespace {
 // Into so many parts a stretch that differs is divided: more would cost more where one page differs
 // among many, fewer where all do.
 constexpr std::size_t kDivision = 4;
-constexpr std::uint8_t kBlank = 0xFF;
 
 std::vector<PagePart> PartsOf(const images::Block& block, base::Address page_mask) {
   std::vector<PagePart> parts;
@@ -47,7 +47,7 @@ class Comparing {
  private:
   static Holds WhatHas(std::uint16_t crc, base::Bytes bytes) {
     if (crc == base::Crc16(bytes)) return Holds::TheImage;
-    const std::vector<std::uint8_t> blank(bytes.size(), kBlank);
+    const std::vector<std::uint8_t> blank(bytes.size(), devices::kBlank);
     return crc == base::Crc16(blank) ? Holds::Nothing : Holds::Other;
   }
 

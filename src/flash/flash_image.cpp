@@ -10,9 +10,8 @@
 namespace brevant::flash {
 namespace {
 
-constexpr std::uint8_t kBlank = 0xFF;
 constexpr const char* kTitle = "Flash image";
-constexpr const char* kComparing = "Comparing flash with the image...";
+constexpr const char* kComparingWithImage = "Comparing flash with the image...";
 constexpr const char* kErasing = "Erasing the pages that differ...";
 constexpr const char* kVerifying = "Verifying flash...";
 
@@ -61,7 +60,7 @@ FlashImageResult FlashImage::Run(const images::Image& image) {
   code_before_ = with_.security.accepted();
   image_ = image;
   result_.bytes = image.size();
-  text_ = kComparing;
+  text_ = kComparingWithImage;
   with_.ui.BeginProgress(kTitle, text_, true);
   result_.outcome = Work();
   with_.ui.EndProgress();
@@ -145,8 +144,8 @@ FlashImage::End FlashImage::KeepTrim() {
   if (at == 0 || !Contains(to_erase_, at)) return std::nullopt;
   const std::uint8_t trim = with_.memory.AskByte(at);
   const auto wanted = image_.At(at);
-  if (trim == kBlank || wanted == trim) return std::nullopt;
-  if (wanted && *wanted != kBlank) {
+  if (trim == devices::kBlank || wanted == trim) return std::nullopt;
+  if (wanted && *wanted != devices::kBlank) {
     said_.push_back(ToMessage(messages::kTrimReplaced, at, trim));
     return std::nullopt;
   }
@@ -175,7 +174,7 @@ FlashImage::End FlashImage::ReadKept() {
         if (bytes != again) return Refuse(ToMessage(messages::kKeptNotRead, at));
         for (std::size_t i = 0; i < bytes.size(); ++i) {
           const base::Address where = at + static_cast<base::Address>(i);
-          if (bytes[i] != kBlank) kept_.Put(where, base::Bytes(&bytes[i], 1));
+          if (bytes[i] != devices::kBlank) kept_.Put(where, base::Bytes(&bytes[i], 1));
         }
         at = end;
       }
@@ -239,7 +238,7 @@ FlashImage::End FlashImage::Program() {
   const devices::FlashGeometry& flash = with_.memory.device().flash;
   images::Image content = different_;
   // It stands already, and no byte is programmed twice.
-  if (trim_ && content.At(flash.trim)) content.Put(flash.trim, base::Bytes(&kBlank, 1));
+  if (trim_ && content.At(flash.trim)) content.Put(flash.trim, base::Bytes(&devices::kBlank, 1));
   FlashPlan plan = PlanImage(flash, kept_);
   const std::size_t kept_blocks = plan.blocks.size();
   FlashPlan of_image = PlanImage(flash, content);

@@ -9,7 +9,6 @@ namespace brevant::flash {
 namespace {
 
 constexpr int kMaxPages = 256;
-constexpr std::uint8_t kBlank = 0xFF;
 constexpr std::array kIrqVectorContent{base::HighByte(devices::kIrqStopRoutine),
                                        base::LowByte(devices::kIrqStopRoutine)};
 
@@ -141,7 +140,7 @@ std::optional<base::Address> FirstNotBlank(const FlashPlan& plan, const images::
   for (const FlashBlock& block : plan.blocks) {
     for (std::size_t i = 0; i < block.bytes.size(); ++i) {
       const base::Address at = base::Low16(block.address + static_cast<base::Address>(i));
-      if (in_flash.At(at).value_or(kBlank) != kBlank) return at;
+      if (in_flash.At(at).value_or(devices::kBlank) != devices::kBlank) return at;
     }
   }
   return std::nullopt;
@@ -153,7 +152,7 @@ FlashPlan PlanImage(const devices::FlashGeometry& flash, const images::Image& im
     AddRecord(flash, run.address, run.bytes, plan.blocks);
   }
   std::erase_if(plan.blocks, [](const FlashBlock& block) {
-    return std::ranges::count(block.bytes, kBlank) == std::ssize(block.bytes);
+    return std::ranges::count(block.bytes, devices::kBlank) == std::ssize(block.bytes);
   });
   JoinBlocks(plan.blocks);
   return plan;

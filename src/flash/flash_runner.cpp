@@ -6,7 +6,7 @@
 namespace brevant::flash {
 namespace {
 
-constexpr int kMaxPolls = 100;
+constexpr int kMostPolls = 100;
 // A poll waits 0.11 s; the longest routine, which erases 256 pages, takes 0.4 s.
 constexpr int kRoutinePolls = 20;
 
@@ -23,7 +23,7 @@ std::optional<base::Address> FlashRunner::LetRun(const FlashPlan& plan, const Fl
 void FlashRunner::AwaitBlock() {
   // A stray byte before the break byte would be taken for an echo, and shift every one after it.
   int poll = link_.PollBreak();
-  for (int polls = 1; poll != 0 && poll != link::MonitorLink::kNoByte && polls < kMaxPolls;
+  for (int polls = 1; poll != 0 && poll != link::MonitorLink::kNoByte && polls < kMostPolls;
        ++polls) {
     poll = link_.PollBreak();
   }

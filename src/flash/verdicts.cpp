@@ -4,13 +4,12 @@
 #include <optional>
 
 #include "base/text_format.h"
+#include "devices/hc08.h"
 #include "flash/flash_image.h"
 #include "flash/messages.h"
 
 namespace brevant::flash {
 namespace {
-
-constexpr std::uint8_t kBlank = 0xFF;
 
 const char* Cause(const WrongBytes& wrong) {
   const auto& [address, expected, found] = wrong.first;
@@ -18,15 +17,15 @@ const char* Cause(const WrongBytes& wrong) {
     return wrong.was_blank ? "bits fell to 0 that were to stay 1"
                            : "bits that were to be 1 are 0: it was not blank before";
   }
-  return found == kBlank ? "it is still blank: nothing was programmed there"
-                         : "bits stayed 1 that were to become 0";
+  return found == devices::kBlank ? "it is still blank: nothing was programmed there"
+                                  : "bits stayed 1 that were to become 0";
 }
 
 // The first address that the block protect register protects, if any: its eight bits are those
 // above the page's within an array that ends at $FFFF.
 std::optional<base::Address> ProtectedFrom(const devices::FlashGeometry& flash,
                                            std::uint8_t flbpr) {
-  if (flbpr == kBlank) return std::nullopt;
+  if (flbpr == devices::kBlank) return std::nullopt;
   const base::Address array = base::kAddressSpace - (0x100u << flash.page_shift);
   return array | (base::Address{flbpr} << flash.page_shift);
 }

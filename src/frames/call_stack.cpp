@@ -16,10 +16,11 @@ namespace brevant::frames {
 namespace {
 
 using base::Address;
+using isa::kLongestCall;
+using isa::kReturnBytes;
+using isa::kShortestCall;
 
-constexpr Address kReturnBytes = 2;
-constexpr Address kInterruptBytes = 5;  // CCR, A, X, PC
-constexpr Address kLongestCall = 3, kShortestCall = 1;
+constexpr Address kInterruptBytes = 5;   // CCR, A, X, PC
 constexpr long kMostCodeSearched = 256;  // bytes, for one frame
 // How far from a label code is still told by it.
 constexpr Address kNearestReach = 0x200;

@@ -19,7 +19,6 @@ namespace {
 using base::Address;
 
 constexpr Address kLongestInstruction = 4;
-constexpr int kReturnBytes = 2;
 // Bytes fetched in one go: most functions and the ways through them are short.
 constexpr Address kAhead = 32;
 
@@ -145,7 +144,7 @@ class CodeSearch {
     } else if (*flow.target != function_.first) {
       // How SDCC calls through a pointer: a call of the next lines, which push the function's
       // address and return to it.
-      after.depth += kReturnBytes;
+      after.depth += static_cast<int>(isa::kReturnBytes);
       lead_to(*flow.target);
     }
   }

@@ -14,10 +14,10 @@ namespace {
 
 using base::Address;
 using devices::MemoryKind;
+using isa::kLongestCall;
 
 constexpr int kStackAhead = 16;     // bytes of the stack that are fetched in one go
 constexpr Address kFrameBytes = 5;  // CCR, A, X, PC
-constexpr Address kLongestCall = 3;
 // Without symbols: how far from its start code is still taken for the handler's.
 constexpr Address kHandlerReach = 0x100;
 // Decoding from a known start costs its bytes.

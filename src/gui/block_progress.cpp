@@ -15,7 +15,7 @@ namespace brevant::gui {
 namespace {
 
 constexpr int kFollowEveryMs = 20;
-constexpr int kWidth = 320;
+constexpr int kBarWidth = 320;
 
 }  // namespace
 
@@ -28,7 +28,7 @@ BlockProgress::BlockProgress(const CommandContext& context)
       time_left_(new QLabel) {
   setObjectName("UpdateDlg");
   setAttribute(Qt::WA_DeleteOnClose);
-  setMinimumWidth(kWidth);
+  setMinimumWidth(kBarWidth);
   const views::BlockOperation& operation = *session_.debugger.block.operation();
   setWindowTitle(Text(operation.Title()));
   bar_->setMaximum(static_cast<int>(operation.words_total()));

@@ -14,8 +14,8 @@ namespace {
 
 namespace commands = workspace::commands;
 
-constexpr int kUsualColumns = 48;
-constexpr int kUsualLines = 8;
+constexpr int kCallStackColumns = 48;
+constexpr int kCallStackLines = 8;
 
 }  // namespace
 
@@ -29,7 +29,7 @@ CallStackWindow::CallStackWindow(Session& session, FrameLinks links, const QFont
 }
 
 QSize CallStackWindow::sizeHint() const {
-  return {kUsualColumns * cell().width, kUsualLines * cell().height};
+  return {kCallStackColumns * cell().width, kCallStackLines * cell().height};
 }
 
 std::optional<PopupItem> CallStackWindow::ItemOf(int command) const {
@@ -64,7 +64,7 @@ void CallStackWindow::paintEvent(QPaintEvent*) {
   const QStringList lines = TextLines();
   for (int row = 0; row < lines.size(); ++row) {
     const bool at_cursor = row == TextCursorLine() && !view_.frames().empty();
-    DrawText(painter, 0, row, lines[row].leftJustified(kUsualColumns),
+    DrawText(painter, 0, row, lines[row].leftJustified(kCallStackColumns),
              at_cursor ? Colours(ColourRole::CursorText, ColourRole::CursorLine)
                        : Colours(ColourRole::Text));
   }

@@ -13,7 +13,7 @@
 namespace brevant::gui {
 namespace {
 
-constexpr int kWidth = 420;
+constexpr int kCompareWidth = 420;
 constexpr int kHeight = 360;
 constexpr int kAddressColumn = 0;
 
@@ -64,7 +64,7 @@ CompareDialog::CompareDialog(QWidget* parent, const QFont& font, const QString& 
   buttons->addWidget(close);
   layout->addLayout(buttons);
   list->setFocus();
-  resize(kWidth, kHeight);
+  resize(kCompareWidth, kHeight);
 }
 
 }  // namespace brevant::gui

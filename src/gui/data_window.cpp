@@ -22,7 +22,7 @@ namespace {
 namespace commands = workspace::commands;
 
 constexpr int kSpareColumns = 3;  // for the scroll bar
-constexpr int kUsualLines = 16;
+constexpr int kDataLines = 16;
 
 struct MarkOfBytes {
   views::DataMark mark;
@@ -49,7 +49,7 @@ DataWindow::DataWindow(Session& session, FrameLinks links, const QFont& font,
 QSize DataWindow::sizeHint() const {
   const views::DataSettings& settings = view_.settings();
   const int columns = settings.CharacterColumn(settings.bytes_per_line) + kSpareColumns;
-  return {columns * cell().width, kUsualLines * cell().height};
+  return {columns * cell().width, kDataLines * cell().height};
 }
 
 workspace::WindowAttributes DataWindow::Attributes() const {

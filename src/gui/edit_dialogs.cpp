@@ -19,7 +19,7 @@
 namespace brevant::gui {
 namespace {
 
-constexpr int kFieldCharacters = 32;
+constexpr int kEditCharacters = 32;
 constexpr int kListWidth = 640;
 constexpr int kListHeight = 320;
 
@@ -55,7 +55,7 @@ bool AskForText(QWidget* parent, const QFont& font, const EditRequest& request, 
   field->setFont(font);
   field->setMaxLength(request.max_length);
   field->setText(Text(request.text));
-  shown->setMinimumWidth(field->fontMetrics().averageCharWidth() * kFieldCharacters);
+  shown->setMinimumWidth(field->fontMetrics().averageCharWidth() * kEditCharacters);
   if (!request.label.empty()) layout->addWidget(new QLabel(Text(request.label)));
   layout->addWidget(shown);
   auto* const refusal = new QLabel;

@@ -16,7 +16,7 @@ namespace brevant::gui {
 namespace {
 
 constexpr int kMaxLength = 254;
-constexpr int kFieldCharacters = 48;
+constexpr int kNameCharacters = 48;
 
 }  // namespace
 
@@ -36,7 +36,7 @@ bool AskForFileIo(
   name->setObjectName("fileName");
   name->setAccessibleName("File name");
   name->setMaxLength(kMaxLength);
-  name->setMinimumWidth(name->fontMetrics().averageCharWidth() * kFieldCharacters);
+  name->setMinimumWidth(name->fontMetrics().averageCharWidth() * kNameCharacters);
   row->addWidget(name, 1);
   auto* const choose = new QPushButton("&Browse");
   choose->setObjectName("browse");

@@ -24,7 +24,7 @@ namespace brevant::gui {
 namespace {
 
 constexpr QSize kUsualSize(900, 620);
-constexpr int kListWidth = 270;
+constexpr int kTopicsWidth = 270;
 constexpr const char* kWindowName = "HelpWindow";
 constexpr const char* kActionName = "command";  // before the id, in an action's object name
 
@@ -75,7 +75,7 @@ HelpWindow::HelpWindow(QWidget* parent, const guide::Guide& guide)
   page_->setOpenLinks(false);
   split->addWidget(side);
   split->addWidget(page_);
-  split->setSizes({kListWidth, kUsualSize.width() - kListWidth});
+  split->setSizes({kTopicsWidth, kUsualSize.width() - kTopicsWidth});
   split->setStretchFactor(1, 1);
   layout->addWidget(split);
   auto* const buttons = new QHBoxLayout;

@@ -16,7 +16,7 @@ namespace commands = workspace::commands;
 
 constexpr int kBarColumn = 56;  // behind the texts
 constexpr int kBarColumns = 24;
-constexpr int kUsualLines = 16;
+constexpr int kProfileLines = 16;
 
 }  // namespace
 
@@ -29,7 +29,7 @@ ProfileWindow::ProfileWindow(Session& session, FrameLinks links, const QFont& fo
 }
 
 QSize ProfileWindow::sizeHint() const {
-  return {(kBarColumn + kBarColumns + 2) * cell().width, kUsualLines * cell().height};
+  return {(kBarColumn + kBarColumns + 2) * cell().width, kProfileLines * cell().height};
 }
 
 std::optional<PopupItem> ProfileWindow::ItemOf(int command) const {

@@ -14,8 +14,8 @@
 namespace brevant::gui {
 namespace {
 
-constexpr int kUsualColumns = 64;
-constexpr int kUsualLines = 20;
+constexpr int kProgramColumns = 64;
+constexpr int kProgramLines = 20;
 
 }  // namespace
 
@@ -29,7 +29,7 @@ ProgramWindow::ProgramWindow(Session& session, FrameLinks links, const QFont& fo
 }
 
 QSize ProgramWindow::sizeHint() const {
-  return {kUsualColumns * cell().width, kUsualLines * cell().height};
+  return {kProgramColumns * cell().width, kProgramLines * cell().height};
 }
 
 void ProgramWindow::CellsChanged() {

@@ -13,7 +13,7 @@ namespace {
 constexpr qint64 kShowAfterMs = 300;
 constexpr qint64 kEventsEveryMs = 33;
 constexpr qint64 kEstimateAfterMs = 1000;
-constexpr int kWidth = 420;
+constexpr int kProgressWidth = 420;
 constexpr int kSteps = 1000;
 
 }  // namespace
@@ -32,7 +32,7 @@ ProgressDialog::ProgressDialog(QWidget* parent, const QString& title, const QStr
   setObjectName("progress");
   setWindowTitle(title);
   setWindowModality(Qt::ApplicationModal);
-  setMinimumWidth(kWidth);
+  setMinimumWidth(kProgressWidth);
   text_->setWordWrap(true);
   bar_->setRange(0, 0);
   auto* const layout = new QVBoxLayout(this);

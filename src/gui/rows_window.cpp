@@ -11,13 +11,13 @@
 namespace brevant::gui {
 namespace {
 
-constexpr int kUsualColumns = 60;
-constexpr int kUsualLines = 16;
+constexpr int kRowsColumns = 60;
+constexpr int kRowsLines = 16;
 
 }  // namespace
 
 QSize RowsWindow::sizeHint() const {
-  return {kUsualColumns * cell().width, kUsualLines * cell().height};
+  return {kRowsColumns * cell().width, kRowsLines * cell().height};
 }
 
 QStringList RowsWindow::TextLines() const {

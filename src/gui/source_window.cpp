@@ -18,8 +18,8 @@ namespace {
 
 namespace commands = workspace::commands;
 
-constexpr int kUsualColumns = 90;
-constexpr int kUsualLines = 24;
+constexpr int kSourceColumns = 90;
+constexpr int kSourceLines = 24;
 constexpr std::chrono::seconds kCheckFileEvery{1};
 constexpr int kWheelDegrees = 40;  // a character, in eighths of a degree
 constexpr int kSideways = 4;       // characters a key press
@@ -57,7 +57,7 @@ SourceWindow::~SourceWindow() {
 }
 
 QSize SourceWindow::sizeHint() const {
-  return {kUsualColumns * cell().width, kUsualLines * cell().height};
+  return {kSourceColumns * cell().width, kSourceLines * cell().height};
 }
 
 void SourceWindow::timerEvent(QTimerEvent*) {

@@ -14,8 +14,8 @@ namespace {
 
 namespace commands = workspace::commands;
 
-constexpr int kUsualColumns = 96;
-constexpr int kUsualLines = 12;
+constexpr int kStackColumns = 96;
+constexpr int kStackLines = 12;
 
 }  // namespace
 
@@ -29,7 +29,7 @@ StackWindow::StackWindow(Session& session, FrameLinks links, const QFont& font,
 }
 
 QSize StackWindow::sizeHint() const {
-  return {kUsualColumns * cell().width, kUsualLines * cell().height};
+  return {kStackColumns * cell().width, kStackLines * cell().height};
 }
 
 std::optional<PopupItem> StackWindow::ItemOf(int command) const {
@@ -85,7 +85,7 @@ void StackWindow::PaintLine(QPainter& painter, int row, const views::StackLine& 
   const int described = views::StackTextColumn();
   const bool at_cursor = row == view_.state().cursorLine;
   DrawText(painter, 0, row, text.left(described), Colours(ColourRole::Text));
-  DrawText(painter, described, row, text.mid(described).leftJustified(kUsualColumns - described),
+  DrawText(painter, described, row, text.mid(described).leftJustified(kStackColumns - described),
            at_cursor ? Colours(ColourRole::CursorText, ColourRole::CursorLine)
                      : Colours(ColourRole::Text));
 }

@@ -15,8 +15,8 @@ namespace {
 
 namespace commands = workspace::commands;
 
-constexpr int kUsualColumns = 72;
-constexpr int kUsualLines = 18;
+constexpr int kTraceColumns = 72;
+constexpr int kTraceLines = 18;
 
 }  // namespace
 
@@ -29,7 +29,7 @@ TraceWindow::TraceWindow(Session& session, FrameLinks links, const QFont& font,
 }
 
 QSize TraceWindow::sizeHint() const {
-  return {kUsualColumns * cell().width, kUsualLines * cell().height};
+  return {kTraceColumns * cell().width, kTraceLines * cell().height};
 }
 
 QStringList TraceWindow::TextLines() const {

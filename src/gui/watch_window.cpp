@@ -16,8 +16,8 @@ namespace {
 
 namespace commands = workspace::commands;
 
-constexpr int kUsualColumns = 46;
-constexpr int kUsualLines = 8;
+constexpr int kWatchColumns = 46;
+constexpr int kWatchLines = 8;
 constexpr const char* kNothingWatched = "Nothing is watched: Insert adds a variable.";
 constexpr const char* kFileHolds = "%1 holds %2: Open config, or loading the program, reads them.";
 
@@ -60,7 +60,7 @@ WatchWindow::WatchWindow(Session& session, FrameLinks links, const QFont& font,
 }
 
 QSize WatchWindow::sizeHint() const {
-  return {kUsualColumns * cell().width, kUsualLines * cell().height};
+  return {kWatchColumns * cell().width, kWatchLines * cell().height};
 }
 
 bool WatchWindow::IsEnabled(int command) const {

@@ -25,6 +25,10 @@ struct Flow {
   std::optional<base::Address> target = {};
 };
 
+// BSR and JSR take one to three bytes, and stack the two of the address behind them.
+inline constexpr base::Address kShortestCall = 1, kLongestCall = 3;
+inline constexpr base::Address kReturnBytes = 2;
+
 Flow FlowOf(const Instruction& instruction);
 
 // By how many bytes the stack has grown behind the instruction; calls come back with what they

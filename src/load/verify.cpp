@@ -10,7 +10,7 @@ namespace brevant::load {
 namespace {
 
 // 0.4 s for each that is the same, 3 s for each that has to be read, at 9600 baud.
-constexpr std::size_t kPiece = 1024;
+constexpr std::size_t kVerifyPiece = 1024;
 
 bool Differs(const images::Image& image, base::Address address, base::Bytes found) {
   for (std::size_t i = 0; i < found.size(); ++i) {
@@ -67,10 +67,10 @@ VerifyResult Verify(memory::Memory& memory, const images::Image& image, Progress
   };
   // A piece that differs is read, to tell where and how.
   const auto look_at_pieces = [&](base::Address address, base::Bytes bytes) {
-    for (std::size_t done = 0; done < bytes.size(); done += kPiece) {
-      const base::Bytes piece = bytes.subspan(done, std::min(kPiece, bytes.size() - done));
+    for (std::size_t done = 0; done < bytes.size(); done += kVerifyPiece) {
+      const base::Bytes piece = bytes.subspan(done, std::min(kVerifyPiece, bytes.size() - done));
       const base::Address at = address + static_cast<base::Address>(done);
-      const bool known = bytes.size() <= kPiece;  // to differ
+      const bool known = bytes.size() <= kVerifyPiece;  // to differ
       const RangeResult range = !known && same(at, piece)
                                     ? Told(progress(result.compared, image.size()))
                                     : ReadRange(memory, at, piece.size(), compare);

@@ -14,7 +14,7 @@ constexpr Cycles kPowerOnHeld = (4096 + 32) / 2 + kMonitorStart;
 constexpr Cycles kResetHeld = 32 / 2 + kMonitorStart;
 
 // IRQ status and control: bit 2 written as 1 forgets a latched edge; bits 1 and 0 are settings.
-constexpr base::Address kIntscr = 0x001D;
+constexpr base::Address kIrqControl = 0x001D;
 
 }  // namespace
 
@@ -166,8 +166,8 @@ void Board::BreakEnded(bool long_enough) {
   mcu_.SetIrqLow(false);
   if (!heard_) return;
   // The monitor has dealt with it: the next RUN must not take it for a new interrupt.
-  const std::uint8_t settings = mcu_.Peek(kIntscr) & 0x03u;
-  mcu_.Write(kIntscr, static_cast<std::uint8_t>(settings | 0x04u));
+  const std::uint8_t settings = mcu_.Peek(kIrqControl) & 0x03u;
+  mcu_.Write(kIrqControl, static_cast<std::uint8_t>(settings | 0x04u));
   if (long_enough) wire_.SendFromMcu(McuByte::Break, 0, now_ + wire_.Bits(kBreakGapBits));
 }
 

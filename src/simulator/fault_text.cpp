@@ -7,11 +7,11 @@
 namespace brevant::simulator {
 namespace {
 
-struct Row {
+struct FaultRow {
   FaultKind kind;
   std::string_view name;
 };
-constexpr Row kRows[] = {
+constexpr FaultRow kFaultRows[] = {
     {FaultKind::LoseHostByte, "lose"},
     {FaultKind::DropLocalEcho, "drop-copy"},
     {FaultKind::DropMonitorEcho, "drop-echo"},
@@ -37,8 +37,8 @@ bool ParseAll(std::string_view text, T& value) {
 std::optional<Fault> ParseFault(std::string_view text) {
   const std::size_t at = text.find('@');
   if (at == std::string_view::npos) return std::nullopt;
-  const auto row = std::ranges::find(kRows, text.substr(0, at), &Row::name);
-  if (row == std::end(kRows)) return std::nullopt;
+  const auto row = std::ranges::find(kFaultRows, text.substr(0, at), &FaultRow::name);
+  if (row == std::end(kFaultRows)) return std::nullopt;
   const std::string_view place = text.substr(at + 1);
   const std::size_t colon = std::min(place.find(':'), place.size());
   Fault fault{.kind = row->kind};
@@ -53,7 +53,7 @@ std::optional<Fault> ParseFault(std::string_view text) {
 
 std::string FaultNames() {
   std::string names;
-  for (const Row& row : kRows) {
+  for (const FaultRow& row : kFaultRows) {
     if (!names.empty()) names += ", ";
     names += row.name;
   }

@@ -90,7 +90,7 @@ std::string Joined(const std::vector<std::string>& parts) {
   return text;
 }
 
-Place At(base::Address address) {
+Place PlaceAt(base::Address address) {
   return {.address = base::Low16(address)};
 }
 
@@ -107,10 +107,10 @@ Place PlaceOfSymbols(std::string_view word, const std::vector<const Symbol*>& na
   // Lists of names without modules may repeat one; there the first entry counts.
   const bool can_tell =
       std::ranges::none_of(named, [](const Symbol* s) { return s->module.empty(); });
-  if (named.size() == 1 || !can_tell) return At(named.front()->address);
+  if (named.size() == 1 || !can_tell) return PlaceAt(named.front()->address);
   const auto is_global = [](const Symbol* symbol) { return symbol->scope == Scope::Global; };
   if (std::ranges::count_if(named, is_global) == 1) {
-    return At((*std::ranges::find_if(named, is_global))->address);
+    return PlaceAt((*std::ranges::find_if(named, is_global))->address);
   }
   std::vector<std::string> told;
   told.reserve(named.size());
@@ -175,7 +175,7 @@ Place PlaceOfLine(std::string_view word, std::string_view file, std::uint32_t li
     return Nowhere(base::Format("%s can be %s: name more of the path", shown, Joined(told)));
   }
   if (found) {
-    Place place = At(*found);
+    Place place = PlaceAt(*found);
     if (files.size() > 1) place.note = base::Format("%s is %s.", shown, told.front());
     if (!copies.empty()) {
       place.note = base::Format("%s is taken at %04x; the line also has code at %s.", shown,
@@ -213,11 +213,11 @@ Place PlaceOfDigits(std::string_view word, const DebugInfo& info) {
   const std::size_t zeros = std::min(word.find_first_not_of('0'), word.size());
   const bool is_address = word.size() - zeros <= kAddressDigits;
   const auto named = IsLetter(word.front()) ? FindNamed(word, info) : std::vector<const Symbol*>();
-  if (named.empty()) return is_address ? At(number) : Place();
+  if (named.empty()) return is_address ? PlaceAt(number) : Place();
   if (!is_address) return PlaceOfSymbols(word, named);
   const std::string shown(word);
   if (info.SymbolTable.FindSymbolName(number)) {
-    Place place = At(number);
+    Place place = PlaceAt(number);
     place.note =
         base::Format("%s is the address %04x; the symbol is written _%s.", shown, number, shown);
     return place;

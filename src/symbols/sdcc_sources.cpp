@@ -15,7 +15,7 @@ namespace fs = std::filesystem;
 // How far above the image's folder the compiler may have been started.
 constexpr int kParents = 3;
 
-std::string Spelt(std::string_view name) {
+std::string AsModuleName(std::string_view name) {
   std::string spelt(name);
   for (char& c : spelt) {
     const bool kept = IsLetter(c) || (c >= '0' && c <= '9') || c == '.' || c == '_';
@@ -32,17 +32,17 @@ SdccSources::SdccSources(const std::string& image_directory) : directory_(image_
   for (fs::directory_iterator it(directory, error), end; !error && it != end; it.increment(error)) {
     const std::string name = it->path().filename().string();
     // A file that is spelt just so comes before one that only reads like it.
-    if (Spelt(name) == name) {
+    if (AsModuleName(name) == name) {
       by_name_[name] = name;
     } else {
-      by_name_.try_emplace(Spelt(name), name);
+      by_name_.try_emplace(AsModuleName(name), name);
     }
   }
 }
 
 const SdccListing* SdccSources::Listing(std::string_view module) {
   const auto [place, is_new] = listings_.try_emplace(std::string(module));
-  const auto file = by_name_.find(Spelt(module) + ".rst");
+  const auto file = by_name_.find(AsModuleName(module) + ".rst");
   if (is_new && file != by_name_.end()) {
     const auto text = base::ReadFile(base::JoinPath(*directory_, file->second));
     if (text.ok()) place->second = ParseSdccListing(text.text);
@@ -70,7 +70,7 @@ std::string SdccSources::AtOrAbove(const fs::path& path) const {
 std::string SdccSources::ListedSource(const std::string& path) const {
   std::string found = AtOrAbove(path);
   if (!found.empty()) return found;
-  const auto beside = by_name_.find(Spelt(base::LastPart(path)));
+  const auto beside = by_name_.find(AsModuleName(base::LastPart(path)));
   return beside != by_name_.end() ? beside->second : std::string(base::LastPart(path));
 }
 
@@ -79,7 +79,7 @@ std::string SdccSources::CSource(std::string_view name, std::string_view module,
   if (beside != by_name_.end() && !ambiguous) return beside->second;
   if (const SdccListing* listing = Listing(module)) {
     for (const std::string& path : listing->paths) {
-      if (Spelt(base::LastPart(path)) == name) return ListedSource(path);
+      if (AsModuleName(base::LastPart(path)) == name) return ListedSource(path);
     }
   }
   return beside != by_name_.end() ? beside->second : std::string(name);
@@ -87,7 +87,7 @@ std::string SdccSources::CSource(std::string_view name, std::string_view module,
 
 std::string SdccSources::AssemblerSource(std::string_view module) const {
   for (const char* extension : {".asm", ".s", ".S", ".src"}) {
-    const auto file = by_name_.find(Spelt(module) + extension);
+    const auto file = by_name_.find(AsModuleName(module) + extension);
     if (file != by_name_.end()) return file->second;
   }
   const std::string name = std::string(module) + ".asm";

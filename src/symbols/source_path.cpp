@@ -17,7 +17,7 @@ bool IsFile(const std::string& path) {
 }
 
 // Host separators: names of other systems' tools have backslashes.
-std::string Spelt(std::string_view name) {
+std::string WithHostSeparators(std::string_view name) {
   std::string spelt(name);
   std::ranges::replace(spelt, '\\', '/');
   return spelt;
@@ -73,7 +73,7 @@ std::vector<std::string> OwnFolders(const DebugInfo& info, const SourceFolders& 
 SourcePlace FindSource(const DebugInfo& info, std::uint32_t file, const SourceFolders& folders) {
   const std::vector<std::string>& files = info.LineTable.files();
   if (file >= files.size()) return {};
-  const std::string name = Spelt(files[file]);
+  const std::string name = WithHostSeparators(files[file]);
   SourcePlace expected{base::JoinPath(folders.image, name)};
   if (IsIntrolLibrary(info, name)) {
     expected = FindInLibraries(name, folders);

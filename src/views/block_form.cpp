@@ -13,7 +13,7 @@ constexpr HexField kFillFields[] = {
 constexpr HexField kMoveFields[] = {
     {"from", "From address:", 6}, {"to", "To address:", 6}, {"destination", "Move to address:", 6}};
 constexpr HexDialog kFill{"FILLDLG", "Fill Block (Hex Format)", kFillFields};
-constexpr HexDialog kMove{"MOVEDLG", "Move Block (Hex Format)", kMoveFields};
+constexpr HexDialog kMoveDialog{"MOVEDLG", "Move Block (Hex Format)", kMoveFields};
 
 constexpr HexField kPasteFields[] = {{"address", "Paste to address:", 5}};
 
@@ -29,7 +29,7 @@ std::string WhyNot(const BlockOperation& operation, const memory::Memory& memory
 }  // namespace
 
 const HexDialog& BlockForm::dialog() const {
-  return kind_ == Kind::Fill ? kFill : kMove;
+  return kind_ == Kind::Fill ? kFill : kMoveDialog;
 }
 
 std::vector<std::string> BlockForm::InitialTexts(base::Address cursor) const {

@@ -13,7 +13,7 @@ namespace {
 using base::Address;
 
 constexpr long kSliceWords = 16;
-constexpr Address kWord = 2;
+constexpr Address kWordBytes = 2;
 // A bit that the line turns on its way to the host shows in no echo.
 constexpr int kLooks = 2;
 
@@ -27,7 +27,7 @@ BlockOperation::BlockOperation(Kind kind, Address from, Address to)
     : kind_(kind),
       from_(Even(std::min(from, to))),
       destination_(from_),
-      total_(static_cast<long>((Even(std::max(from, to)) - from_) / kWord) + 1) {}
+      total_(static_cast<long>((Even(std::max(from, to)) - from_) / kWordBytes) + 1) {}
 
 BlockOperation BlockOperation::Fill(Address from, Address to, std::uint16_t value) {
   BlockOperation operation(Kind::Fill, from, to);
@@ -44,7 +44,7 @@ BlockOperation BlockOperation::Move(Address from, Address to, Address destinatio
 
 BlockOperation BlockOperation::Paste(Address address, std::vector<std::uint8_t> bytes) {
   const auto count = static_cast<Address>(bytes.size());
-  BlockOperation operation(Kind::Paste, address, Even(address) + count - kWord);
+  BlockOperation operation(Kind::Paste, address, Even(address) + count - kWordBytes);
   operation.bytes_ = std::move(bytes);
   return operation;
 }
@@ -52,12 +52,14 @@ BlockOperation BlockOperation::Paste(Address address, std::vector<std::uint8_t> 
 memory::Range BlockOperation::slice() const {
   const long words = std::min(kSliceWords, total_ - done_);
   const long before = backwards_ ? total_ - done_ - words : done_;
-  return {destination_ + static_cast<Address>(before) * kWord, static_cast<Address>(words) * kWord};
+  return {destination_ + static_cast<Address>(before) * kWordBytes,
+          static_cast<Address>(words) * kWordBytes};
 }
 
 memory::Range BlockOperation::written() const {
   const long before = backwards_ ? total_ - done_ : 0;
-  return {destination_ + static_cast<Address>(before) * kWord, static_cast<Address>(done_) * kWord};
+  return {destination_ + static_cast<Address>(before) * kWordBytes,
+          static_cast<Address>(done_) * kWordBytes};
 }
 
 void BlockOperation::End(BlockOutcome outcome, std::optional<Address> fault_at) {
@@ -74,7 +76,7 @@ std::optional<std::vector<std::uint8_t>> BlockOperation::BytesOf(const memory::R
   switch (kind_) {
     case Kind::Fill:
       for (std::size_t i = 0; i < bytes.size(); ++i) {
-        bytes[i] = i % kWord == 0 ? base::HighByte(value_) : base::LowByte(value_);
+        bytes[i] = i % kWordBytes == 0 ? base::HighByte(value_) : base::LowByte(value_);
       }
       break;
     case Kind::Move: {
@@ -124,7 +126,7 @@ BlockOutcome BlockOperation::DoSlice(memory::Memory& memory, control::TargetCrc&
   }
   expected_.resize(bytes_of_all());
   std::ranges::copy(*bytes, expected_.begin() + (now.first - destination_));
-  done_ += static_cast<long>(now.count / kWord);
+  done_ += static_cast<long>(now.count / kWordBytes);
   return done_ == total_ ? LookAtAll(memory) : BlockOutcome::UnderWay;
 }
 

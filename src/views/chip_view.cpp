@@ -18,7 +18,7 @@ constexpr int kNameWidth = 11;  // of the longest field's name and a blank
 
 // Of a register that is read only on request, and of one that the line has kept back.
 constexpr const char* kOnRequest = "-- (reading it %s)";
-constexpr const char* kNotRead = "not read";
+constexpr const char* kNotReadHere = "not read";
 
 std::string FieldText(const Field& field, std::uint8_t byte) {
   std::string text = base::Format("= %x", field.ValueIn(byte));
@@ -96,7 +96,7 @@ std::string ChipView::ValueText(const Row& row) const {
   if (row.of_chip == nullptr) return {};
   const auto byte = ValueOf(*row.of_chip);
   if (!byte && row.field != nullptr) return "--";
-  if (!byte && row.of_chip->read_effect.empty()) return kNotRead;
+  if (!byte && row.of_chip->read_effect.empty()) return kNotReadHere;
   if (!byte) return base::Format(kOnRequest, std::string(row.of_chip->read_effect));
   if (row.field != nullptr) return FieldText(*row.field, *byte);
   return base::Format("%02x %%%s  %s", *byte, base::FormatBinary(*byte, 8),

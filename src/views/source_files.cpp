@@ -5,7 +5,7 @@ namespace brevant::views {
 namespace {
 
 // More of a line is shown nowhere but in the source window.
-constexpr int kMostCharacters = 200;
+constexpr int kMostPathCharacters = 200;
 
 }  // namespace
 
@@ -27,7 +27,8 @@ const SourceFiles::File& SourceFiles::Get(std::uint32_t file) {
 
 std::optional<std::string> SourceFiles::Text(const symbols::SourceLine& line) {
   if (line.line == 0) return std::nullopt;
-  const auto lines = Get(line.file).index.Read(static_cast<int>(line.line) - 1, 1, kMostCharacters);
+  const auto lines =
+      Get(line.file).index.Read(static_cast<int>(line.line) - 1, 1, kMostPathCharacters);
   if (!lines || lines->empty()) return std::nullopt;
   return lines->front().text;
 }

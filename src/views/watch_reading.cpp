@@ -13,7 +13,7 @@ namespace {
 
 using base::Address;
 
-constexpr std::size_t kWord = 2;
+constexpr std::size_t kWordBytes = 2;
 
 // Why they are not to be read; empty when they may be.
 std::string Obstacle(Address address, Address count, const memory::Memory& memory, Reading how) {
@@ -51,9 +51,10 @@ void ReadSoundly(const WatchItem& item, std::span<std::uint8_t> bytes, memory::M
     return;
   }
   // The low half of a long comes first.
-  for (std::size_t at = bytes.size(); at >= kWord; at -= kWord) {
-    const std::size_t first = at - kWord;
-    ReadWordTo(bytes.subspan(first, kWord), item.address + static_cast<Address>(first), memory);
+  for (std::size_t at = bytes.size(); at >= kWordBytes; at -= kWordBytes) {
+    const std::size_t first = at - kWordBytes;
+    ReadWordTo(bytes.subspan(first, kWordBytes), item.address + static_cast<Address>(first),
+               memory);
   }
 }
 

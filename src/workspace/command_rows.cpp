@@ -19,7 +19,7 @@ constexpr unsigned kUsesTarget = kNotDuringFileIo | kNeedsMonitor;
 constexpr unsigned kPopup = kUsesTarget | kNotWhileRunning;
 constexpr unsigned kWatchList = kNotDuringFileIo | kKeysOfItsView;
 
-constexpr CommandRow kRows[] = {
+constexpr CommandRow kCommandRows[] = {
     // File
     {kLoadImage, Menu::File, "&Load S19 or Hex", "Open a S19 file", kUsesTarget},
     {kLoadMacro, Menu::File, "Load and execute &Macro", "Load a macro file", kUsesTarget},
@@ -286,22 +286,22 @@ std::span<const MenuTitle> MenuBar() {
   return kMenuBar;
 }
 std::span<const CommandRow> CommandRows() {
-  return kRows;
+  return kCommandRows;
 }
 std::span<const ToolbarButton> Toolbar() {
   return kToolbar;
 }
 
 const CommandRow* FindCommand(int id) {
-  const auto* const row = std::ranges::find(kRows, id, &CommandRow::id);
-  return row == std::end(kRows) ? nullptr : row;
+  const auto* const row = std::ranges::find(kCommandRows, id, &CommandRow::id);
+  return row == std::end(kCommandRows) ? nullptr : row;
 }
 
 bool OwnsKeys(const CommandRow& row, Menu active) {
   if (row.second_shortcut.empty()) return true;
   if (row.Has(kKeysOfItsView)) return row.menu == active;
   const CommandRow* owner = nullptr;
-  for (const CommandRow& other : kRows) {
+  for (const CommandRow& other : kCommandRows) {
     if (other.second_shortcut != row.second_shortcut) continue;
     if (owner == nullptr || other.menu == active) owner = &other;
   }

@@ -45,7 +45,7 @@ struct ChooserRow {
 
 constexpr std::array kTraceTable{FileFilter{"CSV file (*.CSV)", "*.CSV"}, kAll};
 
-constexpr std::array<ChooserRow, 13> kRows{{
+constexpr std::array<ChooserRow, 13> kChooserRows{{
     {Chooser::Image, ChooserKind::Open, kAnyImage, "txt"},
     {Chooser::FlashFile, ChooserKind::Open, kFlashFile, "txt"},
     {Chooser::SymbolFile, ChooserKind::Open, kSymbolFile, "txt"},
@@ -83,7 +83,7 @@ std::string LowerCase(std::string text) {
 
 FileChooser PrepareChooser(Chooser chooser, std::string_view start, symbols::ToolChain tool_chain,
                            std::string_view current_directory) {
-  const ChooserRow& row = kRows.at(static_cast<std::size_t>(chooser));
+  const ChooserRow& row = kChooserRows.at(static_cast<std::size_t>(chooser));
   FileChooser prepared;
   if (row.title != nullptr) prepared.title = row.title;
   prepared.kind = row.kind;

@@ -24,7 +24,7 @@ namespace {
 namespace commands = workspace::commands;
 
 constexpr base::Address kDemoMain = 0x0100;  // of examples/demo.s19
-constexpr int kTextColumn = 12;
+constexpr int kMnemonicColumn = 12;
 
 class Commands : public Desktop {
  protected:
@@ -139,7 +139,7 @@ TEST_F(Commands, RunsAMacroAndFindsTheSymbolsOfAFile) {
 
 TEST_F(Commands, ListsTheBreakpointAndGoesToIt) {
   Start();
-  ClickInProgram(kTextColumn, 3);
+  ClickInProgram(kMnemonicColumn, 3);
   const base::Address address = AddressOf(3);
   Press(Qt::Key_F9);
   ASSERT_TRUE(debugger().breakpoints.Has(address));
@@ -175,7 +175,7 @@ TEST_F(Commands, RunsToTheCursorAndToALabel) {
   window().LoadFile(Example("demo.s19"));
   ASSERT_EQ(AddressOf(0), kDemoMain);
   const base::Address cursor = AddressOf(2);
-  ClickInProgram(kTextColumn, 2);
+  ClickInProgram(kMnemonicColumn, 2);
   Press(Qt::Key_F8);
   Settle();
   EXPECT_EQ(debugger().frame.PC, cursor);
@@ -189,7 +189,7 @@ TEST_F(Commands, RunsToTheCursorAndToALabel) {
 
 TEST_F(Commands, PopUpWhereTheMouseIsAndLeaveTheCursor) {
   Start();
-  ClickInProgram(kTextColumn, 2);
+  ClickInProgram(kMnemonicColumn, 2);
   const QPoint at(100, program().cell().height * 5);
   QContextMenuEvent right(QContextMenuEvent::Mouse, at, program().viewport()->mapToGlobal(at));
   QApplication::sendEvent(program().viewport(), &right);

@@ -23,7 +23,7 @@ namespace {
 
 namespace commands = workspace::commands;
 
-constexpr int kTextColumn = 8;
+constexpr int kCodeColumn = 8;
 
 class SourceTest : public Desktop {
  protected:
@@ -99,19 +99,19 @@ TEST_F(SourceTest, ABreakpointIsClickedAndReachedAndTheCursorRunTo) {
   Settle();
   EXPECT_EQ(debugger().frame.PC, address);
   EXPECT_EQ(PcLine(), 25);
-  EXPECT_GT(RedPixels(source(), kTextColumn, RowOf(25), 10), 0);
-  EXPECT_EQ(RedPixels(source(), kTextColumn, RowOf(26), 10), 0);
+  EXPECT_GT(RedPixels(source(), kCodeColumn, RowOf(25), 10), 0);
+  EXPECT_EQ(RedPixels(source(), kCodeColumn, RowOf(26), 10), 0);
   EXPECT_TRUE(source().TextLines().value(RowOf(25)).endsWith(", PC, breakpoint"))
       << qPrintable(source().TextLines().value(RowOf(25)));
 
   // The source window was active last, so its cursor is meant, by whichever way.
   Press(Qt::Key_F9);
   EXPECT_EQ(debugger().breakpoints.count(), 0) << "the cursor stands there after Go to line";
-  Click(kTextColumn, RowOf(28));
+  Click(kCodeColumn, RowOf(28));
   Press(Qt::Key_F8);
   Settle();
   EXPECT_EQ(PcLine(), 28);
-  Click(kTextColumn, RowOf(31));
+  Click(kCodeColumn, RowOf(31));
   Choose(commands::kSourceRunToCursor);
   Settle();
   EXPECT_EQ(PcLine(), 31);
@@ -147,7 +147,7 @@ TEST_F(SourceTest, ThePointerShowsValuesAndNoLineIsPcsWhileTheProgramRuns) {
   };
   EXPECT_TRUE(hover("sum").contains("sum = ")) << qPrintable(hover("sum"));
   QTest::mouseClick(source().viewport(), Qt::RightButton, {},
-                    {kTextColumn * cell.width, RowOf(28) * cell.height + 1});
+                    {kCodeColumn * cell.width, RowOf(28) * cell.height + 1});
   EXPECT_EQ(source().view().state().cursor, RowOf(28)) << "the popup acts on it";
   debugger().breakpoints.Clear();
   EXPECT_TRUE(source().TextLines().join('\n').contains(", PC"));

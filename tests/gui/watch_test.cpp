@@ -24,14 +24,14 @@ namespace {
 
 namespace commands = workspace::commands;
 
-constexpr base::Address kScratch = 0x0180;  // in RAM
+constexpr base::Address kWatched = 0x0180;  // in RAM
 
 class Watch : public Desktop {
  protected:
   void Open() {
     Start();
     Choose(commands::kOpenWatch);
-    debugger().memory.WriteBytes(kScratch,
+    debugger().memory.WriteBytes(kWatched,
                                  std::vector<std::uint8_t>{0x12, 0x34, 0x56, 0x78, 'h', 'i', 0});
   }
   WatchWindow& watch() {
@@ -89,14 +89,14 @@ TEST_F(Watch, VariablesAreAddedShownAndEdited) {
   Press(Qt::Key_Up);
   EXPECT_TRUE(watch().CursorText().startsWith("0180 TEMP: unsigned long"));
   Edit("12345678", "ffffffff");
-  EXPECT_EQ(debugger().memory.AskByte(kScratch + 3), 0xFF);
+  EXPECT_EQ(debugger().memory.AskByte(kWatched + 3), 0xFF);
   EXPECT_EQ(watch().TextLines()[1], "     TEMP(D)*4294967295, changed");
   EXPECT_GT(RedPixels(watch(), views::kWatchLabelWidth, 1, 10), 0);
   EXPECT_EQ(RedPixels(watch(), 0, 1, 10), 0);
   Press(Qt::Key_End);
   Edit("hi\1", "ab");
   std::vector<std::uint8_t> bytes(3);
-  debugger().memory.AskBytes(bytes, kScratch + 4);
+  debugger().memory.AskBytes(bytes, kWatched + 4);
   EXPECT_EQ(bytes, (std::vector<std::uint8_t>{'a', 'b', 0}));
   // Clicking and double-clicking do the same.
   const views::CellSize cell = watch().cell();
@@ -111,7 +111,7 @@ TEST_F(Watch, VariablesAreAddedShownAndEdited) {
     Push(dialog, "ok");
   });
   QTest::mouseDClick(watch().viewport(), Qt::LeftButton, {}, first);
-  EXPECT_EQ(debugger().memory.AskByte(kScratch), 7);
+  EXPECT_EQ(debugger().memory.AskByte(kWatched), 7);
 }
 
 TEST_F(Watch, TheDialogRefusesAndModifies) {

@@ -8,7 +8,7 @@
 namespace brevant::simulator {
 namespace {
 
-constexpr base::Address kConfig1 = 0x001F, kIntscr = 0x001D, kT1sc = 0x0020, kSrsr = 0xFE01;
+constexpr base::Address kConfig = 0x001F, kIntscr = 0x001D, kT1sc = 0x0020, kSrsr = 0xFE01;
 constexpr base::Address kBfcr = 0xFE03, kBrkh = 0xFE09, kBrkscr = 0xFE0B;
 
 void SetVector(Mcu& mcu, base::Address vector, base::Address handler) {
@@ -207,7 +207,7 @@ TEST(McuSleep, StopIsLegalOnlyWhenEnabledAndEndsWithIrqAlone) {
   mcu.EnterMonitor();
   SetVector(mcu, 0xFFFA, 0x0180);
   Load(mcu, 0x0180, "83");
-  mcu.Write(kConfig1, 0x02);
+  mcu.Write(kConfig, 0x02);
   mcu.Write(kT1sc + 4, 0x10);
   mcu.Write(kT1sc, 0x50);  // would interrupt a WAIT
   EXPECT_EQ(RunCode(mcu, 0x0100, "8E"), RunEnd::CycleLimit);
@@ -218,7 +218,7 @@ TEST(McuSleep, StopIsLegalOnlyWhenEnabledAndEndsWithIrqAlone) {
 
 TEST(McuReset, CopBitesWhenNobodyServesIt) {
   Mcu mcu = ReadyMcu();
-  mcu.Write(kConfig1, 0x80);  // COPRS: 8,176 crystal cycles are 4,088 bus cycles
+  mcu.Write(kConfig, 0x80);  // COPRS: 8,176 crystal cycles are 4,088 bus cycles
   const Mcu configured = mcu;
   EXPECT_EQ(RunCode(mcu, 0x0100, "20FE"), RunEnd::CycleLimit) << "off while VTST is on IRQ";
 
@@ -236,7 +236,7 @@ TEST(McuReset, CopBitesWhenNobodyServesIt) {
 
   mcu = ReadyMcu();
   mcu.SetVtst(false);
-  mcu.Write(kConfig1, 0x81);  // COPD
+  mcu.Write(kConfig, 0x81);  // COPD
   EXPECT_EQ(RunCode(mcu, 0x0100, "20FE"), RunEnd::CycleLimit);
 }
 

@@ -11,8 +11,8 @@ namespace {
 using ::testing::ElementsAre;
 using Addresses = std::vector<base::Address>;
 
-constexpr int kLineHeight = 10;
-constexpr CellSize kCell{8, kLineHeight};
+constexpr int kCodeLineHeight = 10;
+constexpr CellSize kCell{8, kCodeLineHeight};
 // What a read costs in host bytes: the address, then two bytes with each command.
 constexpr std::size_t kForwardCost = 3 + 2;
 constexpr std::size_t kBackwardCost = 3 + 12;
@@ -34,7 +34,7 @@ class ProgramViewTest : public ViewBench {
 
   ProgramView& Open(base::Address first, int lines) {
     opened.push_back(views.Open(first));
-    opened.back()->Resize(lines * kLineHeight, kLineHeight);
+    opened.back()->Resize(lines * kCodeLineHeight, kCodeLineHeight);
     Follow();
     BytesSent();
     return *opened.back();
@@ -117,7 +117,7 @@ TEST_F(ProgramViewTest, ScrollsByALineForTheCostOfALine) {
   EXPECT_EQ(CostOf(view, ScrollCode::PageUp), 0u);
   EXPECT_EQ(CostOf(view, ScrollCode::PageDown), 0u);
   const auto second = views.Open(0x0124);
-  second->Resize(5 * kLineHeight, kLineHeight);
+  second->Resize(5 * kCodeLineHeight, kCodeLineHeight);
   Follow();
   EXPECT_EQ(BytesSent(), 0u) << "a second window on the same place";
   view.Refresh();
@@ -127,11 +127,11 @@ TEST_F(ProgramViewTest, ScrollsByALineForTheCostOfALine) {
   Follow();
   // Nothing is read for what is on the screen already.
   EXPECT_EQ(CostOf(view, ScrollCode::RepaintOnly), 0u);
-  view.Resize(3 * kLineHeight + 4, kLineHeight);
+  view.Resize(3 * kCodeLineHeight + 4, kCodeLineHeight);
   Follow();
   EXPECT_EQ(Of(view), Starts(8, 3));
   EXPECT_EQ(BytesSent(), 0u);
-  view.Resize(3 * kLineHeight + 5, kLineHeight);
+  view.Resize(3 * kCodeLineHeight + 5, kCodeLineHeight);
   Follow();
   EXPECT_EQ(Of(view), Starts(8, 4));
   EXPECT_LE(BytesSent(), kForwardCost);
@@ -309,13 +309,13 @@ TEST_F(ProgramViewTest, SourceLinesStandAboveTheirInstructionsAndDisturbNothing)
   EXPECT_EQ(view.LineAtRow(4), std::nullopt);
 
   // A click on a source line is none, and others mean the instruction that they hit.
-  view.Click(10 * kCell.width, 2 * kLineHeight, kCell);
+  view.Click(10 * kCell.width, 2 * kCodeLineHeight, kCell);
   EXPECT_EQ(view.CursorLine()->address, kStarts[1]);
-  view.Click(10 * kCell.width, 3 * kLineHeight, kCell);
+  view.Click(10 * kCell.width, 3 * kCodeLineHeight, kCell);
   EXPECT_EQ(view.CursorLine()->address, kStarts[1]);
-  view.Click(0, 4 * kLineHeight, kCell);
+  view.Click(0, 4 * kCodeLineHeight, kCell);
   EXPECT_EQ(breakpoints.count(), 0);
-  view.Click(0, 5 * kLineHeight, kCell);
+  view.Click(0, 5 * kCodeLineHeight, kCell);
   EXPECT_TRUE(breakpoints.Has(kStarts[2]));
 
   // A page down goes on behind what was shown, and a page up ends before it.
@@ -338,12 +338,12 @@ TEST_F(ProgramViewTest, TogglesBreakpointsUpToTheLimit) {
   ProgramView& view = Open(0x0100, 3);
   view.Click(0, 0, kCell);
   EXPECT_TRUE(view.Lines()[0].has_breakpoint);
-  view.Click(0, kLineHeight, kCell);
+  view.Click(0, kCodeLineHeight, kCell);
   EXPECT_THAT(user.texts,
               ElementsAre("You can setup only 1 breakpoints\nwhen debugging code in flash"));
   EXPECT_EQ(user.offers, 2u);
   user.takes_offer = 0;
-  view.Click(0, kLineHeight, kCell);
+  view.Click(0, kCodeLineHeight, kCell);
   EXPECT_FALSE(breakpoints.Has(0x0100)) << "moved";
   EXPECT_EQ(view.ToggleBreakpoint(0x8000), Toggled::Added);
   EXPECT_EQ(user.offers, 1u) << "software cannot help in flash";
@@ -401,14 +401,14 @@ TEST_F(ProgramViewTest, ShowsNoCodeDuringFileIo) {
 
 TEST_F(ProgramViewTest, KeepsItsCursorOnALine) {
   ProgramView& view = Open(0x0100, 4);
-  view.Click(100, 2 * kLineHeight, kCell);
+  view.Click(100, 2 * kCodeLineHeight, kCell);
   EXPECT_TRUE(view.Lines()[2].is_cursor);
   EXPECT_EQ(view.CursorLine()->address, 0x0104u);
   view.MoveCursor(3);
-  view.Resize(2 * kLineHeight, kLineHeight);
+  view.Resize(2 * kCodeLineHeight, kCodeLineHeight);
   Follow();
   EXPECT_EQ(view.state().cursorLine, 1);
-  view.Resize(0, kLineHeight);
+  view.Resize(0, kCodeLineHeight);
   Follow();
   EXPECT_FALSE(view.CursorLine());
 }

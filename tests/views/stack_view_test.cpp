@@ -6,7 +6,7 @@
 namespace brevant::views {
 namespace {
 
-constexpr int kLineHeight = 10;
+constexpr int kStackLineHeight = 10;
 
 // The program's SP is $00FF. In flash: main calls f, which calls g; h is the timer's handler.
 class StackViewTest : public ViewBench {
@@ -32,7 +32,7 @@ class StackViewTest : public ViewBench {
     debug_info.LineTable.Assign({{0x8000, 7, 0}, {0x8010, 12, 0}}, {"t.c"});
   }
   void Show(int lines) {
-    view.Resize(lines * kLineHeight, kLineHeight);
+    view.Resize(lines * kStackLineHeight, kStackLineHeight);
     BytesSent();
     Follow();
   }
