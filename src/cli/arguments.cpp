@@ -65,7 +65,7 @@ frontend::Parsed<Value> AsValue(const frontend::Parsed<T>& parsed) {
 
 // words begins with the argument's own; before are the values of those before it.
 frontend::Parsed<Value> Parse(const Argument& argument, Words words, const ParsedArguments& before,
-                              const symbols::DebugInfo& info) {
+                              const symbols::DebugInfo& info, const devices::Device& device) {
   const std::string& word = words.front();
   switch (argument.kind) {
     case Kind::Address: {
@@ -73,7 +73,7 @@ frontend::Parsed<Value> Parse(const Argument& argument, Words words, const Parse
       if (others != std::string_view::npos && IsAmong(word, argument.name.substr(others + 1))) {
         return {.value = word};
       }
-      return AsValue(frontend::ResolveAddress(word, info));
+      return AsValue(frontend::ResolveAddress(word, info, device));
     }
     case Kind::Count:
       return AsValue(frontend::ParseCount(word, static_cast<int>(argument.limit)));
@@ -116,7 +116,8 @@ std::string Usage(const ArgumentList& list) {
 }
 
 frontend::Parsed<ParsedArguments> ParseArguments(std::string_view command, const ArgumentList& list,
-                                                 Words given, const symbols::DebugInfo& info) {
+                                                 Words given, const symbols::DebugInfo& info,
+                                                 const devices::Device& device) {
   const std::string usage = fmt::format("usage: {} {}", command, Usage(list));
   frontend::Parsed<ParsedArguments> parsed;
   std::vector<std::string> words(given.begin(), given.end());
@@ -128,7 +129,7 @@ frontend::Parsed<ParsedArguments> ParseArguments(std::string_view command, const
   for (std::size_t n = 0; n < words.size() && n < list.size(); ++n) {
     const Argument& argument = list[n];
     if (argument.kind == Kind::Word && !IsAmong(words[n], argument.name)) return {.error = usage};
-    auto value = Parse(argument, Words(words).subspan(n), parsed.value, info);
+    auto value = Parse(argument, Words(words).subspan(n), parsed.value, info, device);
     if (!value.ok()) return {.error = value.error, .well_formed = value.well_formed};
     if (!value.note.empty()) parsed.value.notes.push_back(value.note);
     parsed.value.Add(std::move(value.value));

@@ -12,6 +12,7 @@
 #include <variant>
 #include <vector>
 
+#include "devices/device.h"
 #include "frontend/typed_numbers.h"
 #include "symbols/debug_info.h"
 
@@ -108,9 +109,11 @@ class ParsedArguments {
 };
 
 // The words' values, or what is wrong with them: "usage: read ADDR [COUNT]" when they are too few
-// or too many. Symbols and lines of addresses are those of the debug information.
+// or too many. Symbols and lines of addresses are those of the debug information, registers those
+// of the device.
 frontend::Parsed<ParsedArguments> ParseArguments(std::string_view command, const ArgumentList& list,
                                                  std::span<const std::string> words,
-                                                 const symbols::DebugInfo& info);
+                                                 const symbols::DebugInfo& info,
+                                                 const devices::Device& device);
 
 }  // namespace brevant::cli

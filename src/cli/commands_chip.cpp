@@ -82,7 +82,8 @@ Result Listed(Session& session, std::string_view group) {
   return result;
 }
 
-Result ShownRegister(Session& session, const Register& row) {
+// All its fields, or only this one.
+Result ShownRegister(Session& session, const Register& row, const devices::Field* only) {
   memory::Memory& memory = session.debugger().memory;
   memory.TakeDamage();
   const Byte value = memory::ReadRegister(memory, row);
@@ -91,7 +92,9 @@ Result ShownRegister(Session& session, const Register& row) {
   Result result;
   result.text = fmt::format("{:04x} {} {}  {}: {}\n", row.address, row.name, ValueText(*value),
                             row.group, row.what);
-  for (const devices::Field& field : row.fields) {
+  const std::span<const devices::Field> shown =
+      only != nullptr ? std::span(only, 1) : std::span(row.fields);
+  for (const devices::Field& field : shown) {
     result.text +=
         fmt::format("  {:<10} = {:<2x}  {}\n", field.name, field.ValueIn(*value), field.meaning);
   }
@@ -105,8 +108,15 @@ Result Chip(Session& session, const ParsedArguments& arguments) {
   if (!arguments.Has(0)) return Listed(session, "");
   const std::string& name = arguments.Text(0);
   const devices::Device& device = session.debugger().memory.device();
-  if (const Register* const row = devices::FindRegister(device, name)) {
-    return ShownRegister(session, *row);
+  const std::size_t dot = std::min(name.find('.'), name.size());
+  if (const Register* const row = devices::FindRegister(device, name.substr(0, dot))) {
+    if (dot == name.size()) return ShownRegister(session, *row, nullptr);
+    const std::string part = name.substr(dot + 1);
+    if (const devices::Field* const field = devices::FindField(*row, part)) {
+      return ShownRegister(session, *row, field);
+    }
+    return UsageError(
+        fmt::format("{} has no bit or field {}: chip {} lists them", row->name, part, row->name));
   }
   for (const std::string_view group : devices::Groups(device)) {
     if (base::EqualIgnoringCase(group, name)) return Listed(session, group);
@@ -117,7 +127,7 @@ Result Chip(Session& session, const ParsedArguments& arguments) {
 
 constexpr Command kRows[] = {
     {"chip",
-     {Optional(Rest("REGISTER|GROUP"))},
+     {Optional(Rest("REGISTER[.FIELD]|GROUP"))},
      kStopped,
      Chip,
      "the MCU's registers with their values, of a group, or one with its fields"},

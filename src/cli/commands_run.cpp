@@ -117,6 +117,10 @@ Result TraceResult(Session& session, const ParsedArguments& arguments, Result re
       return Failure(ExitStatus::File, fmt::format("cannot write {}: {}", path, error));
     }
     result.text = fmt::format("wrote {} records to {}\n", trace.ring().size(), path);
+    if (trace.steps() > trace.ring().size()) {
+      result.note = fmt::format("Only the last {} of the {} steps are kept.", trace.ring().size(),
+                                trace.steps());
+    }
     result.fields.update({{"records", trace.ring().size()}, {"file", path}});
   } else {
     AddProfile(result, control::ProfileOf(trace.ring(), debugger.debug_info));

@@ -10,6 +10,7 @@
 #include "cli/command_table.h"
 #include "cli/interrupt.h"
 #include "cli/session.h"
+#include "devices/registers.h"
 #include "frontend/address_names.h"
 #include "symbols/importers.h"
 #include "symbols/places.h"
@@ -91,14 +92,25 @@ Result ToldWithin(base::Address address, const symbols::Symbol& symbol) {
   return result;
 }
 
+// A place where no symbol lies.
+Result ToldRegister(const devices::Register& row) {
+  const std::string what = fmt::format("{}: {}", row.group, row.what);
+  Result result;
+  result.text = fmt::format("{:04x} {} {}\n", row.address, row.name, what);
+  result.fields = {
+      {"address", fmt::format("{:04x}", row.address)}, {"name", row.name}, {"register", what}};
+  return result;
+}
+
 Result Lookup(Session& session, const ParsedArguments& arguments) {
   const symbols::DebugInfo& info = session.debugger().debug_info;
+  const devices::Device& device = session.debugger().memory.device();
   const std::string& word = arguments.Text(0);
   const bool is_number = base::IsHexField(word);
   std::vector<const symbols::Symbol*> shown = symbols::FindNamed(word, info);
   if (shown.empty() || is_number) {
     const auto place =
-        is_number ? frontend::ParseAddress(word) : frontend::ResolveAddress(word, info);
+        is_number ? frontend::ParseAddress(word) : frontend::ResolveAddress(word, info, device);
     if (!place.ok() && shown.empty() && is_number) return UsageError(place.error);
     if (place.well_formed) return Failure(ExitStatus::Failed, place.error);
     for (const symbols::Symbol& symbol : info.SymbolTable.symbols()) {
@@ -107,6 +119,9 @@ Result Lookup(Session& session, const ParsedArguments& arguments) {
     const symbols::Symbol* around =
         place.ok() ? symbols::FindContaining(place.value, info) : nullptr;
     if (shown.empty() && around != nullptr) return ToldWithin(place.value, *around);
+    const devices::Register* const row =
+        place.ok() ? devices::FindRegister(device, place.value) : nullptr;
+    if (shown.empty() && row != nullptr) return ToldRegister(*row);
   }
   if (shown.empty()) return Failure(ExitStatus::Failed, fmt::format("there is no symbol {}", word));
   Result result;

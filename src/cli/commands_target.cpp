@@ -101,7 +101,8 @@ frontend::Parsed<std::uint32_t> RegisterValue(Session& session, const std::strin
   // No address fits into a byte.
   const bool number = limit <= 0xFF || (base::IsHexField(word) && name != "PC");
   if (number) return frontend::ParseHexNumber(word, limit, name);
-  auto value = frontend::ResolveAddress(word, session.debugger().debug_info);
+  auto value = frontend::ResolveAddress(word, session.debugger().debug_info,
+                                        session.debugger().memory.device());
   if (!value.note.empty()) session.ui().Warn(value.note);
   if (!value.ok() && !value.well_formed)
     value.error = frontend::ParseHexNumber(word, limit, name).error;

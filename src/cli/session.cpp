@@ -177,8 +177,9 @@ Result Session::Run(const std::vector<std::string>& words) {
   if (!command) {
     return UsageError(fmt::format("there is no command \"{}\"; try help", words.front()));
   }
-  const auto arguments = ParseArguments(command->name, command->arguments,
-                                        std::span(words).subspan(1), debugger_.debug_info);
+  const auto arguments =
+      ParseArguments(command->name, command->arguments, std::span(words).subspan(1),
+                     debugger_.debug_info, debugger_.memory.device());
   if (!arguments.ok()) {
     return Failure(arguments.well_formed ? ExitStatus::Failed : ExitStatus::Usage, arguments.error);
   }
