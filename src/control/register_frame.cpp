@@ -187,13 +187,14 @@ bool RegisterFrame::MoveStackClearOf(std::span<const memory::Range> ranges) {
   return false;
 }
 
-void RegisterFrame::LoadResetPC() {
+bool RegisterFrame::LoadResetPC() {
   const Address base = memory_.ReadStackPointer();
   const std::uint32_t vector = memory_.ReadWord(devices::kResetVector);
-  if (memory_.LinkError()) return;
+  if (memory_.LinkError()) return false;
   SP = base;
-  if (vector == kErasedWord) return;
+  if (vector == kErasedWord) return false;
   SetPC(vector);
+  return true;
 }
 
 bool RegisterFrame::Edit(Register which, std::string_view text) {

@@ -82,8 +82,9 @@ class RegisterFrame {
   // Moves the stack to where it uses none of these bytes, unless it uses none anyway. False when
   // RAM has no such place, or SetStackPointer fails.
   bool MoveStackClearOf(std::span<const memory::Range> ranges);
-  // Reads the frame base and sets PC from the reset vector, unless that is erased ($FFFF).
-  void LoadResetPC();
+  // Reads the frame base and sets PC from the reset vector. False when PC stays as it was, since
+  // the vector is erased ($FFFF) or the link lost.
+  bool LoadResetPC();
   // One cell of the registers window as the user typed it. False when the text is not of the
   // register's form (hexadecimal, or binary for the two halves of CCR) and nothing was done, or
   // when the stack pointer could not be set.

@@ -105,7 +105,11 @@ LoadResult Loader::LoadImage(const std::string& path) {
   arrived_.clear();
   memory_.TakeDamage();  // of what came before
   const long damage_before = memory_.damage();
+  const base::Address pc_before = frame_.PC;
   const bool complete = TransferWithProgress(path, file);
+  // Before anything is told or asked: the windows show PC meanwhile.
+  const bool starts_at_vector = complete && IgnoreEmptyEntry(file.ToImage(), result.report);
+  if (starts_at_vector && !TakeResetVector()) frame_.SetPC(pc_before);
   TellAbout(path, result.report, complete);
   result.outcome = complete ? LookAt(file.ToImage(), memory_.damage() == damage_before, result)
                             : LoadOutcome::Cancelled;
@@ -117,7 +121,8 @@ LoadResult Loader::LoadImage(const std::string& path) {
     debug_info_.DebugInfoLoaded = false;
   } else {
     result.debug_info_detail = ImportDebugInfo(path);
-    IgnoreEmptyEntry(file.ToImage(), result.report);
+    // Some tool chains' debug information says what the vector is to be.
+    if (starts_at_vector) TakeResetVector();
     ChooseRamStart(file.ToImage(), result);
     Check(path, file.ToImage(), result);
     Do(steps_.load_watch_configuration, symbols::CompanionPath(path, kWatchExtension));
@@ -183,7 +188,7 @@ LoadOutcome Loader::LookAt(const images::Image& image, bool line_was_clean, Load
     }
   }
   images::Image unwritable = Unwritable(memory_, image);
-  if (!unwritable.empty() && steps_.flash_is_readable && !steps_.flash_is_readable()) {
+  if (!unwritable.empty() && !FlashIsReadable()) {
     ui_.ShowMessage(ToMessage(messages::kFlashNotSeen));
     return LoadOutcome::Differs;
   }
@@ -247,11 +252,15 @@ std::string Loader::ImportDebugInfo(const std::string& path) {
 
 // The end record of many linkers, SDCC's among them, always says 0000. Where the image has no code
 // there, the program starts at its reset vector.
-void Loader::IgnoreEmptyEntry(const images::Image& image, images::ReadReport& report) {
-  if (report.entry != base::Address{0} || image.At(0)) return;
+bool Loader::IgnoreEmptyEntry(const images::Image& image, images::ReadReport& report) {
+  if (report.entry != base::Address{0} || image.At(0)) return false;
   report.entry.reset();
   start_.EntryFromImage = false;
-  frame_.LoadResetPC();
+  return true;
+}
+
+bool Loader::TakeResetVector() {
+  return FlashIsReadable() && frame_.LoadResetPC();
 }
 
 void Loader::ChooseRamStart(const images::Image& image, LoadResult& result) {

@@ -98,7 +98,11 @@ class Loader {
   VerifyResult Compare(const images::Image& image);
   std::string ImportDebugInfo(const std::string& path);
   symbols::ImportResult Import(const std::string& path);
-  void IgnoreEmptyEntry(const images::Image& image, images::ReadReport& report);
+  bool FlashIsReadable() const { return !steps_.flash_is_readable || steps_.flash_is_readable(); }
+  // False when PC stays as it was.
+  bool TakeResetVector();
+  // False when the image says where it starts.
+  bool IgnoreEmptyEntry(const images::Image& image, images::ReadReport& report);
   void ChooseRamStart(const images::Image& image, LoadResult& result);
   void Check(const std::string& path, const images::Image& image, LoadResult& result);
   bool SwitchToolChain(const std::string& path);

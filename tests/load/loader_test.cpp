@@ -95,6 +95,18 @@ TEST(LoadImage, TakesAnEntryOf0000OnlyWhereTheImageHasCodeThere) {
   EXPECT_TRUE(bench.start.EntryFromImage);
 }
 
+TEST(LoadImage, ShowsNoEntryThatIsIgnoredWhileTheDebugInformationIsRead) {
+  LoadBench bench;
+  std::vector<base::Address> seen;
+  bench.loader.SetSteps({.reset_source_view = [&] { seen.push_back(bench.frame.PC); },
+                         .flash_is_readable = [] { return false; }});
+  bench.debug_info.tool_chain = symbols::ToolChain::Sdcc;
+  const base::Address before = bench.frame.PC;
+  bench.Load("a.s19", "S10501001122C6 S9030000FC");
+  EXPECT_EQ(seen, std::vector{before});
+  EXPECT_EQ(bench.frame.PC, before) << "what cannot be read is no vector";
+}
+
 TEST(LoadImage, KnowsTheFormatByTheContentAndRefusesWhatIsDamaged) {
   LoadBench bench;
   bench.Load("a.hex", "S10501001122C6");
