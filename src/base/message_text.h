@@ -21,11 +21,13 @@ struct MessageText {
   const char* caption;
   Icon icon;
   Buttons buttons = Buttons::Ok;
+  bool enter_declines = false;
 };
 
 template <typename... Args>
 Message ToMessage(const MessageText& row, const Args&... args) {
-  return {row.id, row.severity, Format(row.text, args...), row.caption, row.icon, row.buttons};
+  return {row.id,   row.severity, Format(row.text, args...), row.caption,
+          row.icon, row.buttons,  row.enter_declines};
 }
 
 }  // namespace brevant::base

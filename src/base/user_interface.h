@@ -25,6 +25,9 @@ struct Message {
   std::string caption;
   Icon icon = Icon::None;
   Buttons buttons = Buttons::Ok;
+  // Enter takes the button that leaves all as it is: what is asked for was not chosen, or cannot be
+  // undone.
+  bool enter_declines = false;
 };
 
 class UserInterface {

@@ -25,7 +25,7 @@ struct AddressRange {
 struct EraseRangeForm {
   static constexpr std::string_view kTemplate = "FEEPERASE";
   static constexpr std::string_view kCaption = "Erase flash EEPROM";
-  static constexpr std::string_view kStartButton = "Start to erase";
+  static constexpr std::string_view kStartButton = "&Start to erase";
 
   std::string from;  // at most kMaxAddressDigits characters each
   std::string to;
@@ -57,7 +57,7 @@ struct ProgramLocationForm {
 struct ProgramFileForm {
   static constexpr std::string_view kTemplate = "FEEPROM";
   static constexpr std::string_view kCaption = "Program EEPROM";
-  static constexpr std::string_view kStartButton = "Start to Program";
+  static constexpr std::string_view kStartButton = "&Start to Program";
   static constexpr std::size_t kMaxNameLength = 80;
 
   std::string

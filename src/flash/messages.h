@@ -21,7 +21,8 @@ inline constexpr MessageText kConfirmMassErase{"flash.confirm-mass-erase",
                                                "Do you really want to mass erase flash EEPROM",
                                                base::captions::kInformation,
                                                Icon::Question,
-                                               Buttons::YesNo};
+                                               Buttons::YesNo,
+                                               true};
 inline constexpr MessageText kConfirmErase{"flash.confirm-erase",
                                            Severity::Warning,
                                            "It is going to erase flash EEPROM, please confirm.",

@@ -4,6 +4,7 @@
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
+#include <algorithm>
 
 #include "gui/qt_user_interface.h"
 #include "gui/session.h"
@@ -26,6 +27,7 @@ CallStackWindow::CallStackWindow(Session& session, FrameLinks links, const QFont
                             session.debugger.frame, session.debugger.activity}) {
   setObjectName("MDI_Calls");
   setAccessibleName("Call stack");
+  setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
 }
 
 QSize CallStackWindow::sizeHint() const {
@@ -44,6 +46,12 @@ QStringList CallStackWindow::TextLines() const {
     lines << Text(view_.lines()[n]);
   }
   return lines;
+}
+
+int CallStackWindow::LongestLine() const {
+  qsizetype longest = 0;
+  for (const std::string& line : view_.lines()) longest = std::max(longest, Text(line).size());
+  return static_cast<int>(longest);
 }
 
 QPoint CallStackWindow::PopupPlace() const {
@@ -82,7 +90,7 @@ void CallStackWindow::mousePressEvent(QMouseEvent* event) {
 void CallStackWindow::keyPressEvent(QKeyEvent* event) {
   if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
     links_.send_command(commands::kCallGoTo);
-  } else if (!ScrollByKey(event->key())) {
+  } else if (!ScrollSideways(*event) && !ScrollByKey(event->key())) {
     event->ignore();
   }
 }

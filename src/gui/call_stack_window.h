@@ -16,6 +16,7 @@ class CallStackWindow final : public ScrollingView {
   void RefreshFromTarget() override { view_.Refresh(); }
   bool OfTheMoment() const override { return true; }
   QStringList TextLines() const override;
+  int LongestLine() const override;
   int TextCursorLine() const override { return view_.state().cursorLine - view_.state().top; }
   std::optional<PopupItem> ItemOf(int command) const override;
   QSize sizeHint() const override;

@@ -18,7 +18,13 @@ namespace {
 
 namespace commands = workspace::commands;
 
+// A source window is to stay as wide as its lines are.
+constexpr const char* kNotTiled = "The source window is open: windows are tiled only without it.";
+
 void Tile(const CommandContext& context) {
+  if (!context.window.Children(kSourceKind).empty()) {
+    return context.window.status().ShowNotice(kNotTiled);
+  }
   context.window.area().tileSubWindows();
 }
 

@@ -265,12 +265,12 @@ class ConfigureDialog final : public QDialog {
     layout->addWidget(follows);
     auto* const row = new QHBoxLayout;
     row->addStretch(1);
-    auto* const ok = new QPushButton("Ok");
-    ok->setObjectName("ok");
-    ok->setDefault(true);
-    row->addWidget(ok);
+    ok_ = new QPushButton("Ok");
+    ok_->setObjectName("ok");
+    ok_->setDefault(true);
+    row->addWidget(ok_);
     layout->addLayout(row);
-    connect(ok, &QPushButton::clicked, this, &QDialog::accept);
+    connect(ok_, &QPushButton::clicked, this, &QDialog::accept);
     connect(tabs_, &QTabWidget::currentChanged, this, [this](int index) { Turn(index); });
     ShowPage(0);
   }
@@ -301,10 +301,15 @@ class ConfigureDialog final : public QDialog {
     page_ = row.make(links_);
     page_->setObjectName(row.name);
     tabs_->widget(index)->layout()->addWidget(page_);
+    // Tab goes from the page to the button below it.
+    QWidget* last = previousInFocusChain();
+    while (last->focusPolicy() == Qt::NoFocus) last = last->previousInFocusChain();
+    setTabOrder(last, ok_);
   }
 
   const ConfigureLinks& links_;
   QTabWidget* tabs_;
+  QPushButton* ok_;
   Page* page_ = nullptr;
   bool stored_ = true;
 };

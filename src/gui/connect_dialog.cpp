@@ -170,9 +170,9 @@ void ConnectDialog::AddButtons(QGridLayout* layout, Leaving leaving) {
     buttons->addWidget(button);
     return button;
   };
-  connect(add("Ok", "ok"), &QPushButton::clicked, this, [this] { Accept(); });
+  connect(add("&Ok", "ok"), &QPushButton::clicked, this, [this] { Accept(); });
   if (leaving == Leaving::ByQuitToo) {
-    connect(add("Quit", "quit"), &QPushButton::clicked, this, &QDialog::reject);
+    connect(add("&Quit", "quit"), &QPushButton::clicked, this, &QDialog::reject);
   }
   layout->addLayout(buttons, 6, 0, 1, 3, Qt::AlignHCenter);
 }

@@ -96,9 +96,9 @@ std::optional<base::Address> ShowBreakpointList(QWidget* parent, const QFont& fo
   for (const std::string& line : list.lines()) lines->addItem(Text(views::ExpandTabs(line)));
   layout->addWidget(lines, 1);
   auto* const buttons = new QVBoxLayout;
-  QPushButton* const go_to = AddButton(buttons, "Go to", "goto");
-  QPushButton* const remove = AddButton(buttons, "Delete", "delete");
-  QPushButton* const close = AddButton(buttons, "Close", "close");
+  QPushButton* const go_to = AddButton(buttons, "&Go to", "goto");
+  QPushButton* const remove = AddButton(buttons, "&Delete", "delete");
+  QPushButton* const close = AddButton(buttons, "&Close", "close");
   buttons->addStretch(1);
   layout->addLayout(buttons);
 

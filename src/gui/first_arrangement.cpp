@@ -6,13 +6,12 @@
 #include <QMdiSubWindow>
 #include <algorithm>
 
-#include "gui/text_view.h"
-
 namespace brevant::gui {
 namespace {
 
 constexpr int kGap = 4;
 constexpr int kTitleBarAllowance = 44;  // title bar and borders of a child
+constexpr int kBorders = 16;            // of both sides of a child
 constexpr int kLeastProgramHeight = 200;
 
 }  // namespace
@@ -25,9 +24,9 @@ FirstArrangement::FirstArrangement(QMdiArea& area, QMdiSubWindow& registers, QMd
 }
 
 void FirstArrangement::Arrange() {
-  const int line = static_cast<TextView*>(windows_[0].window->widget())->cell().height;
-  const int registers_height = line + kTitleBarAllowance;
   const int width = area_.width() - 2 * kGap;
+  const int registers_height =
+      windows_[0].window->widget()->heightForWidth(width - kBorders) + kTitleBarAllowance;
   const int top = registers_height + 2 * kGap;
   const int program_height = std::max(area_.height() - top - kGap, kLeastProgramHeight);
   arranging_ = true;

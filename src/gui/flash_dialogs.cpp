@@ -55,11 +55,6 @@ class FormDialog final : public QDialog {
     fields_->addWidget(field, row_, 1);
     return field;
   }
-  QLineEdit* AddField(const char* name, const std::string& text, std::size_t characters) {
-    QLineEdit* const field = MakeField(name, text, characters);
-    Add(field);
-    return field;
-  }
   void Add(QWidget* widget) { fields_->addWidget(widget, ++row_, 0, 1, kColumns); }
   // In the row of the last field.
   void AddBeside(QWidget* widget) { fields_->addWidget(widget, row_, kColumns - 1); }
@@ -131,6 +126,7 @@ std::optional<bool> AskForMassErase(const FlashDialogLinks& links) {
   QMessageBox box(QMessageBox::Question, Text(question.caption), Text(question.text),
                   QMessageBox::Yes | QMessageBox::No, links.parent);
   box.setObjectName("message");
+  box.setDefaultButton(QMessageBox::No);
   QCheckBox* const back_up = MakeBackUpBox(links);
   box.setCheckBox(back_up);
   if (box.exec() != QMessageBox::Yes) return std::nullopt;
@@ -143,8 +139,8 @@ std::optional<flash::LocationData> AskForLocations(const FlashDialogLinks& links
   FormDialog dialog(links, Form::kTemplate, Form::kCaption);
   QLineEdit* const address =
       dialog.AddField("&Start address", "address", opened.address, flash::kMaxAddressDigits);
-  QLineEdit* const content = dialog.AddField("content", opened.content, Form::kMaxContentLength);
-  content->setAccessibleName("Bytes");
+  QLineEdit* const content =
+      dialog.AddField("&Bytes", "content", opened.content, Form::kMaxContentLength);
   content->setPlaceholderText("12 34 56");
   std::optional<flash::LocationData> data;
   dialog.AddButton("OK", "ok", [&] {

@@ -135,7 +135,9 @@ class NStepDialog final : public QDialog {
         [this](int position) { form_.DragRate(position); });
     ends->addWidget(new QLabel("Fast"));
     ends->addWidget(rate_bar_, 1);
-    ends->addWidget(new QLabel("Slow"));
+    auto* const slow = new QLabel("&Slow");
+    slow->setBuddy(rate_bar_);
+    ends->addWidget(slow);
     return group;
   }
 

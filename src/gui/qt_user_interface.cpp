@@ -38,6 +38,19 @@ QMessageBox::StandardButtons ButtonsOf(base::Buttons buttons) {
   return QMessageBox::Ok;
 }
 
+// That leaves all as it is.
+QMessageBox::StandardButton Declining(base::Buttons buttons) {
+  switch (buttons) {
+    case base::Buttons::Ok:
+      return QMessageBox::Ok;
+    case base::Buttons::OkCancel:
+      return QMessageBox::Cancel;
+    case base::Buttons::YesNo:
+      return QMessageBox::No;
+  }
+  return QMessageBox::Ok;
+}
+
 base::Answer AnswerOf(int button, base::Buttons offered) {
   switch (button) {
     case QMessageBox::Ok:
@@ -60,6 +73,7 @@ class MessageBox final : public QMessageBox {
     setTextFormat(Qt::PlainText);
     // Beside other buttons too, Escape only reads the message.
     if (message.buttons == base::Buttons::Ok) setEscapeButton(QMessageBox::Ok);
+    if (message.enter_declines) setDefaultButton(Declining(message.buttons));
   }
   // The standard button that it was left with.
   int Ask() {

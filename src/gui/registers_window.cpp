@@ -5,7 +5,9 @@
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QScrollBar>
 #include <QToolTip>
+#include <algorithm>
 
 #include "base/text_number.h"
 #include "gui/edit_dialogs.h"
@@ -19,12 +21,16 @@ RegistersWindow::RegistersWindow(Session& session, FrameLinks links, const QFont
     : TextView(font), session_(session), links_(std::move(links)), cells_(session.registers) {
   setObjectName("MDI_Regs");
   setAccessibleName("Regs");
-  setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
 }
 
 QSize RegistersWindow::sizeHint() const {
   return {views::RegisterCells::kCells * views::RegisterCells::kCellWidth * cell().width,
           2 * cell().height};
+}
+
+int RegistersWindow::heightForWidth(int width) const {
+  return views::RegisterCells::RowsIn(width, cell().width) * cell().height;
 }
 
 QStringList RegistersWindow::TextLines() const {
@@ -37,6 +43,22 @@ QStringList RegistersWindow::TextLines() const {
 
 void RegistersWindow::CellsChanged() {
   cells_.Resize(viewport()->width(), cell().width);
+  QScrollBar* const bar = verticalScrollBar();
+  const int rows = views::RegisterCells::RowsIn(viewport()->width(), cell().width);
+  const int fitting = std::max(viewport()->height() / cell().height, 1);
+  bar->setRange(0, std::max(rows - fitting, 0));
+  bar->setPageStep(fitting);
+  ShowSelected();
+}
+
+int RegistersWindow::RowInSight(int row) const {
+  return row - verticalScrollBar()->value();
+}
+
+void RegistersWindow::ShowSelected() {
+  QScrollBar* const bar = verticalScrollBar();
+  const int row = cells_.PositionOf(cells_.selected()).row;
+  bar->setValue(std::clamp(bar->value(), row - bar->pageStep() + 1, row));
 }
 
 void RegistersWindow::paintEvent(QPaintEvent*) {
@@ -45,18 +67,23 @@ void RegistersWindow::paintEvent(QPaintEvent*) {
   for (int i = 0; i < views::RegisterCells::kCells; ++i) {
     const auto [column, row] = cells_.PositionOf(i);
     const views::RegisterCell& shown = cells[static_cast<std::size_t>(i)];
-    DrawText(painter, column * views::RegisterCells::kCellWidth, row, Text(shown.text),
+    DrawText(painter, column * views::RegisterCells::kCellWidth, RowInSight(row), Text(shown.text),
              Colours(shown.changed ? ColourRole::Changed : ColourRole::Text));
   }
   if (!mark_.shown()) return;
   const auto [column, row] = cells_.PositionOf(cells_.selected());
   InvertCells(painter, cell(),
-              column * views::RegisterCells::kCellWidth + views::RegisterCells::kCaretColumn, row,
-              views::RegisterCells::kCaretWidth);
+              column * views::RegisterCells::kCellWidth + views::RegisterCells::kCaretColumn,
+              RowInSight(row), views::RegisterCells::kCaretWidth);
+}
+
+QPoint RegistersWindow::InCells(QPoint at) const {
+  return {at.x(), at.y() + verticalScrollBar()->value() * cell().height};
 }
 
 void RegistersWindow::Select(int cell) {
   cells_.Select(cell);
+  ShowSelected();
   mark_.Blink(hasFocus());
 }
 
@@ -81,12 +108,12 @@ void RegistersWindow::mousePressEvent(QMouseEvent* event) {
     OpenEditor();
     return;
   }
-  const QPoint at = event->position().toPoint();
+  const QPoint at = InCells(event->position().toPoint());
   if (const auto hit = cells_.HitTest(at.x(), at.y(), cell().width, cell().height)) Select(*hit);
 }
 
 void RegistersWindow::mouseDoubleClickEvent(QMouseEvent* event) {
-  const QPoint at = event->position().toPoint();
+  const QPoint at = InCells(event->position().toPoint());
   if (const auto under = cells_.CellAt(at.x(), at.y(), cell().width, cell().height)) {
     Select(*under);
   }
@@ -96,7 +123,8 @@ void RegistersWindow::mouseDoubleClickEvent(QMouseEvent* event) {
 bool RegistersWindow::viewportEvent(QEvent* event) {
   if (event->type() != QEvent::ToolTip) return TextView::viewportEvent(event);
   const auto* const help = static_cast<QHelpEvent*>(event);
-  const auto under = cells_.CellAt(help->pos().x(), help->pos().y(), cell().width, cell().height);
+  const QPoint at = InCells(help->pos());
+  const auto under = cells_.CellAt(at.x(), at.y(), cell().width, cell().height);
   QToolTip::showText(help->globalPos(), under ? Text(cells_.Explain(*under)) : QString(), this);
   return true;
 }

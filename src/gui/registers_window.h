@@ -17,6 +17,8 @@ class RegistersWindow final : public TextView {
 
   // All cells in one row.
   QSize sizeHint() const override;
+  // As many rows as six cells need there.
+  int heightForWidth(int width) const override;
   bool OfTheMoment() const override { return true; }
   QStringList TextLines() const override;
 
@@ -30,6 +32,11 @@ class RegistersWindow final : public TextView {
 
  private:
   void Select(int cell);
+  // Where not all rows fit.
+  void ShowSelected();
+  int RowInSight(int row) const;
+  // The pixel as if the window began with the first row.
+  QPoint InCells(QPoint at) const;
 
   // For the selected cell; key is what was typed, 0 for none.
   void OpenEditor(char key = 0);

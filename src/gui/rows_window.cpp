@@ -5,6 +5,7 @@
 #include <QMouseEvent>
 #include <QPainter>
 #include <algorithm>
+#include <utility>
 
 #include "gui/qt_user_interface.h"
 
@@ -15,6 +16,11 @@ constexpr int kRowsColumns = 60;
 constexpr int kRowsLines = 16;
 
 }  // namespace
+
+RowsWindow::RowsWindow(Gate& gate, FrameLinks links, const QFont& font)
+    : ScrollingView(gate, std::move(links), font) {
+  setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+}
 
 QSize RowsWindow::sizeHint() const {
   return {kRowsColumns * cell().width, kRowsLines * cell().height};
@@ -27,6 +33,15 @@ QStringList RowsWindow::TextLines() const {
     lines << Text(row.left + row.text) + (row.changed ? ", changed" : "");
   }
   return lines;
+}
+
+int RowsWindow::LongestLine() const {
+  qsizetype longest = 0;
+  for (int n = 0; n < rows().count(); ++n) {
+    const views::FoldedRow row = rows().At(n);
+    longest = std::max(longest, Text(row.left + row.text).size());
+  }
+  return static_cast<int>(longest);
 }
 
 QPoint RowsWindow::PopupPlace() const {
@@ -64,7 +79,7 @@ void RowsWindow::mousePressEvent(QMouseEvent* event) {
   setFocus();
   const QPoint at = event->position().toPoint();
   const int row = at.y() / cell().height;
-  if (!rows().ToggleAt(row, at.x() / cell().width)) rows().MoveCursor(rows().top() + row);
+  if (!rows().ToggleAt(row, ColumnAt(at.x()))) rows().MoveCursor(rows().top() + row);
 }
 
 void RowsWindow::mouseDoubleClickEvent(QMouseEvent* event) {
@@ -72,6 +87,7 @@ void RowsWindow::mouseDoubleClickEvent(QMouseEvent* event) {
 }
 
 void RowsWindow::keyPressEvent(QKeyEvent* event) {
+  if (ScrollSideways(*event)) return;
   switch (event->key()) {
     case Qt::Key_Up:
       return rows().MoveCursor(rows().cursor() - 1);

@@ -10,9 +10,10 @@ namespace brevant::gui {
 
 class RowsWindow : public ScrollingView {
  public:
-  using ScrollingView::ScrollingView;
+  RowsWindow(Gate& gate, FrameLinks links, const QFont& font);
 
   QStringList TextLines() const override;
+  int LongestLine() const override;
   int TextCursorLine() const override { return rows().cursor(); }
   QSize sizeHint() const override;
 

@@ -2,6 +2,7 @@
 #include "gui/scrolling_view.h"
 
 #include <QContextMenuEvent>
+#include <QKeyEvent>
 #include <QScrollBar>
 #include <QSignalBlocker>
 #include <QWheelEvent>
@@ -18,6 +19,7 @@ using views::ScrollCode;
 
 constexpr int kWheelNotch = 120;
 constexpr int kLinesANotch = 3;
+constexpr int kColumnsAKey = 4;
 
 struct ScrollKey {
   int key;
@@ -60,6 +62,7 @@ void ScrollingView::ShowChanges() {
   if (painted_ == shown().version()) return;
   painted_ = shown().version();
   TellReaders(*this);
+  FitColumns();
   viewport()->update();
   QScrollBar* const bar = verticalScrollBar();
   if (bar->isSliderDown()) return;
@@ -86,6 +89,16 @@ bool ScrollingView::ScrollByKey(int key) {
   return true;
 }
 
+bool ScrollingView::ScrollSideways(const QKeyEvent& event) {
+  const bool left = event.key() == Qt::Key_Left;
+  if ((!left && event.key() != Qt::Key_Right) || event.modifiers() != Qt::ShiftModifier) {
+    return false;
+  }
+  QScrollBar* const bar = horizontalScrollBar();
+  bar->setValue(bar->value() + (left ? -kColumnsAKey : kColumnsAKey));
+  return true;
+}
+
 void ScrollingView::contextMenuEvent(QContextMenuEvent* event) {
   const bool by_keyboard = event->reason() == QContextMenuEvent::Keyboard;
   links_.show_popup(*this,
@@ -93,6 +106,8 @@ void ScrollingView::contextMenuEvent(QContextMenuEvent* event) {
 }
 
 void ScrollingView::wheelEvent(QWheelEvent* event) {
+  const QPoint turned = event->angleDelta();
+  if (std::abs(turned.x()) > std::abs(turned.y())) return TextView::wheelEvent(event);
   wheel_rest_ += event->angleDelta().y();
   const int notches = wheel_rest_ / kWheelNotch;
   wheel_rest_ %= kWheelNotch;

@@ -29,6 +29,8 @@ class ScrollingView : public TextView {
 
   // Arrows and page keys. False for any other key.
   bool ScrollByKey(int key);
+  // Shift with an arrow. False for anything else.
+  bool ScrollSideways(const QKeyEvent& event);
   // Where the keyboard opens the popup menu, in pixels of the viewport.
   virtual QPoint PopupPlace() const = 0;
   void wheelEvent(QWheelEvent* event) override;

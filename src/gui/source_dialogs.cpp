@@ -59,6 +59,7 @@ std::optional<int> ChooseName(QWidget* parent, const QFont& font, const QString&
   layout->addWidget(list);
   QPushButton* const ok = AddOkAndCancel(dialog, *layout, [&dialog] { dialog.accept(); });
   ok->setEnabled(!names.empty());
+  list->setFocus();
   if (dialog.exec() != QDialog::Accepted || list->currentIndex() < 0) return std::nullopt;
   return list->currentIndex();
 }

@@ -4,6 +4,7 @@
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
+#include <algorithm>
 
 #include "gui/qt_user_interface.h"
 #include "gui/session.h"
@@ -26,6 +27,7 @@ StackWindow::StackWindow(Session& session, FrameLinks links, const QFont& font,
                             session.debugger.frame, session.debugger.activity}) {
   setObjectName("MDI_Stack");
   setAccessibleName("Stack");
+  setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
 }
 
 QSize StackWindow::sizeHint() const {
@@ -46,6 +48,13 @@ QStringList StackWindow::TextLines() const {
   }
   if (!view_.problem().empty()) lines << Text(view_.problem());
   return lines;
+}
+
+int StackWindow::LongestLine() const {
+  qsizetype longest = Text(view_.problem()).size();
+  for (const views::StackLine& line : view_.lines())
+    longest = std::max(longest, Text(line.text).size());
+  return static_cast<int>(longest);
 }
 
 QString StackWindow::CursorText() const {
@@ -104,7 +113,7 @@ void StackWindow::mouseDoubleClickEvent(QMouseEvent* event) {
 void StackWindow::keyPressEvent(QKeyEvent* event) {
   if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
     links_.send_command(commands::kStackGoToCode);
-  } else if (!ScrollByKey(event->key())) {
+  } else if (!ScrollSideways(*event) && !ScrollByKey(event->key())) {
     event->ignore();
   }
 }

@@ -16,6 +16,7 @@ class StackWindow final : public ScrollingView {
   void RefreshFromTarget() override { view_.Refresh(); }
   bool OfTheMoment() const override { return true; }
   QStringList TextLines() const override;
+  int LongestLine() const override;
   int TextCursorLine() const override { return view_.state().cursorLine; }
   QString CursorText() const override;
   std::optional<PopupItem> ItemOf(int command) const override;

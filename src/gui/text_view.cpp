@@ -57,6 +57,7 @@ QFont TextView::Spaced(QFont font, double width) {
 void TextView::SetViewFont(const QFont& font) {
   UseFont(font);
   CellsChanged();
+  FitColumns();
   viewport()->update();
 }
 
@@ -107,7 +108,7 @@ void TextView::FillRow(QPainter& painter, int row, const TextColours& colours) c
 
 void TextView::DrawText(QPainter& painter, int column, int row, const QString& text,
                         const TextColours& colours) const {
-  const int x = column * cell_.width;
+  const int x = (column - horizontalScrollBar()->value()) * cell_.width;
   const int y = row * cell_.height;
   const int width = static_cast<int>(text.size()) * cell_.width;
   if (colours.background.isValid()) {
@@ -130,6 +131,17 @@ void TextView::InvertCells(QPainter& painter, views::CellSize cell, int column, 
 void TextView::resizeEvent(QResizeEvent* event) {
   QAbstractScrollArea::resizeEvent(event);
   CellsChanged();
+  FitColumns();
+}
+
+void TextView::FitColumns() {
+  const int columns = viewport()->width() / cell_.width;
+  horizontalScrollBar()->setRange(0, std::max(LongestLine() - columns, 0));
+  horizontalScrollBar()->setPageStep(columns);
+}
+
+int TextView::ColumnAt(int x) const {
+  return x / cell_.width + horizontalScrollBar()->value();
 }
 
 void TextView::changeEvent(QEvent* event) {

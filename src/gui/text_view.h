@@ -58,6 +58,8 @@ class TextView : public QAbstractScrollArea {
   // What it shows, for screen readers; and the line under its cursor.
   virtual QStringList TextLines() const = 0;
   virtual int TextCursorLine() const { return 0; }
+  // In columns; windows that scroll sideways say it, others cut what does not fit.
+  virtual int LongestLine() const { return 0; }
   // What there is to say of the place under its cursor, for the status bar.
   virtual QString CursorText() const { return {}; }
   // Its window has become the active one.
@@ -87,9 +89,13 @@ class TextView : public QAbstractScrollArea {
   // Called when the size or the font has changed.
   virtual void CellsChanged() {}
 
+  // To be called when the longest line may be another.
+  void FitColumns();
+  int ColumnAt(int x) const;
+
   void resizeEvent(QResizeEvent* event) override;
   void changeEvent(QEvent* event) override;
-  void scrollContentsBy(int, int) override {}
+  void scrollContentsBy(int, int) override { viewport()->update(); }
 
  private:
   void UseFont(const QFont& font);

@@ -18,6 +18,7 @@ namespace commands = workspace::commands;
 
 constexpr int kWatchColumns = 46;
 constexpr int kWatchLines = 8;
+constexpr int kPartColumn = views::kWatchLabelWidth - 1;  // below the mark of the entry
 constexpr const char* kNothingWatched = "Nothing is watched: Insert adds a variable.";
 constexpr const char* kFileHolds = "%1 holds %2: Open config, or loading the program, reads them.";
 
@@ -57,6 +58,7 @@ WatchWindow::WatchWindow(Session& session, FrameLinks links, const QFont& font,
       hint_(HintFor(session)) {
   setObjectName("MDI_Watch");
   setAccessibleName("Watch");
+  setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
 }
 
 QSize WatchWindow::sizeHint() const {
@@ -101,6 +103,18 @@ QStringList WatchWindow::TextLines() const {
   return lines;
 }
 
+int WatchWindow::LongestLine() const {
+  qsizetype longest = 0;
+  for (const views::WatchItem& item : table_.items()) {
+    longest = std::max(longest, views::kWatchLabelWidth + ValueOf(item).size());
+    for (int below = 1; below <= item.RowsBelow(); ++below) {
+      const views::ValueRow& part = item.values.rows()[static_cast<std::size_t>(below)];
+      longest = std::max(longest, kPartColumn + Text(part.Left() + part.text).size());
+    }
+  }
+  return static_cast<int>(longest);
+}
+
 QString WatchWindow::CursorText() const {
   return Text(view_.Explain());
 }
@@ -136,9 +150,9 @@ void WatchWindow::PaintLine(QPainter& painter, int row,
     const ValueColours colours = ColoursOf(part.changed, at_cursor);
     if (at_cursor) FillRow(painter, row, colours.text);
     const QString left = Text(part.Left());
-    constexpr int kFirst = views::kWatchLabelWidth - 1;  // below the mark of the entry
-    DrawText(painter, kFirst, row, left, colours.text);
-    DrawText(painter, kFirst + static_cast<int>(left.size()), row, Text(part.text), colours.value);
+    DrawText(painter, kPartColumn, row, left, colours.text);
+    DrawText(painter, kPartColumn + static_cast<int>(left.size()), row, Text(part.text),
+             colours.value);
     return;
   }
   const ValueColours colours = ColoursOf(item.changed, at_cursor);
@@ -154,7 +168,7 @@ void WatchWindow::mousePressEvent(QMouseEvent* event) {
   // The popup menu acts on what the pointer shows.
   view_.PlaceCursor(row);
   if (event->button() != Qt::LeftButton) return;
-  view_.ToggleAt(row, at.x() / cell().width);
+  view_.ToggleAt(row, ColumnAt(at.x()));
 }
 
 void WatchWindow::mouseDoubleClickEvent(QMouseEvent* event) {
@@ -162,6 +176,7 @@ void WatchWindow::mouseDoubleClickEvent(QMouseEvent* event) {
 }
 
 void WatchWindow::keyPressEvent(QKeyEvent* event) {
+  if (ScrollSideways(*event)) return;
   switch (event->key()) {
     case Qt::Key_Up:
       return view_.MoveCursor(-1);

@@ -9,9 +9,10 @@ namespace brevant::views {
 namespace {
 
 constexpr HexField kFillFields[] = {
-    {"from", "From address:", 6}, {"to", "To address:", 6}, {"value", "Filled with:", 4}};
-constexpr HexField kMoveFields[] = {
-    {"from", "From address:", 6}, {"to", "To address:", 6}, {"destination", "Move to address:", 6}};
+    {"from", "&From address:", 6}, {"to", "&To address:", 6}, {"value", "Filled &with:", 4}};
+constexpr HexField kMoveFields[] = {{"from", "&From address:", 6},
+                                    {"to", "&To address:", 6},
+                                    {"destination", "&Move to address:", 6}};
 constexpr HexDialog kFill{"FILLDLG", "Fill Block (Hex Format)", kFillFields};
 constexpr HexDialog kMoveDialog{"MOVEDLG", "Move Block (Hex Format)", kMoveFields};
 

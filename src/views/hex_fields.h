@@ -15,7 +15,7 @@ namespace brevant::views {
 
 struct HexField {
   const char* name;   // of its purpose: "from"
-  const char* label;  // "From address:"
+  const char* label;  // "&From address:"; '&' before its key
   int max_length;     // characters that can be typed
 };
 

@@ -10,7 +10,8 @@ namespace brevant::views {
 namespace {
 
 constexpr int kDigits = 5;
-constexpr HexField kFromTo[] = {{"from", "From address:", kDigits}, {"to", "To address:", kDigits}};
+constexpr HexField kFromTo[] = {{"from", "&From address:", kDigits},
+                                {"to", "&To address:", kDigits}};
 constexpr HexField kPlace[] = {{"address", "Address of the first byte:", kDigits}};
 
 }  // namespace

@@ -89,6 +89,10 @@ constexpr std::array<CellRow, RegisterCells::kCells> kRows{{
      [](const auto& f) { return ExplainFlags(kLowFlags, f.CCR); }},
 }};
 
+int CellsARow(int client_width, int character_width) {
+  return std::max(client_width / (RegisterCells::kCellWidth * character_width), 1);
+}
+
 const CellRow& Row(int cell) {
   return kRows.at(static_cast<std::size_t>(cell));
 }
@@ -157,7 +161,12 @@ std::string RegisterCells::Explain(int cell) const {
 
 void RegisterCells::Resize(int client_width, int character_width) {
   if (character_width <= 0) return;
-  cells_per_row_ = std::max(client_width / (kCellWidth * character_width), 1);
+  cells_per_row_ = CellsARow(client_width, character_width);
+}
+
+int RegisterCells::RowsIn(int client_width, int character_width) {
+  const int a_row = CellsARow(client_width, character_width);
+  return (kCells + a_row - 1) / a_row;
 }
 
 void RegisterCells::Select(int cell) {

@@ -76,6 +76,8 @@ class RegisterCells final : public View {
   // In pixels; at least one cell a row.
   void Resize(int client_width, int character_width);
   int cells_per_row() const { return cells_per_row_; }
+  // That all cells need in a window of that width.
+  static int RowsIn(int client_width, int character_width);
   CellPosition PositionOf(int cell) const { return {cell % cells_per_row_, cell / cells_per_row_}; }
 
   int selected() const { return selected_; }

@@ -158,6 +158,7 @@ bool SourceView::ShowPcLine() {
   return true;
 }
 
+// The last line stays in sight: an empty window would look like an empty file.
 void SourceView::ShowTop(int top) {
   state_.top = std::clamp(top, 0, std::max(state_.lineCount - 1, 0));
   state_.cursor = std::clamp(state_.cursor, 0, std::max(state_.lineCount - 1 - state_.top, 0));

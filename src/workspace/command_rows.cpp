@@ -323,6 +323,7 @@ std::string MenuText(const CommandRow& row, bool running) {
 
 std::string ToolbarText(const ToolbarButton& button, bool running, Repeating repeating) {
   if (button.id == kToolbarGo && running) return "Break  F7";
+  // One that has ended what it began reads as at first, so that nobody takes it for another one.
   return std::string(RepeatedBy(button.id, repeating)
                          ? button.id == kToolbarNStep ? "NStepping" : "Tracing"
                          : button.text);

@@ -13,7 +13,8 @@ inline constexpr base::MessageText kChangeToolChain{
     "The tool chain in force is: %s.\n\nChange it to the %s?",
     base::captions::kForYourInformation,
     base::Icon::Question,
-    base::Buttons::YesNo};
+    base::Buttons::YesNo,
+    true};
 
 inline constexpr const base::MessageText* kAll[] = {&kChangeToolChain};
 

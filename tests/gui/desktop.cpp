@@ -8,10 +8,11 @@
 #include <QFileDialog>
 #include <QLabel>
 #include <QLineEdit>
-#include <QMap>
 #include <QMdiArea>
 #include <QMessageBox>
 #include <QPushButton>
+
+#include "gui/dialog_rules.h"
 
 namespace brevant::gui {
 
@@ -60,22 +61,6 @@ void Desktop::UseToolChain(symbols::ToolChain tool_chain) {
   ASSERT_TRUE(settings.Store(base::keys::kCompiler, static_cast<long>(tool_chain)));
 }
 
-void Desktop::ExpectKeysOfTheirOwn(const QDialog& dialog) {
-  QMap<QKeySequence, QString> keys;
-  const auto add = [&](const QWidget& widget, const QString& text) {
-    const QKeySequence key = QKeySequence::mnemonic(text);
-    if (key.isEmpty() || !widget.isVisible()) return;
-    EXPECT_FALSE(keys.contains(key)) << qPrintable(dialog.objectName()) << ": " << qPrintable(text)
-                                     << " and " << qPrintable(keys.value(key));
-    keys[key] = text;
-  };
-  for (const auto* const button : dialog.findChildren<QAbstractButton*>())
-    add(*button, button->text());
-  for (const auto* const label : dialog.findChildren<QLabel*>()) {
-    if (label->buddy() != nullptr) add(*label, label->text());
-  }
-}
-
 void Desktop::OnDialog(const QString& name, std::function<void(QDialog&)> act) {
   ++pending_;
   auto* const timer = new QTimer(qApp);
@@ -86,7 +71,7 @@ void Desktop::OnDialog(const QString& name, std::function<void(QDialog&)> act) {
     timer->deleteLater();
     --pending_;
     const bool of_the_desktop = name == "message" || name == "chooser";
-    if (!of_the_desktop) ExpectKeysOfTheirOwn(*dialog);
+    if (!of_the_desktop) ExpectUsableByKeys(*dialog);
     EXPECT_TRUE(of_the_desktop || guide::Guide(guide::Pages()).OfDialog(Bytes(name)) != nullptr)
         << "F1 in " << qPrintable(name) << " explains nothing";
     act(*dialog);

@@ -67,8 +67,6 @@ class Desktop : public testing::Test {
   simulator::Pace pace_ = simulator::Pace::Instant;  // of the next start
 
  private:
-  // No two of its fields and buttons have the same.
-  static void ExpectKeysOfTheirOwn(const QDialog& dialog);
   // A dialog that nobody answers must fail its test instead of holding it for ever.
   void CloseForgottenDialog();
 

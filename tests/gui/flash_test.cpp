@@ -72,6 +72,9 @@ TEST_F(Flash, ErasesPagesAndSaysWhichOnesAreBlank) {
 TEST_F(Flash, BacksUpBeforeAMassEraseAndPutsItBack) {
   Start();
   const images::Image before = Content();
+  OnDialog("message", [](QDialog& dialog) { QTest::keyClick(&dialog, Qt::Key_Return); });
+  Choose(commands::kMassErase);
+  EXPECT_EQ(Content(), before) << "Enter erases nothing";
   OnDialog("message", [this](QDialog& dialog) {
     EXPECT_EQ(static_cast<QMessageBox&>(dialog).text(),
               "Do you really want to mass erase flash EEPROM");

@@ -12,6 +12,7 @@
 #include <fstream>
 
 #include "gui/desktop.h"
+#include "gui/dialog_rows.h"
 #include "gui/help_window.h"
 #include "views/watch_file.h"
 
@@ -20,30 +21,6 @@ namespace {
 
 namespace commands = workspace::commands;
 
-struct DialogPicture {
-  const char* dialog;
-  int command;                     // opens it
-  const WindowKind* in = nullptr;  // the window that is active then
-};
-const DialogPicture kDialogs[] = {
-    {"LookHWDlg", commands::kReStart},
-    {"SymTabDlg", commands::kSymbolTableStart},
-    {"PROGRANGE", commands::kProgramRange},
-    {"NSTEPDLG", commands::kNStep},
-    {"COPYTOCLIP", commands::kCopyToClipboard},
-    {"SAVEMEMORY", commands::kSaveMemory},
-    {"FEEPROM", commands::kProgramFlash},
-    {"FEEPERASE", commands::kEraseFlash},
-    {"PROGLOCATION", commands::kProgramLocations},
-    {"BKPTDLG", commands::kPopupGoToBreakpoint, &kProgramKind},
-    {"CBDlgEdit", commands::kPopupGoToSymbol, &kProgramKind},
-    {"FILLDLG", commands::kDataFill, &kDataKind},
-    {"MOVEDLG", commands::kDataMove, &kDataKind},
-    {"FindDlg", commands::kSourceFind, &kSourceKind},
-    {"CBDlgList", commands::kSourceOpenFile, &kSourceKind},
-    {"TabSizeDlg", commands::kSourceTabSize, &kSourceKind},
-    {"WATCHDLGADD", commands::kWatchAdd, &kWatchKind},
-};
 constexpr const char* kConfigurePages[] = {"ConfigDlg", "ConfigDlg-macros", "ConfigDlg-misc",
                                            "ConfigDlg-font"};
 
@@ -93,7 +70,7 @@ struct PicturesTest : Desktop, testing::WithParamInterface<bool> {
       for (ChildWindow* const child : window().Children(*kind)) Close(*child);
     }
   }
-  void DrawDialog(const DialogPicture& picture) {
+  void DrawDialog(const DialogRow& picture) {
     ChildWindow* const child = picture.in == nullptr ? nullptr : &window().Open(*picture.in);
     if (child != nullptr) window().area().setActiveSubWindow(child);
     QTest::qWait(30);
@@ -150,7 +127,7 @@ TEST_P(PicturesTest, DISABLED_OfEveryWindowAndDialog) {
   Draw(window(), "main-window");
   Trace();
   for (const WindowKind& kind : WindowKinds()) DrawWindow(kind);
-  for (const DialogPicture& picture : kDialogs) DrawDialog(picture);
+  for (const DialogRow& picture : kDialogs) DrawDialog(picture);
   DrawConfiguration();
   Choose(commands::kHelpContents);
   Draw(*window().findChild<HelpWindow*>(), "HelpWindow");
