@@ -203,7 +203,8 @@ Result Move(Session& session, const ParsedArguments& arguments) {
 }
 
 Result Reset(Session& session, const ParsedArguments&) {
-  session.debugger().Reset();
+  // Why not has been said as an error.
+  if (!session.debugger().Reset()) return Failure(ExitStatus::Failed, {});
   if (session.debugger().memory.LinkError()) {
     return Failure(ExitStatus::NoAnswer, "the target does not answer after the reset");
   }

@@ -62,8 +62,10 @@ Result GiveUpWaiting(Session& session, std::string why, ExitStatus status) {
     return stopped;
   }
   if (!stopped.ok() && status == ExitStatus::Interrupted && session.debugger().Busy()) {
-    session.debugger().Reset();
-    return Failure(status, why + "; a break had no effect, so the target was reset");
+    if (session.debugger().Reset()) {
+      return Failure(status, why + "; a break had no effect, so the target was reset");
+    }
+    return Failure(status, why + "; a break had no effect, and the target may still be running");
   }
   why += stopped.ok() ? fmt::format("; the target was stopped at {}",
                                     frontend::Described(session.debugger().frame.PC,

@@ -10,6 +10,7 @@
 #include "devices/device.h"
 #include "devices/hc08.h"
 #include "devices/reset_cause.h"
+#include "link/messages.h"
 #include "symbols/source_text.h"
 #include "symbols/symbol_file.h"
 
@@ -85,9 +86,13 @@ link::ConnectResult Debugger::Restart() {
   return result;
 }
 
-void Debugger::Reset() {
-  connector.ResetTarget();
+bool Debugger::Reset() {
+  if (!connector.ResetTarget() && !monitor_link.LinkError) {
+    surroundings_.ui.ShowMessage(ToMessage(link::kNotReset, monitor_link.ResetError()));
+    return false;
+  }
   FollowUpReset();
+  return true;
 }
 
 void Debugger::Reconfigure() {

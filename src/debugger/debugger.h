@@ -101,7 +101,8 @@ class Debugger {
   // Connects again, then follows up as after a reset. The program's debug information is dropped.
   link::ConnectResult Restart();
   // Resets the target and follows up. Sends the code that is known to stand in its flash now.
-  void Reset();
+  // False when the port cannot reset it: the user has been told, and nothing else was done.
+  bool Reset();
 
   // The configuration may have changed: every breakpoint is forgotten, the target reset, and the
   // kind of breakpoints is what the settings say now.

@@ -127,10 +127,19 @@ bool MonitorLink::SendBreak() {
   return port_.Read(std::span(&byte, 1), ReadTimeOut(1)) == 1u;
 }
 
-bool MonitorLink::PulseReset() {
+bool MonitorLink::PulseRts() {
   if (!port_.SetRts(true)) return false;
   WaitMs(kResetPulseMs);
-  if (!port_.SetRts(false)) return false;
+  return port_.SetRts(false);
+}
+
+bool MonitorLink::PulseReset() {
+  if (!PulseRts()) {
+    // It must survive the look whether the port is still there.
+    reset_error_ = port_.LastError();
+    if (!port_.Read({}, milliseconds(0))) LinkError = true;
+    return false;
+  }
   clock_.Sleep(kSettleAfterReset);
   DiscardInput();
   return true;

@@ -72,8 +72,11 @@ class MonitorLink {
   // Holds the break condition for 100 ms, then expects two bytes: the line's own copy of the break
   // and the stopped monitor's break character. True on success.
   bool SendBreak();
-  // RTS high for 100 ms, then low, then 1000 ms to settle.
+  // RTS high for 100 ms, then low, then 1000 ms to settle. False when the port refuses; LinkError
+  // is set when it is gone.
   bool PulseReset();
+  // Why the last pulse failed, in the port's own words.
+  const std::string& ResetError() const { return reset_error_; }
   // Busy wait: the clock passes at least ms + 1 ticks of a millisecond.
   void WaitMs(int ms);
   // Drops bytes that have arrived unasked (before a new exchange after a reset or reconnect).
@@ -83,6 +86,7 @@ class MonitorLink {
 
  private:
   bool ReadExactly(std::span<std::uint8_t> buffer);
+  bool PulseRts();
 
   base::SerialPort& port_;
   base::Clock& clock_;
@@ -90,6 +94,7 @@ class MonitorLink {
   bool open_ = false;
   long damage_ = 0;
   std::string open_error_;
+  std::string reset_error_;
 };
 
 }  // namespace brevant::link
