@@ -13,6 +13,8 @@ constexpr const char* kNoAnswerToBreak =
     "The break signal had no effect; the target is still running. It stops a program only when the "
     "program leaves interrupts enabled and its IRQ vector at FFFA holds FE27. Use reset to get the "
     "target back.";
+constexpr const char* kNoBreakSent =
+    "The break signal could not be sent, and nothing says that the target has stopped. ";
 
 Result WithReason(Result result, base::StopReason reason) {
   result.fields["stop"] = base::StopWord(reason);
@@ -39,7 +41,8 @@ Result StopResult(Session& session) {
 }
 
 Result StopNow(Session& session) {
-  const base::StopReason reason = session.debugger().run_control.Stop().reason;
+  const base::Stop stop = session.debugger().run_control.Stop();
+  const base::StopReason reason = stop.reason;
   switch (reason) {
     case base::StopReason::NotRecovered:
       return WithReason(Failure(ExitStatus::Failed,
@@ -49,7 +52,10 @@ Result StopNow(Session& session) {
     case base::StopReason::LinkLost:
       return WithReason(LinkLost(), reason);
     case base::StopReason::Refused:
-      return WithReason(Failure(ExitStatus::Failed, kNoAnswerToBreak), reason);
+      return WithReason(
+          Failure(ExitStatus::Failed,
+                  stop.detail.empty() ? kNoAnswerToBreak : kNoBreakSent + stop.detail),
+          reason);
     default:
       return StopResult(session);
   }

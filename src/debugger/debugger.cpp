@@ -87,12 +87,13 @@ link::ConnectResult Debugger::Restart() {
 }
 
 bool Debugger::Reset() {
-  if (!connector.ResetTarget() && !monitor_link.LinkError) {
-    surroundings_.ui.ShowMessage(ToMessage(link::kNotReset, monitor_link.ResetError()));
-    return false;
+  const bool reset = connector.ResetTarget();
+  if (reset || monitor_link.LinkError) {
+    FollowUpReset();
+  } else {
+    surroundings_.ui.ShowMessage(ToMessage(link::kNotReset, monitor_link.SignalError()));
   }
-  FollowUpReset();
-  return true;
+  return reset;
 }
 
 void Debugger::Reconfigure() {

@@ -118,13 +118,23 @@ int MonitorLink::PollBreak(PollWait wait) {
   return count == 1u ? static_cast<std::int8_t>(byte) : kNoByte;
 }
 
+// The port's reason must survive the look whether it is still there.
+bool MonitorLink::SignalRefused() {
+  signal_error_ = port_.LastError();
+  if (!port_.Read({}, milliseconds(0))) LinkError = true;
+  return false;
+}
+
 bool MonitorLink::SendBreak() {
-  if (!port_.SetBreak(true)) return false;
+  signal_error_.clear();
+  if (!port_.SetBreak(true)) return SignalRefused();
   WaitMs(kBreakPulseMs);
-  if (!port_.SetBreak(false)) return false;
+  if (!port_.SetBreak(false)) return SignalRefused();
   std::uint8_t byte = 0;
   port_.Read(std::span(&byte, 1), ReadTimeOut(1));
-  return port_.Read(std::span(&byte, 1), ReadTimeOut(1)) == 1u;
+  const auto count = port_.Read(std::span(&byte, 1), ReadTimeOut(1));
+  if (!count) LinkError = true;
+  return count == 1u;
 }
 
 bool MonitorLink::PulseRts() {
@@ -134,12 +144,8 @@ bool MonitorLink::PulseRts() {
 }
 
 bool MonitorLink::PulseReset() {
-  if (!PulseRts()) {
-    // It must survive the look whether the port is still there.
-    reset_error_ = port_.LastError();
-    if (!port_.Read({}, milliseconds(0))) LinkError = true;
-    return false;
-  }
+  signal_error_.clear();
+  if (!PulseRts()) return SignalRefused();
   clock_.Sleep(kSettleAfterReset);
   DiscardInput();
   return true;

@@ -21,8 +21,12 @@ using std::chrono::milliseconds;
 constexpr milliseconds kConnectTime{5000};
 constexpr milliseconds kAnswerTime{2000};
 constexpr milliseconds kNetworkTime{500};
+// More than a line carries while nobody reads: what sends it is no serial line.
+constexpr std::size_t kMostArrived = 64 * 1024;
 
 constexpr std::uint8_t kEightBits = 8, kNoParity = 1, kOneStopBit = 1, kPurgeBoth = 3;
+
+constexpr const char* kEnded = " has ended the connection. Check the network and the server there";
 
 int WaitReady(int descriptor, short events, SteadyClock::time_point deadline) {
   pollfd request{descriptor, events, 0};
@@ -52,11 +56,10 @@ bool NetSerialPort::CheckOpen() {
   return gone_ ? false : Fail("No port is open. Connect to a target first.");
 }
 
-bool NetSerialPort::Lose() {
+bool NetSerialPort::Lose(const std::string& what) {
   Close();
   gone_ = true;
-  return Fail("The connection to " + device_ +
-              " has ended. Check the network and the server there, then connect again.");
+  return Fail(device_ + what + ", then connect again.");
 }
 
 bool NetSerialPort::Open(const std::string& device) {
@@ -91,8 +94,8 @@ void NetSerialPort::Close() {
 bool NetSerialPort::Agree() {
   if (!Send(TelnetSerial::Greeting())) return false;
   const auto deadline = SteadyClock::now() + kAnswerTime;
-  for (bool in_time = true; !telnet_.sets_line() && in_time;) {
-    if (!Receive(deadline, in_time)) return false;
+  while (!telnet_.sets_line() && SteadyClock::now() < deadline) {
+    if (!Receive(deadline)) return false;
   }
   if (telnet_.sets_line().value_or(false)) return true;
   Close();
@@ -107,12 +110,12 @@ bool NetSerialPort::Set(LineCommand command, const TelnetSerial::Data& value,
   }
   if (!Send(TelnetSerial::Command(command, value))) return false;
   const auto deadline = SteadyClock::now() + kAnswerTime;
-  for (bool in_time = true; in_time;) {
+  while (SteadyClock::now() < deadline) {
+    if (!Receive(deadline)) return false;
     // Controls share one command: what another one has left behind is passed over.
     while (const auto answer = telnet_.TakeAnswer(command)) {
       if (*answer == value) return true;
     }
-    if (!Receive(deadline, in_time)) return false;
   }
   return Fail(device_ + " does not confirm " + what +
               ". Its server may not be able to: use another line of it, or a line of this "
@@ -182,7 +185,7 @@ bool NetSerialPort::Send(base::Bytes bytes) {
     if (sent > 0) {
       bytes = bytes.subspan(static_cast<std::size_t>(sent));
     } else if (sent < 0 && errno != EAGAIN && errno != EINTR) {
-      return Lose();
+      return Lose(kEnded);
     } else if (WaitReady(descriptor_, POLLOUT, deadline) == 0) {
       return Fail(device_ + " takes no more bytes. Check the network, then connect again.");
     }
@@ -190,9 +193,8 @@ bool NetSerialPort::Send(base::Bytes bytes) {
   return true;
 }
 
-bool NetSerialPort::Receive(Deadline deadline, bool& in_time) {
+bool NetSerialPort::Receive(Deadline deadline) {
   std::array<std::uint8_t, 512> buffer{};
-  in_time = false;
   for (;;) {
     const ssize_t count = ::recv(descriptor_, buffer.data(), buffer.size(), 0);
     if (count > 0) {
@@ -204,10 +206,12 @@ bool NetSerialPort::Receive(Deadline deadline, bool& in_time) {
         telnet_.Take(taken, line, answer);
       }
       arrived_.insert(arrived_.end(), line.begin(), line.end());
-      in_time = true;
+      if (arrived_.size() > kMostArrived) {
+        return Lose(" sends more than a serial line can. Check what stands behind it");
+      }
       return answer.empty() || Send(answer);
     }
-    if (count == 0 || (errno != EAGAIN && errno != EINTR)) return Lose();
+    if (count == 0 || (errno != EAGAIN && errno != EINTR)) return Lose(kEnded);
     if (WaitReady(descriptor_, POLLIN, deadline) == 0) return true;
   }
 }
@@ -217,9 +221,10 @@ std::optional<std::size_t> NetSerialPort::Read(std::span<std::uint8_t> buffer,
   if (!CheckOpen()) return std::nullopt;
   const auto deadline =
       SteadyClock::now() + timeout + (timeout.count() > 0 ? kNetworkTime : milliseconds(0));
-  for (bool in_time = true; arrived_.size() < buffer.size() && in_time;) {
-    if (!Receive(deadline, in_time)) return std::nullopt;
-  }
+  // What has arrived is taken whatever the time-out.
+  do {
+    if (arrived_.size() < buffer.size() && !Receive(deadline)) return std::nullopt;
+  } while (arrived_.size() < buffer.size() && SteadyClock::now() < deadline);
   const std::size_t count = std::min(buffer.size(), arrived_.size());
   std::copy_n(arrived_.begin(), count, buffer.begin());
   arrived_.erase(arrived_.begin(), arrived_.begin() + static_cast<long>(count));

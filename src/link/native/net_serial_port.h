@@ -45,11 +45,11 @@ class NetSerialPort final : public base::SerialPort {
 
   bool Fail(std::string text);
   bool CheckOpen();
-  bool Lose();
+  bool Lose(const std::string& what);
   bool Send(base::Bytes bytes);
-  // Takes in what has arrived, waiting for it until the deadline. False when the connection is
-  // gone; in time tells whether anything came.
-  bool Receive(Deadline deadline, bool& in_time);
+  // Takes in some of what has arrived, waiting for it until the deadline. False when the connection
+  // is gone.
+  bool Receive(Deadline deadline);
   bool Agree();
   // Sends the command and looks what the server has made of it.
   bool Set(LineCommand command, const TelnetSerial::Data& value, const std::string& what);
