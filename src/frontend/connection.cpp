@@ -74,7 +74,9 @@ Connection Connect(debugger::Debugger& debugger, HoldingUi& ui, KnownCodes codes
 Connection ConnectAgain(debugger::Debugger& debugger, HoldingUi& ui) {
   ui.Hold();
   const link::ConnectResult result = debugger.Restart();
-  return {result, WorthTelling(ui.Take(), debugger.security.passed()), std::nullopt};
+  Connection connection{result, WorthTelling(ui.Take(), debugger.security.passed()), std::nullopt};
+  TellOfBytesAlone(debugger.settings, connection);
+  return connection;
 }
 
 std::string FitText(const link::SecurityCode& code) {
