@@ -9,7 +9,7 @@ _brevant_cli() {
     line-over out go until run stop wait nstep trace fileio print print/x locals where chip load
     check verify save toolchain symbols lookup list line macro mass-erase erase program flash
     program-bytes program-irq report help quit"
-  local ports="COM1 COM2 COM3 COM4 sim $(compgen -G '/dev/tty[UA][SC]*')"
+  local ports="COM1 COM2 COM3 COM4 sim tcp:// rfc2217:// $(compgen -G '/dev/tty[UA][SC]*')"
   case $before in
     -p | --port) COMPREPLY=($(compgen -W "$ports" -- "$word")) ;;
     -d | --device) COMPREPLY=($(compgen -W "gp32 ql" -- "$word")) ;;

@@ -7,7 +7,7 @@ end
 
 complete -c brevant-cli -f
 complete -c brevant-cli -s h -l help -d 'print the options and commands'
-complete -c brevant-cli -s p -l port -x -a "COM1 COM2 COM3 COM4 sim (__brevant_devices)" -d 'port of the target'
+complete -c brevant-cli -s p -l port -x -a "COM1 COM2 COM3 COM4 sim tcp:// rfc2217:// (__brevant_devices)" -d 'port of the target'
 complete -c brevant-cli -s d -l device -x -a "gp32 ql" -d 'microcontroller'
 complete -c brevant-cli -s s -l security -x -d 'security code, or @ and an image'
 complete -c brevant-cli -l no-security -d 'send no security code'

@@ -64,7 +64,7 @@ _brevant_cli_faults() {
 
 _arguments -s \
   '(- *)'{-h,--help}'[print the options and commands]' \
-  '(-p --port)'{-p,--port}'[port of the target]:port:(COM1 COM2 COM3 COM4 sim /dev/tty[UA][SC]*(N))' \
+  '(-p --port)'{-p,--port}'[port of the target]:port:(COM1 COM2 COM3 COM4 sim tcp\:// rfc2217\:// /dev/tty[UA][SC]*(N))' \
   '(-d --device)'{-d,--device}'[microcontroller]:device:(gp32 ql)' \
   '(-s --security)'{-s,--security}'[security code, or @ and an image]:code: ' \
   '--no-security[send no security code]' \

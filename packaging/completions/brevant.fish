@@ -6,7 +6,7 @@ function __brevant_devices
 end
 
 complete -c brevant -s h -l help -d 'print the options'
-complete -c brevant -s p -l port -x -a "COM1 COM2 COM3 COM4 sim (__brevant_devices)" -d 'port of the target'
+complete -c brevant -s p -l port -x -a "COM1 COM2 COM3 COM4 sim tcp:// rfc2217:// (__brevant_devices)" -d 'port of the target'
 complete -c brevant -l simulate -d 'the simulated board'
 complete -c brevant -l connect -d 'without the connect dialog'
 complete -c brevant -l settings -r -F -d 'settings file'

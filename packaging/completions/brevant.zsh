@@ -3,7 +3,7 @@
 
 _arguments -s \
   '(- *)'{-h,--help}'[print the options]' \
-  '(-p --port --simulate)'{-p,--port}'[port of the target]:port:(COM1 COM2 COM3 COM4 sim /dev/tty[UA][SC]*(N))' \
+  '(-p --port --simulate)'{-p,--port}'[port of the target]:port:(COM1 COM2 COM3 COM4 sim tcp\:// rfc2217\:// /dev/tty[UA][SC]*(N))' \
   '(-p --port)--simulate[the simulated board]' \
   '--connect[without the connect dialog]' \
   '--settings[settings file]:file:_files' \

@@ -19,7 +19,7 @@ enum class StopReason {
   LinkLost,      // nothing is known of the target
   NotRecovered,  // it stopped, but its stack pointer could not be restored
   BadStack,      // its stack pointer lies outside RAM, so that no register could be saved
-  Refused,       // it was asked to stop and runs on: the program does not answer the break signal
+  Refused,       // the program runs on: it does not answer the break signal, or none could be sent
   NotStarted,    // an SWI cannot stand where the program would have to stop
   McuReset,      // the MCU has reset itself meanwhile and was entered anew; RAM is as it was
 };

@@ -204,10 +204,14 @@ Result Move(Session& session, const ParsedArguments& arguments) {
 }
 
 Result Reset(Session& session, const ParsedArguments&) {
-  session.debugger().Reset();
+  const bool reset = session.debugger().Reset();
   if (session.debugger().memory.LinkError()) {
+    const std::string& why = session.debugger().monitor_link.SignalError();
+    if (!reset) return Failure(ExitStatus::NoAnswer, "the target was not reset: " + OneLine(why));
     return Failure(ExitStatus::NoAnswer, "the target does not answer after the reset");
   }
+  // Why not has been said as an error.
+  if (!reset) return Failure(ExitStatus::Failed, {});
   if (session.debugger().image_gone) session.ui().Notice(debugger::Debugger::kImageGone);
   if (!session.debugger().security.passed()) {
     session.ui().Notice(

@@ -103,8 +103,9 @@ ParsedOptions ParseOptions(int argc, const char* const* argv, const std::string&
   const std::map<std::string, simulator::Pace> paces{{"instant", simulator::Pace::Instant},
                                                      {"bus", simulator::Pace::Bus},
                                                      {"wire", simulator::Pace::Wire}};
-  app.add_option("-p,--port", options.target.port,
-                 "COM1..COM4, a serial device, sim, or replay:FILE")
+  app.add_option(
+         "-p,--port", options.target.port,
+         "COM1..COM4, a serial device, tcp://HOST:PORT, rfc2217://HOST:PORT, sim, or replay:FILE")
       ->type_name("NAME");
   const std::vector<std::string> devices = DeviceOptions();
   app.add_option("-d,--device", device, fmt::format("{}", fmt::join(devices, " or ")))

@@ -13,6 +13,8 @@ constexpr const char* kNoAnswerToBreak =
     "The break signal had no effect; the target is still running. It stops a program only when the "
     "program leaves interrupts enabled and its IRQ vector at FFFA holds FE27. Use reset to get the "
     "target back.";
+constexpr const char* kNoBreakSent =
+    "The break signal could not be sent, and nothing says that the target has stopped. ";
 
 Result WithReason(Result result, base::StopReason reason) {
   result.fields["stop"] = base::StopWord(reason);
@@ -39,7 +41,8 @@ Result StopResult(Session& session) {
 }
 
 Result StopNow(Session& session) {
-  const base::StopReason reason = session.debugger().run_control.Stop().reason;
+  const base::Stop stop = session.debugger().run_control.Stop();
+  const base::StopReason reason = stop.reason;
   switch (reason) {
     case base::StopReason::NotRecovered:
       return WithReason(Failure(ExitStatus::Failed,
@@ -49,7 +52,10 @@ Result StopNow(Session& session) {
     case base::StopReason::LinkLost:
       return WithReason(LinkLost(), reason);
     case base::StopReason::Refused:
-      return WithReason(Failure(ExitStatus::Failed, kNoAnswerToBreak), reason);
+      return WithReason(
+          Failure(ExitStatus::Failed,
+                  stop.detail.empty() ? kNoAnswerToBreak : kNoBreakSent + stop.detail),
+          reason);
     default:
       return StopResult(session);
   }
@@ -62,8 +68,10 @@ Result GiveUpWaiting(Session& session, std::string why, ExitStatus status) {
     return stopped;
   }
   if (!stopped.ok() && status == ExitStatus::Interrupted && session.debugger().Busy()) {
-    session.debugger().Reset();
-    return Failure(status, why + "; a break had no effect, so the target was reset");
+    if (session.debugger().Reset()) {
+      return Failure(status, why + "; a break had no effect, so the target was reset");
+    }
+    return Failure(status, why + "; a break had no effect, and the target may still be running");
   }
   why += stopped.ok() ? fmt::format("; the target was stopped at {}",
                                     frontend::Described(session.debugger().frame.PC,

@@ -6,7 +6,8 @@ namespace brevant::control {
 std::optional<base::Message> StopMessage(const base::Stop& stop) {
   switch (stop.reason) {
     case base::StopReason::Refused:
-      return ToMessage(messages::kStopNotAnswered);
+      return stop.detail.empty() ? ToMessage(messages::kStopNotAnswered)
+                                 : ToMessage(messages::kStopNotSent, stop.detail);
     case base::StopReason::NotRecovered:
       return ToMessage(messages::kStackPointerLost);
     case base::StopReason::BadStack:

@@ -29,6 +29,10 @@ inline constexpr MessageText kStopNotAnswered{
     "$FFFA points to $FE27. The vector can be set with \"Program IRQ vector\".\n"
     "\"Reset\" stops the program in any case.",
     base::captions::kInformation, base::Icon::Information};
+inline constexpr MessageText kStopNotSent{
+    "run.stop-not-sent", base::Severity::Warning,
+    "The break signal could not be sent, and nothing says that the target has stopped.\n\n%s",
+    base::captions::kInformation, base::Icon::Information};
 inline constexpr MessageText kStackPointerLost{
     "run.stack-pointer-lost", base::Severity::Error,
     "The target has stopped, but its stack pointer could not be restored.\n"
@@ -141,20 +145,35 @@ inline constexpr MessageText kFileIoSlotOverwritten{
     "The slot at %04x was left as it is: %s stand there. Before file I/O it held %s.",
     base::captions::kInformation, base::Icon::Warning};
 
-inline constexpr const MessageText* kAll[] = {&kBreakpointLimit,    &kHardwareBreakpointLimit,
-                                              &kStopNotAnswered,    &kStackPointerLost,
-                                              &kBadStack,           &kNotStarted,
-                                              &kMcuReset,           &kLinkLost,
-                                              &kTraceLogNotWritten, &kFileIoNoInputSlot,
-                                              &kFileIoNoOutputSlot, &kFileIoCanNotOpen,
-                                              &kFileIoNameTooLong,  &kFileIoNothingBound,
-                                              &kFileIoSlotChanged,  &kFileIoSlotOnStack,
-                                              &kFileIoInsideSlot,   &kFileIoOneFile,
-                                              &kFileIoOverlap,      &kFileIoBothInFlash,
-                                              &kFileIoNotOpened,    &kFileIoSlotNotTaken,
-                                              &kFileIoInputAtEnd,   &kFileIoNoNumber,
-                                              &kFileIoNotWritten,   &kFileIoDamaged,
-                                              &kFileIoNotPutBack,   &kFileIoSlotOverwritten};
+inline constexpr const MessageText* kAll[] = {&kBreakpointLimit,
+                                              &kHardwareBreakpointLimit,
+                                              &kStopNotAnswered,
+                                              &kStopNotSent,
+                                              &kStackPointerLost,
+                                              &kBadStack,
+                                              &kNotStarted,
+                                              &kMcuReset,
+                                              &kLinkLost,
+                                              &kTraceLogNotWritten,
+                                              &kFileIoNoInputSlot,
+                                              &kFileIoNoOutputSlot,
+                                              &kFileIoCanNotOpen,
+                                              &kFileIoNameTooLong,
+                                              &kFileIoNothingBound,
+                                              &kFileIoSlotChanged,
+                                              &kFileIoSlotOnStack,
+                                              &kFileIoInsideSlot,
+                                              &kFileIoOneFile,
+                                              &kFileIoOverlap,
+                                              &kFileIoBothInFlash,
+                                              &kFileIoNotOpened,
+                                              &kFileIoSlotNotTaken,
+                                              &kFileIoInputAtEnd,
+                                              &kFileIoNoNumber,
+                                              &kFileIoNotWritten,
+                                              &kFileIoDamaged,
+                                              &kFileIoNotPutBack,
+                                              &kFileIoSlotOverwritten};
 
 }  // namespace messages
 

@@ -336,7 +336,8 @@ base::Stop RunControl::Stop() {
 
   break_requested_ = true;
   if (!link_.SendBreak()) {
-    return link_.PortError().empty() ? NoStop(base::StopReason::Refused) : LoseLink();
+    if (link_.LinkError) return LoseLink();
+    return {base::StopReason::Refused, frame_.PC, link_.SignalError()};
   }
   // A program that stopped by itself just before leaves the monitor's echo of the break on its way.
   link_.WaitMs(kSettleMs);

@@ -63,7 +63,7 @@ class RunControl {
   // Runs with the user's breakpoints, and with interrupts enabled.
   void Go();
   // Sends the break signal. Refused leaves everything as it was, and a program that takes the
-  // signal later is stopped then.
+  // signal later is stopped then; its detail says why the port sent none, and is empty when it did.
   base::Stop Stop();
   // Runs to the address. In software mode the user's breakpoints stop it too.
   void RunToAddress(base::Address address);

@@ -10,6 +10,7 @@
 #include "devices/device.h"
 #include "devices/hc08.h"
 #include "devices/reset_cause.h"
+#include "link/messages.h"
 #include "symbols/source_text.h"
 #include "symbols/symbol_file.h"
 
@@ -85,9 +86,14 @@ link::ConnectResult Debugger::Restart() {
   return result;
 }
 
-void Debugger::Reset() {
-  connector.ResetTarget();
-  FollowUpReset();
+bool Debugger::Reset() {
+  const bool reset = connector.ResetTarget();
+  if (reset || monitor_link.LinkError) {
+    FollowUpReset();
+  } else {
+    surroundings_.ui.ShowMessage(ToMessage(link::kNotReset, monitor_link.SignalError()));
+  }
+  return reset;
 }
 
 void Debugger::Reconfigure() {

@@ -101,7 +101,9 @@ class Debugger {
   // Connects again, then follows up as after a reset. The program's debug information is dropped.
   link::ConnectResult Restart();
   // Resets the target and follows up. Sends the code that is known to stand in its flash now.
-  void Reset();
+  // False when the port did not reset it: either the user has been told and what runs runs on, or
+  // the link is lost, which is told as a stop.
+  bool Reset();
 
   // The configuration may have changed: every breakpoint is forgotten, the target reset, and the
   // kind of breakpoints is what the settings say now.

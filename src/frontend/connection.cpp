@@ -39,6 +39,15 @@ std::vector<base::Message> WorthTelling(const std::vector<base::Message>& said,
   return told;
 }
 
+// What the line cannot do is told before it is missed.
+void TellOfBytesAlone(const base::SettingsFile& settings, Connection& connection) {
+  if (connection.result == link::ConnectResult::PortUnavailable) return;
+  const auto device =
+      link::DeviceBehind(base::UpperCase(settings.String(keys::kPort)), settings, {});
+  if (!device || !device->starts_with(link::kTcpScheme)) return;
+  connection.said.push_back(base::ToMessage(link::kBytesAlone, *device));
+}
+
 }  // namespace
 
 void UseForThisRun(const TargetChoices& choices, base::SettingsFile& settings) {
@@ -54,6 +63,7 @@ Connection Connect(debugger::Debugger& debugger, HoldingUi& ui, KnownCodes codes
   connection.result = debugger.Start(codes == KnownCodes::Leave ? debugger::OtherCodes::Leave
                                                                 : debugger::OtherCodes::Try);
   connection.said = WorthTelling(ui.Take(), debugger.security.passed());
+  TellOfBytesAlone(debugger.settings, connection);
   connection.found = debugger.security.FoundByTrying();
   if (connection.found && codes == KnownCodes::TryAndRemember) {
     debugger.security.Remember(*connection.found);
@@ -64,7 +74,9 @@ Connection Connect(debugger::Debugger& debugger, HoldingUi& ui, KnownCodes codes
 Connection ConnectAgain(debugger::Debugger& debugger, HoldingUi& ui) {
   ui.Hold();
   const link::ConnectResult result = debugger.Restart();
-  return {result, WorthTelling(ui.Take(), debugger.security.passed()), std::nullopt};
+  Connection connection{result, WorthTelling(ui.Take(), debugger.security.passed()), std::nullopt};
+  TellOfBytesAlone(debugger.settings, connection);
+  return connection;
 }
 
 std::string FitText(const link::SecurityCode& code) {

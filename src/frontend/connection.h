@@ -21,7 +21,7 @@ inline constexpr std::string_view kSimulatedName = "sim";
 
 // What is said of the target for one run. What is left out is as the settings say.
 struct TargetChoices {
-  std::string port = {};           // COM1 to COM4, a device path, "sim" or "replay:FILE"
+  std::string port = {};           // COM1 to COM4, a device (see port_map.h), or "sim"
   std::optional<int> device = {};  // 0 GP32, 1 QL
   std::optional<link::SecurityCode> security = {};
   bool no_security = false;  // no code is sent

@@ -6,6 +6,7 @@
 #include "base/files.h"
 #include "images/image_file.h"
 #include "link/native/native_serial_port.h"
+#include "link/native/net_serial_port.h"
 #include "link/native/serial_devices.h"
 #include "link/port_map.h"
 #include "simulator/demo_firmware.h"
@@ -38,6 +39,7 @@ bool TargetPorts::is_simulated() const {
 
 link::PortBackend TargetPorts::Backend(const std::string& device) {
   if (device.starts_with(link::kReplayScheme)) return Replay(device);
+  if (link::IsNetDevice(device)) return link::MakeNetBackend();
   if (device != link::kSimulator) return link::MakeNativeBackend();
   const int chosen = settings_.Integer(keys::kDevice);
   if (!simulated_ || simulated_device_ != chosen) MakeBoard(chosen);

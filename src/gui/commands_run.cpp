@@ -148,9 +148,9 @@ void NoteLostImage(const CommandContext& context) {
 void Reset(const CommandContext& context) {
   Session& session = context.session;
   session.ui.SetBusyCursor(true);
-  session.debugger.Reset();
+  const bool reset = session.debugger.Reset();
   session.ui.SetBusyCursor(false);
-  NoteLostImage(context);
+  if (reset) NoteLostImage(context);
 }
 
 void ReStart(const CommandContext& context) {

@@ -134,7 +134,8 @@ void ConnectDialog::AddFields(QGridLayout* layout) {
   behind_port_->setInsertPolicy(QComboBox::NoInsert);
   behind_port_->setCompleter(nullptr);
   behind_port_->setToolTip(
-      "The serial device behind the port. Choose one, or type or paste the path of another.");
+      "The serial device behind the port. Choose one, or type or paste the path of another.\n"
+      "A line in the network is rfc2217://HOST:PORT, or tcp://HOST:PORT for its bytes alone.");
   behind_port_->setMinimumContentsLength(34);
   behind_port_->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
   label(3, "&Wired to", behind_port_);

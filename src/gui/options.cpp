@@ -62,7 +62,9 @@ ParsedOptions ParseOptions(int argc, const char* const* argv, const std::string&
   Options& options = parsed.options;
   options.version = version;
   CLI::App app("Debugs a MC68HC908 microcontroller through its ROM monitor.", "brevant");
-  app.add_option("-p,--port", options.port, "COM1..COM4, a serial device, sim, or replay:FILE")
+  app.add_option(
+         "-p,--port", options.port,
+         "COM1..COM4, a serial device, tcp://HOST:PORT, rfc2217://HOST:PORT, sim, or replay:FILE")
       ->type_name("NAME");
   bool simulate = false;
   app.add_flag("--simulate", simulate, "the simulated target behind COM1, as --port sim")

@@ -69,12 +69,16 @@ ConnectResult Connector::Connect() {
   return ConnectResult::SecurityNotPassed;
 }
 
-void Connector::ResetTarget() {
-  std::optional<SecurityCode> sent;
-  if (monitor_.link().PulseReset()) sent = security_.ToReset();
+bool Connector::ResetTarget() {
+  if (!monitor_.link().PulseReset()) {
+    if (monitor_.LinkError()) security_.NoteReset(std::nullopt, false);
+    return false;
+  }
+  const std::optional<SecurityCode> sent = security_.ToReset();
   if (sent) monitor_.SendSecurityCode(*sent);
   // Looked at now: the program that runs next may use the byte for itself.
   security_.NoteReset(sent, SecurityPassed());
+  return true;
 }
 
 std::optional<std::uint8_t> Connector::EnterAgain() {

@@ -44,8 +44,9 @@ class Connector {
   // with LinkError set. The keeper knows of the target what was found out here, and nothing else.
   ConnectResult Connect();
   // Pulses reset, sends the keeper's code for resets and looks at the flag; the reply to the code
-  // is not checked.
-  void ResetTarget();
+  // is not checked. False, and nothing else is done, when the port refuses the pulse; LinkError is
+  // set where it is gone.
+  bool ResetTarget();
   // Resets and tries the codes known to the keeper, each once, until one is accepted. Each try
   // takes 1.1 seconds of reset. If none is, the user's own code is sent once more, so that the
   // search leaves nothing worse than it was. LinkError is set when the last try got no answer.

@@ -37,8 +37,19 @@ inline constexpr MessageText kSecurityNotPassed{
     "Security not passed, but RAM can be used for debugging", base::captions::kInformation,
     base::Icon::Information};
 
-inline constexpr const MessageText* kAllMessages[] = {&kCodeNotCorrect,    &kPortNotCorrect,
-                                                      &kSettingsNotStored, &kPortNotAvailable,
-                                                      &kNotReady,          &kSecurityNotPassed};
+inline constexpr MessageText kBytesAlone{
+    "connect.bytes-alone", base::Severity::Notice,
+    "%s carries bytes alone: it can neither reset the target nor stop a running program.\n\n"
+    "Press the board's reset right before you connect, and again where a program does not stop by "
+    "itself. Behind a server that speaks RFC 2217 both work: use rfc2217:// then.",
+    base::captions::kInformation, base::Icon::Information};
+
+inline constexpr MessageText kNotReset{"connect.not-reset", base::Severity::Error,
+                                       "The target was not reset.\n\n%s", base::captions::kError,
+                                       base::Icon::Error};
+
+inline constexpr const MessageText* kAllMessages[] = {
+    &kCodeNotCorrect, &kPortNotCorrect,    &kSettingsNotStored, &kPortNotAvailable,
+    &kNotReady,       &kSecurityNotPassed, &kBytesAlone,        &kNotReset};
 
 }  // namespace brevant::link

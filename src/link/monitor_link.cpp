@@ -118,19 +118,34 @@ int MonitorLink::PollBreak(PollWait wait) {
   return count == 1u ? static_cast<std::int8_t>(byte) : kNoByte;
 }
 
+// The port's reason must survive the look whether it is still there.
+bool MonitorLink::SignalRefused() {
+  signal_error_ = port_.LastError();
+  if (!port_.Read({}, milliseconds(0))) LinkError = true;
+  return false;
+}
+
 bool MonitorLink::SendBreak() {
-  if (!port_.SetBreak(true)) return false;
+  signal_error_.clear();
+  if (!port_.SetBreak(true)) return SignalRefused();
   WaitMs(kBreakPulseMs);
-  if (!port_.SetBreak(false)) return false;
+  if (!port_.SetBreak(false)) return SignalRefused();
   std::uint8_t byte = 0;
   port_.Read(std::span(&byte, 1), ReadTimeOut(1));
-  return port_.Read(std::span(&byte, 1), ReadTimeOut(1)) == 1u;
+  const auto count = port_.Read(std::span(&byte, 1), ReadTimeOut(1));
+  if (!count) LinkError = true;
+  return count == 1u;
+}
+
+bool MonitorLink::PulseRts() {
+  if (!port_.SetRts(true)) return false;
+  WaitMs(kResetPulseMs);
+  return port_.SetRts(false);
 }
 
 bool MonitorLink::PulseReset() {
-  if (!port_.SetRts(true)) return false;
-  WaitMs(kResetPulseMs);
-  if (!port_.SetRts(false)) return false;
+  signal_error_.clear();
+  if (!PulseRts()) return SignalRefused();
   clock_.Sleep(kSettleAfterReset);
   DiscardInput();
   return true;

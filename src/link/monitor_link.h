@@ -70,10 +70,14 @@ class MonitorLink {
   static constexpr int kNoByte = 1;
   int PollBreak(PollWait wait = PollWait::TimeOut);
   // Holds the break condition for 100 ms, then expects two bytes: the line's own copy of the break
-  // and the stopped monitor's break character. True on success.
+  // and the stopped monitor's break character. True on success; LinkError is set when the port is
+  // gone.
   bool SendBreak();
-  // RTS high for 100 ms, then low, then 1000 ms to settle.
+  // RTS high for 100 ms, then low, then 1000 ms to settle. False when the port refuses; LinkError
+  // is set when it is gone.
   bool PulseReset();
+  // Why the port did not send the last break or reset pulse, in its own words; empty when it did.
+  const std::string& SignalError() const { return signal_error_; }
   // Busy wait: the clock passes at least ms + 1 ticks of a millisecond.
   void WaitMs(int ms);
   // Drops bytes that have arrived unasked (before a new exchange after a reset or reconnect).
@@ -83,6 +87,8 @@ class MonitorLink {
 
  private:
   bool ReadExactly(std::span<std::uint8_t> buffer);
+  bool PulseRts();
+  bool SignalRefused();
 
   base::SerialPort& port_;
   base::Clock& clock_;
@@ -90,6 +96,7 @@ class MonitorLink {
   bool open_ = false;
   long damage_ = 0;
   std::string open_error_;
+  std::string signal_error_;
 };
 
 }  // namespace brevant::link

@@ -13,6 +13,8 @@ using base::keys::kPortDevice;
 
 // What stands behind a device that is no file of the system.
 constexpr std::pair<std::string_view, std::string_view> kSchemes[] = {
+    {kTcpScheme, "over the network, without reset and break"},
+    {kRfc2217Scheme, "over the network"},
     {kReplayScheme, "a recording played back (no hardware needed)"},
 };
 

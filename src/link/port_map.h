@@ -16,6 +16,9 @@ inline constexpr std::string_view kSimulator = "simulator";
 inline constexpr int kLogicalPorts = 4;
 // "replay:FILE" is a recording played back.
 inline constexpr std::string_view kReplayScheme = "replay:";
+// "tcp://HOST:PORT" carries the bytes of a line elsewhere, "rfc2217://HOST:PORT" all of it.
+inline constexpr std::string_view kTcpScheme = "tcp://";
+inline constexpr std::string_view kRfc2217Scheme = "rfc2217://";
 
 struct SerialDevice {
   std::string path;         // "/dev/ttyUSB0"
