@@ -56,9 +56,9 @@ class RegisterFrame {
   // False when the link failed on the way; the registers known before are then kept. Where the
   // stack is no RAM, as with SDCC's own start-up code, only SP is taken.
   bool ReadRegisters(StackRead what = StackRead::Frame);
-  // Asks for A, X and PC once more, for who hands them on: no echo tells of a bit that the line
-  // turns in an answer. Where they differ all are read anew. False when no two answers agree, or
-  // the link failed.
+  // Asks once more for the registers that were read last, for who hands them on: no echo tells of a
+  // bit that the line turns in an answer. Where they differ they are read anew. False when no two
+  // answers agree, which is then in doubt, or the link failed.
   bool Confirm();
   // Whether the registers could be stacked at the SP that was read last. If not, PC, H:X, A and CCR
   // are those of the stop before.
@@ -84,6 +84,8 @@ class RegisterFrame {
   bool MoveStackClearOf(std::span<const memory::Range> ranges);
   // Reads the frame base and sets PC from the reset vector, unless that is erased ($FFFF).
   void LoadResetPC();
+  // Nothing where flash is erased, or no two answers agree.
+  std::optional<base::Address> ReadResetVector();
   // One cell of the registers window as the user typed it. False when the text is not of the
   // register's form (hexadecimal, or binary for the two halves of CCR) and nothing was done, or
   // when the stack pointer could not be set.

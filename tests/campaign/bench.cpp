@@ -165,7 +165,10 @@ void Bench::Settle() {
     debugger.Tick();
   }
   if (debugger.Busy()) debugger.run_control.Stop();
-  if (debugger.Busy()) debugger.Reset();
+  if (debugger.Busy()) {
+    debugger.Reset();
+    code_in_ram = false;
+  }
   Require(!debugger.Busy() || HasFaults(), "still busy after a reset");
 }
 

@@ -41,6 +41,8 @@ int main(int argc, char** argv) {
   std::string folder =
       (std::filesystem::temp_directory_path() / "brevant_campaign_XXXXXX").string();
   if (mkdtemp(folder.data()) == nullptr) return 2;
+  // Where the trace leaves its log.
+  std::filesystem::current_path(folder);
 
   long claims = 0, with_violations = 0;
   long long longest = 0;

@@ -33,7 +33,7 @@ TEST_F(RegisterFrameTest, MovesTheStackAndKeepsEveryOtherRegisterAndTheBorrowedR
   target.board().ClearHostLog();
   ASSERT_TRUE(frame.SetStackPointer(0x023F));
   EXPECT_EQ(Commands(),
-            "R007F r r r "
+            "R007F r r r R007F r r r "
             "R007F w45 w02 w40 w94 w83 "
             "W00FE=00 W00FF=80 RUN "
             "R007F w01 w02 w03 w04 w05 w06 "
