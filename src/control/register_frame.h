@@ -75,9 +75,9 @@ class RegisterFrame {
   void WriteCCR(std::uint32_t value);
   // Gives the stopped program a new stack pointer by running LDHX #value+1; TXS; SWI from RAM that
   // is borrowed at $0080-$0085, or further up where one of the two stacks lies there. False when a
-  // frame there would not lie in RAM, and then nothing is done; or when that program did not come
-  // back within 40 polls, and then the borrowed RAM and the frame are restored provided that the
-  // monitor still answers.
+  // frame there, or the present one, would not lie in RAM, and then nothing is done; or when that
+  // program did not come back within 40 polls, and then the borrowed RAM and the frame are restored
+  // provided that the monitor still answers.
   bool SetStackPointer(base::Address value);
   // Moves the stack to where it uses none of these bytes, unless it uses none anyway. False when
   // RAM has no such place, or SetStackPointer fails.

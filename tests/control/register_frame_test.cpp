@@ -59,9 +59,9 @@ TEST_F(RegisterFrameTest, SetsTheStackEvenWhenItsBreakByteIsLost) {
 }
 
 TEST_F(RegisterFrameTest, SaysSoWhenTheStackCannotBeSetAndKeepsTheLinkForAReset) {
-  // The frame lies in flash, so the program counter cannot be pointed at the borrowed RAM.
+  // The frame lies elsewhere, so the program counter is not pointed at the borrowed RAM.
   Program(0x0150, {0x20, 0xFE});
-  frame.SP = 0x9000;
+  frame.SP = 0x0200;
   EXPECT_FALSE(frame.SetStackPointer(0x023F));
   EXPECT_FALSE(link.LinkError);
   EXPECT_TRUE(target.board().running());
