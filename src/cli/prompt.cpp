@@ -104,8 +104,14 @@ Prompt::Prompt(std::function<std::optional<std::string>()> idle)
 }
 
 Prompt::~Prompt() {
+  if (history_file_.empty()) return;
+  // libedit writes line by line; whoever is killed meanwhile must not lose what was there.
+  const std::string temporary = history_file_ + ".new";
   HistEvent event;
-  if (!history_file_.empty()) history(history_.get(), &event, H_SAVE, history_file_.c_str());
+  std::error_code error;
+  if (history(history_.get(), &event, H_SAVE, temporary.c_str()) >= 0) {
+    std::filesystem::rename(temporary, history_file_, error);
+  }
 }
 
 Prompt::Typed Prompt::ReadLine() {

@@ -47,7 +47,8 @@ void BreakpointTable::Clear() {
 
 bool BreakpointTable::TakesSwi(base::Address address) {
   if (memory_.KindOf(address) != devices::MemoryKind::Ram) return false;
-  const std::uint8_t saved = memory_.ReadByte(address);
+  std::uint8_t saved = 0;
+  if (!memory_.AskConfirmed(std::span(&saved, 1), address)) return false;
   if (saved == kSwiOpcode) return true;
   const bool taken = !memory_.WriteAndLook(address, std::array{kSwiOpcode});
   memory_.WriteByte(address, saved);
@@ -124,20 +125,27 @@ Refused BreakpointTable::Plant(Breakpoint& breakpoint) {
   if (memory_.KindOf(breakpoint.address) != devices::MemoryKind::Ram) {
     return breakpoint.address;
   }
-  const std::uint8_t code = memory_.ReadByte(breakpoint.address);
-  if (memory_.LinkError()) return std::nullopt;
+  std::uint8_t code = 0;
+  if (!memory_.AskConfirmed(std::span(&code, 1), breakpoint.address)) {
+    return memory_.LinkError() ? std::nullopt : Refused(breakpoint.address);
+  }
   breakpoint.saved = code;
   breakpoint.planted = true;
   memory_.WriteByte(breakpoint.address, kSwiOpcode);
-  const bool stands = memory_.AskByte(breakpoint.address) == kSwiOpcode;
-  if (stands || memory_.LinkError()) return std::nullopt;
+  if (HoldsSwi(breakpoint.address) || memory_.LinkError()) return std::nullopt;
   breakpoint.planted = false;
   return breakpoint.address;
 }
 
+// A bit that the line turns in one answer makes no SWI look like none.
+bool BreakpointTable::HoldsSwi(base::Address address) {
+  return memory_.AskByte(address) == kSwiOpcode ||
+         (!memory_.LinkError() && memory_.AskByte(address) == kSwiOpcode);
+}
+
 void BreakpointTable::Restore(Breakpoint& breakpoint) {
-  const std::uint8_t there = memory_.AskByte(breakpoint.address);
-  if (!memory_.LinkError() && there == kSwiOpcode) {
+  const bool there = HoldsSwi(breakpoint.address);
+  if (!memory_.LinkError() && there) {
     memory_.WriteByte(breakpoint.address, breakpoint.saved);
   }
   if (!memory_.LinkError()) breakpoint.planted = false;

@@ -90,6 +90,7 @@ class BreakpointTable {
   // Saves the code byte, writes an SWI over it and looks. What is not RAM is refused before. When
   // the link fails on the way nothing is refused; whether it was planted is told by the entry.
   Refused Plant(Breakpoint& breakpoint);
+  bool HoldsSwi(base::Address address);
   // Only a byte that is still the SWI is replaced: the program may have been loaded anew.
   void Restore(Breakpoint& breakpoint);
 

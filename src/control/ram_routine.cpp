@@ -20,15 +20,16 @@ std::optional<Address> RamRoutine::FindPlace(std::size_t bytes) const {
 }
 
 bool RamRoutine::Begin(Address place, std::size_t bytes) {
-  if (!frame_.ReadRegisters()) return false;
+  // What is put back at the end has to be right. Where no register could be stacked, RUN leads
+  // anywhere.
+  if (!frame_.ReadRegisters() || !frame_.Confirm() || !frame_.StackIsRam()) return false;
   place_ = place;
   pc_ = frame_.PC;
   hx_ = frame_.HX;
   a_ = frame_.A;
   ccr_ = frame_.CCR;
   borrowed_.resize(bytes);
-  memory_.AskChecked(borrowed_, place);
-  return !memory_.LinkError();
+  return memory_.AskConfirmed(borrowed_, place);
 }
 
 bool RamRoutine::Run(base::Bytes routine, std::size_t swi, int max_polls) {

@@ -28,6 +28,8 @@ constexpr int kBorrowedBytes = 6;
 constexpr Address kBorrowedStep = 0x10;
 constexpr int kStackPointerPolls = 40;
 constexpr std::uint32_t kErasedWord = 0xFFFF;
+// Of which two have to agree.
+constexpr int kMostAnswers = 3;
 
 }  // namespace
 
@@ -55,14 +57,14 @@ bool RegisterFrame::ReadRegisters(StackRead what) {
 }
 
 bool RegisterFrame::Confirm() {
-  const auto agrees = [this] {
-    std::array<std::uint8_t, kFrameBytes - kA> again{};
-    memory_.AskChecked(again, SP + kA);
-    return again[0] == A && again[kX - kA] == LowByte(HX) &&
-           base::Word(again[kPC - kA], again[kPC - kA + 1]) == PC;
-  };
-  const bool confirmed = agrees() || (ReadRegisters() && agrees());
-  return confirmed && !memory_.LinkError();
+  const auto all = [this] { return std::array{std::uint32_t{PC}, std::uint32_t{SP}, HX, A, CCR}; };
+  for (int answers = 1; answers < kMostAnswers; ++answers) {
+    const auto before = all();
+    if (!ReadRegisters()) return false;
+    if (all() == before) return true;
+  }
+  memory_.Doubt(SP);
+  return false;
 }
 
 RegisterFrame::StackInUse RegisterFrame::StackAt(Address base) {
@@ -131,10 +133,12 @@ void RegisterFrame::WriteCCR(std::uint32_t value) {
 
 bool RegisterFrame::SetStackPointer(Address value) {
   const Address new_base = Low16(value - kProgramSP);
-  if (!IsRam(new_base)) return false;
+  // Where no register could be stacked, RUN leads anywhere.
+  if (!IsRam(new_base) || !StackIsRam()) return false;
   const Address borrowed = BorrowedRam(new_base);
   std::array<std::uint8_t, kBorrowedBytes> saved{};
-  memory_.AskChecked(saved, borrowed);
+  // It is put back.
+  if (!memory_.AskConfirmed(saved, borrowed)) return false;
   const Address operand = Low16(value + 1);
   // LDHX #value+1; TXS; SWI
   const std::array<std::uint8_t, 5> program{0x45, HighByte(operand), LowByte(operand), 0x94, 0x83};
@@ -189,12 +193,18 @@ bool RegisterFrame::MoveStackClearOf(std::span<const memory::Range> ranges) {
 
 bool RegisterFrame::LoadResetPC() {
   const Address base = memory_.ReadStackPointer();
-  const std::uint32_t vector = memory_.ReadWord(devices::kResetVector);
+  const auto vector = ReadResetVector();
   if (memory_.LinkError()) return false;
   SP = base;
-  if (vector == kErasedWord) return false;
-  SetPC(vector);
-  return true;
+  if (vector) SetPC(*vector);
+  return vector.has_value();
+}
+
+std::optional<Address> RegisterFrame::ReadResetVector() {
+  std::array<std::uint8_t, 2> bytes{};
+  if (!memory_.AskConfirmed(bytes, devices::kResetVector)) return std::nullopt;
+  const Address vector = base::Word(bytes[0], bytes[1]);
+  return vector == kErasedWord ? std::nullopt : std::optional(vector);
 }
 
 bool RegisterFrame::Edit(Register which, std::string_view text) {

@@ -56,9 +56,9 @@ class RegisterFrame {
   // False when the link failed on the way; the registers known before are then kept. Where the
   // stack is no RAM, as with SDCC's own start-up code, only SP is taken.
   bool ReadRegisters(StackRead what = StackRead::Frame);
-  // Asks for A, X and PC once more, for who hands them on: no echo tells of a bit that the line
-  // turns in an answer. Where they differ all are read anew. False when no two answers agree, or
-  // the link failed.
+  // Asks once more for the registers that were read last, for who hands them on: no echo tells of a
+  // bit that the line turns in an answer. Where they differ they are read anew. False when no two
+  // answers agree, which is then in doubt, or the link failed.
   bool Confirm();
   // Whether the registers could be stacked at the SP that was read last. If not, PC, H:X, A and CCR
   // are those of the stop before.
@@ -75,16 +75,18 @@ class RegisterFrame {
   void WriteCCR(std::uint32_t value);
   // Gives the stopped program a new stack pointer by running LDHX #value+1; TXS; SWI from RAM that
   // is borrowed at $0080-$0085, or further up where one of the two stacks lies there. False when a
-  // frame there would not lie in RAM, and then nothing is done; or when that program did not come
-  // back within 40 polls, and then the borrowed RAM and the frame are restored provided that the
-  // monitor still answers.
+  // frame there, or the present one, would not lie in RAM, and then nothing is done; or when that
+  // program did not come back within 40 polls, and then the borrowed RAM and the frame are restored
+  // provided that the monitor still answers.
   bool SetStackPointer(base::Address value);
   // Moves the stack to where it uses none of these bytes, unless it uses none anyway. False when
   // RAM has no such place, or SetStackPointer fails.
   bool MoveStackClearOf(std::span<const memory::Range> ranges);
   // Reads the frame base and sets PC from the reset vector. False when PC stays as it was, since
-  // the vector is erased ($FFFF) or the link lost.
+  // there is no vector or the link is lost.
   bool LoadResetPC();
+  // Nothing where flash is erased, or no two answers agree.
+  std::optional<base::Address> ReadResetVector();
   // One cell of the registers window as the user typed it. False when the text is not of the
   // register's form (hexadecimal, or binary for the two halves of CCR) and nothing was done, or
   // when the stack pointer could not be set.

@@ -47,9 +47,22 @@ void RunControl::Report(base::Stop stop) {
   if (Operation* const operation = activity_.CurrentOperation()) {
     if (operation->Keeps(stop)) return;
   }
+  ConfirmRegisters(stop);
   ++stops_;
   last_stop_ = std::move(stop);
   events_.Stopped(*last_stop_);
+}
+
+// Not between the steps of an operation, which would take a third longer for it.
+void RunControl::ConfirmRegisters(base::Stop& stop) {
+  if (link_.LinkError || activity_.Busy() || !frame_.StackIsRam()) return;
+  const Address read = frame_.PC;
+  frame_.Confirm();
+  if (link_.LinkError) {
+    stop = NoStop(base::StopReason::LinkLost);
+  } else if (stop.pc == read) {
+    stop.pc = frame_.PC;
+  }
 }
 
 bool RunControl::MayStart() {

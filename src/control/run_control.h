@@ -108,6 +108,8 @@ class RunControl {
   // While the program runs there is no monitor to ask. Where the link is lost, or no stop could
   // save the registers, nothing can run either, which is told as a stop.
   bool MayStart();
+  // What is shown of a stop is asked for twice.
+  void ConfirmRegisters(base::Stop& stop);
   // Tells a stop of something that could not even start, or has nothing left to wait for.
   bool RefuseAs(base::Stop stop);
   base::Stop BadStack() const;

@@ -15,12 +15,6 @@
 #include "symbols/symbol_file.h"
 
 namespace brevant::debugger {
-namespace {
-
-constexpr base::Address kErasedVector = 0xFFFF;
-
-}  // namespace
-
 Debugger::Debugger(const Surroundings& surroundings)
     : surroundings_(surroundings),
       clock(surroundings.clock),
@@ -152,13 +146,13 @@ symbols::SourceFolders Debugger::SourceFolders() const {
 
 bool Debugger::RunMacro(const std::string& path) {
   if (!macros.RunOnDemand(path)) return false;
-  frame.ReadRegisters();
+  if (frame.ReadRegisters()) frame.Confirm();
   ++refreshes_;
   return true;
 }
 
 void Debugger::RefreshAfterStop() {
-  frame.ReadRegisters();
+  if (frame.ReadRegisters()) frame.Confirm();
   ++refreshes_;
   RunToMainIfWanted();
 }
@@ -193,16 +187,10 @@ std::optional<std::string> Debugger::EnterAfterSelfReset() {
 }
 
 void Debugger::ChooseProgramCounter() {
-  base::Address start = kErasedVector;
-  if (const auto known = start_address.AfterReset()) {
-    start = *known;
-  } else {
-    // A locked part hands out no vector.
-    if (!security.passed()) return;
-    start = memory.ReadWord(devices::kResetVector);
-    if (start == kErasedVector) return;
-  }
-  frame.SetPC(start);
+  auto start = start_address.AfterReset();
+  // A locked part hands out no vector.
+  if (!start && security.passed()) start = frame.ReadResetVector();
+  if (start) frame.SetPC(*start);
 }
 
 flash::FlashSurroundings Debugger::FlashSurroundingsOfThis() {

@@ -31,6 +31,8 @@ bool FlashJob::Refuse() {
 
 bool FlashJob::Start(FlashPlan plan) {
   with_.activity.AbandonOperation();
+  // From such a stack RUN would lead anywhere; the end is a reset anyway.
+  if (!with_.frame.StackIsRam()) with_.reset_target();
   with_.memory.TakeDamage();  // of what came before
   code_before_ = with_.security.accepted();
   plan_ = std::move(plan);

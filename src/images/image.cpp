@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "images/image.h"
 
-#include <algorithm>
+#include <cstring>
 
 namespace brevant::images {
 
@@ -23,11 +23,17 @@ std::optional<std::uint8_t> Image::At(base::Address address) const {
 }
 
 std::vector<Block> Image::Blocks() const {
+  // Most of the address space is empty, and memchr passes over it many times faster than a loop.
+  const auto find = [this](std::size_t from, std::uint8_t held) {
+    const void* const found = std::memchr(held_.data() + from, held, held_.size() - from);
+    return found ? static_cast<std::size_t>(static_cast<const std::uint8_t*>(found) - held_.data())
+                 : held_.size();
+  };
   std::vector<Block> blocks;
-  for (auto at = held_.begin(); (at = std::find(at, held_.end(), 1)) != held_.end();) {
-    const auto end = std::find(at, held_.end(), 0);
-    const auto first = bytes_.begin() + (at - held_.begin());
-    blocks.push_back({static_cast<base::Address>(at - held_.begin()), {first, first + (end - at)}});
+  for (std::size_t at = 0; (at = find(at, 1)) != held_.size();) {
+    const std::size_t end = find(at, 0);
+    const base::Bytes bytes(bytes_.data() + at, end - at);
+    blocks.push_back({static_cast<base::Address>(at), {bytes.begin(), bytes.end()}});
     at = end;
   }
   return blocks;

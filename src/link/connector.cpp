@@ -52,7 +52,11 @@ bool Connector::OpenConfiguredPort() {
 ConnectResult Connector::Connect() {
   monitor_.link().LinkError = false;
   security_.NoteConnected(std::nullopt, false);
-  if (!OpenConfiguredPort()) return ConnectResult::PortUnavailable;
+  if (!OpenConfiguredPort()) {
+    // What was reached before is not reached any more.
+    monitor_.link().LinkError = true;
+    return ConnectResult::PortUnavailable;
+  }
 
   const auto code = security_.ToConnect();
   const int answer = code ? monitor_.SendSecurityCode(*code) : 0;
@@ -60,6 +64,7 @@ ConnectResult Connector::Connect() {
   monitor_.ReadByte(kTestAddress);
   log_(base::Format("debug  %x  %x\n", answer, kTestValue));
   if (answer != 0) {
+    monitor_.link().LinkError = true;
     ui_.ShowMessage(ToMessage(kNotReady));
     return ConnectResult::NotReady;
   }

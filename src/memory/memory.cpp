@@ -17,6 +17,8 @@ constexpr Address kMonitorStack = 32;
 // A READ costs as many host bytes as three IREADs: reading so many kept bytes again is cheaper than
 // a second stretch.
 constexpr std::size_t kWorthBridging = 6;
+// Of which two have to agree.
+constexpr int kMostAnswers = 3;
 
 }  // namespace
 
@@ -91,6 +93,18 @@ void Memory::AskChecked(std::span<std::uint8_t> destination, Address address) {
     }
   });
   if (sound) Keep(address, destination);
+}
+
+bool Memory::AskConfirmed(std::span<std::uint8_t> destination, Address address) {
+  AskChecked(destination, address);
+  std::vector<std::uint8_t> before(destination.size());
+  for (int answers = 1; answers < kMostAnswers && !LinkError(); ++answers) {
+    std::ranges::copy(destination, before.begin());
+    AskChecked(destination, address);
+    if (!LinkError() && std::ranges::equal(destination, before)) return true;
+  }
+  if (!LinkError()) Doubt(Low16(address));
+  return false;
 }
 
 void Memory::ReadChecked(std::span<std::uint8_t> destination, Address address) {

@@ -91,6 +91,10 @@ class Memory {
   // As AskChecked, unless all are kept.
   void ReadChecked(std::span<std::uint8_t> destination, base::Address address);
   std::uint8_t AskByte(base::Address address);
+  // Asks for a few bytes until two answers agree: no echo tells of a bit that the line turns in an
+  // answer. For what is acted upon or written back. False when no two of three agree, which is in
+  // doubt then (see TakeDamage), or the link failed.
+  bool AskConfirmed(std::span<std::uint8_t> destination, base::Address address);
 
   // Writing. Nothing is read back.
 

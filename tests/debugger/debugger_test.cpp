@@ -55,6 +55,59 @@ TEST(Debugger, AResetChoosesTheProgramCounter) {
   EXPECT_EQ(pc_after_reset(), 0x0100u);
 }
 
+// No echo tells of a bit that the line turns in an answer: what is told of the stopped program, and
+// what was saved to be put back, must not rest on one answer alone.
+TEST(Debugger, ABitTurnedInAnyOneAnswerIsNeitherToldNorPutBack) {
+  const std::vector<std::uint8_t> code{0x9D, 0x4C, 0x5C, 0x9D, 0x20, 0xFA};
+  constexpr int kBytes = 330;  // as many as the host sends below
+  for (int at = 0; at < 2 * kBytes; ++at) {
+    Bench bench;
+    Debugger& debugger = bench.debugger;
+    const auto peek = [&](base::Address a) { return bench.target.board().mcu().Peek(a); };
+    bench.settings.Override(base::keys::kHardwareBreak, at % 2 == 0 ? "1" : "0");
+    bench.target.board().Load(0xFFFE, std::vector<std::uint8_t>{0x90, 0x12});
+    bench.target.SetFaultPlan({{.kind = simulator::FaultKind::FlipReply,
+                                .at_host_byte = static_cast<std::uint64_t>(at / 2),
+                                .bit = static_cast<std::uint8_t>(at / 2 % 8)}});
+    if (debugger.Start() != link::ConnectResult::Connected) continue;
+    EXPECT_EQ(debugger.frame.PC, 0x9012u) << at;
+    debugger.memory.WriteAndLook(0x0150, code);
+    debugger.frame.SetPC(0x0150);
+    debugger.breakpoints.AddBreakpoint(0x0153);
+    debugger.run_control.Go();
+    ASSERT_TRUE(bench.Settle()) << at;
+    for (std::size_t i = 0; i < code.size(); ++i) {
+      EXPECT_EQ(peek(0x0150 + static_cast<base::Address>(i)), code[i]) << at;
+    }
+    const base::Address base = debugger.frame.SP;
+    EXPECT_EQ(debugger.run_control.last_stop()->pc, base::Word(peek(base + 4), peek(base + 5)));
+    EXPECT_EQ(base, bench.target.board().mcu().cpu().sp + 1u) << at;
+    EXPECT_EQ(debugger.frame.HX, base::Word(peek(base), peek(base + 3))) << at;
+    EXPECT_EQ(debugger.frame.A, peek(base + 2)) << at;
+  }
+}
+
+// RUN from such a stack leads anywhere, whatever was meant to run.
+TEST(Debugger, FlashIsErasedAfterAProgramHasLostItsStack) {
+  Bench bench;
+  Debugger& debugger = bench.debugger;
+  ASSERT_EQ(debugger.Start(), link::ConnectResult::Connected);
+  // LDHX #$1005; TXS; SWI
+  debugger.memory.WriteBytes(0x0150, std::vector<std::uint8_t>{0x45, 0x10, 0x05, 0x94, 0x83});
+  debugger.frame.SetPC(0x0150);
+  debugger.run_control.Go();
+  ASSERT_TRUE(bench.Settle());
+  ASSERT_EQ(debugger.run_control.last_stop()->reason, base::StopReason::BadStack);
+  EXPECT_FALSE(debugger.crc.Of(0x9000, 256));
+  EXPECT_FALSE(debugger.frame.SetStackPointer(0x00FF));
+  EXPECT_FALSE(debugger.memory.LinkError());
+  bench.target.board().Load(0x9000, kEndless);
+  EXPECT_TRUE(flash::ErasePages(debugger.flash, {0x9000, 0x907F}));
+  EXPECT_TRUE(bench.Settle());
+  EXPECT_EQ(debugger.flash.status().outcome, flash::FlashOutcome::Done);
+  EXPECT_EQ(bench.target.board().mcu().Peek(0x9000), 0xFF);
+}
+
 TEST(Debugger, AResetTakesARunningTargetBack) {
   Bench bench;
   Debugger& debugger = bench.debugger;

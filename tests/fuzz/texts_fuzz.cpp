@@ -3,6 +3,7 @@
 // read from a file and written again is read alike.
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -11,10 +12,14 @@
 
 #include "base/settings_file.h"
 #include "base/settings_keys.h"
+#include "cli/arguments.h"
+#include "cli/command_table.h"
 #include "cli/command_words.h"
 #include "control/number_file.h"
 #include "frontend/typed_numbers.h"
+#include "fuzz/engine.h"
 #include "guide/topics.h"
+#include "link/replay_target.h"
 #include "views/clipboard_text.h"
 #include "views/watch_file.h"
 
@@ -87,8 +92,31 @@ void Page(std::string_view text) {
   guide::ParseTopic({"page.md", text});
 }
 
-constexpr void (*kReaders[])(std::string_view) = {Settings, WatchList, Clipboard,
-                                                  Typed,    Numbers,   Page};
+// Lines of a script for the console, up to where they would act.
+void Script(std::string_view text) {
+  const symbols::DebugInfo none;
+  while (!text.empty()) {
+    const std::string_view line = text.substr(0, text.find('\n'));
+    text.remove_prefix(std::min(line.size() + 1, text.size()));
+    const auto words = cli::SplitWords(line);
+    if (!words.ok() || words.value.empty()) continue;
+    const auto command = cli::FindCommand(words.value.front());
+    if (!command) continue;
+    cli::ParseArguments(command->name, command->arguments, std::span(words.value).subspan(1), none);
+  }
+}
+
+// A recording played back: whatever it says, the engine comes to an end with it.
+void Replay(std::string_view text) {
+  link::ReplayTarget target(link::ParseRecording(text), "a file");
+  Engine engine(target, target);
+  if (!debugger::IsConnected(engine.debugger.Start())) return;
+  engine.debugger.run_control.StepCommand(control::Calls::Follow);
+  engine.debugger.run_control.Stop();
+}
+
+constexpr void (*kReaders[])(std::string_view) = {Settings, WatchList, Clipboard, Typed,
+                                                  Numbers,  Page,      Script,    Replay};
 
 }  // namespace
 

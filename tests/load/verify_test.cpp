@@ -106,13 +106,13 @@ TEST(Verify, ReadsOnlyWhatTheTargetsCrcDoesNotProveEqual) {
   bench.image.Put(0xA000, ByteList(5000, 0x12));
   bench.TakeSent();
   EXPECT_EQ(Verify(bench.memory, bench.image, GoOn, &bench.crc).compared, 5302);
-  EXPECT_LT(bench.TakeSent().size(), 750u);
+  EXPECT_LT(bench.TakeSent().size(), 800u);
   bench.mcu().Poke(0xA480, 0x13);
   const VerifyResult different = Verify(bench.memory, bench.image, GoOn, &bench.crc);
   EXPECT_EQ(different.compared, 5302);
   EXPECT_EQ(different.different, 1);
   EXPECT_EQ(different.first->address, 0xA480u);
-  EXPECT_LT(bench.TakeSent().size(), 3200u);
+  EXPECT_LT(bench.TakeSent().size(), 3400u);
 }
 
 TEST(ReadOut, LeavesTheOldFileUnlessAllWasRead) {
