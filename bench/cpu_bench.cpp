@@ -2,15 +2,14 @@
 // Simulated instructions per second ("items_per_second", by processor time): straight code, a mixed
 // program, and the same mixed program in shc08 of sdcc-ucsim with the ratio between the two.
 #include <benchmark/benchmark.h>
-#include <sys/resource.h>
 
 #include <cstdio>
-#include <cstdlib>
 #include <ctime>
 #include <filesystem>
 #include <fstream>
 #include <vector>
 
+#include "child_time.h"
 #include "simulator/mcu.h"
 
 namespace brevant::simulator {
@@ -111,15 +110,6 @@ void Mixed(benchmark::State& state) {
 }
 BENCHMARK(Mixed)->Unit(benchmark::kMillisecond);
 
-double ChildSeconds() {
-  rusage usage{};
-  getrusage(RUSAGE_CHILDREN, &usage);
-  const auto seconds = [](const timeval& t) {
-    return static_cast<double>(t.tv_sec) + static_cast<double>(t.tv_usec) * 1e-6;
-  };
-  return seconds(usage.ru_utime) + seconds(usage.ru_stime);
-}
-
 void WriteHexFile(const std::filesystem::path& path, const Code& code) {
   std::ofstream file(path);
   for (std::size_t first = 0; first < code.size(); first += 16) {
@@ -143,11 +133,8 @@ void WriteHexFile(const std::filesystem::path& path, const Code& code) {
 // Processor seconds that shc08 takes from its start to the end of the commands.
 double Shc08Seconds(const std::filesystem::path& folder, const char* commands) {
   std::ofstream(folder / "commands") << commands;
-  const double before = ChildSeconds();
-  const std::string run =
-      "cd " + folder.string() + " && shc08 -P -b -q program.hex <commands >output 2>&1";
-  if (std::system(run.c_str()) != 0) return -1;
-  return ChildSeconds() - before;
+  return SecondsOf("cd " + folder.string() +
+                   " && shc08 -P -b -q program.hex <commands >output 2>&1");
 }
 
 // Whether its last output says that it stopped at the program's end.

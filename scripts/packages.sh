@@ -4,6 +4,8 @@
 # Debian package names. The run set builds and runs Brevant; the test set comes on top of it.
 RUN_PACKAGES="g++ cmake make pkg-config libfmt-dev libcli11-dev nlohmann-json3-dev libedit-dev qt6-base-dev qt6-serialport-dev"
 TEST_PACKAGES="libgtest-dev libgmock-dev libbenchmark-dev clang-format clang-tidy sdcc-ucsim ser2net"
+# The programs and the library that the benchmarks measure beside ours, on top of the run set.
+BENCH_PACKAGES="libbenchmark-dev libcapstone-dev sdcc-ucsim srecord"
 # Builds, checks and tries the Debian packages, on top of the run set.
 PACKAGING_PACKAGES="dpkg-dev file lintian desktop-file-utils appstream man-db groff zsh fish mmdebstrap xvfb xdotool"
 

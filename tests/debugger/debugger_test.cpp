@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "base/files.h"
+#include "control/messages.h"
 #include "debugger/bench.h"
 #include "debugger/start_up_program.h"
 #include "flash/flash_commands.h"
@@ -12,6 +13,63 @@ namespace brevant::debugger {
 namespace {
 
 constexpr std::uint8_t kEndless[] = {0x20, 0xFE};  // BRA to itself
+
+// A line that carries nothing but bytes.
+class BytesAlone final : public base::SerialPort {
+ public:
+  explicit BytesAlone(base::SerialPort& port) : port_(port) {}
+  bool Open(const std::string& device) override { return port_.Open(device); }
+  void Close() override { port_.Close(); }
+  bool Configure(const base::LineSettings& settings) override { return port_.Configure(settings); }
+  bool SetQueueSizes(int receive, int transmit) override {
+    return port_.SetQueueSizes(receive, transmit);
+  }
+  bool SetDtr(bool high) override { return port_.SetDtr(high); }
+  bool SetRts(bool high) override { return high ? Refuse() : port_.SetRts(false); }
+  bool SetBreak(bool) override { return Refuse(); }
+  bool Write(base::Bytes bytes) override { return port_.Write(bytes); }
+  std::optional<std::size_t> Read(std::span<std::uint8_t> buffer,
+                                  std::chrono::milliseconds timeout) override {
+    error_.clear();
+    return port_.Read(buffer, timeout);
+  }
+  std::string LastError() const override { return error_; }
+
+ private:
+  bool Refuse() {
+    error_ = "bytes alone";
+    return false;
+  }
+  base::SerialPort& port_;
+  std::string error_;
+};
+
+TEST(Debugger, WhatThePortRefusesIsNeitherDoneNorALostLink) {
+  Bench bench;
+  BytesAlone port(bench.target);
+  Debugger debugger({.port = port,
+                     .clock = bench.target,
+                     .settings = bench.settings,
+                     .ui = bench.user,
+                     .events = bench.events,
+                     .start_up_directory = ""});
+  debugger.security.GiveForSession(link::kBlankSecurityCode);
+  ASSERT_EQ(debugger.Start(), link::ConnectResult::Connected);
+  bench.target.board().Load(0x0100, kEndless);
+  debugger.frame.WriteProgramCounter(0x0100);
+  debugger.run_control.Go();
+  bench.user.messages.clear();
+  const base::Stop stop = debugger.run_control.Stop();
+  EXPECT_EQ(stop.reason, base::StopReason::Refused);
+  EXPECT_EQ(control::StopMessage(stop)->id, "run.stop-not-sent");
+  EXPECT_FALSE(debugger.Reset());
+  ASSERT_EQ(bench.user.messages.size(), 1u);
+  EXPECT_EQ(bench.user.messages[0].id, "connect.not-reset");
+  EXPECT_NE(bench.user.texts.back().find("bytes alone"), std::string::npos);
+  EXPECT_TRUE(debugger.Busy() && bench.target.board().running());
+  EXPECT_TRUE(bench.events.stops.empty());
+  EXPECT_FALSE(debugger.monitor_link.LinkError);
+}
 
 TEST(Debugger, StartUpLeavesItsProgramInRamAndTheFrameRead) {
   Bench bench;

@@ -167,6 +167,8 @@ TEST(MonitorLink, ASignalThatThePortRefusesFails) {
     port.arriving = {0, 0};
     EXPECT_FALSE(refused[0] == 'b' ? link.SendBreak() : link.PulseReset());
     EXPECT_EQ(port.calls.back(), refused);
+    EXPECT_NE(link.SignalError(), "");
+    EXPECT_FALSE(link.LinkError) << "the port is still there";
   }
 }
 

@@ -69,7 +69,7 @@ bool NetSerialPort::Open(const std::string& device) {
   if (!parsed) {
     return Fail(device +
                 " names no line in the network: write tcp://HOST:PORT or "
-                "rfc2217://HOST:PORT.");
+                "rfc2217://HOST:PORT, with a port from 1 to 65535.");
   }
   NetConnection connection = ConnectTo(*parsed, kConnectTime);
   if (connection.descriptor < 0) return Fail(std::move(connection.error));
