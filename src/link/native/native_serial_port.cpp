@@ -11,6 +11,7 @@
 #include <cerrno>
 #include <utility>
 
+#include "link/native/descriptor_wait.h"
 #include "link/native/port_errors.h"
 #include "link/system_clock.h"
 
@@ -30,16 +31,6 @@ std::string PathOf(const std::string& device) {
 bool IsGone(int error_number) {
   return error_number == EIO || error_number == ENXIO || error_number == ENODEV ||
          error_number == EBADF;
-}
-
-// Waits until the descriptor is ready for events or the deadline has passed; the result is that of
-// poll. The kernel's wait is exact to some tens of microseconds, unlike poll's milliseconds.
-int WaitReady(int descriptor, short events, SteadyClock::time_point deadline) {
-  pollfd request{descriptor, events, 0};
-  const auto left = std::max(SteadyClock::duration::zero(), deadline - SteadyClock::now());
-  const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(left);
-  const timespec time{seconds.count(), std::chrono::nanoseconds(left - seconds).count()};
-  return ::ppoll(&request, 1, &time, nullptr);
 }
 
 }  // namespace

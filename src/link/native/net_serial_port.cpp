@@ -10,6 +10,7 @@
 #include <cerrno>
 #include <utility>
 
+#include "link/native/descriptor_wait.h"
 #include "link/system_clock.h"
 
 namespace brevant::link {
@@ -27,14 +28,6 @@ constexpr std::size_t kMostArrived = 64 * 1024;
 constexpr std::uint8_t kEightBits = 8, kNoParity = 1, kOneStopBit = 1, kPurgeBoth = 3;
 
 constexpr const char* kEnded = " has ended the connection. Check the network and the server there";
-
-int WaitReady(int descriptor, short events, SteadyClock::time_point deadline) {
-  pollfd request{descriptor, events, 0};
-  const auto left = std::max(SteadyClock::duration::zero(), deadline - SteadyClock::now());
-  const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(left);
-  const timespec time{seconds.count(), std::chrono::nanoseconds(left - seconds).count()};
-  return ::ppoll(&request, 1, &time, nullptr);
-}
 
 TelnetSerial::Data BaudValue(int baud) {
   return {static_cast<std::uint8_t>(baud >> 24), static_cast<std::uint8_t>(baud >> 16),
