@@ -14,6 +14,7 @@ namespace {
 
 constexpr int kStepsPerTick = 8;
 constexpr const char* kDetail = "end of the trace";
+constexpr const char* kBehindBreakpoint = "behind the breakpoint at %04x, end of the trace";
 constexpr const char* kLogName = "trace.txt";
 
 }  // namespace
@@ -53,8 +54,8 @@ void Trace::Advance() {
     FinishRecord();
   }
   for (int i = 0; i < kStepsPerTick; ++i) {
-    if (const auto reason = EndReached()) {
-      End(*reason);
+    if (const auto stop = EndReached()) {
+      End(*stop);
       return;
     }
     if (activity_.RunMode() != Mode::Tracing || run_.LinkLost()) return;
@@ -72,12 +73,16 @@ void Trace::Advance() {
   }
 }
 
-std::optional<base::StopReason> Trace::EndReached() const {
-  if (!frame_.StackIsRam()) return base::StopReason::BadStack;
+std::optional<base::Stop> Trace::EndReached() const {
+  if (!frame_.StackIsRam()) return base::Stop{base::StopReason::BadStack, frame_.PC, kDetail};
   const TraceRecord* last = ring_.Last();
-  if (last != nullptr && breakpoints_.Has(last->instruction.address))
-    return base::StopReason::Breakpoint;
-  if (limit_ > 0 && steps_ >= limit_) return base::StopReason::StepDone;
+  if (last != nullptr && breakpoints_.Has(last->instruction.address)) {
+    // PC is behind it already.
+    return base::Stop{base::StopReason::StepDone, frame_.PC,
+                      base::Format(kBehindBreakpoint, last->instruction.address)};
+  }
+  if (limit_ > 0 && steps_ >= limit_)
+    return base::Stop{base::StopReason::StepDone, frame_.PC, kDetail};
   return std::nullopt;
 }
 
@@ -107,15 +112,15 @@ void Trace::FinishRecord() {
 }
 
 void Trace::Stop() {
-  End(base::StopReason::UserBreak);
+  End({base::StopReason::UserBreak, frame_.PC, kDetail});
 }
 
-void Trace::End(base::StopReason reason) {
+void Trace::End(const base::Stop& stop) {
   activity_.EndOperation();
   open_record_.reset();
   WriteTraceLog();
   // A step that is still on its way is told when the timer completes it.
-  if (!activity_.StepPending()) run_.Report({reason, frame_.PC, kDetail});
+  if (!activity_.StepPending()) run_.Report(stop);
 }
 
 std::string Trace::LogPath() const {
