@@ -54,8 +54,8 @@ void Trace::Advance() {
     FinishRecord();
   }
   for (int i = 0; i < kStepsPerTick; ++i) {
-    if (const auto stop = EndReached()) {
-      End(*stop);
+    if (const auto reason = EndReached()) {
+      End(*reason);
       return;
     }
     if (activity_.RunMode() != Mode::Tracing || run_.LinkLost()) return;
@@ -73,16 +73,13 @@ void Trace::Advance() {
   }
 }
 
-std::optional<base::Stop> Trace::EndReached() const {
-  if (!frame_.StackIsRam()) return base::Stop{base::StopReason::BadStack, frame_.PC, kDetail};
+std::optional<base::StopReason> Trace::EndReached() const {
+  if (!frame_.StackIsRam()) return base::StopReason::BadStack;
   const TraceRecord* last = ring_.Last();
-  if (last != nullptr && breakpoints_.Has(last->instruction.address)) {
-    // PC is behind it already.
-    return base::Stop{base::StopReason::StepDone, frame_.PC,
-                      base::Format(kBehindBreakpoint, last->instruction.address)};
-  }
-  if (limit_ > 0 && steps_ >= limit_)
-    return base::Stop{base::StopReason::StepDone, frame_.PC, kDetail};
+  // PC is behind it already.
+  if (last != nullptr && breakpoints_.Has(last->instruction.address))
+    return base::StopReason::StepDone;
+  if (limit_ > 0 && steps_ >= limit_) return base::StopReason::StepDone;
   return std::nullopt;
 }
 
@@ -112,15 +109,20 @@ void Trace::FinishRecord() {
 }
 
 void Trace::Stop() {
-  End({base::StopReason::UserBreak, frame_.PC, kDetail});
+  End(base::StopReason::UserBreak);
 }
 
-void Trace::End(const base::Stop& stop) {
+void Trace::End(base::StopReason reason) {
   activity_.EndOperation();
   open_record_.reset();
   WriteTraceLog();
   // A step that is still on its way is told when the timer completes it.
-  if (!activity_.StepPending()) run_.Report(stop);
+  if (activity_.StepPending()) return;
+  const TraceRecord* last = ring_.Last();
+  const bool behind_breakpoint = last != nullptr && breakpoints_.Has(last->instruction.address);
+  run_.Report(
+      {reason, frame_.PC,
+       behind_breakpoint ? base::Format(kBehindBreakpoint, last->instruction.address) : kDetail});
 }
 
 std::string Trace::LogPath() const {

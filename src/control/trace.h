@@ -64,8 +64,8 @@ class Trace final : public Operation {
  private:
   void FinishRecord();
   // Nothing while the end has not been reached.
-  std::optional<base::Stop> EndReached() const;
-  void End(const base::Stop& stop);
+  std::optional<base::StopReason> EndReached() const;
+  void End(base::StopReason reason);
   void WriteTraceLog();
 
   RunControl& run_;
