@@ -14,6 +14,7 @@ namespace {
 
 constexpr int kStepsPerTick = 8;
 constexpr const char* kDetail = "end of the trace";
+constexpr const char* kBehindBreakpoint = "behind the breakpoint at %04x, end of the trace";
 constexpr const char* kLogName = "trace.txt";
 
 }  // namespace
@@ -75,8 +76,9 @@ void Trace::Advance() {
 std::optional<base::StopReason> Trace::EndReached() const {
   if (!frame_.StackIsRam()) return base::StopReason::BadStack;
   const TraceRecord* last = ring_.Last();
+  // PC is behind it already.
   if (last != nullptr && breakpoints_.Has(last->instruction.address))
-    return base::StopReason::Breakpoint;
+    return base::StopReason::StepDone;
   if (limit_ > 0 && steps_ >= limit_) return base::StopReason::StepDone;
   return std::nullopt;
 }
@@ -115,7 +117,12 @@ void Trace::End(base::StopReason reason) {
   open_record_.reset();
   WriteTraceLog();
   // A step that is still on its way is told when the timer completes it.
-  if (!activity_.StepPending()) run_.Report({reason, frame_.PC, kDetail});
+  if (activity_.StepPending()) return;
+  const TraceRecord* last = ring_.Last();
+  const bool behind_breakpoint = last != nullptr && breakpoints_.Has(last->instruction.address);
+  run_.Report(
+      {reason, frame_.PC,
+       behind_breakpoint ? base::Format(kBehindBreakpoint, last->instruction.address) : kDetail});
 }
 
 std::string Trace::LogPath() const {

@@ -57,7 +57,8 @@ TEST_F(TraceTest, EndsRightAfterTheInstructionAtABreakpoint) {
   breakpoints.AddBreakpoint(0x0152);
   trace.Command();
   Tick(3);
-  EXPECT_EQ(run.last_stop()->reason, base::StopReason::Breakpoint);
+  EXPECT_EQ(base::StopText(*run.last_stop()),
+            "step done at 0153 (behind the breakpoint at 0152, end of the trace)");
   EXPECT_EQ(frame.PC, 0x0153u);
   EXPECT_EQ(trace.written_log()->lines, 9);
   EXPECT_FALSE(activity.Busy());
