@@ -7,7 +7,6 @@
 #include <benchmark/benchmark.h>
 
 #include <QApplication>
-#include <QMainWindow>
 #include <QTest>
 #include <algorithm>
 #include <chrono>
@@ -108,19 +107,6 @@ void FirstPaint(benchmark::State& state) {
   }
 }
 BENCHMARK(FirstPaint)->UseManualTime()->Unit(benchmark::kMillisecond);
-
-// What the toolkit alone takes for a window with nothing in it.
-void FirstPaintOfAnEmptyWindow(benchmark::State& state) {
-  for ([[maybe_unused]] const auto round : state) {
-    const Milliseconds time = Timed([] {
-      QMainWindow window;
-      window.show();
-      QApplication::processEvents();
-    });
-    state.SetIterationTime(time.count() / 1000);
-  }
-}
-BENCHMARK(FirstPaintOfAnEmptyWindow)->UseManualTime()->Unit(benchmark::kMillisecond);
 
 // One request of the scroll bar over sixty lines on the wire; Arg is its code.
 void ScrollAtTheWirePace(benchmark::State& state) {
