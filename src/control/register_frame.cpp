@@ -28,8 +28,26 @@ constexpr int kBorrowedBytes = 6;
 constexpr Address kBorrowedStep = 0x10;
 constexpr int kStackPointerPolls = 40;
 constexpr std::uint32_t kErasedWord = 0xFFFF;
-// Of which two have to agree.
-constexpr int kMostAnswers = 3;
+// Of which two in a row have to agree: one that the line has altered may be any.
+constexpr int kMostAnswers = 4;
+
+// While registers are written: where the line alters a byte on its way, another register may have
+// been written instead, so that all are read then.
+class LookAfterDamage {
+ public:
+  LookAfterDamage(RegisterFrame& frame, const memory::Memory& memory)
+      : frame_(frame), memory_(memory), before_(memory.damage()) {}
+  LookAfterDamage(const LookAfterDamage&) = delete;
+  LookAfterDamage& operator=(const LookAfterDamage&) = delete;
+  ~LookAfterDamage() {
+    if (memory_.damage() != before_ && frame_.ReadRegisters()) frame_.Confirm();
+  }
+
+ private:
+  RegisterFrame& frame_;
+  const memory::Memory& memory_;
+  long before_;
+};
 
 }  // namespace
 
@@ -90,6 +108,7 @@ bool RegisterFrame::IsRam(Address base) const {
 }
 
 void RegisterFrame::SetPC(Address value) {
+  const LookAfterDamage look(*this, memory_);
   PC = Low16(value);
   WriteProgramCounter(PC);
   ++generation_;
@@ -107,6 +126,7 @@ Address RegisterFrame::ReadFramePC() {
 }
 
 void RegisterFrame::WriteHX(std::uint32_t value) {
+  const LookAfterDamage look(*this, memory_);
   HX = Low16(value);
   ++generation_;
   memory_.WriteByte(Low16(SP + kH), HighByte(HX));
@@ -114,6 +134,7 @@ void RegisterFrame::WriteHX(std::uint32_t value) {
 }
 
 void RegisterFrame::WriteA(std::uint32_t value) {
+  const LookAfterDamage look(*this, memory_);
   A = LowByte(value);
   ++generation_;
   memory_.WriteByte(Low16(SP + kA), A);
@@ -126,6 +147,7 @@ void RegisterFrame::WriteXA(std::uint32_t value) {
 }
 
 void RegisterFrame::WriteCCR(std::uint32_t value) {
+  const LookAfterDamage look(*this, memory_);
   CCR = LowByte(value);
   ++generation_;
   memory_.WriteByte(Low16(SP + kCCR), CCR);
@@ -192,10 +214,9 @@ bool RegisterFrame::MoveStackClearOf(std::span<const memory::Range> ranges) {
 }
 
 bool RegisterFrame::LoadResetPC() {
-  const Address base = memory_.ReadStackPointer();
+  // SP says where PC is written to.
+  if (!ReadRegisters() || !Confirm()) return false;
   const auto vector = ReadResetVector();
-  if (memory_.LinkError()) return false;
-  SP = base;
   if (vector) SetPC(*vector);
   return vector.has_value();
 }

@@ -401,7 +401,10 @@ base::Stop RunControl::StopBesideTimer() {
   const long before = stops_;
   Complete();
   if (link_.LinkError) return LoseLink();
-  return stops_ > before ? *last_stop_ : NoStop(base::StopReason::UserBreak);
+  if (stops_ > before) return *last_stop_;
+  // Nothing ran; what has just been read is shown.
+  frame_.Confirm();
+  return NoStop(base::StopReason::UserBreak);
 }
 
 void RunControl::StartToPlace() {

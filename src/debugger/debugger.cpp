@@ -166,8 +166,8 @@ void Debugger::FollowUpReset() {
   memory.UseDevice(ReadEngineSettings(settings).device);
   run_control.AbandonRunForReset();
   file_io.PutBack();
-  if (const base::Address base = memory.ReadStackPointer(); !memory.LinkError()) {
-    frame.SP = base;
+  // SP says where PC is written to.
+  if (frame.ReadRegisters() && frame.Confirm()) {
     macros.RunResetMacro();
     ChooseProgramCounter();
     image_gone = loader.ImageIsGone();

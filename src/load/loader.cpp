@@ -111,10 +111,12 @@ LoadResult Loader::LoadImage(const std::string& path) {
   const bool starts_at_vector = complete && IgnoreEmptyEntry(file.ToImage(), result.report);
   if (starts_at_vector && !TakeResetVector()) frame_.SetPC(pc_before);
   TellAbout(path, result.report, complete);
+  const bool lost_before = memory_.LinkError();
   result.outcome = complete ? LookAt(file.ToImage(), memory_.damage() == damage_before, result)
                             : LoadOutcome::Cancelled;
   if (result.outcome != LoadOutcome::Cancelled && memory_.LinkError()) {
     result.outcome = LoadOutcome::LinkLost;
+    if (!lost_before) ui_.ShowMessage(ToMessage(messages::kLinkLostWhileLoading, path));
   }
   if (result.outcome == LoadOutcome::Cancelled) {
     // The tables describe the image before this one, whose bytes are partly gone.

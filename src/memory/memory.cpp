@@ -17,8 +17,8 @@ constexpr Address kMonitorStack = 32;
 // A READ costs as many host bytes as three IREADs: reading so many kept bytes again is cheaper than
 // a second stretch.
 constexpr std::size_t kWorthBridging = 6;
-// Of which two have to agree.
-constexpr int kMostAnswers = 3;
+// Of which two in a row have to agree: one that the line has altered may be any.
+constexpr int kMostAnswers = 4;
 
 }  // namespace
 
@@ -197,7 +197,10 @@ void Memory::NoteWritten(Address address, base::Bytes bytes, bool sound) {
 }
 
 void Memory::WriteByte(Address address, std::uint32_t data) {
+  const long before = damage();
   const bool sound = Soundly(address, [&] { monitor_.WriteByte(Low16(address), data); });
+  // With an address that the line has altered it was written anywhere.
+  if (damage() != before) DropKept();
   const std::uint8_t byte = base::LowByte(data);
   NoteWritten(address, base::Bytes(&byte, 1), sound);
 }

@@ -92,7 +92,7 @@ class Memory {
   void ReadChecked(std::span<std::uint8_t> destination, base::Address address);
   std::uint8_t AskByte(base::Address address);
   // Asks for a few bytes until two answers agree: no echo tells of a bit that the line turns in an
-  // answer. For what is acted upon or written back. False when no two of three agree, which is in
+  // answer. For what is acted upon or written back. False when none of four agree, which is in
   // doubt then (see TakeDamage), or the link failed.
   bool AskConfirmed(std::span<std::uint8_t> destination, base::Address address);
 
