@@ -36,8 +36,14 @@ TEST_F(KeyboardTest, EscapeLeavesEachDialogAndChangesNothing) {
   StartWithAProgram();
   for (const DialogRow& row : kDialogs) {
     if (row.command == workspace::commands::kReStart) continue;  // only its buttons end it
-    if (row.in != nullptr) window().area().setActiveSubWindow(&window().Open(*row.in));
-    QTest::qWait(10);
+    // Without a window manager nobody gives the focus back when a dialog has closed.
+    window().activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&window()));
+    ChildWindow* const child = row.in != nullptr ? &window().Open(*row.in) : nullptr;
+    if (child != nullptr) window().area().setActiveSubWindow(child);
+    EXPECT_TRUE(QTest::qWaitFor(
+        [&] { return child == nullptr || window().area().activeSubWindow() == child; }));
+    QTest::qWait(30);
     const std::string settings = Settings();
     const base::Generations before = debugger().generations();
     OnDialog(row.dialog, [&](QDialog& dialog) {
