@@ -31,21 +31,23 @@ constexpr std::uint32_t kErasedWord = 0xFFFF;
 // Of which two in a row have to agree: one that the line has altered may be any.
 constexpr int kMostAnswers = 4;
 
-// While registers are written: where the line alters a byte on its way, another register may have
-// been written instead, so that all are read then.
+// While registers are written: where the line alters a byte on its way, another register or any
+// other byte may have been written instead. Then all are read, and are in doubt.
 class LookAfterDamage {
  public:
-  LookAfterDamage(RegisterFrame& frame, const memory::Memory& memory)
+  LookAfterDamage(RegisterFrame& frame, memory::Memory& memory)
       : frame_(frame), memory_(memory), before_(memory.damage()) {}
   LookAfterDamage(const LookAfterDamage&) = delete;
   LookAfterDamage& operator=(const LookAfterDamage&) = delete;
   ~LookAfterDamage() {
-    if (memory_.damage() != before_ && frame_.ReadRegisters()) frame_.Confirm();
+    if (memory_.damage() == before_) return;
+    memory_.Doubt(frame_.SP);
+    if (frame_.ReadRegisters()) frame_.Confirm();
   }
 
  private:
   RegisterFrame& frame_;
-  const memory::Memory& memory_;
+  memory::Memory& memory_;
   long before_;
 };
 
